@@ -1,0 +1,12 @@
+#include "RynGL/RynTexture.h"
+
+namespace Brennick::Ryn {
+
+TextureToken::TextureToken() = default;
+
+TextureToken::TextureToken(GLuint Name)
+    : m_Name(Name)
+{
+}
+
+} // namespace Brennick::Ryn
