@@ -1,0 +1,375 @@
+// How fast a stack of layers is computed, next to the least that the machine could need for it: a loop written by hand
+// over the same pixels in plain memory, in the same run. Prints the times and, at the end, the ratios.
+
+#include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvEngineNode.h"
+#include "OrvDdi/Image/OrvColor.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <thread>
+#include <vector>
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#define ORV_FLOOR_TARGET __attribute__((target("avx2,fma,f16c")))
+#else
+#define ORV_FLOOR_TARGET
+#endif
+
+namespace {
+
+constexpr int Edge = 4096;
+constexpr int LayerCount = 20;
+constexpr int TileEdge = 128;
+constexpr int TilesAlong = Edge / TileEdge;
+constexpr int TilePixels = TileEdge * TileEdge;
+const QRect Canvas(0, 0, Edge, Edge);
+const QRect Dab(1900, 1700, 256, 256);
+const OrvBlendMode Modes[] = {OrvBlendMode::Normal, OrvBlendMode::Multiply, OrvBlendMode::Screen, OrvBlendMode::Overlay};
+
+/// How the layers' pixels are stored.
+enum Storage { Float, Half, Byte, SrgbByte };
+const std::pair<Storage, const char*> Storages[] = {{Float, "float"}, {Half, "half"}, {Byte, "8-bit"}, {SrgbByte, "8-bit sRGB"}};
+
+OrvPixelFormat formatOf(Storage Stored)
+{
+    const GLenum Depth = Stored == Float ? GL_FLOAT : Stored == Half ? GL_HALF_FLOAT : GL_UNSIGNED_BYTE;
+    return {Depth, OrvPixelFormat::Rgba, Stored == SrgbByte ? OrvPixelFormat::Srgb : OrvPixelFormat::Linear};
+}
+
+const OrvPixelFormat MaskFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
+const OrvPixelFormat ResultFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
+
+/// A stack in the engine, and the same pixels as contiguous tiles in memory.
+class Stack {
+public:
+    explicit Stack(Storage Stored);
+
+    OrvEngineNode& top() { return *m_Blends.back(); }
+    /// As after a dab of the brush on a layer in the middle.
+    void touch(const QRect& Region) { m_Sources[LayerCount / 2]->pixelsWritten(Region); }
+    void computeByHand(const QRect& Region, float* pResult) const;
+
+private:
+    struct Layer {
+        OrvBlendMode Mode;
+        float Amount;
+        std::vector<char> Pixels;
+        std::vector<unsigned char> Mask;
+    };
+    void tileByHand(int Tile, const QRect& Within, float* pSums) const;
+    static void toTiles(const OrvImageBuffer& Buffer, char* pTiles);
+
+    const Storage m_Storage;
+    const OrvPixelFormat m_Format;
+    std::vector<Layer> m_Layers;
+    std::vector<std::unique_ptr<OrvEngineNode>> m_Sources, m_Blends;
+};
+
+Stack::Stack(Storage Stored)
+    : m_Storage(Stored)
+    , m_Format(formatOf(Stored))
+{
+    std::vector<float> Row(Edge * 4 * 64);
+    unsigned Noise = 1;
+    for (int Index = 0; Index < LayerCount; ++Index) {
+        Layer One{Modes[Index % 4], 0.8f, {}, {}};
+        OrvImageBuffer Pixels(Canvas, m_Format), Mask;
+        for (int Y = 0; Y < Edge; Y += 64) {
+            for (float& Value : Row)
+                Value = float((Noise = Noise * 1664525u + 1013904223u) >> 8) / float(1 << 24);
+            Pixels.write(QRect(0, Y, Edge, 64), ResultFormat, Row.data());
+        }
+        One.Pixels.resize(size_t(Edge) * Edge * size_t(m_Format.bytesPerPixel()));
+        toTiles(Pixels, One.Pixels.data());
+        m_Sources.push_back(OrvEngineNode::createSource());
+        m_Sources.back()->setBuffer(Pixels);
+        auto pBlend = OrvEngineNode::createBlend();
+        pBlend->connectInput(OrvEngineNode::Base, m_Blends.empty() ? nullptr : m_Blends.back().get());
+        pBlend->connectInput(OrvEngineNode::Over, m_Sources.back().get());
+        OrvBlendParameters Parameters;
+        Parameters.Mode = One.Mode;
+        Parameters.Amount = One.Amount;
+        pBlend->setBlend(Parameters);
+        m_Blends.push_back(std::move(pBlend));
+        m_Layers.push_back(std::move(One));
+    }
+    for (int Index = 0; Index < LayerCount; Index += 4) {
+        OrvImageBuffer Mask(Canvas, MaskFormat);
+        std::vector<unsigned char> Bytes(Edge * 64);
+        for (int Y = 0; Y < Edge; Y += 64) {
+            for (unsigned char& Value : Bytes)
+                Value = (unsigned char)((Noise = Noise * 1664525u + 1013904223u) >> 24);
+            Mask.write(QRect(0, Y, Edge, 64), MaskFormat, Bytes.data());
+        }
+        m_Layers[size_t(Index)].Mask.resize(size_t(Edge) * Edge);
+        toTiles(Mask, reinterpret_cast<char*>(m_Layers[size_t(Index)].Mask.data()));
+        m_Sources.push_back(OrvEngineNode::createSource());
+        m_Sources.back()->setBuffer(Mask);
+        m_Blends[size_t(Index)]->connectInput(OrvEngineNode::Mask, m_Sources.back().get());
+    }
+}
+
+void Stack::toTiles(const OrvImageBuffer& Buffer, char* pTiles)
+{
+    const int TileBytes = TilePixels * Buffer.format().bytesPerPixel();
+    for (int Tile = 0; Tile < TilesAlong * TilesAlong; ++Tile) {
+        const QRect Rect(Tile % TilesAlong * TileEdge, Tile / TilesAlong * TileEdge, TileEdge, TileEdge);
+        Buffer.read(Rect, Buffer.format(), pTiles + size_t(Tile) * size_t(TileBytes));
+    }
+}
+
+// ---- the floor: pixels of four floats, one vector each
+
+using Four = float __attribute__((vector_size(16)));
+
+const std::vector<float> LinearOfByte = [] {
+    std::vector<float> Table;
+    for (int Byte = 0; Byte < 256; ++Byte) {
+        const double Value = Byte / 255.0;
+        Table.push_back(float(Value <= 0.04045 ? Value / 12.92 : std::pow((Value + 0.055) / 1.055, 2.4)));
+    }
+    return Table;
+}();
+
+template <Storage Stored>
+ORV_FLOOR_TARGET inline Four load(const char* pPixels, int Index, const float* pLinear)
+{
+    if constexpr (Stored == Float) {
+        Four Pixel;
+        memcpy(&Pixel, pPixels + Index * 16, 16);
+        return Pixel;
+    } else if constexpr (Stored == Half) {
+#if defined(__x86_64__)
+        return (Four)_mm_cvtph_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pPixels + Index * 8)));
+#else
+        const auto* pHalves = reinterpret_cast<const _Float16*>(pPixels + Index * 8);
+        return Four{float(pHalves[0]), float(pHalves[1]), float(pHalves[2]), float(pHalves[3])};
+#endif
+    } else if constexpr (Stored == Byte) {
+        using Bytes = unsigned char __attribute__((vector_size(4)));
+        Bytes Pixel;
+        memcpy(&Pixel, pPixels + Index * 4, 4);
+        return __builtin_convertvector(Pixel, Four) * (1.0f / 255);
+    } else {
+        const auto* p = reinterpret_cast<const unsigned char*>(pPixels) + Index * 4;
+        return Four{pLinear[p[0]], pLinear[p[1]], pLinear[p[2]], float(p[3]) * (1.0f / 255)};
+    }
+}
+
+template <Storage Stored, OrvBlendMode Mode>
+ORV_FLOOR_TARGET void blendRow(const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
+{
+    const float* pLinear = LinearOfByte.data();
+    for (int Index = 0; Index < Count; ++Index) {
+        const Four Over = load<Stored>(pPixels, Index, pLinear);
+        const float Alpha = Over[3] * (pMask ? Amount / 255 * pMask[Index] : Amount);
+        const Four S = Four{Over[0], Over[1], Over[2], 1.0f} * Alpha;
+        Four B;
+        memcpy(&B, pSums + Index * 4, 16);
+        const float BaseAlpha = B[3];
+        Four Result;
+        if constexpr (Mode == OrvBlendMode::Normal) {
+            Result = S + B * (1 - Alpha);
+        } else if constexpr (Mode == OrvBlendMode::Multiply) {
+            Result = S * B + S * (1 - BaseAlpha) + B * (1 - Alpha);
+        } else if constexpr (Mode == OrvBlendMode::Screen) {
+            Result = S + B - S * B;
+        } else {
+            const Four Low = 2.0f * S * B, High = Alpha * BaseAlpha - 2.0f * (BaseAlpha - B) * (Alpha - S);
+            Result = (2.0f * B <= BaseAlpha ? Low : High) + S * (1 - BaseAlpha) + B * (1 - Alpha);
+        }
+        memcpy(pSums + Index * 4, &Result, 16);
+    }
+}
+
+template <Storage Stored>
+void blendLayerRow(OrvBlendMode Mode, const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
+{
+    switch (Mode) {
+    case OrvBlendMode::Multiply:
+        return blendRow<Stored, OrvBlendMode::Multiply>(pPixels, pMask, Amount, Count, pSums);
+    case OrvBlendMode::Screen:
+        return blendRow<Stored, OrvBlendMode::Screen>(pPixels, pMask, Amount, Count, pSums);
+    case OrvBlendMode::Overlay:
+        return blendRow<Stored, OrvBlendMode::Overlay>(pPixels, pMask, Amount, Count, pSums);
+    default:
+        return blendRow<Stored, OrvBlendMode::Normal>(pPixels, pMask, Amount, Count, pSums);
+    }
+}
+
+void Stack::tileByHand(int Tile, const QRect& Within, float* pSums) const
+{
+    // Some rows at a time stay in the nearest cache through all layers.
+    constexpr int RowsAtOnce = 4;
+    const int BytesPerPixel = m_Format.bytesPerPixel();
+    for (int Row = Within.top(); Row <= Within.bottom(); Row += RowsAtOnce) {
+        const int End = std::min(Row + RowsAtOnce, Within.bottom() + 1);
+        const int Full = Within.width() == TileEdge ? 1 : End - Row;
+        const int Length = Full == 1 ? (End - Row) * TileEdge : Within.width();
+        memset(pSums + (Row * TileEdge + Within.left()) * 4, 0, size_t((End - Row - 1) * TileEdge + Within.width()) * 16);
+        for (const Layer& One : m_Layers) {
+            for (int Part = 0; Part < Full; ++Part) {
+                const int First = (Row + Part) * TileEdge + Within.left();
+                const size_t Pixel = size_t(Tile) * TilePixels + size_t(First);
+                const char* pPixels = One.Pixels.data() + Pixel * size_t(BytesPerPixel);
+                const unsigned char* pMask = One.Mask.empty() ? nullptr : One.Mask.data() + Pixel;
+                switch (m_Storage) {
+                case Float:
+                    blendLayerRow<Float>(One.Mode, pPixels, pMask, One.Amount, Length, pSums + First * 4);
+                    break;
+                case Half:
+                    blendLayerRow<Half>(One.Mode, pPixels, pMask, One.Amount, Length, pSums + First * 4);
+                    break;
+                case Byte:
+                    blendLayerRow<Byte>(One.Mode, pPixels, pMask, One.Amount, Length, pSums + First * 4);
+                    break;
+                case SrgbByte:
+                    blendLayerRow<SrgbByte>(One.Mode, pPixels, pMask, One.Amount, Length, pSums + First * 4);
+                    break;
+                }
+            }
+        }
+    }
+}
+
+/// The result as premultiplied tiles: the floor is spared everything that comes after blending.
+void Stack::computeByHand(const QRect& Region, float* pResult) const
+{
+    const int ThreadCount = int(std::max(1u, std::thread::hardware_concurrency()));
+    const auto work = [&](int Thread) {
+        std::vector<float> Sums(TilePixels * 4);
+        int Number = 0;
+        for (int Row = Region.top() / TileEdge; Row <= Region.bottom() / TileEdge; ++Row) {
+            for (int Column = Region.left() / TileEdge; Column <= Region.right() / TileEdge; ++Column) {
+                if (Number++ % ThreadCount != Thread)
+                    continue;
+                const int Tile = Row * TilesAlong + Column;
+                const QPoint Corner(Column * TileEdge, Row * TileEdge);
+                const QRect Within = (QRect(Corner, QSize(TileEdge, TileEdge)) & Region).translated(-Corner);
+                tileByHand(Tile, Within, pResult ? pResult + size_t(Tile) * TilePixels * 4 : Sums.data());
+            }
+        }
+    };
+    std::vector<std::thread> Threads;
+    for (int Thread = 1; Thread < ThreadCount; ++Thread)
+        Threads.emplace_back(work, Thread);
+    work(0);
+    for (std::thread& One : Threads)
+        One.join();
+}
+
+std::unique_ptr<Stack> pStack;
+
+/// One stack at a time: all of them would fill the memory of a small machine.
+Stack& stackOf(Storage Stored)
+{
+    static Storage s_Stored;
+    if (!pStack || s_Stored != Stored) {
+        pStack.reset();
+        pStack = std::make_unique<Stack>(Stored);
+        s_Stored = Stored;
+    }
+    return *pStack;
+}
+
+void atOnce(benchmark::State& State, Storage Stored, const QRect& Region)
+{
+    Stack& Layers = stackOf(Stored);
+    std::vector<float> Result(size_t(Region.width()) * size_t(Region.height()) * 4);
+    for (auto _ : State) {
+        Layers.touch(Region);
+        Layers.top().render(Region, 1.0, ResultFormat, Result.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void byHand(benchmark::State& State, Storage Stored, const QRect& Region)
+{
+    Stack& Layers = stackOf(Stored);
+    std::vector<float> Result(Region == Canvas ? size_t(Edge) * Edge * 4 : 0);
+    for (auto _ : State) {
+        Layers.computeByHand(Region, Result.empty() ? nullptr : Result.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+void quarterScale(benchmark::State& State, Storage Stored)
+{
+    Stack& Layers = stackOf(Stored);
+    std::vector<float> Result(size_t(Edge / 4) * (Edge / 4) * 4);
+    for (auto _ : State) {
+        Layers.top().render(QRect(0, 0, Edge / 4, Edge / 4), 0.25, ResultFormat, Result.data());
+        benchmark::ClobberMemory();
+    }
+}
+
+/// Prints as usual and remembers what the table at the end compares.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& Runs) override
+    {
+        ConsoleReporter::ReportRuns(Runs);
+        for (const Run& One : Runs) {
+            const std::string Name = One.run_name.function_name;
+            if (One.aggregate_name == "median")
+                m_Milliseconds[Name] = One.GetAdjustedRealTime();
+        }
+    }
+
+    void printRatios() const
+    {
+        std::printf("\n%-32s %10s %10s %8s\n", "median ms", "engine", "by hand", "ratio");
+        for (const auto& One : m_Milliseconds) {
+            const auto Floor = m_Milliseconds.find("by hand: " + One.first);
+            if (Floor != m_Milliseconds.end())
+                std::printf("%-32s %10.2f %10.2f %8.2f\n", One.first.c_str(), One.second, Floor->second,
+                    One.second / Floor->second);
+        }
+    }
+
+private:
+    std::map<std::string, double> m_Milliseconds;
+};
+
+template <class Function>
+void measure(const std::string& Name, const Function& Measured, double Seconds)
+{
+    benchmark::RegisterBenchmark(Name.c_str(), Measured)
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond)
+        ->MinTime(Seconds)
+        ->Repetitions(5)
+        ->ReportAggregatesOnly();
+}
+
+} // namespace
+
+int main(int ArgumentCount, char** pArguments)
+{
+    benchmark::Initialize(&ArgumentCount, pArguments);
+    for (const auto& Kind : Storages) {
+        const Storage Stored = Kind.first;
+        const std::string Name = Kind.second;
+        for (const auto& Region : {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
+            const QRect Rect = Region.first;
+            const double Seconds = Rect == Canvas ? 0.3 : 0.1;
+            measure("by hand: " + (Region.second + Name),
+                [Stored, Rect](benchmark::State& State) { byHand(State, Stored, Rect); }, Seconds);
+            measure(Region.second + Name, [Stored, Rect](benchmark::State& State) { atOnce(State, Stored, Rect); },
+                Seconds);
+        }
+        measure("quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); }, 0.1);
+    }
+    RatioReporter Reporter;
+    benchmark::RunSpecifiedBenchmarks(&Reporter);
+    Reporter.printRatios();
+    pStack.reset();
+    return OrvEngine::shutdown() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}

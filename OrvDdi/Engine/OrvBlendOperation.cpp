@@ -1,0 +1,141 @@
+#include "OrvDdi/Engine/OrvBlendOperation.h"
+
+#include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvPictureProgram.h"
+
+#include <cstring>
+
+namespace {
+
+struct BlendOperation {
+    GeglOperationComposer3 Parent;
+    OrvBlendParameters Parameters;
+    bool Deferred;
+    bool Cached;
+};
+
+struct BlendOperationClass {
+    GeglOperationComposer3Class Parent;
+};
+
+GType blend_operation_get_type();
+G_DEFINE_TYPE(BlendOperation, blend_operation, GEGL_TYPE_OPERATION_COMPOSER3)
+
+BlendOperation* instance(void* pOperation)
+{
+    return static_cast<BlendOperation*>(pOperation);
+}
+
+/// A blend that leaves its base as it is reads nothing else.
+bool readsOver(const OrvBlendParameters& Parameters)
+{
+    return Parameters.Enabled && Parameters.Amount != 0.0f;
+}
+
+void prepare(GeglOperation* pOperation)
+{
+    const Babl* pFormat = babl_format("RaGaBaA float");
+    for (const char* pPad : {"input", "aux", "aux2", "output"})
+        gegl_operation_set_format(pOperation, pPad, pFormat);
+}
+
+GeglRectangle boundingBox(GeglOperation* pOperation)
+{
+    GeglRectangle Box = {};
+    if (const GeglRectangle* pBase = gegl_operation_source_get_bounding_box(pOperation, "input"))
+        Box = *pBase;
+    const GeglRectangle* pOver = gegl_operation_source_get_bounding_box(pOperation, "aux");
+    if (pOver && instance(pOperation)->Parameters.Enabled)
+        gegl_rectangle_bounding_box(&Box, &Box, pOver);
+    return Box;
+}
+
+GeglRectangle requiredForOutput(GeglOperation* pOperation, const char* pPad, const GeglRectangle* pRegion)
+{
+    const OrvBlendParameters& Parameters = instance(pOperation)->Parameters;
+    const bool IsMask = std::strcmp(pPad, "aux2") == 0;
+    if (std::strcmp(pPad, "input") != 0 && (!readsOver(Parameters) || (IsMask && !Parameters.MaskEnabled)))
+        return {};
+    return *pRegion;
+}
+
+GeglRectangle invalidatedByChange(GeglOperation*, const char*, const GeglRectangle* pRegion)
+{
+    return *pRegion;
+}
+
+OrvPicture::Pointer inputPicture(GeglOperationContext* pContext, const char* pPad)
+{
+    return OrvPicture::of(gegl_operation_context_get_object(pContext, pPad));
+}
+
+gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion,
+    int Level)
+{
+    const BlendOperation* pSelf = instance(pOperation);
+    const OrvBlendParameters& Parameters = pSelf->Parameters;
+    OrvPicture::Pointer pPicture = inputPicture(pContext, "input");
+    if (readsOver(Parameters)) {
+        const bool HasMask = Parameters.MaskEnabled && gegl_operation_get_source_node(pOperation, "aux2");
+        pPicture = OrvPicture::blend(Parameters, pPicture, inputPicture(pContext, "aux"),
+            HasMask ? inputPicture(pContext, "aux2") : nullptr);
+    }
+    if (!pSelf->Cached && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node))) {
+        gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));
+        return TRUE;
+    }
+    if (!pSelf->Cached && pPicture->kind() == OrvPicture::Pixels) {
+        gegl_operation_context_set_object(pContext, "output", G_OBJECT(pPicture->buffer()));
+        return TRUE;
+    }
+    const GeglRectangle Region{
+        pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
+    OrvPictureProgram(pPicture).renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+    return TRUE;
+}
+
+void blend_operation_class_init(BlendOperationClass* pClass)
+{
+    GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
+    pOperationClass->prepare = prepare;
+    pOperationClass->get_bounding_box = boundingBox;
+    pOperationClass->get_required_for_output = requiredForOutput;
+    pOperationClass->get_invalidated_by_change = invalidatedByChange;
+    pOperationClass->process = process;
+    gegl_operation_class_set_keys(
+        pOperationClass, "name", OrvBlendOperation::Name, "title", "Blend", "categories", "hidden", nullptr);
+}
+
+void blend_operation_init(BlendOperation* pSelf)
+{
+    pSelf->Parameters = OrvBlendParameters();
+}
+
+} // namespace
+
+void OrvBlendOperation::registerType()
+{
+    // The engine knows an operation by its name from the moment its class exists.
+    g_type_class_ref(blend_operation_get_type());
+}
+
+const OrvBlendParameters& OrvBlendOperation::parameters(GeglNode* pNode)
+{
+    return instance(gegl_node_get_gegl_operation(pNode))->Parameters;
+}
+
+void OrvBlendOperation::setParameters(GeglNode* pNode, const OrvBlendParameters& Parameters)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Parameters = Parameters;
+}
+
+void OrvBlendOperation::setDeferred(GeglNode* pNode, bool Deferred)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+}
+
+void OrvBlendOperation::setCached(GeglNode* pNode, bool Cached)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
+    g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+}

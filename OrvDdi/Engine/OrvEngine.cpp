@@ -1,0 +1,121 @@
+#include "OrvDdi/Engine/OrvEngine.h"
+
+#include "OrvDdi/Engine/OrvEngineOperations.h"
+#include "OrvDdi/Engine/OrvGegl.h"
+
+#include <QtCore/QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+// Exported by the engine's library, absent from its headers.
+extern "C" int gegl_buffer_leaks(void);
+
+namespace {
+
+constexpr int TileEdge = 128; // measured: 256 costs half as much again
+constexpr guint64 Gibibyte = guint64(1) << 30;
+
+enum class Phase { NotStarted, Running, Ended };
+
+std::atomic<Phase> State{Phase::NotStarted};
+std::mutex WarmUpMutex;
+std::thread WarmUpThread;
+
+std::recursive_mutex& engineMutex()
+{
+    // Never destroyed: buffers held by static objects are let go later than anything here.
+    static auto* pMutex = new std::recursive_mutex;
+    return *pMutex;
+}
+
+guint64 machineMemory()
+{
+#ifdef Q_OS_UNIX
+    const long Pages = sysconf(_SC_PHYS_PAGES);
+    const long PageSize = sysconf(_SC_PAGESIZE);
+    if (Pages > 0 && PageSize > 0)
+        return guint64(Pages) * guint64(PageSize);
+#endif
+    return 8 * Gibibyte;
+}
+
+/// Half of the memory: what exceeds the cache is swapped to disk, at a tenth of the speed.
+guint64 tileCacheSize()
+{
+    return std::max(machineMemory() / 2, Gibibyte / 2);
+}
+
+void startLocked()
+{
+    if (State != Phase::NotStarted)
+        return;
+    gegl_init(nullptr, nullptr);
+    g_object_set(gegl_config(), "tile-width", TileEdge, "tile-height", TileEdge, "tile-cache-size", tileCacheSize(),
+        "threads", std::clamp(QThread::idealThreadCount(), 1, 64), "mipmap-rendering", TRUE, "use-opencl", FALSE,
+        nullptr);
+    OrvEngineOperations::registerAll();
+    State = Phase::Running;
+}
+
+void joinWarmUp()
+{
+    const std::lock_guard<std::mutex> Guard(WarmUpMutex);
+    if (WarmUpThread.joinable())
+        WarmUpThread.join();
+}
+
+/// A program that ends while the engine still starts must not tear down under its feet.
+struct JoinAtExit {
+    ~JoinAtExit() { joinWarmUp(); }
+} JoinWarmUpAtExit;
+
+} // namespace
+
+void OrvEngine::start()
+{
+    const std::lock_guard<std::recursive_mutex> Guard(engineMutex());
+    startLocked();
+}
+
+void OrvEngine::warmUp()
+{
+    const std::lock_guard<std::mutex> Guard(WarmUpMutex);
+    if (State == Phase::NotStarted && !WarmUpThread.joinable())
+        WarmUpThread = std::thread([] { start(); });
+}
+
+bool OrvEngine::isStarted()
+{
+    return State == Phase::Running;
+}
+
+int OrvEngine::shutdown()
+{
+    joinWarmUp();
+    const std::lock_guard<std::recursive_mutex> Guard(engineMutex());
+    if (State != Phase::Running)
+        return 0;
+    OrvEngineOperations::release();
+    const int Leaks = gegl_buffer_leaks();
+    gegl_exit();
+    State = Phase::Ended;
+    return Leaks;
+}
+
+OrvEngine::Lock::Lock()
+{
+    engineMutex().lock();
+    startLocked();
+}
+
+OrvEngine::Lock::~Lock()
+{
+    engineMutex().unlock();
+}

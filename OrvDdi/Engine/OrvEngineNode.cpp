@@ -1,0 +1,390 @@
+#include "OrvDdi/Engine/OrvEngineNode.h"
+
+#include "OrvDdi/Engine/OrvBlendOperation.h"
+#include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvOperationParameters.h"
+#include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvSourceOperations.h"
+#include "OrvDdi/Image/OrvColor.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+/// Stands for the whole plane; the engine's own infinite rectangle overflows when operations widen it.
+constexpr int PlaneEdge = 1 << 20;
+constexpr GeglRectangle Plane = {-PlaneEdge, -PlaneEdge, 2 * PlaneEdge, 2 * PlaneEdge};
+/// Reach of operations that look at the whole image, and where such are taken to begin: what they need depends on where
+/// one asks.
+constexpr int Unlimited = PlaneEdge;
+constexpr int FarReach = 1024;
+
+GeglRectangle engineRect(const QRect& Rect)
+{
+    return {Rect.x(), Rect.y(), Rect.width(), Rect.height()};
+}
+
+QRect qtRect(const GeglRectangle& Rect)
+{
+    GeglRectangle Inside;
+    if (!gegl_rectangle_intersect(&Inside, &Rect, &Plane))
+        return QRect();
+    return QRect(Inside.x, Inside.y, Inside.width, Inside.height);
+}
+
+GeglNode* newNode(const char* pOperation)
+{
+    GeglNode* pNode = gegl_node_new();
+    // Before the operation, because operations made of others hand it on to them.
+    g_object_set(pNode, "dont-cache", TRUE, nullptr);
+    gegl_node_set(pNode, "operation", pOperation, nullptr);
+    return pNode;
+}
+
+/// How far away from a pixel an operation looks, measured with a rectangle where something changed.
+int reachOf(GeglNode* pNode, const GeglRectangle& Rect)
+{
+    int Reach = 0;
+    if (GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode)) {
+        for (const char* pPad : {"input", "aux"}) {
+            if (!gegl_node_has_pad(pNode, pPad))
+                continue;
+            const GeglRectangle Needed = gegl_operation_get_required_for_output(pOperation, pPad, &Rect);
+            const double Sides[] = {double(Rect.x) - Needed.x, double(Rect.y) - Needed.y,
+                double(Needed.x) + Needed.width - Rect.x - Rect.width,
+                double(Needed.y) + Needed.height - Rect.y - Rect.height};
+            const double Widest = *std::max_element(std::begin(Sides), std::end(Sides));
+            if (!gegl_rectangle_is_empty(&Needed))
+                Reach = std::max(Reach, Widest > FarReach ? Unlimited : int(Widest));
+        }
+    }
+    // Operations made of others do not know their reach.
+    GSList* pChildren = gegl_node_get_children(pNode);
+    for (GSList* pChild = pChildren; pChild; pChild = pChild->next)
+        Reach = std::min(Unlimited, Reach + reachOf(GEGL_NODE(pChild->data), Rect));
+    g_slist_free(pChildren);
+    return Reach;
+}
+
+} // namespace
+
+struct OrvEngineNode::SubGraph {
+    enum Kind { Blend, Source, Uniform, Operation };
+
+    explicit SubGraph(Kind What)
+        : WhichKind(What)
+    {
+    }
+    ~SubGraph();
+
+    const Kind WhichKind;
+    GeglNode* pInput = nullptr; ///< has the input pads and the parameters
+    GeglNode* pOutput = nullptr; ///< the same node, or what follows it
+    SubGraph* Sources[3] = {};
+    std::vector<SubGraph*> Readers; ///< once for every pad
+    OrvImageBuffer Pixels; ///< keeps the handle's buffer the same object
+    std::function<void(const QRect&)> Invalidated;
+    gulong InvalidatedHandler = 0;
+    GeglRectangle UniformExtent = {};
+    bool Cached = false;
+    bool ReachKnown = false;
+    int Reach = 0;
+
+    void setSource(Pad Input, SubGraph* pSource);
+    void updateDeferral();
+    void invalidate(const GeglRectangle& Region) const;
+    void parametersChanged();
+    int reach(const GeglRectangle& Rect);
+    int reachDownstream(const GeglRectangle& Rect);
+};
+
+OrvEngineNode::SubGraph::~SubGraph()
+{
+    OrvDelivery::forget(pOutput);
+    for (const Pad Input : {Base, Over, Mask})
+        setSource(Input, nullptr);
+    for (SubGraph* pReader : Readers) {
+        for (SubGraph*& pSource : pReader->Sources) {
+            if (pSource == this)
+                pSource = nullptr;
+        }
+        pReader->invalidate(Plane);
+    }
+    if (InvalidatedHandler)
+        g_signal_handler_disconnect(pOutput, InvalidatedHandler);
+    if (pOutput != pInput)
+        g_object_unref(pOutput);
+    g_object_unref(pInput);
+}
+
+void OrvEngineNode::SubGraph::setSource(Pad Input, SubGraph* pSource)
+{
+    SubGraph*& pPrevious = Sources[Input];
+    if (pPrevious) {
+        const auto Entry = std::find(pPrevious->Readers.begin(), pPrevious->Readers.end(), this);
+        pPrevious->Readers.erase(Entry);
+        pPrevious->updateDeferral();
+    }
+    pPrevious = pSource;
+    if (pSource) {
+        pSource->Readers.push_back(this);
+        pSource->updateDeferral();
+    }
+}
+
+/// Only blend steps understand descriptions of pictures, and only one reader may have a blend computed for it alone;
+/// a colour is computed in no time.
+void OrvEngineNode::SubGraph::updateDeferral()
+{
+    const bool BlendsOnly = !Readers.empty()
+        && std::all_of(Readers.begin(), Readers.end(), [](const SubGraph* p) { return p->WhichKind == Blend; });
+    if (WhichKind == Blend)
+        OrvBlendOperation::setDeferred(pInput, BlendsOnly && Readers.size() == 1 && !Cached);
+    else if (WhichKind == Uniform)
+        OrvSourceOperations::setDeferred(pInput, BlendsOnly);
+}
+
+void OrvEngineNode::SubGraph::invalidate(const GeglRectangle& Region) const
+{
+    gegl_operation_invalidate(gegl_node_get_gegl_operation(pOutput), &Region, FALSE);
+}
+
+void OrvEngineNode::SubGraph::parametersChanged()
+{
+    ReachKnown = false;
+    invalidate(Plane);
+}
+
+int OrvEngineNode::SubGraph::reach(const GeglRectangle& Rect)
+{
+    if (WhichKind != Operation)
+        return 0;
+    if (!ReachKnown) {
+        // Operations learn what they will need when the engine prepares them.
+        gegl_node_get_bounding_box(pInput);
+        Reach = reachOf(pInput, Rect);
+        ReachKnown = true;
+    }
+    return Reach;
+}
+
+/// The largest sum of reaches on any way from here to a result.
+int OrvEngineNode::SubGraph::reachDownstream(const GeglRectangle& Rect)
+{
+    // Depth first without recursion; a node is settled when all its readers are.
+    std::unordered_map<SubGraph*, int> Settled;
+    std::vector<SubGraph*> Pending{this};
+    while (!Pending.empty()) {
+        SubGraph* pNode = Pending.back();
+        if (Settled.count(pNode)) {
+            Pending.pop_back();
+            continue;
+        }
+        const size_t Before = Pending.size();
+        int Widest = 0;
+        for (SubGraph* pReader : pNode->Readers) {
+            const auto Found = Settled.find(pReader);
+            if (Found == Settled.end())
+                Pending.push_back(pReader);
+            else
+                Widest = std::max(Widest, Found->second);
+        }
+        if (Pending.size() > Before)
+            continue;
+        Pending.pop_back();
+        Settled.emplace(pNode, std::min(Unlimited, Widest + pNode->reach(Rect)));
+    }
+    return Settled[this];
+}
+
+OrvEngineNode::OrvEngineNode(std::unique_ptr<SubGraph> pGraph)
+    : m_pGraph(std::move(pGraph))
+{
+}
+
+OrvEngineNode::~OrvEngineNode()
+{
+    const OrvEngine::Lock Lock;
+    m_pGraph.reset();
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createBlend()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Blend);
+    pGraph->pInput = pGraph->pOutput = newNode(OrvBlendOperation::Name);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createSource()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Source);
+    pGraph->pInput = pGraph->pOutput = newNode(OrvSourceOperations::BufferName);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createUniform()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Uniform);
+    pGraph->pInput = pGraph->pOutput = newNode(OrvSourceOperations::UniformName);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& OperationName)
+{
+    const OrvEngine::Lock Lock;
+    const QByteArray Name = OperationName.toUtf8();
+    if (!gegl_has_operation(Name.constData()))
+        return nullptr;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Operation);
+    pGraph->pInput = newNode(Name.constData());
+    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    if (!gegl_node_has_pad(pGraph->pInput, "output"))
+        return nullptr;
+    gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createPass()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Operation);
+    pGraph->pInput = pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+void OrvEngineNode::connectInput(Pad Input, OrvEngineNode* pSource)
+{
+    static const char* const PadNames[] = {"input", "aux", "aux2"};
+    const OrvEngine::Lock Lock;
+    const char* pPad = PadNames[Input];
+    SubGraph* pSourceGraph = pSource ? pSource->m_pGraph.get() : nullptr;
+    if (!gegl_node_has_pad(m_pGraph->pInput, pPad) || m_pGraph->Sources[Input] == pSourceGraph)
+        return;
+    if (!pSourceGraph)
+        gegl_node_disconnect(m_pGraph->pInput, pPad);
+    else if (!gegl_node_connect_to(pSourceGraph->pOutput, "output", m_pGraph->pInput, pPad))
+        return;
+    m_pGraph->setSource(Input, pSourceGraph);
+    m_pGraph->parametersChanged();
+}
+
+void OrvEngineNode::setBlend(const OrvBlendParameters& Parameters)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Blend || OrvBlendOperation::parameters(m_pGraph->pInput) == Parameters)
+        return;
+    OrvBlendOperation::setParameters(m_pGraph->pInput, Parameters);
+    m_pGraph->invalidate(Plane);
+}
+
+void OrvEngineNode::setBuffer(const OrvImageBuffer& Buffer)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Source || m_pGraph->Pixels.sameAs(Buffer))
+        return;
+    m_pGraph->Pixels = Buffer;
+    OrvSourceOperations::setBuffer(m_pGraph->pInput, Buffer.handle());
+    m_pGraph->invalidate(Plane);
+}
+
+void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Uniform)
+        return;
+    const float Premultiplied[4] = {
+        Color.red() * Color.alpha(), Color.green() * Color.alpha(), Color.blue() * Color.alpha(), Color.alpha()};
+    OrvSourceOperations::setUniform(m_pGraph->pInput, Premultiplied, engineRect(Extent));
+    m_pGraph->invalidate(Plane);
+}
+
+bool OrvEngineNode::setParameter(const QString& Name, const QVariant& Value)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Operation || !OrvOperationParameters::set(m_pGraph->pInput, Name, Value))
+        return false;
+    m_pGraph->parametersChanged();
+    return true;
+}
+
+void OrvEngineNode::setExtent(const QRect& Extent)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Operation)
+        return;
+    OrvOutputOperation::setExtent(m_pGraph->pOutput, Extent.isEmpty() ? GeglRectangle{} : engineRect(Extent));
+    m_pGraph->invalidate(Plane);
+}
+
+void OrvEngineNode::setCached(bool Cached)
+{
+    const OrvEngine::Lock Lock;
+    // Pixels of a source are there already, a colour needs no memory.
+    const bool IsBlend = m_pGraph->WhichKind == SubGraph::Blend;
+    if ((!IsBlend && m_pGraph->WhichKind != SubGraph::Operation) || m_pGraph->Cached == Cached)
+        return;
+    m_pGraph->Cached = Cached;
+    if (IsBlend)
+        OrvBlendOperation::setCached(m_pGraph->pOutput, Cached);
+    else
+        OrvOutputOperation::setCached(m_pGraph->pOutput, Cached);
+    m_pGraph->updateDeferral();
+    // A cache that was kept and switched off has missed what happened since.
+    m_pGraph->invalidate(Plane);
+}
+
+void OrvEngineNode::pixelsWritten(const QRect& Region)
+{
+    if (Region.isEmpty())
+        return;
+    const OrvEngine::Lock Lock;
+    // Several of the engine's blurs report too small a part of their result as stale; it is widened here, where it
+    // reaches everything downstream.
+    const GeglRectangle Written = engineRect(Region);
+    const int Reach = m_pGraph->reachDownstream(Written);
+    m_pGraph->invalidate(
+        Reach >= Unlimited ? Plane : engineRect(Region.adjusted(-Reach, -Reach, Reach, Reach)));
+}
+
+QRect OrvEngineNode::boundingBox() const
+{
+    const OrvEngine::Lock Lock;
+    return qtRect(gegl_node_get_bounding_box(m_pGraph->pOutput));
+}
+
+void OrvEngineNode::render(
+    const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride)
+{
+    if (Region.isEmpty() || !(Scale > 0.0))
+        return;
+    const OrvEngine::Lock Lock;
+    OrvDelivery::render(m_pGraph->pOutput, engineRect(Region), Scale, orvPixelLayout(Format), pPixels,
+        Stride ? Stride : Region.width() * Format.bytesPerPixel());
+}
+
+void OrvEngineNode::setInvalidated(std::function<void(const QRect&)> Callback)
+{
+    const OrvEngine::Lock Lock;
+    m_pGraph->Invalidated = std::move(Callback);
+    if (m_pGraph->InvalidatedHandler || !m_pGraph->Invalidated)
+        return;
+    const auto tell = [](GeglNode*, const GeglRectangle* pRegion, void* pReceiver) {
+        const auto* pGraph = static_cast<const SubGraph*>(pReceiver);
+        const QRect Region = qtRect(*pRegion);
+        if (pGraph->Invalidated && !Region.isEmpty())
+            pGraph->Invalidated(Region);
+    };
+    m_pGraph->InvalidatedHandler = g_signal_connect(m_pGraph->pOutput, "invalidated",
+        G_CALLBACK(static_cast<void (*)(GeglNode*, const GeglRectangle*, void*)>(tell)), m_pGraph.get());
+}
+
+_GeglNode* OrvEngineNode::handle() const
+{
+    return m_pGraph->pOutput;
+}

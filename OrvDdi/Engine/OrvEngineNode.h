@@ -1,0 +1,63 @@
+#pragma once
+
+#include "OrvDdi/Engine/OrvBlendParameters.h"
+#include "OrvDdi/Image/OrvImageBuffer.h"
+
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <functional>
+#include <memory>
+
+struct _GeglNode;
+
+/// One step of an evaluation: a thin owner of one sub-graph of the image engine. The document's nodes own these and
+/// connect them as they are connected themselves. Every call takes the engine's lock; nothing here knows the document.
+class ORVDDI_EXPORT OrvEngineNode {
+public:
+    enum Pad { Base, Over, Mask };
+
+    /// Blends over above base through mask; any of the three may be missing.
+    static std::unique_ptr<OrvEngineNode> createBlend();
+    /// Shows a buffer; empty until setBuffer().
+    static std::unique_ptr<OrvEngineNode> createSource();
+    /// One colour everywhere within a rectangle, without pixel memory.
+    static std::unique_ptr<OrvEngineNode> createUniform();
+    /// An operation of the registry; its image inputs are Base and, where it has a second one, Over. Null when the
+    /// engine does not know the name.
+    static std::unique_ptr<OrvEngineNode> createOperation(const QString& OperationName);
+    /// Passes Base on unchanged; nothing connected reads as transparent.
+    static std::unique_ptr<OrvEngineNode> createPass();
+    ~OrvEngineNode();
+
+    /// Null disconnects. A pad that the node does not have is ignored.
+    void connectInput(Pad Input, OrvEngineNode* pSource);
+
+    void setBlend(const OrvBlendParameters& Parameters); ///< blend nodes
+    void setBuffer(const OrvImageBuffer& Buffer); ///< source nodes
+    void setUniform(const OrvColor& Color, const QRect& Extent); ///< uniform nodes
+    /// Operation nodes. Values as OrvOperationRegistry describes the parameter; false for an unknown name or a value
+    /// that cannot be converted.
+    bool setParameter(const QString& Name, const QVariant& Value);
+    /// Crops the result of an operation node that has no bounds of its own; an empty rectangle lifts the crop.
+    void setExtent(const QRect& Extent);
+    /// Keeps the result so that what is above can change without computing it again.
+    void setCached(bool Cached);
+
+    /// Source nodes: pixels of the buffer were written; invalidates the region here and, widened by the reach of the
+    /// operations downstream, everything that depends on it.
+    void pixelsWritten(const QRect& Region);
+
+    QRect boundingBox() const;
+    /// Computes a region. Scale below 1 shrinks (the region is in scaled pixels).
+    void render(const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride = 0);
+    /// Called, from whichever thread caused it, with the region that became stale. One callback a node.
+    void setInvalidated(std::function<void(const QRect&)> Callback);
+
+    _GeglNode* handle() const; ///< the output
+
+private:
+    struct SubGraph;
+    explicit OrvEngineNode(std::unique_ptr<SubGraph> pGraph);
+    std::unique_ptr<SubGraph> m_pGraph;
+};

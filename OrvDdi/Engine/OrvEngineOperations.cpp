@@ -1,0 +1,21 @@
+#include "OrvDdi/Engine/OrvEngineOperations.h"
+
+#include "OrvDdi/Engine/OrvBlendOperation.h"
+#include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvPointOperations.h"
+#include "OrvDdi/Engine/OrvSourceOperations.h"
+
+void OrvEngineOperations::registerAll()
+{
+    OrvBlendOperation::registerType();
+    OrvSourceOperations::registerTypes();
+    OrvOutputOperation::registerType();
+    OrvDelivery::registerType();
+    OrvPointOperations::registerTypes();
+}
+
+void OrvEngineOperations::release()
+{
+    OrvDelivery::release();
+}

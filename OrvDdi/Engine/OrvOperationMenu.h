@@ -1,0 +1,11 @@
+#pragma once
+
+/// Which operations of the image engine are offered as layers, and where in the menus: operations without a use on a
+/// texture (files, screens, plumbing), and those that need curves or paths, are not in it.
+struct OrvOperationMenuEntry {
+    const char* pOperation;
+    const char* pMenuPath;
+};
+
+/// In menu order; the list ends with null pointers.
+extern const OrvOperationMenuEntry OrvOperationMenu[];

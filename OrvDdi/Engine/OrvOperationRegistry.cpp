@@ -1,0 +1,68 @@
+#include "OrvDdi/Engine/OrvOperationRegistry.h"
+
+#include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvOperationMenu.h"
+#include "OrvDdi/Engine/OrvOperationParameters.h"
+
+namespace {
+
+OrvOperation describe(const OrvOperationMenuEntry& Entry)
+{
+    OrvOperation Operation;
+    Operation.Name = QString::fromLatin1(Entry.pOperation);
+    Operation.MenuPath = QString::fromLatin1(Entry.pMenuPath);
+    Operation.Description = QString::fromUtf8(gegl_operation_get_key(Entry.pOperation, "description"));
+    Operation.Procedural = Operation.MenuPath.startsWith(QLatin1String("Procedural/"));
+    guint Count = 0;
+    GParamSpec** pProperties = gegl_operation_list_properties(Entry.pOperation, &Count);
+    for (guint Index = 0; Index < Count; ++Index) {
+        OrvOperationParameter Parameter;
+        if (OrvOperationParameters::describe(pProperties[Index], Parameter))
+            Operation.Parameters.append(Parameter);
+    }
+    g_free(pProperties);
+    return Operation;
+}
+
+bool hasSecondInput(const char* pOperation)
+{
+    GeglNode* pNode = gegl_node_new();
+    gegl_node_set(pNode, "operation", pOperation, nullptr);
+    const bool Has = gegl_node_has_pad(pNode, "aux");
+    g_object_unref(pNode);
+    return Has;
+}
+
+} // namespace
+
+const OrvOperationRegistry& OrvOperationRegistry::instance()
+{
+    static const OrvOperationRegistry Registry;
+    return Registry;
+}
+
+OrvOperationRegistry::OrvOperationRegistry()
+{
+    const OrvEngine::Lock Lock;
+    for (const OrvOperationMenuEntry* pEntry = OrvOperationMenu; pEntry->pOperation; ++pEntry) {
+        if (!gegl_has_operation(pEntry->pOperation))
+            continue;
+        OrvOperation Operation = describe(*pEntry);
+        Operation.HasSecondInput = hasSecondInput(pEntry->pOperation);
+        m_ByName.insert(Operation.Name, m_Operations.size());
+        m_ByMenuPath.insert(Operation.MenuPath, m_Operations.size());
+        m_Operations.append(Operation);
+    }
+}
+
+const OrvOperation* OrvOperationRegistry::find(const QString& Name) const
+{
+    const auto Found = m_ByName.find(Name);
+    return Found == m_ByName.end() ? nullptr : &m_Operations[Found.value()];
+}
+
+const OrvOperation* OrvOperationRegistry::findByMenuPath(const QString& MenuPath) const
+{
+    const auto Found = m_ByMenuPath.find(MenuPath);
+    return Found == m_ByMenuPath.end() ? nullptr : &m_Operations[Found.value()];
+}

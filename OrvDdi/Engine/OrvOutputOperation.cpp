@@ -1,0 +1,107 @@
+#include "OrvDdi/Engine/OrvOutputOperation.h"
+
+#include "OrvDdi/Engine/OrvPictureProgram.h"
+
+namespace {
+
+struct OutputOperation {
+    GeglOperationFilter Parent;
+    GeglRectangle Extent;
+    bool Cached;
+};
+
+struct OutputOperationClass {
+    GeglOperationFilterClass Parent;
+};
+
+GType output_operation_get_type();
+G_DEFINE_TYPE(OutputOperation, output_operation, GEGL_TYPE_OPERATION_FILTER)
+
+OutputOperation* instance(void* pOperation)
+{
+    return static_cast<OutputOperation*>(pOperation);
+}
+
+void prepare(GeglOperation* pOperation)
+{
+    const Babl* pFormat = gegl_operation_get_source_format(pOperation, "input");
+    // Caches of pixels that are blended next are best in the blend's own format.
+    if (!pFormat || instance(pOperation)->Cached)
+        pFormat = babl_format("RaGaBaA float");
+    gegl_operation_set_format(pOperation, "input", pFormat);
+    gegl_operation_set_format(pOperation, "output", pFormat);
+}
+
+GeglRectangle boundingBox(GeglOperation* pOperation)
+{
+    const GeglRectangle* pInput = gegl_operation_source_get_bounding_box(pOperation, "input");
+    GeglRectangle Box = pInput ? *pInput : GeglRectangle{};
+    const GeglRectangle& Extent = instance(pOperation)->Extent;
+    if (!gegl_rectangle_is_empty(&Extent))
+        gegl_rectangle_intersect(&Box, &Box, &Extent);
+    return Box;
+}
+
+GeglRectangle sameRegion(GeglOperation*, const char*, const GeglRectangle* pRegion)
+{
+    return *pRegion;
+}
+
+gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion,
+    int Level)
+{
+    GObject* pInput = gegl_operation_context_get_object(pContext, "input");
+    if (!pInput)
+        return FALSE;
+    if (instance(pOperation)->Cached) {
+        const GeglRectangle Region{
+            pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
+        OrvPictureProgram(OrvPicture::of(pInput))
+            .renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+        return TRUE;
+    }
+    GeglBuffer* pBuffer = GEGL_BUFFER(pInput);
+    const GeglRectangle& Extent = instance(pOperation)->Extent;
+    if (gegl_rectangle_is_empty(&Extent) || gegl_rectangle_contains(&Extent, gegl_buffer_get_extent(pBuffer))) {
+        gegl_operation_context_set_object(pContext, "output", pInput);
+        return TRUE;
+    }
+    GeglBuffer* pInside = gegl_buffer_create_sub_buffer(pBuffer, &Extent);
+    gegl_object_set_has_forked(G_OBJECT(pInside));
+    gegl_operation_context_take_object(pContext, "output", G_OBJECT(pInside));
+    return TRUE;
+}
+
+void output_operation_class_init(OutputOperationClass* pClass)
+{
+    GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
+    pOperationClass->prepare = prepare;
+    pOperationClass->get_bounding_box = boundingBox;
+    pOperationClass->get_required_for_output = sameRegion;
+    pOperationClass->get_invalidated_by_change = sameRegion;
+    pOperationClass->process = process;
+    gegl_operation_class_set_keys(
+        pOperationClass, "name", OrvOutputOperation::Name, "title", "Output", "categories", "hidden", nullptr);
+}
+
+void output_operation_init(OutputOperation*)
+{
+}
+
+} // namespace
+
+void OrvOutputOperation::registerType()
+{
+    g_type_class_ref(output_operation_get_type());
+}
+
+void OrvOutputOperation::setExtent(GeglNode* pNode, const GeglRectangle& Extent)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Extent = Extent;
+}
+
+void OrvOutputOperation::setCached(GeglNode* pNode, bool Cached)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
+    g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "OrvDdi/Engine/OrvGegl.h"
+
+/// The engine's operation behind every operation of the registry: crops what has no bounds of its own and keeps
+/// results where that is asked for. Without either it passes its input on.
+namespace OrvOutputOperation {
+
+constexpr char Name[] = "orv:output";
+
+void registerType();
+/// An empty extent lifts the crop.
+void setExtent(GeglNode* pNode, const GeglRectangle& Extent);
+void setCached(GeglNode* pNode, bool Cached);
+
+} // namespace OrvOutputOperation

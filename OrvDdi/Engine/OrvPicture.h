@@ -1,0 +1,50 @@
+#pragma once
+
+#include "OrvDdi/Engine/OrvBlendParameters.h"
+#include "OrvDdi/Engine/OrvGegl.h"
+
+#include <memory>
+
+/// What one step of an evaluation yields, before anything is computed: pixels that exist, one colour, or a blend of
+/// other pictures. Blend steps hand such descriptions to each other instead of buffers, so that a whole stack is
+/// computed in one pass (see OrvPictureProgram). Lives during one evaluation; immutable.
+class OrvPicture {
+public:
+    enum Kind { Nothing, Pixels, Uniform, Blend };
+    using Pointer = std::shared_ptr<const OrvPicture>;
+
+    static Pointer nothing();
+    static Pointer pixels(GeglBuffer* pBuffer);
+    /// Four floats, linear, premultiplied; transparent outside the extent.
+    static Pointer uniform(const float* pColor, const GeglRectangle& Extent);
+    /// A null mask means none; a null or empty base or over image means transparent.
+    static Pointer blend(const OrvBlendParameters& Parameters, Pointer pBase, Pointer pOver, Pointer pMask);
+    ~OrvPicture();
+
+    Kind kind() const { return m_Kind; }
+    GeglBuffer* buffer() const { return m_pBuffer; }
+    const float* color() const { return m_Color; }
+    const GeglRectangle& extent() const { return m_Extent; }
+    const OrvBlendParameters& parameters() const { return m_Parameters; }
+    const Pointer& base() const { return m_pBase; }
+    const Pointer& over() const { return m_pOver; }
+    const Pointer& mask() const { return m_pMask; }
+
+    /// A buffer without pixels that carries the description from one operation to the next. The caller owns it.
+    static GeglBuffer* carrier(const Pointer& pPicture);
+    /// What an operation was given: the description that the object carries, or the pixels that it is.
+    static Pointer of(GObject* pObject);
+
+private:
+    explicit OrvPicture(Kind WhichKind)
+        : m_Kind(WhichKind)
+    {
+    }
+
+    const Kind m_Kind;
+    GeglBuffer* m_pBuffer = nullptr;
+    float m_Color[4] = {};
+    GeglRectangle m_Extent = {};
+    OrvBlendParameters m_Parameters;
+    Pointer m_pBase, m_pOver, m_pMask;
+};

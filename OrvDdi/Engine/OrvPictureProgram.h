@@ -1,0 +1,56 @@
+#pragma once
+
+#include "OrvDdi/Engine/OrvPicture.h"
+#include "OrvDdi/Engine/OrvPixelKernels.h"
+
+#include <vector>
+
+/// A picture turned into a list of steps over short runs of pixels: every source is read once, in its own format, and
+/// nothing in between is written to memory. Made for one evaluation and run on all threads of the engine.
+class OrvPictureProgram {
+public:
+    explicit OrvPictureProgram(const OrvPicture::Pointer& pPicture);
+
+    /// Regions are in pixels of the mipmap level. The target is premultiplied float.
+    void renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level);
+    void renderTo(void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level);
+
+private:
+    /// What a step reads: a source's pixels, one colour, or a register that an earlier step left its result in.
+    struct Operand {
+        enum Kind { None, Source, Color, Register };
+        Kind Which = None;
+        int Index = 0;
+    };
+    struct Source {
+        GeglBuffer* pBuffer;
+        OrvPixelLayout Layout;
+    };
+    struct ColorSource {
+        float Color[4];
+        GeglRectangle Extent;
+    };
+    struct Step {
+        enum Kind { Load, Blend };
+        Kind What;
+        int Target; ///< register
+        Operand From; ///< Load: what is loaded; Blend: the over image
+        Operand Mask;
+        const OrvBlendParameters* pParameters;
+    };
+    struct Output;
+    class Run;
+
+    void compile(const OrvPicture* pPicture, int Register);
+    Operand operand(const OrvPicture* pPicture, int FreeRegister);
+    int sourceIndex(GeglBuffer* pBuffer);
+    void cropColors(const GeglRectangle& Region, int Level);
+    void render(const Output& Where, const GeglRectangle& Region, int Level);
+
+    OrvPicture::Pointer m_pPicture;
+    std::vector<Step> m_Steps;
+    std::vector<Source> m_Sources;
+    std::vector<ColorSource> m_Colors;
+    std::vector<OrvPicture::Pointer> m_CroppedColors; ///< keeps their buffers
+    int m_RegisterCount = 1;
+};

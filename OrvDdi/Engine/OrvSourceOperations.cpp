@@ -1,0 +1,156 @@
+#include "OrvDdi/Engine/OrvSourceOperations.h"
+
+#include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvPictureProgram.h"
+
+#include <algorithm>
+
+namespace {
+
+// ---- a buffer
+
+struct BufferOperation {
+    GeglOperationSource Parent;
+    GeglBuffer* pBuffer;
+};
+
+struct BufferOperationClass {
+    GeglOperationSourceClass Parent;
+};
+
+GType buffer_operation_get_type();
+G_DEFINE_TYPE(BufferOperation, buffer_operation, GEGL_TYPE_OPERATION_SOURCE)
+
+BufferOperation* bufferInstance(void* pOperation)
+{
+    return static_cast<BufferOperation*>(pOperation);
+}
+
+void bufferPrepare(GeglOperation* pOperation)
+{
+    if (GeglBuffer* pBuffer = bufferInstance(pOperation)->pBuffer)
+        gegl_operation_set_format(pOperation, "output", gegl_buffer_get_format(pBuffer));
+}
+
+GeglRectangle bufferBoundingBox(GeglOperation* pOperation)
+{
+    GeglBuffer* pBuffer = bufferInstance(pOperation)->pBuffer;
+    return pBuffer ? *gegl_buffer_get_extent(pBuffer) : GeglRectangle{};
+}
+
+gboolean bufferProcess(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle*, int)
+{
+    GeglBuffer* pBuffer = bufferInstance(pOperation)->pBuffer;
+    if (!pBuffer)
+        return FALSE;
+    // Later steps must not compute in place in what is the document's.
+    gegl_object_set_has_forked(G_OBJECT(pBuffer));
+    gegl_operation_context_set_object(pContext, "output", G_OBJECT(pBuffer));
+    return TRUE;
+}
+
+void bufferDispose(GObject* pObject)
+{
+    g_clear_object(&bufferInstance(pObject)->pBuffer);
+    G_OBJECT_CLASS(buffer_operation_parent_class)->dispose(pObject);
+}
+
+void buffer_operation_class_init(BufferOperationClass* pClass)
+{
+    G_OBJECT_CLASS(pClass)->dispose = bufferDispose;
+    GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
+    pOperationClass->prepare = bufferPrepare;
+    pOperationClass->get_bounding_box = bufferBoundingBox;
+    pOperationClass->process = bufferProcess;
+    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::BufferName, "title", "Buffer",
+        "categories", "hidden", nullptr);
+}
+
+void buffer_operation_init(BufferOperation*)
+{
+}
+
+// ---- a colour
+
+struct UniformOperation {
+    GeglOperationSource Parent;
+    float Color[4];
+    GeglRectangle Extent;
+    bool Deferred;
+};
+
+struct UniformOperationClass {
+    GeglOperationSourceClass Parent;
+};
+
+GType uniform_operation_get_type();
+G_DEFINE_TYPE(UniformOperation, uniform_operation, GEGL_TYPE_OPERATION_SOURCE)
+
+UniformOperation* uniformInstance(void* pOperation)
+{
+    return static_cast<UniformOperation*>(pOperation);
+}
+
+void uniformPrepare(GeglOperation* pOperation)
+{
+    gegl_operation_set_format(pOperation, "output", babl_format("RaGaBaA float"));
+}
+
+GeglRectangle uniformBoundingBox(GeglOperation* pOperation)
+{
+    return uniformInstance(pOperation)->Extent;
+}
+
+gboolean uniformProcess(GeglOperation* pOperation, GeglOperationContext* pContext, const char*,
+    const GeglRectangle* pRegion, int Level)
+{
+    const UniformOperation* pSelf = uniformInstance(pOperation);
+    const OrvPicture::Pointer pPicture = OrvPicture::uniform(pSelf->Color, pSelf->Extent);
+    if (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node)) {
+        gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));
+        return TRUE;
+    }
+    const GeglRectangle Region{
+        pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
+    OrvPictureProgram(pPicture).renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+    return TRUE;
+}
+
+void uniform_operation_class_init(UniformOperationClass* pClass)
+{
+    GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
+    pOperationClass->prepare = uniformPrepare;
+    pOperationClass->get_bounding_box = uniformBoundingBox;
+    pOperationClass->process = uniformProcess;
+    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::UniformName, "title", "Uniform",
+        "categories", "hidden", nullptr);
+}
+
+void uniform_operation_init(UniformOperation*)
+{
+}
+
+} // namespace
+
+void OrvSourceOperations::registerTypes()
+{
+    g_type_class_ref(buffer_operation_get_type());
+    g_type_class_ref(uniform_operation_get_type());
+}
+
+void OrvSourceOperations::setBuffer(GeglNode* pNode, GeglBuffer* pBuffer)
+{
+    g_set_object(&bufferInstance(gegl_node_get_gegl_operation(pNode))->pBuffer, pBuffer);
+}
+
+void OrvSourceOperations::setUniform(GeglNode* pNode, const float* pColor, const GeglRectangle& Extent)
+{
+    UniformOperation* pSelf = uniformInstance(gegl_node_get_gegl_operation(pNode));
+    std::copy(pColor, pColor + 4, pSelf->Color);
+    pSelf->Extent = Extent;
+}
+
+void OrvSourceOperations::setDeferred(GeglNode* pNode, bool Deferred)
+{
+    uniformInstance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+}
