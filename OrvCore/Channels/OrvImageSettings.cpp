@@ -1,0 +1,29 @@
+#include "OrvCore/Channels/OrvImageSettings.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+
+OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
+{
+    OrvImageSettings Settings;
+    Settings.Layout = pChannel ? pChannel->layout() : OrvUdimLayout(QSize(2048, 2048));
+    Settings.Paint = pChannel ? pChannel->paintFormat()
+                              : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb};
+    Settings.Mask = pChannel ? pChannel->maskFormat()
+                             : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
+    return Settings;
+}
+
+OrvImageSettings OrvImageSettings::ofLayer(const OrvSnBaseNode* pBlendNode)
+{
+    const QList<OrvShaderInput*> Parents = OrvShaderInputUtils::findParents(pBlendNode, QString());
+    return ofChannel(Parents.isEmpty() ? nullptr : Parents.first());
+}
+
+OrvImageSettings OrvImageSettings::ofStack(const OrvLayerStack* pStack)
+{
+    OrvImageSettings Settings = ofChannel(pStack->ownerShaderInput());
+    if (pStack->isWithinMask())
+        Settings.Paint.Curve = OrvPixelFormat::Linear;
+    return Settings;
+}

@@ -1,0 +1,232 @@
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+OrvShaderInputManager& OrvShaderInputManager::instance()
+{
+    static OrvShaderInputManager Manager;
+    return Manager;
+}
+
+OrvShaderInputManager::OrvShaderInputManager()
+{
+    qRegisterMetaType<OrvColorSpaceConfig>("OrvColorSpaceConfig");
+    // Layers are told of an edit before channels are, which look at them.
+    OrvLayerManager* pLayers = &OrvLayerManager::instance();
+    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
+    connect(pNetworks, &OrvShaderNetworkManager::nodeRegistered, this, &OrvShaderInputManager::onNodeRegistered);
+    connect(
+        pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvShaderInputManager::onNodeDeregistered);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvShaderInputManager::onNodeNameChanged);
+    connect(
+        pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvShaderInputManager::onNodeLockedChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this,
+        &OrvShaderInputManager::onNodeAttributeChanged);
+    connect(pNetworks,
+        QOverload<OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*>::of(
+            &OrvShaderNetworkManager::nodeReconnected),
+        this, &OrvShaderInputManager::onNodeReconnected);
+    connect(pNetworks, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
+        &OrvShaderInputManager::onCurrentNetworkChanged);
+    connect(pLayers, &OrvLayerManager::structureRefreshed, this, &OrvShaderInputManager::onStructureRefreshed);
+}
+
+OrvShaderInput* OrvShaderInputManager::currentShaderInput(OrvShaderNetwork* pNetwork) const
+{
+    return m_Current.value(pNetwork ? pNetwork : OrvShaderNetworkManager::instance().currentShaderNetwork());
+}
+
+OrvSnBaseNode* OrvShaderInputManager::currentShaderInputNode() const
+{
+    const OrvShaderInput* pCurrent = currentShaderInput();
+    return pCurrent ? pCurrent->node() : nullptr;
+}
+
+void OrvShaderInputManager::makeShaderInputCurrent(OrvShaderInput* pInput, bool Notify)
+{
+    if (pInput && pInput->network())
+        makeShaderInputCurrent(pInput->network(), pInput, Notify);
+}
+
+void OrvShaderInputManager::makeShaderInputCurrent(OrvShaderNetwork* pNetwork, OrvShaderInput* pInput, bool Notify)
+{
+    if (!pNetwork || m_Current.value(pNetwork) == pInput)
+        return;
+    if (pInput)
+        m_Current.insert(pNetwork, pInput);
+    else
+        m_Current.remove(pNetwork);
+    if (pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork()) {
+        OrvLayerManager& Layers = OrvLayerManager::instance();
+        Layers.setCurrentLayerStack(pInput);
+        Layers.setCurrentLayer(pNetwork, pInput ? pInput->currentLayer() : nullptr);
+    }
+    if (Notify)
+        Q_EMIT currentShaderInputChanged(pInput);
+}
+
+QList<OrvShaderInput*> OrvShaderInputManager::getShaderInputsFromNetwork(const OrvShaderNetwork* pNetwork) const
+{
+    return m_Channels.value(pNetwork);
+}
+
+OrvShaderInput* OrvShaderInputManager::neighborOf(const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
+{
+    QList<OrvShaderInput*> Channels;
+    for (OrvShaderInput* pChannel : getShaderInputsFromNetwork(pNetwork)) {
+        if (!pChannel->isMaterialStack() || pChannel == pInput)
+            Channels.append(pChannel);
+    }
+    std::sort(Channels.begin(), Channels.end(), [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
+        const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
+        return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
+    });
+    const int Index = Channels.indexOf(const_cast<OrvShaderInput*>(pInput));
+    if (Index + 1 < Channels.size())
+        return Channels[Index + 1];
+    return Index > 0 ? Channels[Index - 1] : nullptr;
+}
+
+void OrvShaderInputManager::selectNextShaderInput()
+{
+    OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    makeShaderInputCurrent(pNetwork, neighborOf(pNetwork, currentShaderInput(pNetwork)), true);
+}
+
+bool OrvShaderInputManager::destroy(OrvShaderInput* pInput, int Strategy)
+{
+    OrvShaderNetwork* pNetwork = pInput ? pInput->network() : nullptr;
+    if (!pNetwork || !pInput->isModifiable())
+        return false;
+    OrvUndoManager::AutoMacro Macro(tr("Remove Channel : %1").arg(pInput->name()));
+    OrvLayerManager& Layers = OrvLayerManager::instance();
+    QList<OrvSnBaseNode*> Sharers;
+    pInput->isShared(Sharers);
+    OrvSnBaseNode* pTop = pInput->topNode();
+    for (OrvSnBaseNode* pSharer : qAsConst(Sharers)) {
+        if (Strategy == SharersAreDeleted) {
+            auto* pMerge = static_cast<OrvSnMergeNode*>(pSharer);
+            if (OrvLayer* pLayer = Layers.getLayer(pMerge, true)) {
+                for (OrvLayerStack* pStack : pLayer->stacks())
+                    pStack->deleteLayers({pLayer});
+            }
+        } else if (!pSharer->connectInput(OrvSnNames::Over, pTop)) {
+            Macro.cancel();
+            return false;
+        }
+    }
+    const OrvLayer* pCurrentLayer = Layers.currentLayer(pNetwork);
+    const bool HoldsCurrent = pCurrentLayer
+        && OrvShaderInputUtils::findParents(pCurrentLayer->blendNode(), QString()).contains(pInput);
+    if (m_Current.value(pNetwork) == pInput)
+        makeShaderInputCurrent(pNetwork, neighborOf(pNetwork, pInput), true);
+    else if (HoldsCurrent)
+        Layers.setCurrentLayer(pNetwork, nullptr);
+    pNetwork->removeNode(pInput->node());
+    OrvChainEditing::removeUnused(pTop);
+    return true;
+}
+
+OrvLayer* OrvShaderInputManager::currentLayerOf(const OrvShaderInput* pInput) const
+{
+    // The layer may have gone elsewhere since.
+    OrvLayer* pLayer = m_CurrentLayers.value(pInput);
+    if (pLayer && pLayer->blendNode()->network()
+        && OrvShaderInputUtils::findParents(pLayer->blendNode(), QString())
+               .contains(const_cast<OrvShaderInput*>(pInput)))
+        return pLayer;
+    return pInput->isEmpty() ? nullptr : pInput->layerList().first();
+}
+
+void OrvShaderInputManager::setCurrentLayerOf(OrvShaderInput* pInput, OrvLayer* pLayer)
+{
+    if (!pInput || m_CurrentLayers.value(pInput) == pLayer)
+        return;
+    m_CurrentLayers.insert(pInput, pLayer);
+    Q_EMIT pInput->layerMadeCurrent();
+}
+
+void OrvShaderInputManager::onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)
+{
+    auto* pChannelNode = qobject_cast<OrvSnShaderInputNode*>(pNode);
+    if (!pChannelNode)
+        return;
+    if (!pChannelNode->m_pShaderInput) {
+        pChannelNode->m_pShaderInput = new OrvShaderInput(pChannelNode);
+        Q_EMIT shaderInputCreated(pChannelNode->m_pShaderInput);
+    }
+    m_Channels[pNetwork].append(pChannelNode->m_pShaderInput);
+    m_Empty.insert(pChannelNode->m_pShaderInput, pChannelNode->m_pShaderInput->isEmpty());
+    Q_EMIT shaderInputAdded(pChannelNode->m_pShaderInput);
+}
+
+void OrvShaderInputManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)
+{
+    const auto* pChannelNode = qobject_cast<OrvSnShaderInputNode*>(pNode);
+    OrvShaderInput* pInput = pChannelNode ? pChannelNode->m_pShaderInput : nullptr;
+    if (!pInput)
+        return;
+    OrvShaderInput* pNext = neighborOf(pNetwork, pInput);
+    QList<OrvShaderInput*>& Channels = m_Channels[pNetwork];
+    Channels.removeOne(pInput);
+    if (Channels.isEmpty())
+        m_Channels.remove(pNetwork);
+    m_Empty.remove(pInput);
+    if (m_Current.value(pNetwork) == pInput)
+        makeShaderInputCurrent(pNetwork, pNext, true);
+    Q_EMIT shaderInputRemoved(pInput);
+}
+
+void OrvShaderInputManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString)
+{
+    if (OrvShaderInput* pInput = OrvShaderInputUtils::getShaderInput(pNode))
+        Q_EMIT shaderInputRenamed(pInput);
+}
+
+void OrvShaderInputManager::onNodeLockedChanged(OrvSnBaseNode* pNode, bool Locked)
+{
+    if (OrvShaderInput* pInput = OrvShaderInputUtils::getShaderInput(pNode))
+        Q_EMIT pInput->lockedChanged(Locked);
+}
+
+void OrvShaderInputManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
+{
+    if (OrvShaderInput* pInput = OrvShaderInputUtils::getShaderInput(pNode))
+        pInput->readNode(Name);
+}
+
+void OrvShaderInputManager::onNodeReconnected(OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode,
+    OrvSnBaseNode* pNewInputNode, OrvSnBaseNode*)
+{
+    if (pNode->hasTag(OrvSnNames::ShaderTag) && OrvShaderInputUtils::getShaderInput(pNewInputNode))
+        Q_EMIT newShaderInputConnected(InputName, pNewInputNode);
+}
+
+void OrvShaderInputManager::onCurrentNetworkChanged()
+{
+    OrvShaderInput* pCurrent = currentShaderInput();
+    OrvLayerManager::instance().setCurrentLayerStack(pCurrent);
+    Q_EMIT currentShaderInputChanged(pCurrent);
+}
+
+void OrvShaderInputManager::onStructureRefreshed()
+{
+    QList<OrvShaderInput*> Changed;
+    for (auto Channel = m_Empty.begin(); Channel != m_Empty.end(); ++Channel) {
+        const bool Empty = Channel.key()->isEmpty();
+        if (std::exchange(Channel.value(), Empty) != Empty)
+            Changed.append(Channel.key());
+    }
+    for (OrvShaderInput* pInput : qAsConst(Changed))
+        Q_EMIT pInput->layerMadeCurrent();
+}
+
+#include "moc_OrvShaderInputManager.cpp"

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "OrvCore/OrvCoreExport.h"
+
+#include "OrvDdi/Color/OrvColorSpaceConfig.h"
+
+#include <QtCore/QList>
+#include <QtCore/QSize>
+#include <QtCore/QString>
+
+#include <qopengl.h>
+
+class OrvShaderInput;
+class OrvShaderNetwork;
+class OrvSnBaseNode;
+
+/// Finding and making channels.
+namespace OrvShaderInputUtils {
+
+/// The channel of a stack node, or null.
+ORVCORE_EXPORT OrvShaderInput* getShaderInput(const OrvSnBaseNode* pNode);
+/// The same with an input name; empty: the default input.
+ORVCORE_EXPORT OrvShaderInput* find(const OrvSnBaseNode* pNode, const QString& InputName);
+/// Channels downstream of a node, that is, those whose stack contains it.
+ORVCORE_EXPORT QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, const QString& InputName);
+ORVCORE_EXPORT QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base);
+
+/// A new, empty channel in one undo step, or null. An invalid size is that of an object with its own resolution; the
+/// network's other channels give the tiles. Without a configuration the depth and the scalar flag choose one.
+ORVCORE_EXPORT OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size, GLenum Depth,
+    const OrvColorSpaceConfig* pConfig = nullptr, bool Scalar = false);
+/// A new channel with default settings in the current network, or null.
+ORVCORE_EXPORT OrvShaderInput* createShaderInput(bool Material);
+/// Null when the channel cannot be copied. An empty name: one is chosen.
+ORVCORE_EXPORT OrvShaderInput* createDuplicate(OrvShaderInput* pInput, const QString& Name);
+
+} // namespace OrvShaderInputUtils

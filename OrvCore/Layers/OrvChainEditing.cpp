@@ -1,0 +1,169 @@
+#include "OrvCore/Layers/OrvChainEditing.h"
+
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnGraphOutputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnOperationNode.h"
+
+#include "OrvDdi/Image/OrvImageSet.h"
+
+#include <QtCore/QSet>
+
+namespace OrvChainEditing {
+
+OrvSnBaseNode* contentOf(const OrvSnMergeNode* pMerge)
+{
+    OrvSnBaseNode* pOver = pMerge ? pMerge->inputNode(OrvSnNames::Over) : nullptr;
+    if (!pOver || !pOver->hasTag(OrvSnNames::AdjustmentStackTopTag))
+        return pOver;
+    const OrvSnBaseNode* pBottom = chainEnd(pOver);
+    return pBottom ? pBottom->preferredInputNode() : nullptr;
+}
+
+OrvSnOperationNode* baseOperationOf(const OrvSnMergeNode* pMerge)
+{
+    OrvSnOperationNode* pLowest = nullptr;
+    OrvSnBaseNode* pNode = contentOf(pMerge);
+    while (auto* pOperation = qobject_cast<OrvSnOperationNode*>(pNode)) {
+        if (pOperation->isProcedural())
+            return nullptr;
+        pLowest = pOperation;
+        pNode = pOperation->preferredInputNode();
+    }
+    return !pNode || pNode == pMerge->inputNode(OrvSnNames::Base) ? pLowest : nullptr;
+}
+
+OrvSnBaseNode* chainEnd(OrvSnBaseNode* pTop)
+{
+    while (pTop && !OrvLayerStreamUtils::isChainEnd(pTop))
+        pTop = pTop->preferredInputNode();
+    return pTop;
+}
+
+QVector<OrvSnBaseNode::Consumer> streamReaders(const OrvSnBaseNode* pNode)
+{
+    QVector<OrvSnBaseNode::Consumer> Readers;
+    for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
+        const bool InChain = OrvChainTargets::isTarget(Reader.pNode, Reader.InputName)
+            || OrvChainTargets::continuesChain(Reader.pNode, Reader.InputName)
+            || qobject_cast<OrvSnGraphOutputNode*>(Reader.pNode);
+        if (InChain) {
+            Readers.append(Reader);
+            continue;
+        }
+        // An adjustment layer directly above reads through its operation too.
+        for (const OrvChainTargets::Target& Target : OrvChainTargets::of(Reader.pNode).Targets) {
+            const QVector<OrvSnMergeNode*> Layers = OrvChainTargets::owners(Target);
+            const bool IsAdjustment = std::any_of(Layers.begin(), Layers.end(), [&](const OrvSnMergeNode* pLayer) {
+                return pLayer->inputNode(OrvSnNames::Base) == pNode && baseOperationOf(pLayer) == Reader.pNode;
+            });
+            if (IsAdjustment) {
+                Readers.append(Reader);
+                break;
+            }
+        }
+    }
+    return Readers;
+}
+
+OrvSnBaseNode* addNode(OrvShaderNetwork* pNetwork, std::unique_ptr<OrvSnBaseNode> pNode, const QString& Name,
+    const OrvSnBaseNode* pReference, int Columns, int Rows)
+{
+    constexpr qreal ColumnWidth = 180.0;
+    constexpr qreal RowHeight = 110.0;
+    pNode->setName(Name);
+    if (pReference)
+        pNode->setPosition(pReference->position() + QPointF(Columns * ColumnWidth, -Rows * RowHeight));
+    return pNetwork->addNode(std::move(pNode));
+}
+
+OrvSnChannelInputNode* addImageNode(OrvShaderNetwork* pNetwork, const OrvUdimLayout& Layout,
+    const OrvPixelFormat& Format, const OrvColor& Fill, const QString& Name, const OrvSnBaseNode* pReference,
+    int Columns, int Rows, const OrvImageBuffer& Pixels)
+{
+    auto pImages = std::make_unique<OrvImageSet>(Layout, Format, Fill);
+    if (!Pixels.isNull())
+        pImages->replace(Layout, Format, Fill, Pixels);
+    auto pNode = std::make_unique<OrvSnChannelInputNode>();
+    pNode->setImageSet(std::move(pImages));
+    return addNode(pNetwork, std::move(pNode), Name, pReference, Columns, Rows);
+}
+
+bool insertAbove(OrvSnMergeNode* pMerge, OrvSnBaseNode* pTarget)
+{
+    OrvSnOperationNode* pOperation = baseOperationOf(pMerge);
+    const QVector<OrvSnBaseNode::Consumer> Readers = streamReaders(pTarget);
+    if (!pMerge->connectInput(OrvSnNames::Base, pTarget))
+        return false;
+    if (pOperation && !pOperation->connectInput(pOperation->preferredInput(), pTarget))
+        return false;
+    return std::all_of(Readers.begin(), Readers.end(), [pMerge](const OrvSnBaseNode::Consumer& Reader) {
+        return Reader.pNode->connectInput(Reader.InputName, pMerge);
+    });
+}
+
+void takeOut(OrvSnMergeNode* pMerge)
+{
+    OrvSnBaseNode* pBase = pMerge->inputNode(OrvSnNames::Base);
+    if (OrvSnOperationNode* pOperation = baseOperationOf(pMerge))
+        pOperation->disconnectInput(pOperation->preferredInput());
+    for (const OrvSnBaseNode::Consumer& Reader : streamReaders(pMerge))
+        Reader.pNode->connectInput(Reader.InputName, pBase);
+    pMerge->disconnectInput(OrvSnNames::Base);
+}
+
+void removeUnused(OrvSnBaseNode* pNode)
+{
+    static const QString StackShaderTag = QStringLiteral("_stackShader");
+    QVector<OrvSnBaseNode*> Pending{pNode};
+    while (!Pending.isEmpty()) {
+        OrvSnBaseNode* pUnused = Pending.takeLast();
+        const bool Stays = !pUnused || !pUnused->network() || !pUnused->consumers().isEmpty()
+            || pUnused->hasTag(OrvSnNames::ShaderInputTag)
+            || (pUnused->hasTag(OrvSnNames::ShaderTag) && !pUnused->hasTag(StackShaderTag));
+        if (Stays)
+            continue;
+        for (const OrvSnBaseNode::Input& Input : pUnused->inputs())
+            Pending.append(Input.pNode);
+        if (OrvLayerManager::instance().currentComponent() == pUnused)
+            OrvLayerManager::instance().setCurrentComponent(nullptr);
+        pUnused->network()->removeNode(pUnused);
+    }
+}
+
+QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels Handling)
+{
+    QVector<OrvSnBaseNode*> Found;
+    QSet<const OrvSnBaseNode*> Seen;
+    const auto note = [&](OrvSnBaseNode* pNode) {
+        const bool Limit = Handling == Channels::AreLimits && pNode && pNode->hasTag(OrvSnNames::ShaderInputTag);
+        if (pNode && !Limit && !Seen.contains(pNode)) {
+            Seen.insert(pNode);
+            Found.append(pNode);
+        }
+    };
+    // What lies below the layers is no part of them, however they read it.
+    QSet<const OrvSnBaseNode*> Roots, BaseOperations;
+    for (OrvSnMergeNode* pMerge : Merges) {
+        note(pMerge);
+        Roots.insert(pMerge);
+        if (const OrvSnOperationNode* pOperation = baseOperationOf(pMerge))
+            BaseOperations.insert(pOperation);
+    }
+    for (int Index = 0; Index < Found.size(); ++Index) {
+        const OrvSnBaseNode* pNode = Found[Index];
+        for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
+            const bool FromBelow = BaseOperations.contains(pNode)
+                || (Input.Name == OrvSnNames::Base && Roots.contains(pNode));
+            if (!FromBelow)
+                note(Input.pNode);
+        }
+    }
+    return Found;
+}
+
+} // namespace OrvChainEditing

@@ -1,0 +1,454 @@
+#include "OrvCore/Layers/OrvLayerManager.h"
+
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvLayerCost.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include <QtWidgets/QUndoCommand>
+
+/// Another component is painted on.
+class OrvCurrentComponentEdit : public QUndoCommand {
+public:
+    OrvCurrentComponentEdit(OrvSnBaseNode* pBefore, OrvSnBaseNode* pAfter)
+        : QUndoCommand(OrvLayerManager::tr("Change Paint Target"))
+        , m_pBefore(pBefore)
+        , m_pAfter(pAfter)
+    {
+    }
+    void undo() override { OrvLayerManager::instance().applyCurrentComponent(m_pBefore); }
+    void redo() override { OrvLayerManager::instance().applyCurrentComponent(m_pAfter); }
+
+private:
+    QPointer<OrvSnBaseNode> m_pBefore, m_pAfter;
+};
+
+/// Another layer becomes current, as part of an edit: undo brings back the one before.
+class OrvCurrentLayerEdit : public QUndoCommand {
+public:
+    OrvCurrentLayerEdit(OrvShaderNetwork* pNetwork, OrvLayer* pLayer)
+        : QUndoCommand(OrvLayerManager::tr("Make Layer Current"))
+        , m_pNetwork(pNetwork)
+        , m_pBefore(OrvLayerManager::instance().currentLayer(pNetwork))
+        , m_pAfter(pLayer)
+    {
+    }
+    void undo() override { OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pBefore); }
+    void redo() override { OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pAfter); }
+
+private:
+    QPointer<OrvShaderNetwork> m_pNetwork;
+    QPointer<OrvLayer> m_pBefore, m_pAfter;
+};
+
+OrvLayerManager& OrvLayerManager::instance()
+{
+    static OrvLayerManager Manager;
+    return Manager;
+}
+
+OrvLayerManager::OrvLayerManager()
+{
+    qRegisterMetaType<OrvLayer*>("OrvLayer*");
+    qRegisterMetaType<OrvLayerStack*>("OrvLayerStack*");
+    qRegisterMetaType<OrvSnBaseNode*>("OrvSnBaseNode*");
+    qRegisterMetaType<OrvSnBaseNodeCacheActiveState>("OrvSnBaseNodeCacheActiveState");
+    qRegisterMetaType<OrvCustomAttribute>("OrvCustomAttribute");
+
+    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
+    connect(pNetworks, &OrvShaderNetworkManager::nodeRegistered, this, &OrvLayerManager::onNodeRegistered);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvLayerManager::onNodeDeregistered);
+    connect(pNetworks,
+        QOverload<OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*>::of(
+            &OrvShaderNetworkManager::nodeReconnected),
+        this, &OrvLayerManager::onNodeReconnected);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeEnabledChanged, this, &OrvLayerManager::onNodeEnabledChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeBlockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
+    connect(
+        pNetworks, &OrvShaderNetworkManager::nodeCacheActiveChanged, this, &OrvLayerManager::onNodeCacheActiveChanged);
+    connect(
+        pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this, &OrvLayerManager::onNodeAttributeChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvLayerManager::onNodeNameChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
+        &OrvLayerManager::onCurrentNetworkChanged);
+    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, &OrvLayerManager::onEditFinished);
+}
+
+OrvLayerManager::~OrvLayerManager()
+{
+    delete m_pDummyBlendNode;
+    qDeleteAll(m_Stacks);
+}
+
+OrvLayer* OrvLayerManager::currentLayer(OrvShaderNetwork* pNetwork) const
+{
+    return m_CurrentLayers.value(pNetwork ? pNetwork : OrvShaderNetworkManager::instance().currentShaderNetwork());
+}
+
+void OrvLayerManager::setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLayer, bool Undoable)
+{
+    if (!pNetwork || (pLayer && !pLayer->blendNode()->network()))
+        return;
+    if (Undoable && currentLayer(pNetwork) != pLayer) {
+        OrvUndoManager::instance().perform(std::make_unique<OrvCurrentLayerEdit>(pNetwork, pLayer));
+        return;
+    }
+    if (pLayer) {
+        OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
+        const QList<OrvShaderInput*> Parents = OrvShaderInputUtils::findParents(pLayer->blendNode(), QString());
+        OrvShaderInput* pCurrentChannel = Channels.currentShaderInput(pNetwork);
+        if (!Parents.isEmpty())
+            Channels.setCurrentLayerOf(
+                Parents.contains(pCurrentChannel) ? pCurrentChannel : Parents.first(), pLayer);
+    }
+    if (m_CurrentLayers.value(pNetwork) == pLayer)
+        return;
+    if (pLayer)
+        m_CurrentLayers.insert(pNetwork, pLayer);
+    else
+        m_CurrentLayers.remove(pNetwork);
+    if (pNetwork != OrvShaderNetworkManager::instance().currentShaderNetwork())
+        return;
+    const bool OwnComponent = pLayer && m_pCurrentComponent
+        && (m_pCurrentComponent == pLayer->paintNode() || m_pCurrentComponent == pLayer->maskPaintNode());
+    if (!OwnComponent) {
+        OrvSnBaseNode* pPaint = pLayer ? pLayer->paintNode() : nullptr;
+        setCurrentComponent(!pPaint && pLayer ? pLayer->maskPaintNode() : pPaint);
+    }
+    Q_EMIT currentLayerChanged(pLayer);
+}
+
+void OrvLayerManager::setCurrentLayerStack(OrvLayerStack* pStack)
+{
+    if (m_pCurrentStack == pStack)
+        return;
+    m_pCurrentStack = pStack;
+    Q_EMIT currentLayerStackChanged(pStack);
+}
+
+void OrvLayerManager::setCurrentComponent(OrvSnBaseNode* pNode)
+{
+    if (m_pCurrentComponent == pNode)
+        return;
+    OrvUndoManager& Undo = OrvUndoManager::instance();
+    if (Undo.isInMacro() && !Undo.isRestoring())
+        Undo.perform(std::make_unique<OrvCurrentComponentEdit>(m_pCurrentComponent, pNode));
+    else
+        applyCurrentComponent(pNode);
+}
+
+void OrvLayerManager::applyCurrentComponent(OrvSnBaseNode* pNode)
+{
+    OrvSnBaseNode* pOld = m_pCurrentComponent;
+    OrvSnBaseNode* pNew = pNode && pNode->network() ? pNode : nullptr;
+    if (pNew == pOld)
+        return;
+    m_pCurrentComponent = pNew;
+    Q_EMIT currentComponentChanged(pNew, pOld);
+}
+
+OrvLayer* OrvLayerManager::getLayer(OrvSnBaseNode* pNode, bool Create)
+{
+    auto* pMerge = qobject_cast<OrvSnMergeNode*>(pNode);
+    if (!pMerge)
+        return nullptr;
+    if (!pMerge->m_pLayer && Create)
+        pMerge->m_pLayer = new OrvLayer(pMerge);
+    return pMerge->m_pLayer;
+}
+
+bool OrvLayerManager::carriesStack(const OrvSnBaseNode* pNode, const QString& InputName)
+{
+    if (!pNode || !pNode->network())
+        return false;
+    if (pNode->hasTag(OrvSnNames::ShaderInputTag))
+        return InputName == pNode->preferredInput();
+    const OrvSnBaseNode* pSource = pNode->inputNode(InputName);
+    if (!pSource || !OrvChainTargets::isTarget(pNode, InputName))
+        return false;
+    if (InputName == OrvSnNames::Mask)
+        return !qobject_cast<const OrvSnChannelInputNode*>(pSource);
+    return (InputName == OrvSnNames::Over && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag))
+        || qobject_cast<const OrvSnMergeNode*>(pSource) || qobject_cast<const OrvSnBottomTransparencyNode*>(pSource);
+}
+
+OrvLayerStack* OrvLayerManager::getLayerStack(OrvSnBaseNode* pNode, const QString& InputName)
+{
+    if (!pNode)
+        return nullptr;
+    if (const auto* pChannel = qobject_cast<OrvSnShaderInputNode*>(pNode))
+        return InputName.isEmpty() || InputName == pNode->preferredInput() ? pChannel->shaderInput() : nullptr;
+    const StackKey Key(pNode, InputName);
+    OrvLayerStack* pStack = m_Stacks.value(Key);
+    if (!pStack && carriesStack(pNode, InputName)) {
+        pStack = new OrvLayerStack(pNode, InputName);
+        m_Stacks.insert(Key, pStack);
+    }
+    return pStack;
+}
+
+OrvSnBaseNode* OrvLayerManager::dummyBlendNode()
+{
+    if (!m_pDummyBlendNode)
+        m_pDummyBlendNode = new OrvSnMergeNode;
+    return m_pDummyBlendNode;
+}
+
+void OrvLayerManager::onNodeRegistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
+{
+    m_StructureChanged = true;
+    if (!qobject_cast<OrvSnMergeNode*>(pNode))
+        return;
+    m_Names.enter(pNode);
+    markDirty(pNode, Alone);
+}
+
+void OrvLayerManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)
+{
+    m_StructureChanged = true;
+    m_Names.leave(pNetwork, pNode);
+    m_Dirty.remove(pNode);
+    m_DirtyContents.remove(pNode);
+    dropStacksOf(pNode);
+    if (m_pCurrentComponent == pNode)
+        applyCurrentComponent(nullptr);
+    if (m_pCurrentStack && m_pCurrentStack->node() == pNode)
+        setCurrentLayerStack(nullptr);
+    OrvLayer* pLayer = getLayer(pNode, false);
+    if (!pLayer)
+        return;
+    pLayer->setSelected(false);
+    if (m_CurrentLayers.value(pNetwork) == pLayer) {
+        m_CurrentLayers.remove(pNetwork);
+        if (pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork())
+            Q_EMIT currentLayerChanged(nullptr);
+    }
+}
+
+void OrvLayerManager::onNodeReconnected(OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode,
+    OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
+{
+    m_StructureChanged = true;
+    const bool IsMerge = qobject_cast<OrvSnMergeNode*>(pNode) != nullptr;
+    // A merge node that nothing reads yet, or any more, takes nothing along.
+    const bool InChain = OrvChainTargets::continuesChain(pNode, InputName) && !pNode->consumers().isEmpty();
+    if (InChain || OrvChainTargets::isTarget(pNode, InputName))
+        markMoved(pNewInputNode, pOldInputNode);
+    if (!IsMerge)
+        return;
+    markDirty(pNode, Alone);
+    if (InputName == OrvSnNames::Base)
+        return;
+    for (OrvSnBaseNode* pContent : {pNewInputNode, pOldInputNode}) {
+        if (pContent)
+            m_DirtyContents.insert(pContent);
+    }
+    OrvLayer* pLayer = getLayer(pNode, false);
+    if (!pLayer)
+        return;
+    const auto isStackTop = [](const OrvSnBaseNode* pSource) {
+        return pSource && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag);
+    };
+    if (InputName == OrvSnNames::Mask)
+        Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
+    else if (isStackTop(pNewInputNode) || isStackTop(pOldInputNode))
+        Q_EMIT pLayer->adjustmentEnabledChanged(pLayer->isAdjustmentStackEnabled());
+}
+
+void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
+{
+    OrvLayerCost::invalidate();
+    if (OrvLayer* pLayer = getLayer(pNode, false)) {
+        markDirty(pNode, Alone);
+        Q_EMIT pLayer->enabledAsBoolChanged(Enabled != 0);
+        Q_EMIT pLayer->nodeEnabledChanged(pNode, Enabled);
+        return;
+    }
+    if (!pNode->hasTag(OrvSnNames::AdjustmentStackTopTag))
+        return;
+    for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
+        OrvLayer* pLayer = getLayer(Reader.pNode, false);
+        if (pLayer && Reader.InputName == OrvSnNames::Over) {
+            markDirty(Reader.pNode, Alone);
+            Q_EMIT pLayer->adjustmentEnabledChanged(Enabled != 0);
+        }
+    }
+}
+
+void OrvLayerManager::onNodeLockedChanged(OrvSnBaseNode* pNode, bool)
+{
+    markDirty(pNode, WithContents);
+    for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
+        if (Input.pNode && Input.Name != OrvSnNames::Base)
+            m_DirtyContents.insert(Input.pNode);
+    }
+}
+
+void OrvLayerManager::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState)
+{
+    markDirty(pNode, WithAllBelow);
+    if (OrvLayer* pLayer = getLayer(pNode, false))
+        Q_EMIT pLayer->cacheStateChanged();
+}
+
+void OrvLayerManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
+{
+    OrvLayerCost::invalidate();
+    OrvLayer* pLayer = getLayer(pNode, false);
+    if (Name == OrvMergeAttributes::LayerCached)
+        markDirty(pNode, WithContents);
+    else if (Name == OrvMergeAttributes::PassThrough)
+        markDirty(pNode, Alone);
+    if (!pLayer)
+        return;
+    if (Name == OrvMergeAttributes::ColorTag)
+        Q_EMIT pLayer->colorChanged(pLayer->color());
+    else if (Name == OrvMergeAttributes::MaskEnabled)
+        Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
+    else if (Name == OrvMergeAttributes::LayerCached)
+        Q_EMIT pLayer->cacheStateChanged();
+}
+
+void OrvLayerManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString Name)
+{
+    if (!qobject_cast<OrvSnMergeNode*>(pNode))
+        return;
+    m_Names.rename(pNode);
+    if (OrvLayer* pLayer = getLayer(pNode, false))
+        Q_EMIT pLayer->nameChanged(Name);
+}
+
+void OrvLayerManager::onCurrentNetworkChanged()
+{
+    OrvLayer* pLayer = currentLayer();
+    setCurrentComponent(pLayer ? pLayer->paintNode() : nullptr);
+    Q_EMIT currentLayerChanged(pLayer);
+}
+
+void OrvLayerManager::onEditFinished()
+{
+    const bool StructureChanged = std::exchange(m_StructureChanged, false);
+    if (StructureChanged)
+        dropStacksThatNoLongerHold();
+    refreshDirtyStates();
+    if (StructureChanged)
+        Q_EMIT structureRefreshed();
+}
+
+void OrvLayerManager::markDirty(OrvSnBaseNode* pNode, Reach Extent)
+{
+    Reach& Known = m_Dirty[pNode];
+    Known = qMax(Known, Extent);
+}
+
+void OrvLayerManager::markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
+{
+    const auto feeds = [](const OrvSnBaseNode* pSource, const OrvSnBaseNode* pReader) {
+        return pSource && pReader
+            && std::any_of(pReader->inputs().begin(), pReader->inputs().end(),
+                [pSource](const OrvSnBaseNode::Input& Input) { return Input.pNode == pSource; });
+    };
+    // A node went into a chain or out of it: what lies below stays where it was.
+    const bool Spliced = feeds(pOldInputNode, pNewInputNode) || feeds(pNewInputNode, pOldInputNode);
+    for (OrvSnBaseNode* pMoved : {pNewInputNode, pOldInputNode}) {
+        if (pMoved)
+            markDirty(pMoved, Spliced ? Alone : WithAllBelow);
+    }
+}
+
+void OrvLayerManager::drop(OrvLayerStack* pStack)
+{
+    if (m_pCurrentStack == pStack)
+        setCurrentLayerStack(OrvShaderInputManager::instance().currentShaderInput(nullptr));
+    pStack->deleteLater();
+}
+
+void OrvLayerManager::dropStacksOf(const OrvSnBaseNode* pNode)
+{
+    for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
+        if (OrvLayerStack* pStack = m_Stacks.take(StackKey(pNode, Input.Name)))
+            drop(pStack);
+    }
+}
+
+void OrvLayerManager::dropStacksThatNoLongerHold()
+{
+    QList<OrvLayerStack*> Dropped;
+    for (auto Stack = m_Stacks.begin(); Stack != m_Stacks.end();) {
+        if (carriesStack(Stack.key().first, Stack.key().second)) {
+            ++Stack;
+        } else {
+            Dropped.append(Stack.value());
+            Stack = m_Stacks.erase(Stack);
+        }
+    }
+    for (OrvLayerStack* pStack : qAsConst(Dropped))
+        drop(pStack);
+}
+
+QSet<OrvSnBaseNode*> OrvLayerManager::takeDirtyNodes()
+{
+    const QHash<OrvSnBaseNode*, Reach> Dirty = std::exchange(m_Dirty, {});
+    const QSet<OrvSnBaseNode*> Contents = std::exchange(m_DirtyContents, {});
+    QSet<OrvSnBaseNode*> Seen;
+    QVector<OrvSnBaseNode*> Pending;
+    const auto note = [&](OrvSnBaseNode* pNode) {
+        if (pNode && !Seen.contains(pNode)) {
+            Seen.insert(pNode);
+            Pending.append(pNode);
+        }
+    };
+    for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node) {
+        for (const OrvSnBaseNode::Input& Input : Node.key()->inputs()) {
+            if (Node.value() == WithAllBelow || (Node.value() == WithContents && Input.Name != OrvSnNames::Base))
+                note(Input.pNode);
+        }
+    }
+    while (!Pending.isEmpty()) {
+        for (const OrvSnBaseNode::Input& Input : Pending.takeLast()->inputs())
+            note(Input.pNode);
+    }
+    for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node)
+        Seen.insert(Node.key());
+    for (const OrvSnBaseNode* pContent : Contents) {
+        const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pContent).Targets;
+        for (const OrvChainTargets::Target& Target : Targets) {
+            for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target))
+                Seen.insert(pOwner);
+        }
+    }
+    return Seen;
+}
+
+void OrvLayerManager::refreshDirtyStates()
+{
+    constexpr int Handful = 5;
+    if (m_Dirty.isEmpty() && m_DirtyContents.isEmpty())
+        return;
+    QList<QPointer<OrvLayer>> Layers;
+    const QSet<OrvSnBaseNode*> Nodes = takeDirtyNodes();
+    for (OrvSnBaseNode* pNode : Nodes) {
+        if (OrvLayer* pLayer = getLayer(pNode, false))
+            Layers.append(pLayer);
+    }
+    m_InBatch = Layers.size() > Handful;
+    for (const QPointer<OrvLayer>& pLayer : qAsConst(Layers)) {
+        if (!pLayer)
+            continue;
+        Q_EMIT layerStateRefreshed(pLayer);
+        if (pLayer)
+            Q_EMIT pLayer->layerStateRefreshed(pLayer);
+    }
+    if (std::exchange(m_InBatch, false))
+        Q_EMIT batchLayerStatesRefreshed();
+}
+
+#include "moc_OrvLayerManager.cpp"

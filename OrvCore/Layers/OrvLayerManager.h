@@ -1,0 +1,104 @@
+#pragma once
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerNames.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/OrvCoreExport.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QObject>
+#include <QtCore/QPair>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+
+class OrvShaderNetwork;
+class OrvSnMergeNode;
+
+/// Makes and keeps the layer and stack objects that show the graph, and knows what is current: the layer of each
+/// network and channel, the stack, the component that is painted on. It listens to the graph and tells the palettes.
+class ORVCORE_EXPORT OrvLayerManager : public QObject {
+    Q_OBJECT
+
+public:
+    static OrvLayerManager& instance();
+
+    /// The current layer of a network; null: of the current network.
+    OrvLayer* currentLayer(OrvShaderNetwork* pNetwork = nullptr) const;
+    /// The layer becomes its channel's current one too, and the current component follows: what can be painted on is the
+    /// layer's paint, else its mask. Undoable only where that is said.
+    void setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLayer, bool Undoable = false);
+    OrvLayerStack* currentLayerStack() const { return m_pCurrentStack; }
+    void setCurrentLayerStack(OrvLayerStack* pStack);
+    /// The image node that is painted on, or null. Changing it is an undo step when a macro is open.
+    OrvSnBaseNode* currentComponent() const { return m_pCurrentComponent; }
+    void setCurrentComponent(OrvSnBaseNode* pNode);
+
+    /// The layer of a merge node, null for another node. The object is made if there is none and that is asked.
+    OrvLayer* getLayer(OrvSnBaseNode* pNode, bool Create = true);
+    OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
+
+    bool inBatchLayerStateRefresh() const { return m_InBatch; }
+    /// A name that no layer of the network has: the given one, or the same with a number.
+    QString uniqueLayerName(const OrvShaderNetwork* pNetwork, const QString& Base) const
+    {
+        return m_Names.unique(pNetwork, Base);
+    }
+
+    /// A blend node outside every network, for blend controls without a layer.
+    OrvSnBaseNode* dummyBlendNode();
+
+Q_SIGNALS:
+    void currentLayerChanged(OrvLayer* pLayer);
+    void currentLayerStackChanged(OrvLayerStack* pStack);
+    void currentComponentChanged(OrvSnBaseNode* pNew, OrvSnBaseNode* pOld);
+    void layerStateRefreshed(OrvLayer* pLayer);
+    void batchLayerStatesRefreshed();
+    void layersRemoved(const QSet<OrvLayer*>& Layers);
+    /// Content or order of some stacks changed; at the end of an edit.
+    void structureRefreshed();
+
+private Q_SLOTS:
+    void onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
+    void onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
+    void onNodeReconnected(OrvShaderNetwork* pNetwork, QString InputName, OrvSnBaseNode* pNode,
+        OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
+    void onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled);
+    void onNodeLockedChanged(OrvSnBaseNode* pNode, bool Locked);
+    void onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState State);
+    void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
+    void onNodeNameChanged(OrvSnBaseNode* pNode, QString Name);
+    void onCurrentNetworkChanged();
+    void onEditFinished();
+
+private:
+    friend class OrvRemovedLayersNotice;
+    friend class OrvCurrentComponentEdit;
+    friend class OrvCurrentLayerEdit;
+    /// Whose derived state an edit may have changed, besides the node's own.
+    enum Reach { Alone, WithContents, WithAllBelow };
+
+    OrvLayerManager();
+    ~OrvLayerManager() override;
+    void applyCurrentComponent(OrvSnBaseNode* pNode);
+    void markDirty(OrvSnBaseNode* pNode, Reach Extent);
+    void markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
+    void dropStacksOf(const OrvSnBaseNode* pNode);
+    void dropStacksThatNoLongerHold();
+    void drop(OrvLayerStack* pStack);
+    void refreshDirtyStates();
+    QSet<OrvSnBaseNode*> takeDirtyNodes();
+    static bool carriesStack(const OrvSnBaseNode* pNode, const QString& InputName);
+
+    using StackKey = QPair<const OrvSnBaseNode*, QString>;
+    QHash<StackKey, OrvLayerStack*> m_Stacks;
+    QHash<const OrvShaderNetwork*, QPointer<OrvLayer>> m_CurrentLayers;
+    QPointer<OrvLayerStack> m_pCurrentStack;
+    QPointer<OrvSnBaseNode> m_pCurrentComponent;
+    QHash<OrvSnBaseNode*, Reach> m_Dirty;
+    QSet<OrvSnBaseNode*> m_DirtyContents; ///< nodes that layers share, or shared
+    OrvLayerNames m_Names;
+    OrvSnMergeNode* m_pDummyBlendNode = nullptr;
+    bool m_StructureChanged = false;
+    bool m_InBatch = false;
+};

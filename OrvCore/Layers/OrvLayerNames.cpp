@@ -1,0 +1,80 @@
+#include "OrvCore/Layers/OrvLayerNames.h"
+
+#include "OrvCore/Network/OrvSnBaseNode.h"
+
+namespace {
+
+/// "Layer 3" is "Layer" with the number 3; 0 when there is no number.
+int numberOf(const QString& Name, QString& Base)
+{
+    const int Space = Name.lastIndexOf(QLatin1Char(' '));
+    bool IsNumber = false;
+    const int Number = Space > 0 ? Name.midRef(Space + 1).toInt(&IsNumber) : 0;
+    Base = IsNumber && Number > 1 ? Name.left(Space) : Name;
+    return IsNumber && Number > 1 ? Number : 0;
+}
+
+QString numbered(const QString& Base, int Number)
+{
+    return Base + QLatin1Char(' ') + QString::number(Number);
+}
+
+} // namespace
+
+void OrvLayerNames::Table::count(const QString& Name)
+{
+    ++Count[Name];
+    QString Base;
+    const int Number = numberOf(Name, Base);
+    int& Highest = HighestNumber[Base];
+    Highest = qMax(Highest, qMax(1, Number));
+}
+
+void OrvLayerNames::Table::uncount(const QString& Name)
+{
+    if (--Count[Name] > 0)
+        return;
+    Count.remove(Name);
+    // Numbers at the end are given again, so that taking back the last layer takes back its name.
+    QString Base;
+    numberOf(Name, Base);
+    int& Highest = HighestNumber[Base];
+    while (Highest > 1 && !Count.contains(numbered(Base, Highest)))
+        --Highest;
+}
+
+void OrvLayerNames::enter(const OrvSnBaseNode* pNode)
+{
+    Table& Names = m_Tables[pNode->network()];
+    Names.NameOf.insert(pNode, pNode->name());
+    Names.count(pNode->name());
+}
+
+void OrvLayerNames::leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode* pNode)
+{
+    const auto Found = m_Tables.find(pNetwork);
+    if (Found == m_Tables.end() || !Found->NameOf.contains(pNode))
+        return;
+    Found->uncount(Found->NameOf.take(pNode));
+    if (Found->NameOf.isEmpty())
+        m_Tables.erase(Found);
+}
+
+void OrvLayerNames::rename(const OrvSnBaseNode* pNode)
+{
+    leave(pNode->network(), pNode);
+    enter(pNode);
+}
+
+QString OrvLayerNames::unique(const OrvShaderNetwork* pNetwork, const QString& Base) const
+{
+    const auto Found = m_Tables.constFind(pNetwork);
+    if (Found == m_Tables.constEnd() || !Found->Count.contains(Base))
+        return Base;
+    int Number = qMax(1, Found->HighestNumber.value(Base));
+    QString Name;
+    do
+        Name = numbered(Base, ++Number);
+    while (Found->Count.contains(Name));
+    return Name;
+}

@@ -1,0 +1,154 @@
+// What a layer has in common with others, and where it may stand.
+
+#include "OrvCore/Layers/OrvLayer.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerSnapshot.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Image/OrvUdimLayout.h"
+
+namespace {
+
+/// The other merge nodes that read the node as this kind of component.
+QVector<OrvSnMergeNode*> otherReaders(const OrvSnBaseNode* pComponent, bool AsMask, const OrvSnMergeNode* pSelf)
+{
+    QVector<OrvSnMergeNode*> Readers;
+    if (!pComponent || pComponent->hasTag(OrvSnNames::ShaderInputTag))
+        return Readers;
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pComponent).Targets;
+    for (const OrvChainTargets::Target& Target : Targets) {
+        if ((Target.InputName == OrvSnNames::Mask) != AsMask)
+            continue;
+        for (OrvSnMergeNode* pReader : OrvChainTargets::owners(Target)) {
+            if (pReader != pSelf && !Readers.contains(pReader))
+                Readers.append(pReader);
+        }
+    }
+    return Readers;
+}
+
+} // namespace
+
+bool OrvLayer::isPaintComponentShared() const
+{
+    return !otherReaders(contentNode(), false, m_pBlendNode).isEmpty();
+}
+
+bool OrvLayer::isMaskComponentShared() const
+{
+    return !otherReaders(maskNode(), true, m_pBlendNode).isEmpty();
+}
+
+QList<OrvLayer*> OrvLayer::getOtherSharers() const
+{
+    QList<OrvLayer*> Sharers;
+    for (const QVector<OrvSnMergeNode*>& Readers :
+        {otherReaders(contentNode(), false, m_pBlendNode), otherReaders(maskNode(), true, m_pBlendNode)}) {
+        for (OrvSnMergeNode* pReader : Readers) {
+            OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pReader, true);
+            if (!Sharers.contains(pLayer))
+                Sharers.append(pLayer);
+        }
+    }
+    return Sharers;
+}
+
+bool OrvLayer::isDownstreamShared() const
+{
+    return !downstreamSharer().isEmpty();
+}
+
+QList<OrvLayer*> OrvLayer::downstreamSharer() const
+{
+    for (OrvSnBaseNode* pContainer : OrvChainTargets::containers(m_pBlendNode)) {
+        OrvLayer* pAround = OrvLayerManager::instance().getLayer(pContainer, true);
+        if (!pAround)
+            break; // what shares the channel shares all of it, which the channel says
+        if (pAround->isShared())
+            return QList<OrvLayer*>{pAround} + pAround->getOtherSharers();
+    }
+    return {};
+}
+
+bool OrvLayer::isTaggedForCrossChannelSharing() const
+{
+    return m_pBlendNode->userAttribute(OrvMergeAttributes::CrossChannelSharing).value().toBool();
+}
+
+bool OrvLayer::canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const
+{
+    if (!pTarget || pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+        return false;
+    // Inside itself, or inside what it shows.
+    const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pTarget);
+    if (Containers.contains(m_pBlendNode) || Containers.contains(contentNode()))
+        return false;
+    if (!pStack || pStack->isWithinMask())
+        return true;
+    const QList<OrvShaderInput*> Channels = pStack->parentShaderInputs();
+    const bool NeedsMaterial = OrvLayerStreamUtils::containsShaderLayers(this, pStack)
+        || OrvLayerStreamUtils::containsMaterialShaderInputLayers(this, pStack);
+    return std::all_of(Channels.begin(), Channels.end(), [&](const OrvShaderInput* pChannel) {
+        return pChannel->isMaterialStack() == NeedsMaterial || (isGroupLayer() && !NeedsMaterial);
+    });
+}
+
+OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, bool)
+{
+    // The content of an adjustment layer is what lies below it: another place makes it another content.
+    if (!pTarget || !overNode() || OrvChainEditing::baseOperationOf(m_pBlendNode))
+        return nullptr;
+    if (pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+        return nullptr;
+    OrvUndoManager::AutoMacro Macro(tr("Share Layer '%1'").arg(name()));
+    OrvSnMergeNode* pMerge = OrvChainEditing::addNode(
+        m_pBlendNode->network(), std::make_unique<OrvSnMergeNode>(), name(), pTarget, 1, 0);
+    for (const OrvCustomAttribute& Attribute : m_pBlendNode->ownUserAttributes()) {
+        if (Attribute.name() != OrvMergeAttributes::LayerCached)
+            pMerge->createUserAttribute(Attribute);
+    }
+    const bool Done = pMerge->connectInput(OrvSnNames::Over, overNode())
+        && (!maskNode() || pMerge->connectInput(OrvSnNames::Mask, maskNode()))
+        && OrvChainEditing::insertAbove(pMerge, pTarget);
+    if (!Done) {
+        Macro.cancel();
+        return nullptr;
+    }
+    return OrvLayerManager::instance().getLayer(pMerge, true);
+}
+
+void OrvLayer::unshareLayer()
+{
+    if (!isShared() || !OrvLayerUtils::isLayerModifiable(this))
+        return;
+    OrvUndoManager::AutoMacro Macro(tr("Unshare Layer '%1'").arg(name()));
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    const bool PaintShared = isPaintComponentShared();
+    const bool MaskShared = isMaskComponentShared();
+    const bool PaintCurrent = PaintShared && Manager.currentComponent() && Manager.currentComponent() == paintNode();
+    const bool MaskCurrent = MaskShared && Manager.currentComponent() && Manager.currentComponent() == maskPaintNode();
+    // A copy of the whole layer lends its parts.
+    const QVector<OrvSnMergeNode*> Copies
+        = OrvLayerSnapshot::capture({m_pBlendNode}, OrvChainEditing::Channels::AreLimits)
+              .instantiate(m_pBlendNode->network(), OrvUdimLayout());
+    if (Copies.isEmpty()) {
+        Macro.cancel();
+        return;
+    }
+    if (PaintShared)
+        m_pBlendNode->connectInput(OrvSnNames::Over, Copies.first()->inputNode(OrvSnNames::Over));
+    if (MaskShared)
+        m_pBlendNode->connectInput(OrvSnNames::Mask, Copies.first()->inputNode(OrvSnNames::Mask));
+    OrvChainEditing::removeUnused(Copies.first());
+    if (isCurrent() && (PaintCurrent || MaskCurrent))
+        Manager.setCurrentComponent(PaintCurrent ? paintNode() : maskPaintNode());
+}

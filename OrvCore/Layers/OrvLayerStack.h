@@ -1,0 +1,133 @@
+#pragma once
+
+#include "OrvCore/Layers/OrvLayerCreateFlags.h"
+#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/OrvCoreExport.h"
+
+#include <QtCore/QList>
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+
+#include <functional>
+
+class OrvColor;
+class OrvLayer;
+class OrvShaderInput;
+class OrvShaderNetwork;
+class OrvSnMergeNode;
+
+/// A stack of layers: the view on what is fed into one named input of one node, down to a bottom node. Kinds: channel
+/// (OrvShaderInput), mask stack, adjustment stack, the inside of a group. It stores nothing of the document; the list
+/// of its layers is derived from the graph and dropped whenever a connection changes. OrvLayerManager owns it.
+class ORVCORE_EXPORT OrvLayerStack : public QObject {
+    Q_OBJECT
+
+public:
+    enum RetrieveFlag { OrdinaryLayers = 1, MultiChannelLayers = 2, DisabledLayers = 4, AllLayers = 7 };
+
+    ~OrvLayerStack() override;
+
+    /// The stack fed into that input, or null when the input carries none. The same object for the same pair as long
+    /// as it lives, whatever feeds the input meanwhile.
+    static OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
+
+    OrvSnBaseNode* node() const { return m_pNode; }
+    QString targetInputName() const { return m_InputName; }
+    OrvSnBaseNode* topNode() const;
+    /// The node below the last layer, or null when the chain ends in nothing.
+    OrvSnBaseNode* bottomNode() const;
+    virtual QString name() const;
+    OrvShaderNetwork* network() const;
+    bool isAdjustmentStack() const;
+    bool isMaskStack() const;
+    bool isGroupStack() const;
+    /// A mask stack, or a stack inside one: its layers are data, whatever the channel holds.
+    bool isWithinMask() const;
+    bool isEmpty() const;
+
+    /// Layers of the top level, topmost first.
+    QList<OrvLayer*> layerList(int RetrieveFlags = AllLayers) const;
+    /// Layers of all levels, groups before what they hold.
+    QList<OrvLayer*> allLayers() const;
+    QList<OrvLayer*> selectedLayers() const;
+    /// Of layers on any level, those that no other one of them holds; in the stack's order.
+    QList<OrvLayer*> outermost(const QList<OrvLayer*>& Layers) const;
+    /// The channels that contain the stack; itself, when it is one.
+    QList<OrvShaderInput*> parentShaderInputs() const;
+    /// The channel whose size, depth and colour space new layers take: the first of parentShaderInputs(), or null.
+    OrvShaderInput* ownerShaderInput() const;
+    /// The stream shown; empty for the plain one.
+    QString currentStream() const { return {}; }
+    QString currentStreamName(OrvSnBaseNode* = nullptr) const { return {}; }
+
+    // Creation. Null when the place does not allow it (locked, cached) or, where the operation can fail otherwise, with
+    // a text. Each is one undo step named after what it does.
+    OrvLayer* createPaintableLayer(
+        OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name, const OrvColor& Fill);
+    OrvLayer* createPaintableLayer(
+        const OrvColor& Fill, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr, const QString& Name = QString());
+    OrvLayer* createAdjustmentLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
+        const QString& Name = QString());
+    OrvLayer* createProceduralLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
+        const QString& Name = QString());
+    OrvLayer* createGraphLayer(
+        OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr, const QString& Name = QString());
+    /// Groups the layers given, or the selected ones; null without a text: nothing to group.
+    OrvLayer* groupLayers(QString& Error, OrvLayerCreateFlags Flags, const QList<OrvLayer*>& Layers = {},
+        OrvLayer* pBelow = nullptr, const QString& Name = QString());
+    QList<OrvLayer*> pasteFromClipboard(OrvLayerCreateFlags Flags, QString& Error);
+    QList<OrvLayer*> duplicateLayers();
+
+    Q_INVOKABLE OrvLayer* createGroupLayer(OrvLayerCreateFlags Flags);
+    /// An empty list means the selected layers.
+    Q_INVOKABLE void deleteLayers(const QList<OrvLayer*>& Layers = {});
+    Q_INVOKABLE OrvLayer* mergeLayers(OrvLayerCreateFlags Flags = 30);
+    Q_INVOKABLE void ungroupLayers();
+    Q_INVOKABLE void copyToClipboard();
+    Q_INVOKABLE void cutToClipboard();
+    /// A second layer above the given one that shares its content and mask. Null for an adjustment layer, whose content
+    /// depends on where it stands.
+    OrvLayer* shareLayer(OrvLayer* pLayer, OrvLayerCreateFlags Flags);
+
+    /// Whether layers may be added, removed or moved here: no lock and no cache forbids it.
+    bool isStructureModifiable() const;
+
+protected:
+    OrvLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
+
+private:
+    friend class OrvLayerManager;
+
+    struct Chain {
+        quint64 Revision = 0;
+        QList<OrvLayer*> Layers;
+        QPointer<OrvSnBaseNode> pBottom;
+    };
+    const Chain& chain() const;
+
+    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a chain
+    /// that ends in nothing its bottom.
+    OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow);
+    using ContentFactory = std::function<OrvSnBaseNode*(OrvSnBaseNode* pTarget)>;
+    OrvLayer* addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name,
+        const QString& DefaultName, const ContentFactory& MakeContent);
+    OrvLayer* addOperationLayer(const QString& MacroText, const QString& Key, bool Procedural,
+        OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name);
+    /// Selection and current layer after layers were made; the first becomes current.
+    void present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags);
+    /// Puts layers of one group, topmost first, into a new group above the target. Null when that would close a cycle.
+    OrvSnMergeNode* gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name);
+    bool canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const;
+    /// Some of the layers look different without what lies below them.
+    static bool dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers);
+    /// The layer to be current when these go.
+    OrvLayer* survivorOf(const QList<OrvLayer*>& Layers) const;
+    void leaveCurrentLayer(const QList<OrvLayer*>& Leaving);
+    static void tellRemoved(const QList<OrvLayer*>& Layers);
+
+    QPointer<OrvSnBaseNode> m_pNode;
+    QString m_InputName;
+    mutable Chain m_Chain;
+};
+
+Q_DECLARE_METATYPE(OrvLayerStack*)

@@ -1,0 +1,463 @@
+// What is done to the layers of a stack: making, removing, grouping, copying.
+
+#include "OrvCore/Layers/OrvLayerStack.h"
+
+#include "OrvCore/Channels/OrvImageSettings.h"
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvLayerClipboard.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvNodeRegistry.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnGraphNode.h"
+#include "OrvCore/Network/OrvSnGraphOutputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Image/OrvImageSet.h"
+
+#include <QtCore/QSet>
+#include <QtWidgets/QUndoCommand>
+
+/// Tells, whenever it is done, that layers left their stacks.
+class OrvRemovedLayersNotice : public QUndoCommand {
+public:
+    explicit OrvRemovedLayersNotice(const QList<OrvLayer*>& Layers)
+        : m_Layers(Layers.begin(), Layers.end())
+    {
+    }
+    void undo() override { }
+    void redo() override { Q_EMIT OrvLayerManager::instance().layersRemoved(m_Layers); }
+
+private:
+    QSet<OrvLayer*> m_Layers;
+};
+
+void OrvLayerStack::tellRemoved(const QList<OrvLayer*>& Layers)
+{
+    OrvUndoManager::instance().perform(std::make_unique<OrvRemovedLayersNotice>(Layers));
+}
+
+OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow)
+{
+    if (!isStructureModifiable())
+        return nullptr;
+    OrvSnBaseNode* pTarget = topNode();
+    while (pTarget && pTarget->hasTag(OrvSnNames::AdjustmentStackTopTag))
+        pTarget = pTarget->preferredInputNode();
+    const auto isHere = [this](const OrvLayer* pLayer) {
+        while (pLayer
+            && !OrvChainTargets::of(pLayer->blendNode()).Targets.contains({m_pNode.data(), m_InputName}))
+            pLayer = pLayer->parentGroup();
+        return pLayer != nullptr;
+    };
+    const OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
+    if (pBelow && isHere(pBelow)) {
+        pTarget = pBelow->blendNode();
+    } else if (Flags.testFlag(OrvLayerAtBottom)) {
+        pTarget = bottomNode();
+    } else if (Flags.testFlag(OrvLayerInsideCurrentGroup) && isHere(pCurrent) && pCurrent->isGroupLayer()) {
+        pTarget = pCurrent->contentNode();
+    } else if (Flags.testFlag(OrvLayerAboveCurrent) && isHere(pCurrent)) {
+        pTarget = pCurrent->blendNode();
+    }
+    if (!pTarget) {
+        // The chain ends in nothing.
+        OrvSnBaseNode* pLast = isEmpty() ? m_pNode.data() : layerList().last()->blendNode();
+        pTarget = OrvChainEditing::addNode(
+            network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pLast, -1, 0);
+        if (!pLast->connectInput(isEmpty() ? m_InputName : OrvSnNames::Base, pTarget))
+            return nullptr;
+    }
+    return OrvLayerUtils::isModificationAllowedAt(pTarget) ? pTarget : nullptr;
+}
+
+void OrvLayerStack::present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags)
+{
+    if (Layers.isEmpty())
+        return;
+    if (Flags.testFlag(OrvLayerSelectAlone)) {
+        QSet<OrvSnBaseNode*> Nodes;
+        for (const OrvLayer* pLayer : Layers)
+            Nodes.insert(pLayer->blendNode());
+        network()->selectNone(Nodes);
+        for (OrvLayer* pLayer : Layers)
+            pLayer->setSelected(true);
+    }
+    if (Flags.testFlag(OrvLayerMakeCurrent))
+        OrvLayerManager::instance().setCurrentLayer(network(), Layers.first(), true);
+}
+
+OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow,
+    const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent)
+{
+    OrvUndoManager::AutoMacro Macro(MacroText);
+    OrvSnBaseNode* pTarget = placeFor(Flags, pBelow);
+    OrvSnBaseNode* pContent = pTarget ? MakeContent(pTarget) : nullptr;
+    if (!pContent) {
+        Macro.cancel();
+        return nullptr;
+    }
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    QString LayerName = Name.isEmpty() ? DefaultName : Name;
+    if (Name.isEmpty() && Flags.testFlag(OrvLayerUniqueName))
+        LayerName = Manager.uniqueLayerName(network(), DefaultName);
+    OrvSnMergeNode* pMerge
+        = OrvChainEditing::addNode(network(), std::make_unique<OrvSnMergeNode>(), LayerName, pTarget, 1, 0);
+    if (!pMerge->connectInput(OrvSnNames::Over, pContent) || !OrvChainEditing::insertAbove(pMerge, pTarget)) {
+        Macro.cancel();
+        return nullptr;
+    }
+    OrvLayer* pLayer = Manager.getLayer(pMerge, true);
+    present({pLayer}, Flags);
+    return pLayer;
+}
+
+OrvLayer* OrvLayerStack::createPaintableLayer(
+    OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name, const OrvColor& Fill)
+{
+    return addLayer(tr("Add Layer"), Flags, pBelow, Name, tr("Layer"), [&](OrvSnBaseNode* pTarget) {
+        const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
+        return OrvChainEditing::addImageNode(
+            network(), Settings.Layout, Settings.Paint, Fill, tr("Paint"), pTarget, 1, 1);
+    });
+}
+
+OrvLayer* OrvLayerStack::createPaintableLayer(
+    const OrvColor& Fill, OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
+{
+    return createPaintableLayer(Flags, pBelow, Name, Fill);
+}
+
+OrvLayer* OrvLayerStack::addOperationLayer(const QString& MacroText, const QString& Key, bool Procedural,
+    OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
+{
+    std::unique_ptr<OrvSnBaseNode> pNode = OrvNodeRegistry::instance().createFromMenuPath(Key);
+    const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode.get());
+    if (!pOperation || pOperation->isProcedural() != Procedural)
+        return nullptr;
+    const QString Label = pNode->typeLabel();
+    return addLayer(MacroText, Flags, pBelow, Name, Label, [&](OrvSnBaseNode* pTarget) {
+        if (Procedural) {
+            OrvCustomAttribute Extent(
+                OrvSnOperationNode::ExtentAttribute, OrvImageSettings::ofStack(this).Layout.extent().size());
+            Extent.setVisible(false);
+            pNode->createUserAttribute(Extent);
+        }
+        return OrvChainEditing::addNode(network(), std::move(pNode), Label, pTarget, 1, 1);
+    });
+}
+
+OrvLayer* OrvLayerStack::createAdjustmentLayer(
+    const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
+{
+    return addOperationLayer(tr("Add Adjustment Layer"), Key, false, Flags, pBelow, Name);
+}
+
+OrvLayer* OrvLayerStack::createProceduralLayer(
+    const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
+{
+    return addOperationLayer(tr("Add Procedural Layer"), Key, true, Flags, pBelow, Name);
+}
+
+OrvLayer* OrvLayerStack::createGraphLayer(OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
+{
+    return addLayer(tr("Add Graph Layer"), Flags, pBelow, Name, tr("Graph"), [&](OrvSnBaseNode* pTarget) {
+        auto pGraph = std::make_unique<OrvSnGraphNode>();
+        {
+            // The inside comes and goes with the node.
+            const OrvUndoManager::NoRecording NoRecording;
+            OrvChainEditing::addNode(
+                pGraph->nestedNetwork(), std::make_unique<OrvSnGraphOutputNode>(), tr("Output"), nullptr, 0, 0);
+        }
+        return OrvChainEditing::addNode<OrvSnBaseNode>(network(), std::move(pGraph), tr("Graph"), pTarget, 1, 1);
+    });
+}
+
+OrvLayer* OrvLayerStack::createGroupLayer(OrvLayerCreateFlags Flags)
+{
+    return addLayer(tr("Add Layer Group"), Flags, nullptr, QString(), tr("Group"), [&](OrvSnBaseNode* pTarget) {
+        return OrvChainEditing::addNode<OrvSnBaseNode>(
+            network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pTarget, 0, 1);
+    });
+}
+
+OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
+{
+    OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
+    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
+    OrvLayer* pGone = pCurrent;
+    while (pGone && !Going.contains(pGone))
+        pGone = pGone->parentGroup();
+    if (!pGone)
+        return pCurrent;
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    // The next one below, else the next one above, else the group around.
+    for (OrvSnBaseNode* pNode = pGone->blendNode(); pNode; pNode = pNode->inputNode(OrvSnNames::Base)) {
+        OrvLayer* pLayer = Manager.getLayer(pNode, true);
+        if (pLayer && !Going.contains(pLayer))
+            return pLayer;
+    }
+    OrvSnBaseNode* pNode = pGone->blendNode();
+    while (pNode) {
+        OrvSnBaseNode* pAbove = nullptr;
+        for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
+            if (Reader.InputName == OrvSnNames::Base && OrvLayerStreamUtils::isMergeNode(Reader.pNode))
+                pAbove = Reader.pNode;
+        }
+        OrvLayer* pLayer = Manager.getLayer(pAbove, true);
+        if (pLayer && !Going.contains(pLayer))
+            return pLayer;
+        pNode = pAbove;
+    }
+    return pGone->parentGroup();
+}
+
+void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
+{
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    OrvLayer* pNext = survivorOf(Leaving);
+    Manager.setCurrentLayer(network(), pNext, true);
+    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
+    const QSet<OrvSnBaseNode*>& Selected = network()->selectedNodes();
+    const bool NothingSelected = std::all_of(Selected.begin(), Selected.end(),
+        [&](OrvSnBaseNode* pNode) { return Going.contains(Manager.getLayer(pNode, false)); });
+    if (pNext && NothingSelected)
+        pNext->setSelected(true);
+}
+
+void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
+{
+    QList<OrvLayer*> Going;
+    for (OrvLayer* pLayer : outermost(Layers.isEmpty() ? selectedLayers() : Layers)) {
+        if (OrvLayerUtils::isLayerModifiable(pLayer))
+            Going.append(pLayer);
+    }
+    if (Going.isEmpty())
+        return;
+    const OrvUndoManager::AutoMacro Macro(tr("Remove Layers"));
+    leaveCurrentLayer(Going);
+    for (OrvLayer* pLayer : qAsConst(Going)) {
+        OrvChainEditing::takeOut(pLayer->blendNode());
+        OrvChainEditing::removeUnused(pLayer->blendNode());
+    }
+    tellRemoved(Going);
+}
+
+OrvSnMergeNode* OrvLayerStack::gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name)
+{
+    OrvSnBaseNode* pInnerTop = OrvChainEditing::addNode(
+        network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pTarget, 0, 1);
+    OrvSnMergeNode* pGroup
+        = OrvChainEditing::addNode(network(), std::make_unique<OrvSnMergeNode>(), Name, pTarget, 1, 0);
+    if (!pGroup->connectInput(OrvSnNames::Over, pInnerTop) || !OrvChainEditing::insertAbove(pGroup, pTarget))
+        return nullptr;
+    for (auto Layer = Layers.rbegin(); Layer != Layers.rend(); ++Layer) {
+        OrvSnMergeNode* pMerge = (*Layer)->blendNode();
+        OrvChainEditing::takeOut(pMerge);
+        if (!OrvChainEditing::insertAbove(pMerge, pInnerTop))
+            return nullptr;
+        pInnerTop = pMerge;
+    }
+    return pGroup;
+}
+
+bool OrvLayerStack::canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const
+{
+    const auto targets = [](const OrvLayer* pLayer) { return OrvChainTargets::of(pLayer->blendNode()).Targets; };
+    const QVector<OrvChainTargets::Target> Common = targets(Layers.first());
+    for (const OrvLayer* pLayer : Layers) {
+        if (!(targets(pLayer) == Common)) {
+            Error = tr("'%1' and '%2' stand in different groups; only layers of one group can be taken together")
+                        .arg(Layers.first()->name(), pLayer->name());
+            return false;
+        }
+        if (!OrvLayerUtils::isLayerModifiable(pLayer)) {
+            Error = tr("'%1' is locked or cached").arg(pLayer->name());
+            return false;
+        }
+    }
+    return true;
+}
+
+bool OrvLayerStack::dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers)
+{
+    static const QString Normal = OrvBlendParameters::modeNames().first();
+    return std::any_of(Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) {
+        const OrvSnMergeNode* pMerge = pLayer->blendNode();
+        if (!pLayer->isVisible())
+            return false;
+        if (pLayer->isAdjustmentLayer()
+            || pMerge->userAttribute(OrvMergeAttributes::BlendMode).value().toString() != Normal
+            || pMerge->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toInt() != 0)
+            return true;
+        const OrvLayerStack* pInside = pMerge->isPassThrough() ? OrvLayerStreamUtils::groupStack(pLayer) : nullptr;
+        return pInside && dependsOnWhatIsBelow(pInside->layerList());
+    });
+}
+
+OrvLayer* OrvLayerStack::groupLayers(QString& Error, OrvLayerCreateFlags Flags, const QList<OrvLayer*>& Layers,
+    OrvLayer* pBelow, const QString& Name)
+{
+    Error.clear();
+    const QList<OrvLayer*> Gathered = outermost(Layers.isEmpty() ? selectedLayers() : Layers);
+    if (Gathered.isEmpty() || !canBeGathered(Gathered, Error))
+        return nullptr;
+    OrvSnBaseNode* pTarget = (pBelow ? pBelow : Gathered.first())->blendNode();
+    if (pBelow && (!OrvLayerUtils::isModificationAllowedAt(pTarget) || pTarget->network() != network())) {
+        Error = tr("There is no place for a group above '%1'").arg(pBelow->name());
+        return nullptr;
+    }
+    OrvUndoManager::AutoMacro Macro(tr("Group Layers"));
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    OrvSnMergeNode* pGroup
+        = gather(Gathered, pTarget, Name.isEmpty() ? Manager.uniqueLayerName(network(), tr("Group")) : Name);
+    if (!pGroup) {
+        Error = tr("The layers hold the place where the group would stand");
+        Macro.cancel();
+        return nullptr;
+    }
+    // The picture stays as it was: what reads what lies below goes on reading it.
+    OrvLayerStreamUtils::setLayerGroupPassThrough(pGroup, dependsOnWhatIsBelow(Gathered));
+    OrvLayer* pLayer = Manager.getLayer(pGroup, true);
+    present({pLayer}, Flags);
+    return pLayer;
+}
+
+void OrvLayerStack::ungroupLayers()
+{
+    QList<OrvLayer*> Groups;
+    for (OrvLayer* pLayer : outermost(selectedLayers())) {
+        if (pLayer->isGroupLayer() && OrvLayerUtils::isLayerModifiable(pLayer))
+            Groups.append(pLayer);
+    }
+    if (Groups.isEmpty())
+        return;
+    OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));
+    QList<OrvLayer*> Freed;
+    for (OrvLayer* pGroup : qAsConst(Groups)) {
+        OrvSnMergeNode* pGroupNode = pGroup->blendNode();
+        QVector<OrvSnMergeNode*> Inside;
+        for (const OrvLayer* pLayer : OrvLayerStreamUtils::groupStack(pGroup)->layerList())
+            Inside.append(pLayer->blendNode());
+        // Layers that another group shows too stay there; copies of them are freed here.
+        const bool Shared = pGroup->isPaintComponentShared();
+        if (Shared) {
+            Inside = OrvLayerSnapshot::capture(Inside, OrvChainEditing::Channels::AreLimits)
+                         .instantiate(network(), OrvUdimLayout());
+        }
+        OrvSnBaseNode* pTarget = pGroupNode;
+        QList<OrvLayer*> FreedHere;
+        for (auto Merge = Inside.rbegin(); Merge != Inside.rend(); ++Merge) {
+            if (!Shared)
+                OrvChainEditing::takeOut(*Merge);
+            if (!OrvChainEditing::insertAbove(*Merge, pTarget)) {
+                Macro.cancel();
+                return;
+            }
+            if (!pGroup->isVisible())
+                (*Merge)->setEnabledAsBool(false);
+            pTarget = *Merge;
+            FreedHere.prepend(OrvLayerManager::instance().getLayer(*Merge, true));
+        }
+        leaveCurrentLayer({pGroup});
+        OrvChainEditing::takeOut(pGroupNode);
+        OrvChainEditing::removeUnused(pGroupNode);
+        Freed += FreedHere;
+    }
+    tellRemoved(Groups);
+    present(Freed, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
+}
+
+QList<OrvLayer*> OrvLayerStack::duplicateLayers()
+{
+    const QList<OrvLayer*> Originals = outermost(selectedLayers());
+    if (Originals.isEmpty())
+        return {};
+    OrvUndoManager::AutoMacro Macro(tr("Duplicate Layers"));
+    QList<OrvLayer*> Copies;
+    // Copies of neighbours stand together, above the topmost of them.
+    OrvSnBaseNode* pTarget = nullptr;
+    for (int Last = Originals.size() - 1; Last >= 0; --Last) {
+        int First = Last;
+        const auto targets
+            = [&](int Index) { return OrvChainTargets::of(Originals[Index]->blendNode()).Targets; };
+        while (First > 0 && targets(First - 1) == targets(Last))
+            --First;
+        pTarget = Originals[First]->blendNode();
+        for (int Index = Last; Index >= First; --Index) {
+            OrvLayer* pCopy = OrvLayerStreamUtils::addDuplicateLayerAbove(Originals[Index], pTarget, this);
+            if (!pCopy) {
+                Macro.cancel();
+                return {};
+            }
+            Copies.prepend(pCopy);
+            pTarget = pCopy->blendNode();
+        }
+        Last = First;
+    }
+    present(Copies, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
+    return Copies;
+}
+
+void OrvLayerStack::copyToClipboard()
+{
+    QVector<OrvSnMergeNode*> Merges;
+    for (const OrvLayer* pLayer : outermost(selectedLayers()))
+        Merges.append(pLayer->blendNode());
+    if (!Merges.isEmpty())
+        OrvLayerClipboard::put(OrvLayerSnapshot::capture(Merges, OrvChainEditing::Channels::AreFollowed));
+}
+
+void OrvLayerStack::cutToClipboard()
+{
+    const OrvUndoManager::AutoMacro Macro(tr("Cut Layers"));
+    copyToClipboard();
+    deleteLayers();
+}
+
+QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QString& Error)
+{
+    Error.clear();
+    OrvLayerSnapshot Snapshot;
+    if (!OrvLayerClipboard::get(Snapshot, Error))
+        return {};
+    OrvUndoManager::AutoMacro Macro(tr("Paste Layers"));
+    OrvSnBaseNode* pTarget = placeFor(Flags, nullptr);
+    if (!pTarget) {
+        Macro.cancel();
+        Error = tr("Layers cannot be pasted here: the place is locked or cached");
+        return {};
+    }
+    const QVector<OrvSnMergeNode*> Merges
+        = Snapshot.instantiate(network(), OrvImageSettings::ofStack(this).Layout);
+    QList<OrvLayer*> Layers;
+    for (auto Merge = Merges.rbegin(); Merge != Merges.rend(); ++Merge) {
+        if (!OrvChainEditing::insertAbove(*Merge, pTarget)) {
+            Macro.cancel();
+            Error = tr("Layers cannot be pasted here: '%1' shares a channel that would then show itself")
+                        .arg((*Merge)->name());
+            return {};
+        }
+        pTarget = *Merge;
+        Layers.prepend(OrvLayerManager::instance().getLayer(*Merge, true));
+    }
+    present(Layers, Flags);
+    return Layers;
+}
+
+OrvLayer* OrvLayerStack::shareLayer(OrvLayer* pLayer, OrvLayerCreateFlags Flags)
+{
+    if (!pLayer)
+        return nullptr;
+    const OrvUndoManager::AutoMacro Macro(tr("Share Layer '%1'").arg(pLayer->name()));
+    OrvLayer* pShared = pLayer->addSharedLayerAfter(pLayer->blendNode(), QString(), true);
+    if (pShared)
+        present({pShared}, Flags);
+    return pShared;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "OrvCore/OrvCoreExport.h"
+
+#include <QtCore/QString>
+
+class QRect;
+class OrvEngineNode;
+class OrvSnBaseNode;
+
+/// Keeps the image engine's graph in step with the document's. Engine nodes are made when a result is first asked
+/// for, so that a document that nobody looks at costs nothing; afterwards every edit of a node reaches its engine
+/// node through the operations below. Edits of the document call them; nobody else needs to.
+class ORVCORE_EXPORT OrvNodeEvaluation {
+public:
+    /// What the node yields, null for nothing (transparent). The engine node belongs to the document and stays valid
+    /// until one of the operations below is called for its node.
+    static OrvEngineNode* result(const OrvSnBaseNode* pNode);
+
+    static void inputReconnected(OrvSnBaseNode* pNode, const QString& InputName);
+    static void parametersChanged(OrvSnBaseNode* pNode);
+    static void pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region);
+    /// The node's kind of engine node changed: it is made anew, and what it feeds is connected again.
+    static void replaced(OrvSnBaseNode* pNode);
+    static void removed(OrvSnBaseNode* pNode);
+
+private:
+    static const OrvSnBaseNode* provider(const OrvSnBaseNode* pNode);
+    static OrvEngineNode* existing(const OrvSnBaseNode* pNode);
+    static void connectPads(OrvSnBaseNode* pNode);
+};

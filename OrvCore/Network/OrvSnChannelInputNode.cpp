@@ -1,0 +1,69 @@
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+
+#include "OrvCore/Network/OrvNodeDescription.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
+
+#include "OrvDdi/Engine/OrvEngineNode.h"
+#include "OrvDdi/Image/OrvImageSet.h"
+
+OrvSnChannelInputNode::OrvSnChannelInputNode() = default;
+
+OrvSnChannelInputNode::~OrvSnChannelInputNode() = default;
+
+QString OrvSnChannelInputNode::typeLabel() const
+{
+    return tr("Image");
+}
+
+void OrvSnChannelInputNode::setImageSet(std::unique_ptr<OrvImageSet> pImageSet)
+{
+    m_pImageSet = pImageSet.release();
+    m_pImageSet->setParent(this);
+    connect(m_pImageSet, &OrvImageSet::replaced, this, [this] { OrvNodeEvaluation::replaced(this); });
+    connect(m_pImageSet, &OrvImageSet::pixelsChanged, this, [this](const QRect& Region) {
+        OrvNodeEvaluation::pixelsWritten(this, Region);
+    });
+}
+
+void OrvSnChannelInputNode::describe(OrvNodeDescription& Description) const
+{
+    if (!m_pImageSet)
+        return;
+    Description.HasImages = true;
+    Description.Layout = m_pImageSet->layout();
+    Description.Format = m_pImageSet->format();
+    Description.Fill = m_pImageSet->fillColor();
+    Description.Pixels = m_pImageSet->snapshot();
+}
+
+void OrvSnChannelInputNode::adopt(const OrvNodeDescription& Description)
+{
+    if (!Description.HasImages)
+        return;
+    auto pImages = std::make_unique<OrvImageSet>(Description.Layout, Description.Format, Description.Fill);
+    if (!Description.Pixels.isNull()) {
+        pImages->replace(
+            Description.Layout, Description.Format, Description.Fill, Description.Pixels.snapshot());
+    }
+    for (int Block = 0; Block < Description.BlockKeys.size(); ++Block)
+        pImages->setBlockKey(Block, Description.BlockKeys[Block]);
+    setImageSet(std::move(pImages));
+}
+
+std::unique_ptr<OrvEngineNode> OrvSnChannelInputNode::createEngineNode() const
+{
+    const bool Uniform = !m_pImageSet || m_pImageSet->isUniform();
+    return Uniform ? OrvEngineNode::createUniform() : OrvEngineNode::createSource();
+}
+
+void OrvSnChannelInputNode::updateEngineNode(OrvEngineNode& Node) const
+{
+    if (!m_pImageSet)
+        return;
+    if (m_pImageSet->isUniform())
+        Node.setUniform(m_pImageSet->fillColor(), m_pImageSet->extent());
+    else
+        Node.setBuffer(m_pImageSet->buffer());
+}
+
+#include "moc_OrvSnChannelInputNode.cpp"

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
+
+#include "OrvDdi/Engine/OrvBlendParameters.h"
+
+class OrvLayer;
+
+/// Blends what comes in at "Over" above what comes in at "Base", through "Mask": one layer. The layer object that
+/// shows it belongs to it.
+class ORVCORE_EXPORT OrvSnMergeNode : public OrvSnBaseNode {
+    Q_OBJECT
+
+public:
+    OrvSnMergeNode();
+    ~OrvSnMergeNode() override;
+
+    QString typeName() const override { return QStringLiteral("Merge"); }
+    QString typeLabel() const override;
+    QString preferredInput() const override { return OrvSnNames::Base; }
+
+    OrvBlendParameters blendParameters() const;
+    bool isPassThrough() const;
+    /// Over is fed by the top of a chain of its own.
+    bool holdsGroup() const;
+
+    OrvLayer* layer() const { return m_pLayer; }
+
+protected:
+    const QVector<OrvCustomAttribute>& attributeDefaults() const override;
+    void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
+    std::unique_ptr<OrvEngineNode> createEngineNode() const override;
+    QStringList enginePadInputs() const override;
+    void updateEngineNode(OrvEngineNode& Node) const override;
+
+private:
+    friend class OrvLayerManager;
+    OrvLayer* m_pLayer = nullptr;
+};

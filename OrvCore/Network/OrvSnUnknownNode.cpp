@@ -1,0 +1,28 @@
+#include "OrvCore/Network/OrvSnUnknownNode.h"
+
+#include "OrvCore/Network/OrvNodeDescription.h"
+
+OrvSnUnknownNode::OrvSnUnknownNode(const QJsonObject& Stored, const QStringList& InputNames)
+    : OrvSnBaseNode(InputNames)
+    , m_pStored(std::make_unique<QJsonObject>(Stored))
+{
+}
+
+OrvSnUnknownNode::~OrvSnUnknownNode() = default;
+
+QString OrvSnUnknownNode::typeName() const
+{
+    return m_pStored->value(QStringLiteral("type")).toString();
+}
+
+QString OrvSnUnknownNode::typeLabel() const
+{
+    return tr("Unknown (%1)").arg(typeName());
+}
+
+void OrvSnUnknownNode::describe(OrvNodeDescription& Description) const
+{
+    Description.Foreign = *m_pStored;
+}
+
+#include "moc_OrvSnUnknownNode.cpp"

@@ -1,0 +1,3 @@
+#include "OrvCore/Project/OrvEntity.h"
+
+#include "moc_OrvEntity.cpp"

@@ -1,0 +1,51 @@
+#include "OrvCore/Project/OrvGeoEntity.h"
+
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QUndoCommand>
+
+/// An object gets another name.
+class OrvEntityNameEdit : public QUndoCommand {
+public:
+    OrvEntityNameEdit(OrvGeoEntity* pEntity, const QString& Name)
+        : QUndoCommand(OrvGeoEntity::tr("Rename Object '%1'").arg(pEntity->name()))
+        , m_pEntity(pEntity)
+        , m_Before(pEntity->name())
+        , m_After(Name)
+    {
+    }
+    void undo() override { m_pEntity->applyName(m_Before); }
+    void redo() override { m_pEntity->applyName(m_After); }
+
+private:
+    OrvGeoEntity* m_pEntity;
+    QString m_Before, m_After;
+};
+
+OrvGeoEntity::OrvGeoEntity(const QString& Name, QObject* pParent)
+    : OrvEntity(Name, pParent)
+    , m_pNetwork(new OrvShaderNetwork(this, this))
+{
+}
+
+OrvGeoEntity::~OrvGeoEntity()
+{
+    delete m_pNetwork;
+}
+
+void OrvGeoEntity::setName(const QString& Name)
+{
+    if (!Name.isEmpty() && Name != m_Name)
+        OrvUndoManager::instance().perform(std::make_unique<OrvEntityNameEdit>(this, Name));
+}
+
+void OrvGeoEntity::applyName(const QString& Name)
+{
+    m_Name = Name;
+    Q_EMIT OrvProjectManager::instance().geoEntityNameChanged(this, Name);
+}
+
+#include "moc_OrvGeoEntity.cpp"

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "OrvCore/Project/OrvEntity.h"
+
+#include <QtCore/QVector>
+
+class OrvShaderNetwork;
+
+/// A painted object: its name, its UDIM tiles and the network that its channels live in, which it owns.
+class ORVCORE_EXPORT OrvGeoEntity : public OrvEntity {
+    Q_OBJECT
+
+public:
+    explicit OrvGeoEntity(const QString& Name, QObject* pParent = nullptr);
+    ~OrvGeoEntity() override;
+
+    /// Undoable; sends OrvProjectManager::geoEntityNameChanged.
+    void setName(const QString& Name);
+    OrvShaderNetwork* shaderNetwork() const { return m_pNetwork; }
+    /// What the object is shaded with; null when it has none.
+    OrvShaderNetwork* shadingContext() const { return m_pNetwork; }
+    /// Faces carry their own resolution instead of UDIM tiles.
+    bool isPtex() const { return m_Ptex; }
+    void setPtex(bool Ptex) { m_Ptex = Ptex; }
+    const QVector<int>& udimTiles() const { return m_UdimTiles; }
+    void setUdimTiles(const QVector<int>& Tiles) { m_UdimTiles = Tiles; }
+
+private:
+    friend class OrvEntityNameEdit;
+    void applyName(const QString& Name);
+
+    OrvShaderNetwork* m_pNetwork;
+    QVector<int> m_UdimTiles{1001};
+    bool m_Ptex = false;
+};
