@@ -1,0 +1,29 @@
+#include "OrvCoreModules/Menus/OrvActionHelpers.h"
+
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
+
+#include <QtWidgets/QAction>
+
+QShortcut* OrvActionHelpers::createAndRegisterShortcut(
+    QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver)
+{
+    return OrvShortcutManager::instance().createShortcut(pWidget, Sequence, pSlot, pReceiver);
+}
+
+void OrvActionHelpers::setActionEnabled(const QString& Key, bool Enabled)
+{
+    if (QAction* pAction = OrvActionTreeManager::instance().findAction(Key))
+        pAction->setEnabled(Enabled);
+}
+
+void OrvActionHelpers::setMenuEnabled(const QString& MenuPath, bool Enabled)
+{
+    OrvMenuManager::instance().setMenuEnabled(MenuPath, Enabled);
+}
+
+QList<QAction*> OrvActionHelpers::getMenuActions(const QString& MenuPath)
+{
+    return OrvMenuManager::instance().menuActions(MenuPath);
+}

@@ -1,0 +1,299 @@
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvCoreModules/Window/OrvAppearance.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvContextHelp.h"
+#include "OrvCoreModules/Window/OrvGui.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPixmap.h"
+#include "OrvCoreModules/Window/OrvProgressDialog.h"
+#include "OrvCoreModules/Window/OrvResourceInfo.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QPainter>
+#include <QtTest/QtTest>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QProgressBar>
+#include <QtWidgets/QProgressDialog>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QVBoxLayout>
+
+namespace {
+
+QImage plainImage(int Edge, const QColor& Color)
+{
+    QImage Image(Edge, Edge, QImage::Format_ARGB32);
+    Image.fill(Color);
+    return Image;
+}
+
+QColor centerOf(const QPixmap& Pixmap)
+{
+    return Pixmap.toImage().pixelColor(Pixmap.width() / 2, Pixmap.height() / 2);
+}
+
+} // namespace
+
+/// The window's services: icons, status and progress, focus, help, drops.
+class TstWindow : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        qputenv("ORV_RESOURCES", m_Directory.path().toLocal8Bit());
+        QVERIFY(QDir(m_Directory.path()).mkpath(QStringLiteral("icons")));
+        QVERIFY(QDir(m_Directory.path()).mkpath(QStringLiteral("help")));
+    }
+
+    void iconsOpenTheirFileWhenFirstUsed()
+    {
+        const QIcon Icon = OrvIcon::createIconFromFilename(QStringLiteral("Late.png"));
+        const QIcon Missing = OrvIcon::createIconFromFilename(QStringLiteral("Missing.png"));
+        write("Late.png", plainImage(16, Qt::red));
+        QVERIFY(!Icon.isNull());
+        QCOMPARE(centerOf(Icon.pixmap(16)), QColor(Qt::red));
+        QVERIFY(Missing.isNull());
+        QVERIFY(Missing.pixmap(16).isNull());
+        QVERIFY(OrvIcon::createIconFromPath(QString()).isNull());
+
+        const QIcon Doubled = OrvIcon::createIconFromPath(OrvResourceInfo::iconPath() + QStringLiteral("//Late.png"));
+        QCOMPARE(centerOf(Doubled.pixmap(16)), QColor(Qt::red));
+    }
+
+    void iconsFitTheSizeAskedFor()
+    {
+        write("Sized.png", plainImage(16, Qt::red));
+        write("Sized@2x.png", plainImage(32, Qt::green));
+        const QIcon Icon = OrvIcon::createIconFromFilename(QStringLiteral("Sized.png"));
+        QCOMPARE(Icon.pixmap(8).size(), QSize(8, 8));
+        // A bitmap does not grow beyond the best that there is; the finer file is used for dense pixels only.
+        QCOMPARE(centerOf(Icon.pixmap(16)), QColor(Qt::red));
+        QCOMPARE(Icon.pixmap(32).size(), QSize(32, 32));
+        QCOMPARE(centerOf(Icon.pixmap(32)), QColor(Qt::green));
+        QCOMPARE(Icon.pixmap(64).size(), QSize(32, 32));
+
+        QImage Dense(32, 32, QImage::Format_ARGB32_Premultiplied);
+        Dense.setDevicePixelRatio(2);
+        Dense.fill(Qt::black);
+        QPainter Painter(&Dense);
+        Icon.paint(&Painter, QRect(0, 0, 16, 16));
+        Painter.end();
+        QCOMPARE(Dense.pixelColor(1, 1), QColor(Qt::green));
+        QCOMPARE(Dense.pixelColor(30, 30), QColor(Qt::green));
+    }
+
+    void svgIconsAndDisabledOnes()
+    {
+        QFile File(OrvResourceInfo::iconPath() + QStringLiteral("/Ball.svg"));
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write("<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+                   "<rect width='16' height='16' fill='#ff0000'/></svg>");
+        File.close();
+        const QIcon Icon = OrvIcon::createIconFromFilename(QStringLiteral("Ball.svg"));
+        QCOMPARE(Icon.pixmap(48).size(), QSize(48, 48));
+        QCOMPARE(centerOf(Icon.pixmap(48)), QColor(Qt::red));
+        const QColor Disabled = centerOf(Icon.pixmap(48, QIcon::Disabled));
+        QCOMPARE(Disabled.saturation(), 0);
+        QVERIFY(Disabled.alpha() < 160 && Disabled.alpha() > 40);
+        QCOMPARE(OrvPixmap::createQPixmapFromPath(File.fileName()).size(), QSize(16, 16));
+        QVERIFY(OrvPixmap::createQPixmapFromPath(QStringLiteral("/no/such.png")).isNull());
+    }
+
+    void helpComesFromWhoeverKnows()
+    {
+        QFile File(OrvResourceInfo::helpPath() + QStringLiteral("/layers_palette.html"));
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write("<b>Layers</b>");
+        File.close();
+        QCOMPARE(OrvContextHelp::text(QStringLiteral("layers_palette")), QStringLiteral("<b>Layers</b>"));
+        OrvContextHelp::registerText(QStringLiteral("layers_palette"), QStringLiteral("Registered"));
+        QCOMPARE(OrvContextHelp::text(QStringLiteral("layers_palette")), QStringLiteral("Registered"));
+        QVERIFY(!OrvContextHelp::show(QStringLiteral("unknown"), QPoint(), nullptr));
+        QVERIFY(!OrvContextHelp::show(QString(), QPoint(), nullptr));
+    }
+
+    void statusShowsTheInnermostReport()
+    {
+        OrvStatusManager& Status = OrvStatusManager::instance();
+        QSignalSpy Text(&Status, &OrvStatusManager::textChanged);
+        Status.showMessage(QStringLiteral("Ready"));
+        {
+            const OrvStatusManager::AutoProgress Outer(QStringLiteral("Outer"), 100, 0, 1);
+            QCOMPARE(Status.text(), QStringLiteral("Outer"));
+            {
+                const OrvStatusManager::AutoProgress Inner(QStringLiteral("Inner"), 100, 0, 1);
+                Status.showMessage(QStringLiteral("Meanwhile"));
+                QCOMPARE(Status.text(), QStringLiteral("Inner"));
+            }
+            QCOMPARE(Status.text(), QStringLiteral("Outer"));
+        }
+        QCOMPARE(Status.text(), QStringLiteral("Meanwhile"));
+        QCOMPARE(Text.last().first().toString(), QStringLiteral("Meanwhile"));
+
+        // A message's end must not take a newer message away.
+        Status.showMessage(QStringLiteral("Short"), 20);
+        Status.showMessage(QStringLiteral("Long"));
+        QTest::qWait(60);
+        QCOMPARE(Status.text(), QStringLiteral("Long"));
+        Status.showMessage(QStringLiteral("Short"), 20);
+        QTRY_VERIFY(Status.text().isEmpty());
+    }
+
+    void progressBarAppearsAfterTheDelayAndEvents()
+    {
+        OrvMainWindow& MainWindow = OrvMainWindow::instance();
+        MainWindow.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&MainWindow));
+        const auto* pBar = MainWindow.statusBar()->findChild<QProgressBar*>();
+        bool LoopHasRun = false;
+        QTimer::singleShot(0, this, [&LoopHasRun] { LoopHasRun = true; });
+        {
+            OrvStatusManager::AutoProgress Patient(QStringLiteral("Patient"), 100, 0, 60);
+            Patient.setValue(50);
+            QVERIFY(!pBar->isVisible());
+            OrvStatusManager::AutoProgress Hasty(QStringLiteral("Hasty"), 40, 20, 0);
+            Hasty.setValue(30);
+            QVERIFY(pBar->isVisible());
+            QCOMPARE(pBar->minimum(), 20);
+            QCOMPARE(pBar->value(), 30);
+            Hasty.setValue(1000);
+            QCOMPARE(pBar->value(), 40);
+        }
+        QVERIFY(!pBar->isVisible());
+        QVERIFY(!LoopHasRun);
+    }
+
+    void cancelReachesCancellableReports()
+    {
+        OrvMainWindow::instance().show();
+        OrvStatusManager::AutoProgress Fixed(QStringLiteral("Fixed"), 10, 0, 0);
+        OrvStatusManager::AutoProgress Work(QStringLiteral("Work"), 10, 0, 0);
+        Work.setCancellable(true);
+        Work.setValue(1);
+        auto* pCancel = OrvMainWindow::instance().statusBar()->findChild<QToolButton*>();
+        QVERIFY(pCancel->isVisible());
+        pCancel->click();
+        QVERIFY(Work.isCancelled());
+        QVERIFY(!Fixed.isCancelled());
+    }
+
+    void progressDialogCancelsWorkAndIsSilentUnattended()
+    {
+        OrvApplication::State& Application = OrvApplication::appInstance();
+        Application.setPopupsAllowed(false);
+        {
+            OrvProgressDialog Unattended(QStringLiteral("Export"));
+            QTest::qSleep(600);
+            QVERIFY(Unattended.step(1, 2));
+            QVERIFY(!QApplication::activeModalWidget());
+        }
+        Application.setPopupsAllowed(true);
+        OrvProgressDialog Attended(QStringLiteral("Export"));
+        QVERIFY(Attended.step(1, 1000));
+        QVERIFY(!QApplication::activeModalWidget());
+        int Steps = 0;
+        while (Attended.step(Steps, 1000) && Steps < 1000) {
+            QTest::qSleep(10);
+            ++Steps;
+            if (auto* pDialog = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget()))
+                pDialog->findChild<QPushButton*>()->click();
+        }
+        QVERIFY(Steps < 1000);
+        QVERIFY(Attended.isCancelled());
+        Application.setPopupsAllowed(false);
+    }
+
+    void focusIsStolenGently()
+    {
+        QWidget Window;
+        auto* pLayout = new QVBoxLayout(&Window);
+        auto* pTree = new QWidget(&Window);
+        auto* pButton = new QPushButton(&Window);
+        auto* pEditor = new QLineEdit(&Window);
+        for (QWidget* pWidget : std::initializer_list<QWidget*>{pTree, pButton, pEditor})
+            pLayout->addWidget(pWidget);
+        pTree->setFocusPolicy(Qt::StrongFocus);
+        Window.show();
+        Window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&Window));
+        pButton->setFocus();
+        OrvGui::stealFocusGently(pTree);
+        QVERIFY(pTree->hasFocus());
+        pEditor->setFocus();
+        OrvGui::stealFocusGently(pTree);
+        QVERIFY(pEditor->hasFocus());
+
+        pButton->setFocus();
+        QWidget Other;
+        Other.show();
+        Other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&Other));
+        OrvGui::stealFocusGently(pTree);
+        QVERIFY(!pTree->hasFocus());
+        OrvGui::stealFocusGently(nullptr);
+    }
+
+    void precisionIsBoundedAndToldOnce()
+    {
+        OrvAppearance& Appearance = OrvAppearance::instance();
+        QSignalSpy Changed(&Appearance, SIGNAL(sliderPrecisionChanged(int)));
+        Appearance.setSliderPrecision(Appearance.sliderPrecision());
+        QVERIFY(Changed.isEmpty());
+        Appearance.setSliderPrecision(99);
+        Appearance.setSliderPrecision(1000);
+        QCOMPARE(Changed.size(), 1);
+        QVERIFY(Appearance.sliderPrecision() < 10);
+    }
+
+    void dropsGoToTheHandlerOfTheirPlace()
+    {
+        OrvDragAndDropManager& Drops = OrvDragAndDropManager::instance();
+        QVariantMap Dropped;
+        OrvDragAndDropManager::Handler Images;
+        Images.MimeTypes = QStringList{QStringLiteral("text/uri-list")};
+        Images.Accepts = [](const QMimeData& Data) { return Data.urls().first().path().endsWith(".png"); };
+        Images.Drop = [&Dropped](const QMimeData&, const QVariantMap& Parameters) {
+            Dropped = Parameters;
+            return true;
+        };
+        const int Number = Drops.registerHandler(OrvDragAndDropManager::LayerTreeTarget, Images);
+        QCOMPARE(Drops.mimeTypes(3), Images.MimeTypes);
+        QVERIFY(Drops.mimeTypes(1).isEmpty());
+
+        QMimeData Image;
+        Image.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.png"))});
+        QVERIFY(Drops.acceptDragEnter(&Image, 3));
+        QVERIFY(!Drops.acceptDragEnter(&Image, 1));
+        QVERIFY(!Drops.acceptDragEnter(nullptr, 3));
+        QVERIFY(Drops.drop(&Image, 3, {{QStringLiteral("LayerBelow"), 5}}));
+        QCOMPARE(Dropped.value(QStringLiteral("LayerBelow")).toInt(), 5);
+
+        // The palettes' own payload is theirs, whatever else it carries.
+        Image.setData(QStringLiteral("application/x-orvi-layer"), "x");
+        QVERIFY(!Drops.acceptDragEnter(&Image, 3));
+        QVERIFY(!Drops.drop(&Image, 3, {}));
+        QMimeData Material;
+        Material.setUrls({QUrl::fromLocalFile(QStringLiteral("/tmp/a.orvmat"))});
+        QVERIFY(!Drops.acceptDragEnter(&Material, 3));
+        Drops.unregisterHandler(Number);
+        QVERIFY(Drops.mimeTypes(3).isEmpty());
+    }
+
+private:
+    static void write(const char* pName, const QImage& Image)
+    {
+        QVERIFY(Image.save(OrvResourceInfo::iconPath() + QLatin1Char('/') + QLatin1String(pName)));
+    }
+
+    QTemporaryDir m_Directory;
+};
+
+QTEST_MAIN(TstWindow)
+#include "TstWindow.moc"
