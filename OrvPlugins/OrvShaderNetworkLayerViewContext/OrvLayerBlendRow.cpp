@@ -1,0 +1,198 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCoreModules/Properties/OrvAdvancedBlendingOptionsPopup.h"
+#include "OrvCoreModules/Properties/OrvUserAttributeControletManager.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QStackedLayout>
+
+namespace {
+
+enum Page { PassThroughPage, BlendPage };
+constexpr int PassThroughButtonSize = 24;
+constexpr int AdvancedButtonSize = 16;
+
+void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+
+QHBoxLayout* createTightRow(QWidget* pWidget)
+{
+    QHBoxLayout* pLayout = new QHBoxLayout(pWidget);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(1);
+    return pLayout;
+}
+
+QPushButton* createPassThroughButton(OrvLayerView* pLayerView)
+{
+    auto* pButton
+        = new QPushButton(OrvIcon::createIconFromFilename(QStringLiteral("LayerGroupPassThrough.png")), QString());
+    pButton->setFlat(true);
+    pButton->setCheckable(true);
+    pButton->setFocusPolicy(Qt::NoFocus);
+    pButton->setFixedSize(PassThroughButtonSize, PassThroughButtonSize);
+    pButton->setToolTip(OrvLayerView::tr("On/Off Layer Group Pass Through Mode"));
+    QObject::connect(pButton, SIGNAL(clicked(bool)), pLayerView, SLOT(onPassThroughChecked(bool)));
+    return pButton;
+}
+
+} // namespace
+
+OrvLayerBlendRow::OrvLayerBlendRow(OrvLayerView* pLayerView)
+    : QWidget(pLayerView)
+    , m_LayerView(pLayerView)
+    , m_Pages(new QStackedLayout)
+    , m_AdvancedBlendingOptionsPopup(new OrvAdvancedBlendingOptionsPopup(pLayerView))
+{
+    QHBoxLayout* pLayout = createTightRow(this);
+    pLayout->setContentsMargins(0, 1, 0, 1);
+    m_Pages->addWidget(createPassThroughPage());
+    m_Pages->addWidget(createBlendPage());
+    pLayout->addLayout(m_Pages);
+    connect(m_AdvancedBlendingOptionsPopup, SIGNAL(advancedBlendingChanged(bool)), pLayerView,
+        SLOT(onAdvancedBlendingChanged(bool)));
+    connect(m_AdvancedBlendingOptionsPopup, SIGNAL(blendAmountChanged(bool)), pLayerView,
+        SLOT(onBlendAmountChanged(bool)));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QWidget* OrvLayerBlendRow::createPassThroughPage()
+{
+    QWidget* pPage = new QWidget;
+    QHBoxLayout* pLayout = createTightRow(pPage);
+    QPushButton* pButton = createPassThroughButton(m_LayerView);
+    pButton->setChecked(true);
+    // The page shows while the mode is on; a click leaves it, and the mode decides about the page.
+    connect(pButton, &QPushButton::clicked, pButton, [pButton] { pButton->setChecked(true); });
+    pLayout->addWidget(pButton);
+    pLayout->addWidget(new QLabel(tr("Pass Through")));
+    pLayout->addStretch();
+    return pPage;
+}
+
+QWidget* OrvLayerBlendRow::createBlendPage()
+{
+    QWidget* pPage = new QWidget;
+    m_BlendLayout = createTightRow(pPage);
+
+    m_PassThroughButton = createPassThroughButton(m_LayerView);
+    m_PassThroughButton->hide();
+
+    m_AdvancedBlendingButton = new QPushButton;
+    m_AdvancedBlendingButton->setFlat(true);
+    m_AdvancedBlendingButton->setFocusPolicy(Qt::NoFocus);
+    m_AdvancedBlendingButton->setFixedSize(AdvancedButtonSize, AdvancedButtonSize);
+    m_AdvancedBlendingButton->setToolTip(OrvLayerView::tr("Advanced  blending options"));
+    m_AdvancedBlendingButton->setStatusTip(OrvLayerView::tr("Advanced blending options"));
+    m_AdvancedBlendingButton->setWhatsThis(OrvLayerView::tr("Advanced blending options"));
+    connect(m_AdvancedBlendingButton, SIGNAL(released()), m_LayerView, SLOT(showAdvancedBlendingOptions()));
+    setAdvancedIcon(false);
+
+    m_BlendLayout->addWidget(m_AdvancedBlendingButton);
+    m_BlendLayout->addWidget(m_PassThroughButton);
+    return pPage;
+}
+
+void OrvLayerBlendRow::showLayer(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
+{
+    takeControlets();
+    OrvSnBaseNode* pNode = pLayer ? pLayer->blendNode() : OrvLayerManager::instance().dummyBlendNode();
+    m_BlendNode = pNode;
+    m_BlendModeWidget = addControlet(0, OrvMergeAttributes::BlendMode, pNode);
+    m_BlendAmountWidget = addControlet(1, OrvMergeAttributes::Amount, pNode);
+    m_AdvancedBlendingOptionsPopup->setBlendNode(pLayer ? pNode : nullptr);
+    if (pNode) {
+        connect(pNode, SIGNAL(userAttributeValueChanged(OrvCustomAttribute)), m_LayerView,
+            SLOT(onUserAttributeChanged(OrvCustomAttribute)));
+        connect(pNode, SIGNAL(userAttributeEnabledChanged(OrvCustomAttribute, QObject*)), m_LayerView,
+            SLOT(onUserAttributeChanged(OrvCustomAttribute)));
+    }
+    refresh(pLayer, pLayerStack);
+}
+
+void OrvLayerBlendRow::refresh(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
+{
+    const bool Modifiable = pLayer && pLayer->isBlendingModifiable();
+    if (m_BlendModeWidget)
+        m_BlendModeWidget->setEnabled(Modifiable);
+    if (m_BlendAmountWidget)
+        setAmountEnabled(m_BlendNode->userAttribute(OrvMergeAttributes::AmountEnabled).value().toBool(), pLayer);
+    m_AdvancedBlendingButton->setEnabled(Modifiable);
+    setAdvancedIcon(m_BlendNode && m_BlendNode->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toBool());
+
+    const bool Group = pLayer && pLayerStack && OrvLayerStreamUtils::isLayerGroup(pLayer, pLayerStack);
+    m_PassThroughButton->setVisible(Group);
+    m_PassThroughButton->setChecked(false);
+    m_PassThroughButton->setEnabled(Modifiable);
+    m_Pages->widget(PassThroughPage)->setEnabled(Modifiable);
+    m_Pages->setCurrentIndex(
+        Group && OrvLayerStreamUtils::isLayerGroupPassThrough(m_BlendNode) ? PassThroughPage : BlendPage);
+}
+
+void OrvLayerBlendRow::clear()
+{
+    takeControlets();
+    m_AdvancedBlendingOptionsPopup->setBlendNode(nullptr);
+    m_PassThroughButton->hide();
+    m_AdvancedBlendingButton->setEnabled(false);
+    setAdvancedIcon(false);
+    m_Pages->setCurrentIndex(BlendPage);
+}
+
+void OrvLayerBlendRow::takeControlets()
+{
+    for (QWidget* pWidget : {m_BlendModeWidget.data(), m_BlendAmountWidget.data()}) {
+        if (!pWidget)
+            continue;
+        m_BlendLayout->removeWidget(pWidget);
+        pWidget->hide();
+        pWidget->deleteLater();
+    }
+    m_BlendModeWidget = nullptr;
+    m_BlendAmountWidget = nullptr;
+    if (m_BlendNode)
+        disconnect(m_BlendNode, nullptr, m_LayerView, nullptr);
+    m_BlendNode = nullptr;
+}
+
+QWidget* OrvLayerBlendRow::addControlet(int Position, const QString& AttributeName, OrvSnBaseNode* pNode)
+{
+    constexpr int LabelWidth = 32, Spacing = 1, MinimumEditorWidth = 130, MaximumEditorWidth = 140;
+    constexpr int Style = OrvUserAttributeControletManager::NoLabel | OrvUserAttributeControletManager::Compact;
+    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, pNode, m_Pages->widget(BlendPage),
+        LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
+    if (pWidget)
+        m_BlendLayout->insertWidget(Position, pWidget);
+    return pWidget;
+}
+
+void OrvLayerBlendRow::showAdvancedOptions()
+{
+    report(__LINE__, "Showing advanced blending options");
+    m_AdvancedBlendingOptionsPopup->popup();
+}
+
+void OrvLayerBlendRow::setAdvancedIcon(bool Enabled)
+{
+    m_AdvancedBlendingButton->setIcon(OrvIcon::createIconFromFilename(
+        Enabled ? QStringLiteral("advancedBlendingEnabled.png") : QStringLiteral("advancedBlendingDisabled.png")));
+}
+
+void OrvLayerBlendRow::setAmountEnabled(bool Enabled, const OrvLayer* pLayer)
+{
+    if (!m_BlendAmountWidget) {
+        report(__LINE__, "this->m_BlendAmountWidget is NULL");
+        return;
+    }
+    m_BlendAmountWidget->setEnabled(Enabled && pLayer && pLayer->isBlendingAmountModifiable());
+}
+
+#include "moc_OrvLayerBlendRow.cpp"

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+class OrvAdvancedBlendingOptionsPopup;
+class OrvLayer;
+class OrvLayerStack;
+class OrvLayerView;
+class OrvSnBaseNode;
+class QHBoxLayout;
+class QPushButton;
+class QStackedLayout;
+
+/// How the current layer of a Layers palette is blended: blend mode, amount and the advanced options, or for a group
+/// in pass-through mode the button that ends it. The palette owns the row and tells it what is current; the editors
+/// in it change the blend node themselves.
+class OrvLayerBlendRow : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OrvLayerBlendRow(OrvLayerView* pLayerView);
+
+    /// Shows the layer's blending; without a layer the controls stand there without effect.
+    void showLayer(OrvLayer* pLayer, const OrvLayerStack* pLayerStack);
+    /// Reads again what can change while the layer stays: whether it may be edited, whether it is passed through.
+    void refresh(OrvLayer* pLayer, const OrvLayerStack* pLayerStack);
+    void clear();
+
+    /// The node that the controls edit; null after clear().
+    OrvSnBaseNode* blendNode() const { return m_BlendNode; }
+    void showAdvancedOptions();
+    void setAdvancedIcon(bool Enabled);
+    /// False greys the amount out; true does so, too, where the layer's amount may not be changed.
+    void setAmountEnabled(bool Enabled, const OrvLayer* pLayer);
+
+private:
+    QWidget* createPassThroughPage();
+    QWidget* createBlendPage();
+    void takeControlets();
+    QWidget* addControlet(int Position, const QString& AttributeName, OrvSnBaseNode* pNode);
+
+    OrvLayerView* m_LayerView;
+    QStackedLayout* m_Pages;
+    QHBoxLayout* m_BlendLayout = nullptr;
+    QPushButton* m_PassThroughButton = nullptr;
+    QPushButton* m_AdvancedBlendingButton = nullptr;
+    OrvAdvancedBlendingOptionsPopup* m_AdvancedBlendingOptionsPopup;
+    QPointer<QWidget> m_BlendModeWidget;
+    QPointer<QWidget> m_BlendAmountWidget;
+    QPointer<OrvSnBaseNode> m_BlendNode;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+class OrvEditLabel;
+class OrvLayerComponentPushButton;
+class OrvLayerStackPopupButton;
+class OrvToggleAction;
+class QGridLayout;
+class QLabel;
+class QToolButton;
+class QWidget;
+
+/// The widgets of one layer row in their order, children of the row. Marks that a layer does not have keep their
+/// column free, so that the eye finds each kind of mark in one line from row to row. The row fills and connects them.
+struct OrvLayerRowContents {
+    explicit OrvLayerRowContents(QWidget* pRow);
+
+    /// Shows the widgets and gives them their places at once.
+    void show();
+
+    QGridLayout* pLayout;
+    QToolButton* pVisibilityButton;
+    OrvEditLabel* pNameLabel;
+    QLabel* pColorTag;
+    OrvLayerComponentPushButton* pPaintButton;
+    OrvLayerStackPopupButton* pMaskStackButton;
+    OrvLayerComponentPushButton* pMaskButton;
+    OrvLayerStackPopupButton* pAdjustmentStackButton;
+    QToolButton* pSharedButton;
+    QToolButton* pSharedChannelButton;
+    OrvToggleAction* pLockAction;
+    QLabel* pCost;
+};

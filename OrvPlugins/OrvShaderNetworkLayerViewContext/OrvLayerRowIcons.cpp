@@ -1,0 +1,72 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+
+#include <QtGui/QWindow>
+#include <QtWidgets/QAbstractButton>
+
+using namespace OrvLayerViewContext;
+
+namespace {
+
+QIcon icon(const char* pFileName) { return OrvIcon::createIconFromFilename(QString::fromLatin1(pFileName)); }
+
+LayerKindIcon kind(const OrvLayer* pLayer, const OrvLayerStack* pStack)
+{
+    const bool Incomplete = pLayer->hasMissingGeoChannels();
+    if (OrvLayerStreamUtils::isMaterialLayer(pLayer))
+        return Incomplete ? LayerKindIcon::MaterialMissingGeoChannel : LayerKindIcon::Material;
+    if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer))
+        return LayerKindIcon::MultiChannelGroup;
+    if (pLayer->isCustomProceduralLayer()) {
+        return Incomplete ? LayerKindIcon::CustomProceduralColorMissingGeoChannel
+                          : LayerKindIcon::CustomProceduralColor;
+    }
+    if (pStack && OrvLayerStreamUtils::isLayerGroup(pLayer, pStack))
+        return LayerKindIcon::Group;
+    if (pLayer->isPaintableLayer())
+        return LayerKindIcon::Paintable;
+    if (pLayer->isAdjustmentLayer())
+        return LayerKindIcon::Adjustment;
+    if (pLayer->isProceduralLayer())
+        return LayerKindIcon::Procedural;
+    if (pLayer->isShaderLayer())
+        return LayerKindIcon::Shader;
+    if (pLayer->isBakePointLayer())
+        return LayerKindIcon::Bake;
+    // Whatever else a user has wired there is to be looked at in the node graph.
+    return LayerKindIcon::Graph;
+}
+
+} // namespace
+
+QIcon OrvLayerRowIcons::content(const OrvLayer* pLayer, const OrvLayerStack* pStack)
+{
+    if (pLayer->isSharedShaderInput())
+        return icon("Channel.16x16.png");
+    return layerKindIcon(kind(pLayer, pStack));
+}
+
+QIcon OrvLayerRowIcons::mask(const OrvLayer* pLayer)
+{
+    if (!pLayer->isMaskProcedural() && !pLayer->hasMaskCustomProcedural())
+        return icon("Mask.16x16.png");
+    return icon(pLayer->hasMissingGeoChannels() ? "CustomProceduralLayerMask_MissingGeoChannel.svg"
+                                                : "CustomProceduralLayerMask.16x16.svg");
+}
+
+QIcon OrvLayerRowIcons::maskStack() { return icon("AddMaskStack.16x16.png"); }
+QIcon OrvLayerRowIcons::adjustmentStack() { return icon("AddAdjustmentStack.16x16.png"); }
+QIcon OrvLayerRowIcons::visibility(bool Visible) { return icon(Visible ? "ShowAll.16x16.png" : "Hide.16x16.png"); }
+QIcon OrvLayerRowIcons::shared() { return icon("linked.16x16.png"); }
+QIcon OrvLayerRowIcons::sharedChannel() { return icon("SharedChannel.16x16.png"); }
+QIcon OrvLayerRowIcons::lock(bool Locked) { return icon(Locked ? "Lock.16x16.png" : "UnLock.16x16.png"); }
+
+QIcon OrvLayerRowIcons::paled(const QIcon& Icon, const QAbstractButton* pButton)
+{
+    return QIcon(Icon.pixmap(pButton->window()->windowHandle(), pButton->iconSize(), QIcon::Disabled));
+}

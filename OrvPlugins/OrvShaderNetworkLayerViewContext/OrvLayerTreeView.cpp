@@ -1,0 +1,337 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
+#include "OrvCoreModules/Window/OrvGui.h"
+#include "OrvCoreModules/Window/OrvResourceInfo.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCustomStyle.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QStyledItemDelegate>
+
+#include <algorithm>
+
+namespace {
+
+const QSize SmallestSize(40, 50);
+constexpr int EmptyTextMargin = 16;
+
+/// Rows have their height before they have their widgets, and nothing of their own to paint but the background.
+class OrvLayerRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        return {SmallestSize.width(), OrvLayerViewItemRowWidget::RowHeight};
+    }
+};
+
+} // namespace
+
+OrvLayerTreeView::OrvLayerTreeView(QWidget* pParent, OrvLayerView* pLayerView)
+    : QTreeView(pParent)
+    , m_LayerView(pLayerView)
+{
+    setHeaderHidden(true);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setItemsExpandable(true);
+    setRootIsDecorated(true);
+    setAlternatingRowColors(true);
+    setMouseTracking(true);
+    auto* pStyle = new OrvLayerCustomStyle;
+    pStyle->setParent(this);
+    setStyle(pStyle);
+    setStyleSheet(styleSheet() + branchStyleSheet());
+    header()->setStretchLastSection(false);
+    setMinimumSize(SmallestSize);
+    setUniformRowHeights(true);
+    setItemDelegate(new OrvLayerRowDelegate(this));
+}
+
+QString OrvLayerTreeView::branchStyleSheet() const
+{
+    const QString IconDirectory = OrvResourceInfo::iconPath() + QLatin1Char('/');
+    const auto image = [&](const char* pFileName) {
+        return QStringLiteral("url(%1)").arg(IconDirectory + QLatin1String(pFileName));
+    };
+    return QStringLiteral("OrvLayerTreeView::branch:has-children:!has-siblings:closed,"
+                          "OrvLayerTreeView::branch:closed:has-children:has-siblings "
+                          "{border-image: none;image: %1;}\n")
+               .arg(image("disclosureTriangleClosed.png"))
+        + QStringLiteral("OrvLayerTreeView::branch:open:has-children:!has-siblings,"
+                         "OrvLayerTreeView::branch:open:has-children:has-siblings "
+                         "{border-image: none;image: %1;}\n")
+              .arg(image("disclosureTriangleOpen.png"));
+}
+
+void OrvLayerTreeView::connectSelectionRelay()
+{
+    connect(selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)), this,
+        SLOT(onSelectionChanged(QItemSelection, QItemSelection)), Qt::UniqueConnection);
+}
+
+void OrvLayerTreeView::disconnectSelectionRelay()
+{
+    disconnect(selectionModel(), SIGNAL(selectionChanged(QItemSelection, QItemSelection)), this,
+        SLOT(onSelectionChanged(QItemSelection, QItemSelection)));
+}
+
+void OrvLayerTreeView::setRowWidget(const QModelIndex& Index, QWidget* pWidget)
+{
+    setIndexWidget(Index, pWidget);
+    pWidget->hide();
+}
+
+void OrvLayerTreeView::rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last)
+{
+    // The base class takes the widgets off these rows, but not off those below them.
+    for (int Row = First; Row <= Last; ++Row)
+        removeRowWidgetsBelow(model()->index(Row, 0, Parent));
+    QTreeView::rowsAboutToBeRemoved(Parent, First, Last);
+}
+
+void OrvLayerTreeView::removeRowWidgetsBelow(const QModelIndex& Parent)
+{
+    for (int Row = 0; Row < model()->rowCount(Parent); ++Row) {
+        const QModelIndex Index = model()->index(Row, 0, Parent);
+        removeRowWidgetsBelow(Index);
+        setIndexWidget(Index, nullptr);
+    }
+}
+
+void OrvLayerTreeView::setEmptyText(const QString& Text)
+{
+    if (m_EmptyText == Text)
+        return;
+    m_EmptyText = Text;
+    viewport()->update();
+}
+
+void OrvLayerTreeView::updateEditorGeometries()
+{
+    QVector<QPointer<QWidget>> InView;
+    const int Bottom = viewport()->height();
+    for (QModelIndex Index = indexAt(QPoint(0, 0)); Index.isValid(); Index = indexBelow(Index)) {
+        const QRect Place = visualRect(Index);
+        if (Place.top() >= Bottom)
+            break;
+        QWidget* pWidget = indexWidget(Index);
+        if (!pWidget)
+            continue;
+        pWidget->setGeometry(Place);
+        pWidget->show();
+        InView.append(pWidget);
+    }
+    for (const QPointer<QWidget>& pWidget : qAsConst(m_RowWidgetsInView)) {
+        if (pWidget && !InView.contains(pWidget))
+            pWidget->hide();
+    }
+    m_RowWidgetsInView = InView;
+}
+
+void OrvLayerTreeView::scrollContentsBy(int X, int Y)
+{
+    QTreeView::scrollContentsBy(X, Y);
+    updateEditorGeometries();
+}
+
+void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelection Deselected)
+{
+    if (!m_LayerView) {
+        OrvDebug("OrvLayerTreeView", __LINE__, QStringLiteral("m_LayerView is NULL"), false, false);
+        return;
+    }
+    QSet<OrvLayer*> DeselectedLayers;
+    for (const QModelIndex& Index : Deselected.indexes()) {
+        if (OrvLayer* pLayer = m_LayerView->layerFromIndex(Index))
+            DeselectedLayers.insert(pLayer);
+    }
+    if (!m_PlainClick)
+        selectSharingRows(DeselectedLayers);
+    for (OrvLayer* pLayer : qAsConst(DeselectedLayers))
+        pLayer->setSelected(false, true);
+
+    const OrvLayerStack* pLayerStack = m_LayerView->layerStack();
+    OrvShaderNetwork* pNetwork = pLayerStack ? pLayerStack->network() : nullptr;
+    if (!pNetwork)
+        return;
+    QSet<OrvSnBaseNode*> ClickedNodes;
+    if (!Selected.isEmpty()) {
+        const OrvLayer* pCurrentLayer = OrvLayerManager::instance().currentLayer(pNetwork);
+        QModelIndex NotCurrentYet;
+        for (const QModelIndex& Index : Selected.indexes()) {
+            OrvLayer* pLayer = m_LayerView->layerFromIndex(Index);
+            if (!pLayer)
+                continue;
+            pLayer->setSelected(true, true);
+            if (m_PlainClick)
+                ClickedNodes.insert(pLayer->blendNode());
+            if (pCurrentLayer && pLayer != pCurrentLayer)
+                NotCurrentYet = Index;
+        }
+        // The tree's current row can stay while the host's current layer went elsewhere: the row asks for it back.
+        if (NotCurrentYet.isValid() && NotCurrentYet == currentIndex())
+            Q_EMIT currentIndexChanged(NotCurrentYet, NotCurrentYet);
+    }
+    if (m_PlainClick)
+        pNetwork->selectNone(ClickedNodes);
+}
+
+void OrvLayerTreeView::selectSharingRows(const QSet<OrvLayer*>& Deselected)
+{
+    const auto* pModel = qobject_cast<OrvLayerViewModel*>(model());
+    if (!pModel || !selectionModel() || Deselected.isEmpty())
+        return;
+    const QItemSelection Sharing = pModel->rowsSharingContentWith(Deselected);
+    if (Sharing.isEmpty())
+        return;
+    disconnectSelectionRelay();
+    selectionModel()->select(Sharing, QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    connectSelectionRelay();
+}
+
+void OrvLayerTreeView::mousePressEvent(QMouseEvent* pEvent)
+{
+    if (!(pEvent->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
+        m_PlainClick = true;
+    if (pEvent->modifiers() == Qt::ShiftModifier)
+        m_PressPosition = pEvent->pos();
+    QTreeView::mousePressEvent(pEvent);
+}
+
+void OrvLayerTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    m_PlainClick = false;
+    QTreeView::mouseReleaseEvent(pEvent);
+}
+
+void OrvLayerTreeView::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    OrvGui::stealFocusGently(this);
+    setDragEnabled(pEvent->buttons() == Qt::LeftButton);
+    if (!m_PressPosition.isNull()) {
+        if ((pEvent->pos() - m_PressPosition).manhattanLength() <= QApplication::startDragDistance())
+            return;
+        m_PressPosition = QPoint();
+    }
+    QTreeView::mouseMoveEvent(pEvent);
+}
+
+void OrvLayerTreeView::enterEvent(QEvent* pEvent)
+{
+    OrvShortcutManager::instance().setEnabledSpecialShortcut(Qt::Key_Tab, true);
+    QTreeView::enterEvent(pEvent);
+}
+
+void OrvLayerTreeView::leaveEvent(QEvent* pEvent)
+{
+    OrvShortcutManager::instance().setEnabledSpecialShortcut(Qt::Key_Tab, false);
+    clearFocus();
+    QTreeView::leaveEvent(pEvent);
+}
+
+void OrvLayerTreeView::keyPressEvent(QKeyEvent* pEvent)
+{
+    if (pEvent->key() == Qt::Key_F2 && pEvent->modifiers() == Qt::NoModifier)
+        m_LayerView->renameCurrentLayer();
+    else
+        QTreeView::keyPressEvent(pEvent);
+}
+
+void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
+{
+    const QMimeData* pData = pEvent->mimeData();
+    if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget)) {
+        QTreeView::dragMoveEvent(pEvent);
+        return;
+    }
+    if (!mayLand(OrvLayerDragPayload::read(pData))) {
+        pEvent->setDropAction(Qt::IgnoreAction);
+        pEvent->ignore();
+        return;
+    }
+    // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
+    pEvent->setDropAction(Qt::CopyAction);
+    QTreeView::dragMoveEvent(pEvent);
+    pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
+}
+
+bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
+{
+    OrvLayerStack* pLayerStack = m_LayerView->layerStack();
+    if (!pLayerStack)
+        return true;
+    // Shading results live in material stacks alone.
+    const auto needsMaterialStack = [pLayerStack](OrvSnBaseNode* pNode) {
+        if (pNode->hasTag(OrvSnNames::ShaderTag))
+            return true;
+        if (OrvLayerStreamUtils::isMergeNode(pNode)) {
+            const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pNode, true);
+            return pLayer
+                && (OrvLayerStreamUtils::containsShaderLayers(pLayer, pLayerStack)
+                    || OrvLayerStreamUtils::containsMaterialShaderInputLayers(pLayer, pLayerStack));
+        }
+        if (!pNode->hasTag(OrvSnNames::ShaderInputTag))
+            return false;
+        const OrvShaderInput* pShaderInput = OrvShaderInputUtils::getShaderInput(pNode);
+        return pShaderInput && pShaderInput->isMaterialStack();
+    };
+    if (std::none_of(Nodes.cbegin(), Nodes.cend(), needsMaterialStack))
+        return true;
+    QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pLayerStack->node(), QString());
+    if (auto* pOwnChannel = qobject_cast<OrvShaderInput*>(pLayerStack))
+        Channels.append(pOwnChannel);
+    return std::all_of(Channels.cbegin(), Channels.cend(),
+        [](const OrvShaderInput* pChannel) { return pChannel->isMaterialStack(); });
+}
+
+void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
+{
+    pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
+    QTreeView::dropEvent(pEvent);
+}
+
+void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)
+{
+    QTreeView::startDrag(SupportedActions);
+    m_LayerView->requestRefresh();
+}
+
+void OrvLayerTreeView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
+{
+    QTreeView::currentChanged(Current, Previous);
+    Q_EMIT currentIndexChanged(Current, Previous);
+}
+
+QSize OrvLayerTreeView::viewportSizeHint() const { return QTreeView::viewportSizeHint(); }
+
+void OrvLayerTreeView::paintEvent(QPaintEvent* pEvent)
+{
+    QTreeView::paintEvent(pEvent);
+    if (m_EmptyText.isEmpty() || model()->rowCount() > 0)
+        return;
+    QPainter Painter(viewport());
+    Painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    const QRect Place = viewport()->rect().adjusted(
+        EmptyTextMargin, EmptyTextMargin, -EmptyTextMargin, -EmptyTextMargin);
+    Painter.drawText(Place, Qt::AlignCenter | Qt::TextWordWrap, m_EmptyText);
+}
+
+#include "moc_OrvLayerTreeView.cpp"

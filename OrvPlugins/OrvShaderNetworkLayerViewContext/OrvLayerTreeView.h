@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QtCore/QItemSelection>
+#include <QtCore/QPointer>
+#include <QtCore/QVector>
+#include <QtWidgets/QTreeView>
+
+class OrvLayer;
+class OrvLayerView;
+class OrvSnBaseNode;
+
+/// The tree of a Layers palette, which owns it: shows the rows, relays what the user selects to the host's layers, and
+/// says where a drag of layers may land. Thousands of rows each have a widget; only those in view are placed and
+/// shown. It edits nothing of the document.
+class OrvLayerTreeView : public QTreeView {
+    Q_OBJECT
+
+public:
+    OrvLayerTreeView(QWidget* pParent, OrvLayerView* pLayerView);
+
+    /// While rows are rebuilt from the host, their selection must not go back to it.
+    void connectSelectionRelay();
+    void disconnectSelectionRelay();
+
+    /// Puts a widget on a row; the tree takes it and shows it once the row is in view. Cheap only between
+    /// scheduleRowLayout() and the layout that follows.
+    void setRowWidget(const QModelIndex& Index, QWidget* pWidget);
+    /// Puts the layout of the rows off until somebody needs it.
+    void scheduleRowLayout() { scheduleDelayedItemsLayout(); }
+    /// Shown in the middle of a tree without rows.
+    void setEmptyText(const QString& Text);
+
+Q_SIGNALS:
+    void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
+
+public Q_SLOTS:
+    void onSelectionChanged(QItemSelection Selected, QItemSelection Deselected);
+
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void enterEvent(QEvent* pEvent) override;
+    void leaveEvent(QEvent* pEvent) override;
+    void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
+    void scrollContentsBy(int X, int Y) override;
+    QSize viewportSizeHint() const override;
+    void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
+    void startDrag(Qt::DropActions SupportedActions) override;
+
+protected Q_SLOTS:
+    void updateEditorGeometries() override;
+    void rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last) override;
+
+private:
+    QString branchStyleSheet() const;
+    void removeRowWidgetsBelow(const QModelIndex& Parent);
+    bool mayLand(const QVector<OrvSnBaseNode*>& Nodes) const;
+    void selectSharingRows(const QSet<OrvLayer*>& Deselected);
+
+    OrvLayerView* m_LayerView;
+    QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
+    bool m_PlainClick = false;
+    QVector<QPointer<QWidget>> m_RowWidgetsInView;
+    QString m_EmptyText;
+};

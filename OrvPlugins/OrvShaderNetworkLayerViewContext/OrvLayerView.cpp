@@ -1,0 +1,569 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCoreModules/Menus/OrvActionHelpers.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertiesArea.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackChanges.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+#include <QtCore/QTimer>
+#include <QtGui/QContextMenuEvent>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QFrame>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QVBoxLayout>
+
+namespace {
+
+const QString SettingsGroup = QStringLiteral("LayerView");
+const QString SplitterKey = QStringLiteral("SplitterSize");
+constexpr int RefreshInterval = 125; // ms
+constexpr int ParentCloseDelay = 20; // ms
+const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
+
+void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+
+QVBoxLayout* createTightLayout(QWidget* pWidget, int Spacing)
+{
+    QVBoxLayout* pLayout = new QVBoxLayout(pWidget);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(Spacing);
+    return pLayout;
+}
+
+QWidget* createSeparator()
+{
+    QFrame* pSeparator = new QFrame;
+    pSeparator->setFrameStyle(QFrame::HLine);
+    QPalette Colors = pSeparator->palette();
+    Colors.setBrush(QPalette::WindowText, SeparatorColor);
+    pSeparator->setPalette(Colors);
+    return pSeparator;
+}
+
+} // namespace
+
+OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
+    : QWidget(pParent)
+    , m_Palette(qobject_cast<OrvPalette*>(pParent))
+{
+    m_AddShaderLayerMenuAction = OrvActionTreeManager::instance().findAction(
+        OrvLayerViewContext::ShadersPath + QStringLiteral("/Add New Shader Layer"));
+    if (!m_AddShaderLayerMenuAction)
+        report(__LINE__,
+            "[ !! ] Assertion 'NULL != m_AddShaderLayerMenuAction' failed: Action Menu not created");
+    m_Splitter = new QSplitter(Qt::Vertical, this);
+    m_Splitter->setChildrenCollapsible(false);
+    createTightLayout(this, 0)->addWidget(m_Splitter);
+    m_Splitter->addWidget(createLayersPane());
+    // The palette of a single stack is about its layers' contents; blending has its row above.
+    m_PropertiesArea = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
+                                                                         : OrvLayerPropertiesArea::BlendNode::Shown,
+        this);
+    m_Splitter->addWidget(m_PropertiesArea);
+    m_Splitter->setCollapsible(1, true);
+    m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
+    m_StackChanges = new OrvLayerStackChanges(this);
+    m_Commands = std::make_unique<OrvLayerViewCommands>(this);
+    m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
+    connectParts();
+    connectHost();
+    registerShortcuts();
+    switchActionsEnabled(OrvProjectManager::instance().currentProject());
+    clearProperties();
+    m_View->setEmptyText(emptyText());
+    restoreSplitter();
+}
+
+OrvLayerView::~OrvLayerView()
+{
+    OrvSettings Settings;
+    Settings.beginGroup(SettingsGroup);
+    Settings.setValue(SplitterKey, m_Splitter->saveState());
+}
+
+QWidget* OrvLayerView::createLayersPane()
+{
+    QWidget* pPane = new QWidget;
+    QVBoxLayout* pLayout = createTightLayout(pPane, 1);
+    m_BlendRow = new OrvLayerBlendRow(this);
+    m_Model = new OrvLayerViewModel(this, this);
+    m_View = new OrvLayerTreeView(pPane, this);
+    m_View->setModel(m_Model);
+    m_View->setDragDropMode(QAbstractItemView::DragDrop);
+    m_ToolBar = new OrvLayerToolBar(this);
+    pLayout->addWidget(createSeparator());
+    pLayout->addWidget(m_BlendRow);
+    pLayout->addWidget(m_View, 1);
+    pLayout->addWidget(m_ToolBar, 0, Qt::AlignBottom);
+    return pPane;
+}
+
+void OrvLayerView::connectParts()
+{
+    m_View->connectSelectionRelay();
+    connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    connect(m_View, SIGNAL(expanded(QModelIndex)), this, SLOT(onExpanded(QModelIndex)));
+    connect(m_View, SIGNAL(collapsed(QModelIndex)), this, SLOT(onCollapsed(QModelIndex)));
+    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+}
+
+void OrvLayerView::connectHost()
+{
+    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
+    connect(pNetworks,
+        SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)), this,
+        SLOT(onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)));
+    for (const char* pSignal : {SIGNAL(nodeLockedChanged(OrvSnBaseNode*, bool)),
+             SIGNAL(nodeBlockedChanged(OrvSnBaseNode*, bool)),
+             SIGNAL(nodeCacheActiveChanged(OrvSnBaseNode*, OrvSnBaseNodeCacheActiveState)),
+             SIGNAL(nodeUserAttributeRemoved(OrvSnBaseNode*, QString)),
+             SIGNAL(nodeUserAttributeCreated(OrvSnBaseNode*, QString)), SIGNAL(nodeRefreshed(OrvSnBaseNode*))})
+        connect(pNetworks, pSignal, this, SLOT(onNodeChanged(OrvSnBaseNode*)));
+    connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(onProjectClosing()));
+    connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*, OrvShaderNetwork*)), this,
+        SLOT(layerShadersCountChanged()));
+
+    OrvLayerManager* pLayers = &OrvLayerManager::instance();
+    connect(pLayers, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
+    connect(pLayers, SIGNAL(batchLayerStatesRefreshed()), this, SLOT(requestRefresh()));
+
+    OrvProjectManager* pProjects = &OrvProjectManager::instance();
+    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(redrawProperties()));
+    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
+    connect(pProjects, SIGNAL(projectClosed()), this, SLOT(onProjectClosing()));
+
+    OrvMenuManager* pMenus = &OrvMenuManager::instance();
+    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
+    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
+
+    OrvLayerShaderManager* pShaders = &OrvLayerShaderManager::instance();
+    connect(pShaders, SIGNAL(layerShaderCreated(OrvLayerShader*)), this, SLOT(layerShadersCountChanged()));
+    connect(pShaders, SIGNAL(layerShaderRemoved(OrvLayerShader*)), this, SLOT(layerShadersCountChanged()));
+}
+
+void OrvLayerView::registerShortcuts()
+{
+    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::Key_Delete), SLOT(removeLayers()), this);
+    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_X), SLOT(cut()), this);
+    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_C), SLOT(copy()), this);
+    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_V), SLOT(paste()), this);
+}
+
+void OrvLayerView::restoreSplitter()
+{
+    const int Height = m_Splitter->height();
+    m_Splitter->setSizes({Height / 10 * 4, Height / 10 * 6});
+    OrvSettings Settings;
+    Settings.beginGroup(SettingsGroup);
+    m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+OrvLayerStack* OrvLayerView::layerStack() const { return m_LayerStack; }
+
+void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
+{
+    if (m_LayerStack == pLayerStack)
+        return;
+    m_LayerStack = pLayerStack;
+    requestRefresh();
+    Q_EMIT layerStackChanged(pLayerStack);
+}
+
+void OrvLayerView::makeLayerStackCurrent() { OrvLayerManager::instance().setCurrentLayerStack(m_LayerStack); }
+
+void OrvLayerView::setDragEnabled(bool Enabled) { m_View->setDragEnabled(Enabled); }
+
+OrvPalette* OrvLayerView::parentPalette() { return m_Palette; }
+
+OrvLayer* OrvLayerView::layerFromIndex(const QModelIndex& Index) const { return m_Model->layerFromIndex(Index); }
+
+OrvLayer* OrvLayerView::currentRowLayer() const { return layerFromIndex(m_View->currentIndex()); }
+
+OrvLayerViewItemRowWidget* OrvLayerView::rowWidget(const QModelIndex& Index) const
+{
+    return qobject_cast<OrvLayerViewItemRowWidget*>(m_View->indexWidget(Index));
+}
+
+void OrvLayerView::renameCurrentLayer()
+{
+    OrvLayerViewItemRowWidget* pRowWidget = rowWidget(m_View->currentIndex());
+    if (!pRowWidget)
+        return;
+    m_View->scrollTo(m_View->currentIndex());
+    // A row has its parts once it was painted.
+    if (!pRowWidget->findChild<OrvEditLabel*>())
+        pRowWidget->repaint();
+    if (auto* pNameLabel = pRowWidget->findChild<OrvEditLabel*>())
+        pNameLabel->edit();
+}
+
+// Refresh
+
+void OrvLayerView::requestRefresh()
+{
+    if (!m_RefreshTimer) {
+        report(__LINE__, "m_RefreshTimer is NULL");
+        return;
+    }
+    m_RefreshTimer->start();
+    Q_EMIT refreshRequested();
+}
+
+void OrvLayerView::clearAndRefresh()
+{
+    m_Model->removeRows(0, m_Model->rowCount());
+    refresh();
+}
+
+void OrvLayerView::onRefreshTimerTimeout() { refresh(); }
+
+void OrvLayerView::refresh()
+{
+    const OrvStatusManager::AutoProgress Progress(tr("Refreshing Layer View"), 100, 0, 1);
+    m_RefreshTimer->stop();
+    m_StackChanges->forget();
+    disconnect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    m_View->disconnectSelectionRelay();
+
+    OrvLayerStack* pLayerStack = stackToShow();
+    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    m_ToolBar->setMultiChannelLayerEnabled(pLayerStack
+        && !OrvLayerShaderManager::instance().getUserLayerShaders(pNetwork).isEmpty()
+        && OrvLayerViewUtils::feedsUserShader(pLayerStack));
+    if (pLayerStack) {
+        showStack(pLayerStack);
+    } else {
+        m_Model->removeRows(0, m_Model->rowCount());
+        clearProperties();
+    }
+    m_View->setEmptyText(emptyText());
+
+    connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    m_View->connectSelectionRelay();
+}
+
+OrvLayerStack* OrvLayerView::stackToShow() const
+{
+    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    const bool HasChannels
+        = pNetwork && !OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork).isEmpty();
+    return HasChannels ? m_LayerStack : nullptr;
+}
+
+void OrvLayerView::showStack(OrvLayerStack* pLayerStack)
+{
+    const auto* pShaderInput = qobject_cast<OrvShaderInput*>(pLayerStack);
+    m_ToolBar->showCommands(pShaderInput && pShaderInput->isMaterialStack());
+    m_RowSynchronizer->synchronize(pLayerStack);
+    if (m_Model->rowCount() > 0 && m_View->header()->sectionResizeMode(0) != QHeaderView::Stretch)
+        m_View->header()->setSectionResizeMode(QHeaderView::Stretch);
+    if (pLayerStack->layerList().isEmpty()) {
+        clearProperties();
+        return;
+    }
+    for (const OrvShaderInput* pParent : pLayerStack->parentShaderInputs()) {
+        OrvLayer* pLayer = pParent->currentLayer();
+        if (!pLayer)
+            continue;
+        OrvLayerViewUtils::report(__LINE__,
+            QString::asprintf("[ -- ] About to refresh view for layer %p, '%s'", static_cast<void*>(pLayer),
+                pLayer->name().toLocal8Bit().constData()));
+        changeCurrentIndex(pLayer);
+    }
+    updateComponentButtons(OrvLayerManager::instance().currentLayer());
+    refreshProperties();
+}
+
+QString OrvLayerView::emptyText() const
+{
+    if (!OrvProjectManager::instance().currentProject())
+        return tr("Create or open a project to see its layers.");
+    return m_LayerStack ? tr("There are no layers yet.\nAdd one with the buttons below.")
+                        : tr("Choose a channel to see its layers.");
+}
+
+void OrvLayerView::onLayerStateRefreshed()
+{
+    if (!OrvLayerManager::instance().inBatchLayerStateRefresh())
+        requestRefresh();
+}
+
+void OrvLayerView::layerShadersCountChanged() { requestRefresh(); }
+
+void OrvLayerView::onProjectClosing()
+{
+    if (m_LayerStack)
+        setLayerStack(nullptr);
+    refresh();
+}
+
+void OrvLayerView::onNodeReconnected(OrvShaderNetwork*, QString InputName, OrvSnBaseNode* Node,
+    OrvSnBaseNode* NewInputNode, OrvSnBaseNode* OldInputNode)
+{
+    m_StackChanges->noteReconnection(InputName, Node, NewInputNode, OldInputNode);
+}
+
+void OrvLayerView::onNodeChanged(OrvSnBaseNode* Node)
+{
+    if (Node)
+        m_StackChanges->noteChange(Node);
+    else
+        requestRefresh();
+}
+
+bool OrvLayerView::isRefreshPending() const { return m_RefreshTimer->isActive(); }
+
+// Current row and properties
+
+void OrvLayerView::changeCurrentIndex(OrvLayer* Layer)
+{
+    const QModelIndex Index = m_Model->indexFromLayer(Layer);
+    if (Index.isValid())
+        m_View->selectionModel()->setCurrentIndex(Index, QItemSelectionModel::Rows);
+}
+
+void OrvLayerView::onCurrentIndexChanged(QModelIndex Current)
+{
+    OrvLayer* pLayer = layerFromIndex(Current);
+    OrvLayer* pCurrentLayer = OrvLayerManager::instance().currentLayer();
+    if (pLayer != pCurrentLayer) {
+        if (pCurrentLayer)
+            disconnect(pCurrentLayer, nullptr, this, nullptr);
+        if (pLayer)
+            pLayer->makeCurrent(false, false);
+    }
+    updateComponentButtons(pLayer);
+    redrawProperties();
+}
+
+void OrvLayerView::updateComponentButtons(OrvLayer* pLayer)
+{
+    for (const OrvLayerViewItem* pItem : m_Model->itemsFromLayer(pLayer)) {
+        if (OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget())
+            pRowWidget->updateComponentButtons();
+    }
+}
+
+void OrvLayerView::onExpanded(QModelIndex Index)
+{
+    if (OrvLayerViewItemRowWidget* pRowWidget = rowWidget(Index))
+        pRowWidget->setExpanded(true);
+    else
+        report(__LINE__, "pItemRowWidget is NULL");
+}
+
+void OrvLayerView::onCollapsed(QModelIndex Index)
+{
+    if (OrvLayerViewItemRowWidget* pRowWidget = rowWidget(Index))
+        pRowWidget->setExpanded(false);
+    else
+        report(__LINE__, "pItemRowWidget is NULL");
+}
+
+void OrvLayerView::redrawProperties()
+{
+    if (!OrvApplication::isInitialized())
+        return;
+    OrvLayer* pLayer = currentRowLayer();
+    m_BlendRow->showLayer(pLayer, m_LayerStack);
+    m_PropertiesArea->showLayer(pLayer);
+}
+
+void OrvLayerView::refreshProperties()
+{
+    OrvLayer* pLayer = currentRowLayer();
+    // Editors that are in use outlive a refresh: the user may be dragging one of their sliders.
+    if (!pLayer || m_BlendRow->blendNode() != pLayer->blendNode()) {
+        redrawProperties();
+        return;
+    }
+    m_BlendRow->refresh(pLayer, m_LayerStack);
+    m_PropertiesArea->refresh(pLayer);
+}
+
+void OrvLayerView::clearProperties()
+{
+    m_BlendRow->clear();
+    m_PropertiesArea->clear();
+}
+
+QList<QPointer<QWidget>> OrvLayerView::createPropertyWidgets(OrvLayer* Layer, QWidget* Parent)
+{
+    return m_PropertiesArea->createEditors(Layer, Parent);
+}
+
+void OrvLayerView::onUserAttributeChanged(OrvCustomAttribute Attribute)
+{
+    if (Attribute.name() == OrvMergeAttributes::AdvancedEnabled)
+        onAdvancedBlendingChanged(Attribute.value().toInt() != 0);
+    else if (Attribute.name() == OrvMergeAttributes::AmountEnabled)
+        m_BlendRow->setAmountEnabled(Attribute.value().toBool(), currentRowLayer());
+    else if (Attribute.name() == OrvMergeAttributes::PassThrough)
+        m_BlendRow->refresh(currentRowLayer(), m_LayerStack);
+}
+
+void OrvLayerView::showAdvancedBlendingOptions() { m_BlendRow->showAdvancedOptions(); }
+
+void OrvLayerView::onAdvancedBlendingChanged(bool Enabled) { m_BlendRow->setAdvancedIcon(Enabled); }
+
+void OrvLayerView::onBlendAmountChanged(bool Enabled)
+{
+    const OrvLayer* pLayer = currentRowLayer();
+    if (pLayer && m_BlendRow->blendNode())
+        m_BlendRow->setAmountEnabled(Enabled, pLayer);
+}
+
+void OrvLayerView::onPassThroughChecked(bool PassThrough)
+{
+    const OrvLayer* pLayer = currentRowLayer();
+    if (!pLayer) {
+        report(__LINE__, "Layer is NULL");
+        return;
+    }
+    if (!pLayer->blendNode()) {
+        report(__LINE__, "BlendNode is NULL");
+        return;
+    }
+    OrvLayerStreamUtils::setLayerGroupPassThrough(pLayer->blendNode(), PassThrough);
+}
+
+// Commands
+
+void OrvLayerView::addNewLayer() { m_Commands->addNewLayer(); }
+void OrvLayerView::addLayerMask() { m_Commands->addLayerMask(); }
+void OrvLayerView::addMaskStack() { m_Commands->addMaskStack(); }
+void OrvLayerView::addGraphLayer() { m_Commands->addGraphLayer(); }
+void OrvLayerView::groupLayers() { m_Commands->groupLayers(m_Commands->creationFlags()); }
+void OrvLayerView::groupLayers(OrvLayerCreateFlags Flags) { m_Commands->groupLayers(Flags); }
+void OrvLayerView::removeLayers() { m_Commands->removeLayers(); }
+void OrvLayerView::setSelectedColors(const QColor& Color) { m_Commands->setSelectedColors(Color); }
+void OrvLayerView::pickTagColors() { m_Commands->pickTagColors(); }
+void OrvLayerView::addAdjustmentLayer() { m_Commands->chooseAdjustment(); }
+void OrvLayerView::addAdjustmentLayerFromKey(QString Key) { m_Commands->addAdjustmentLayer(Key); }
+void OrvLayerView::addAdjustmentStack() { m_Commands->chooseStackAdjustment(); }
+void OrvLayerView::addProceduralLayer() { m_Commands->chooseProcedural(); }
+void OrvLayerView::addProceduralLayerFromKey(QString Key) { m_Commands->addProceduralLayer(Key); }
+void OrvLayerView::addShaderLayer() { m_Commands->addShaderLayer(); }
+void OrvLayerView::duplicateLayers() { m_Commands->duplicateLayers(); }
+void OrvLayerView::mergeLayers() { m_Commands->mergeLayers(); }
+void OrvLayerView::cut() { m_Commands->cut(); }
+void OrvLayerView::copy() { m_Commands->copy(); }
+void OrvLayerView::paste() { m_Commands->paste(); }
+void OrvLayerView::quickFind() { m_Commands->quickFind(); }
+
+void OrvLayerView::addAdjustmentLayerFromAction()
+{
+    if (const QAction* pAction = sendingAction())
+        addAdjustmentLayerFromKey(pAction->data().toString());
+}
+
+void OrvLayerView::addAdjustmentStackFromAction()
+{
+    if (const QAction* pAction = sendingAction())
+        m_Commands->addStackAdjustment(pAction->data().toString());
+}
+
+void OrvLayerView::addProceduralLayerFromAction()
+{
+    if (const QAction* pAction = sendingAction())
+        addProceduralLayerFromKey(pAction->data().toString());
+}
+
+const QAction* OrvLayerView::sendingAction() const
+{
+    const auto* pAction = qobject_cast<const QAction*>(sender());
+    if (!pAction)
+        report(__LINE__, "pAction is NULL");
+    return pAction;
+}
+
+void OrvLayerView::switchActionsEnabled(OrvProject* Project) { m_ToolBar->setCommandsEnabled(Project); }
+
+void OrvLayerView::onMenuManagerActionAdded(QString RootMenu, QString SubMenu, QString, QAction* Action)
+{
+    m_ToolBar->addPublishedAction(RootMenu, SubMenu, Action);
+}
+
+void OrvLayerView::onMenuManagerActionRemoved(QString RootMenu, QString SubMenu, QString, QAction* Action)
+{
+    m_ToolBar->removePublishedAction(RootMenu, SubMenu, Action);
+}
+
+void OrvLayerView::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    if (!m_LayerStack)
+        return;
+    const std::unique_ptr<QMenu> pMenu(OrvMenuManager::instance().makeMenu(
+        QStringLiteral("CollectionContext"), QStringLiteral("OrvLayer"), QString()));
+    if (!pMenu)
+        return;
+    if (OrvSettings::isDevToolEnabled()) {
+        pMenu->addSeparator();
+        pMenu->addAction(tr("Refresh Layer View"), this, SLOT(clearAndRefresh()));
+    }
+    makeLayerStackCurrent();
+    pMenu->exec(pEvent->globalPos());
+}
+
+void OrvLayerView::closeEvent(QCloseEvent* pEvent)
+{
+    QWidget::closeEvent(pEvent);
+    // A view popped up by a view that was popped up itself: with it may go the one below.
+    auto* pParentView = qobject_cast<OrvLayerView*>(parentWidget());
+    if (pParentView && qobject_cast<OrvLayerView*>(pParentView->parentWidget()))
+        QTimer::singleShot(ParentCloseDelay, pParentView, SLOT(closeIfNotUnderMouse()));
+}
+
+void OrvLayerView::closeIfNotUnderMouse()
+{
+    const QWidget* pWidget = QApplication::topLevelAt(QCursor::pos());
+    if (pWidget != this)
+        close();
+}
+
+void OrvLayerView::onUnrepresentableButtonClicked()
+{
+    OrvPalette* pPalette = OrvPaletteManager::find(QStringLiteral("Node Graph"));
+    if (!pPalette)
+        return;
+    if (!pPalette->isVisible())
+        pPalette->show();
+    pPalette->raise();
+}
+
+#include "moc_OrvLayerView.cpp"

@@ -1,0 +1,153 @@
+#pragma once
+
+#include "OrvCore/Layers/OrvLayerCreateFlags.h"
+#include "OrvCore/Object/OrvCustomAttribute.h"
+
+#include <QtCore/QModelIndex>
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class OrvDeferredTimer;
+class OrvLayer;
+class OrvLayerBlendRow;
+class OrvLayerPropertiesArea;
+class OrvLayerStack;
+class OrvLayerStackChanges;
+class OrvLayerToolBar;
+class OrvLayerTreeView;
+class OrvLayerViewCommands;
+class OrvLayerViewItemRowWidget;
+class OrvLayerViewModel;
+class OrvLayerViewRowSynchronizer;
+class OrvPalette;
+class OrvProject;
+class OrvShaderNetwork;
+class OrvSnBaseNode;
+class QAction;
+class QSplitter;
+
+/// Body of every Layers palette, which owns it: the layers of one stack as a tree, the commands that make and remove
+/// layers, blending and properties of the current one. It rebuilds itself from the host after every burst of changes
+/// and edits through the host alone; whoever shows the view gives it its stack.
+class OrvLayerView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// Flag value: the palette is made for one stack and keeps it.
+    static constexpr int DedicatedStack = 2;
+
+    OrvLayerView(QWidget* pParent, int Flags);
+    /// Stores the splitter's state.
+    ~OrvLayerView() override;
+
+    OrvLayerStack* layerStack() const;
+    void setLayerStack(OrvLayerStack* pLayerStack);
+    /// Makes the stack shown, or none, the host's current one.
+    void makeLayerStackCurrent();
+    void setDragEnabled(bool Enabled);
+    bool isRefreshPending() const;
+
+    OrvLayerTreeView* treeView() const { return m_View; }
+    OrvLayerViewModel* model() const { return m_Model; }
+    OrvLayerToolBar* toolBar() const { return m_ToolBar; }
+    /// Null without a layer there.
+    OrvLayer* layerFromIndex(const QModelIndex& Index) const;
+    OrvLayerViewItemRowWidget* rowWidget(const QModelIndex& Index) const;
+    /// Lets the user edit the name in the current row.
+    void renameCurrentLayer();
+
+Q_SIGNALS:
+    void layerStackChanged(OrvLayerStack* pLayerStack);
+    void refreshRequested();
+
+public Q_SLOTS:
+    void requestRefresh();
+    void clearAndRefresh();
+    void redrawProperties();
+    void changeCurrentIndex(OrvLayer* Layer);
+    void clearProperties();
+    void onProjectClosing();
+    void onNodeReconnected(OrvShaderNetwork* Network, QString InputName, OrvSnBaseNode* Node,
+        OrvSnBaseNode* NewInputNode, OrvSnBaseNode* OldInputNode);
+    void onExpanded(QModelIndex Index);
+    void onCollapsed(QModelIndex Index);
+    void updateComponentButtons(OrvLayer* pLayer);
+    void quickFind();
+    void refresh();
+    void onCurrentIndexChanged(QModelIndex Current);
+    void switchActionsEnabled(OrvProject* Project);
+    QList<QPointer<QWidget>> createPropertyWidgets(OrvLayer* Layer, QWidget* Parent);
+    void onUnrepresentableButtonClicked();
+    void onRefreshTimerTimeout();
+    void onLayerStateRefreshed();
+    void addNewLayer();
+    void addLayerMask();
+    void addMaskStack();
+    void addGraphLayer();
+    void groupLayers();
+    void groupLayers(OrvLayerCreateFlags Flags);
+    void removeLayers();
+    void setSelectedColors(const QColor& Color);
+    void pickTagColors();
+    void addAdjustmentLayer();
+    void addAdjustmentLayerFromAction();
+    void addAdjustmentLayerFromKey(QString Key);
+    void addAdjustmentStack();
+    void addAdjustmentStackFromAction();
+    void addProceduralLayer();
+    void addProceduralLayerFromAction();
+    void addProceduralLayerFromKey(QString Key);
+    void addShaderLayer();
+    void duplicateLayers();
+    void mergeLayers();
+    void closeIfNotUnderMouse();
+    void onUserAttributeChanged(OrvCustomAttribute Attribute);
+    void cut();
+    void copy();
+    void paste();
+    OrvPalette* parentPalette();
+    void showAdvancedBlendingOptions();
+    void onAdvancedBlendingChanged(bool Enabled);
+    void onBlendAmountChanged(bool Enabled);
+    void onMenuManagerActionAdded(QString RootMenu, QString SubMenu, QString, QAction* Action);
+    void onMenuManagerActionRemoved(QString RootMenu, QString SubMenu, QString, QAction* Action);
+    void onPassThroughChecked(bool PassThrough);
+    void layerShadersCountChanged();
+    /// Without a node the change may be anywhere.
+    void onNodeChanged(OrvSnBaseNode* Node = nullptr);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void closeEvent(QCloseEvent* pEvent) override;
+
+private:
+    QWidget* createLayersPane();
+    void connectParts();
+    void connectHost();
+    void registerShortcuts();
+    void restoreSplitter();
+
+    OrvLayerStack* stackToShow() const;
+    void showStack(OrvLayerStack* pLayerStack);
+    QString emptyText() const;
+    void refreshProperties();
+    OrvLayer* currentRowLayer() const;
+
+    const QAction* sendingAction() const;
+
+    QPointer<OrvPalette> m_Palette;
+    QPointer<OrvLayerStack> m_LayerStack;
+    OrvLayerViewModel* m_Model = nullptr;
+    OrvLayerTreeView* m_View = nullptr;
+    OrvLayerBlendRow* m_BlendRow = nullptr;
+    OrvLayerToolBar* m_ToolBar = nullptr;
+    OrvLayerPropertiesArea* m_PropertiesArea = nullptr;
+    QSplitter* m_Splitter = nullptr;
+    QPointer<QAction> m_AddShaderLayerMenuAction;
+    OrvDeferredTimer* m_RefreshTimer = nullptr;
+    std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
+    std::unique_ptr<OrvLayerViewCommands> m_Commands;
+    OrvLayerStackChanges* m_StackChanges = nullptr;
+};

@@ -1,0 +1,310 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
+#include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
+#include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvDdi/Image/OrvColor.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QMessageBox>
+
+namespace {
+
+constexpr int NewLayerFlags = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
+constexpr int PastedLayerFlags = NewLayerFlags & ~OrvLayerUniqueName;
+constexpr int StatusDuration = 6000; // ms
+
+const QString SettingsGroup = QStringLiteral("LayerView");
+const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
+const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
+
+void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+
+bool startsWithAny(const QString& Path, const QStringList& Prefixes)
+{
+    for (const QString& Prefix : Prefixes) {
+        if (Path.startsWith(Prefix))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+OrvLayerViewCommands::OrvLayerViewCommands(OrvLayerView* pLayerView)
+    : m_LayerView(pLayerView)
+{
+}
+
+OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
+{
+    if (!m_LayerView->layerStack())
+        report(Line, "pLayerStack is NULL");
+    return m_LayerView->layerStack();
+}
+
+OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
+{
+    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    if (!pLayer)
+        report(Line, "Layer is NULL");
+    return pLayer;
+}
+
+OrvLayerCreateFlags OrvLayerViewCommands::creationFlags() const { return withGroup(NewLayerFlags); }
+
+OrvLayerCreateFlags OrvLayerViewCommands::withGroup(int Flags) const
+{
+    const QModelIndex Current = m_LayerView->treeView()->currentIndex();
+    const OrvLayer* pLayer = m_LayerView->layerFromIndex(Current);
+    if (!pLayer) {
+        report(__LINE__, "CurrentLayer is NULL");
+        return Flags;
+    }
+    if (!OrvLayerStreamUtils::isLayerGroup(pLayer, m_LayerView->layerStack()))
+        return Flags;
+    const OrvLayerViewItemRowWidget* pRowWidget = m_LayerView->rowWidget(Current);
+    if (!pRowWidget) {
+        report(__LINE__, "ItemRowWidget is NULL");
+        return Flags;
+    }
+    return pRowWidget->isExpanded() ? Flags | OrvLayerInsideCurrentGroup : Flags;
+}
+
+void OrvLayerViewCommands::tellRefused(bool Refused) const
+{
+    if (Refused)
+        OrvStatusManager::instance().showMessage(
+            OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."), StatusDuration);
+}
+
+void OrvLayerViewCommands::warn(const QString& Title, const QString& Error) const
+{
+    if (!Error.isEmpty())
+        QMessageBox::warning(&OrvMainWindow::instance(), Title, Error, QMessageBox::Ok);
+}
+
+void OrvLayerViewCommands::addNewLayer()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        tellRefused(!pLayerStack->createPaintableLayer(
+            creationFlags(), nullptr, QString(), OrvColor(0.0f, 0.0f, 0.0f, 0.0f)));
+}
+
+void OrvLayerViewCommands::addLayerMask()
+{
+    OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    if (pLayer)
+        tellRefused(!pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor(1.0f, 1.0f, 1.0f, 1.0f))
+            && !pLayer->hasMask());
+}
+
+void OrvLayerViewCommands::addMaskStack()
+{
+    OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    if (!pLayer || !pLayer->isModifiable() || pLayer->hasMaskStack())
+        return;
+    OrvUndoManager::AutoMacro Macro(OrvLayerView::tr("Add Mask Stack to : %1").arg(pLayer->name()));
+    if (!pLayer->hasMask())
+        pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor(1.0f, 1.0f, 1.0f, 1.0f));
+    if (!pLayer->convertMaskToMaskStack())
+        Macro.cancel();
+}
+
+void OrvLayerViewCommands::addGraphLayer()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        tellRefused(!pLayerStack->createGraphLayer(creationFlags()));
+}
+
+void OrvLayerViewCommands::chooseAdjustment()
+{
+    if (layerStack(__LINE__))
+        OrvLayerCreationMenus::popupAdjustments(m_LayerView, SLOT(addAdjustmentLayerFromAction()));
+}
+
+void OrvLayerViewCommands::chooseProcedural()
+{
+    if (layerStack(__LINE__))
+        OrvLayerCreationMenus::popupProcedurals(m_LayerView);
+}
+
+void OrvLayerViewCommands::addAdjustmentLayer(const QString& Key)
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        tellRefused(!pLayerStack->createAdjustmentLayer(Key, creationFlags(), nullptr, QString()));
+}
+
+void OrvLayerViewCommands::addProceduralLayer(const QString& Key)
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        tellRefused(!pLayerStack->createProceduralLayer(Key, creationFlags(), nullptr, QString()));
+}
+
+void OrvLayerViewCommands::chooseStackAdjustment()
+{
+    const OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    if (pLayer && pLayer->isModifiable())
+        OrvLayerCreationMenus::popupAdjustments(m_LayerView, SLOT(addAdjustmentStackFromAction()));
+}
+
+void OrvLayerViewCommands::addStackAdjustment(const QString& Key)
+{
+    if (OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
+        tellRefused(!pLayer->addLayerAdjustmentLayerFromKey(Key, QString()));
+}
+
+void OrvLayerViewCommands::addShaderLayer()
+{
+    if (!layerStack(__LINE__))
+        return;
+    QAction* pAction = OrvActionTreeManager::instance().findAction(
+        OrvLayerViewContext::ShadersPath + QStringLiteral("/Add New Shader Layer"));
+    if (!pAction) {
+        report(__LINE__, "Action is NULL");
+        return;
+    }
+    OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+    OrvLayerShader* pCurrentShader = Shaders.currentLayerShader();
+    const QPointer<OrvSnBaseNode> pCurrentShaderNode = Shaders.currentShaderNode();
+    Shaders.setLayerShaderCreating(true);
+    pAction->setProperty("OrvLayerView", QVariant::fromValue<QObject*>(m_LayerView));
+    pAction->setProperty("OrvCurrentLayerShader", QVariant::fromValue<OrvLayerShader*>(pCurrentShader));
+    pAction->trigger();
+    Shaders.setCurrentShader(pCurrentShaderNode);
+    Shaders.setLayerShaderCreating(false);
+}
+
+void OrvLayerViewCommands::groupLayers(OrvLayerCreateFlags Flags)
+{
+    OrvLayerStack* pLayerStack = layerStack(__LINE__);
+    if (!pLayerStack)
+        return;
+    QString Error;
+    if (!pLayerStack->groupLayers(Error, Flags, {}, nullptr, QString()))
+        warn(OrvLayerView::tr("Grouping Operation Failed"), Error);
+}
+
+void OrvLayerViewCommands::duplicateLayers()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        pLayerStack->duplicateLayers();
+}
+
+void OrvLayerViewCommands::mergeLayers()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        pLayerStack->mergeLayers();
+}
+
+void OrvLayerViewCommands::removeLayers()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        pLayerStack->deleteLayers({});
+}
+
+void OrvLayerViewCommands::cut()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        pLayerStack->cutToClipboard();
+}
+
+void OrvLayerViewCommands::copy()
+{
+    if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
+        pLayerStack->copyToClipboard();
+}
+
+void OrvLayerViewCommands::paste()
+{
+    OrvLayerStack* pLayerStack = layerStack(__LINE__);
+    if (!pLayerStack)
+        return;
+    QString Error;
+    if (pLayerStack->pasteFromClipboard(withGroup(PastedLayerFlags), Error).isEmpty())
+        warn(OrvLayerView::tr("Layer Operation Failed"), Error);
+}
+
+void OrvLayerViewCommands::setSelectedColors(const QColor& Color)
+{
+    const OrvLayerStack* pLayerStack = layerStack(__LINE__);
+    if (!pLayerStack)
+        return;
+    OrvUndoManager::AutoMacro Macro(OrvLayerView::tr("Set Layer Colors"));
+    OrvLayerStreamUtils::setColorRecursiveUndo(pLayerStack->selectedLayers(), Color);
+}
+
+void OrvLayerViewCommands::pickTagColors()
+{
+    const QString None = QStringLiteral("none");
+    const QMap<QString, QColor>& Colors = OrvLayerUtils::validLayerColors();
+    auto* pSwatch = new OrvBasicColorSwatch(Colors.size(), 1, m_LayerView, Qt::Popup);
+    pSwatch->setAttribute(Qt::WA_DeleteOnClose);
+    pSwatch->setCheckable(false);
+    pSwatch->setColor(0, 0, QColor(), None, true, true);
+    int Cell = 1;
+    for (auto Color = Colors.cbegin(); Color != Colors.cend(); ++Color) {
+        if (Color.key() != None)
+            pSwatch->setColor(Cell++, 0, Color.value(), Color.key(), false, false);
+    }
+    QObject::connect(
+        pSwatch, SIGNAL(colorPicked(QColor)), m_LayerView, SLOT(setSelectedColors(const QColor&)));
+    QObject::connect(pSwatch, SIGNAL(colorPicked(QColor)), pSwatch, SLOT(close()));
+    pSwatch->adjustSize();
+    OrvMoveWidgetToCursor(pSwatch, QPoint());
+    pSwatch->show();
+}
+
+void OrvLayerViewCommands::quickFind()
+{
+    if (!m_LayerView->layerStack()) {
+        report(__LINE__, "m_LayerStack is NULL");
+        return;
+    }
+    OrvSettings Settings;
+    const int LastUsedLimit
+        = Settings.value(QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore")).toInt();
+    Settings.beginGroup(SettingsGroup);
+    QStringList LastUsed = Settings.value(LastUsedKey).toStringList();
+    const QStringList Procedurals = OrvLayerUtils::getProceduralLayerGroups();
+    const QStringList Adjustments = OrvLayerUtils::getAdjustmentLayerGroups();
+
+    const QPointer<OrvLayerView> pLayerView = m_LayerView;
+    OrvNodeQuickFindDialog Dialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments, LastUsed,
+        Settings.value(FavouritesKey).toStringList(), m_LayerView);
+    Dialog.exec();
+    Settings.setValue(FavouritesKey, Dialog.favourites());
+    const QString Path = Dialog.chosenPath();
+    if (Path.isEmpty())
+        return;
+    LastUsed.removeAll(Path);
+    LastUsed.prepend(Path);
+    while (LastUsed.size() > qMax(0, LastUsedLimit))
+        LastUsed.removeLast();
+    Settings.setValue(LastUsedKey, LastUsed);
+
+    if (!pLayerView)
+        return;
+    if (startsWithAny(Path, Procedurals))
+        addProceduralLayer(Path);
+    else if (startsWithAny(Path, Adjustments))
+        addAdjustmentLayer(Path);
+}

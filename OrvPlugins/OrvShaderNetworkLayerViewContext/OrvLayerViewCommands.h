@@ -1,0 +1,56 @@
+#pragma once
+
+#include "OrvCore/Layers/OrvLayerCreateFlags.h"
+
+#include <QtCore/QList>
+#include <QtCore/QString>
+
+class OrvLayer;
+class OrvLayerStack;
+class OrvLayerView;
+class QColor;
+
+/// The edits that a Layers palette offers: each finds what it applies to, calls the host, and tells the user when that
+/// was refused. The palette owns them; its slots of the same names lead here.
+class OrvLayerViewCommands {
+public:
+    explicit OrvLayerViewCommands(OrvLayerView* pLayerView);
+
+    void addNewLayer();
+    void addLayerMask();
+    void addMaskStack();
+    void addGraphLayer();
+    /// These open a menu at the cursor; its entries call the palette's slots.
+    void chooseAdjustment();
+    void chooseProcedural();
+    /// Only for a current layer that may be changed.
+    void chooseStackAdjustment();
+    void addAdjustmentLayer(const QString& Key);
+    void addProceduralLayer(const QString& Key);
+    void addStackAdjustment(const QString& Key);
+    void addShaderLayer();
+    void groupLayers(OrvLayerCreateFlags Flags);
+    void duplicateLayers();
+    void mergeLayers();
+    void removeLayers();
+    void cut();
+    void copy();
+    void paste();
+    void setSelectedColors(const QColor& Color);
+    void pickTagColors();
+    /// Lets the user find a node type by typing, and adds a layer of it.
+    void quickFind();
+
+    /// Flags for a new layer: inside the current row's group where that is unfolded.
+    OrvLayerCreateFlags creationFlags() const;
+
+private:
+    /// Null is reported.
+    OrvLayerStack* layerStack(int Line) const;
+    OrvLayer* currentLayer(int Line) const;
+    OrvLayerCreateFlags withGroup(int Flags) const;
+    void tellRefused(bool Refused) const;
+    void warn(const QString& Title, const QString& Error) const;
+
+    OrvLayerView* m_LayerView;
+};

@@ -1,0 +1,565 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutSequence.h"
+#include "OrvCoreModules/Menus/OrvToggleAction.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowContents.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowLock.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtGui/QContextMenuEvent>
+#include <QtGui/QGuiApplication>
+#include <QtWidgets/QLabel>
+
+#include <array>
+
+using namespace OrvLayerViewContext;
+
+namespace {
+
+constexpr int UsualWidth = 240;
+constexpr int ShiftClickInterval = 100; // ms
+
+void report(int Line, const QString& Message)
+{
+    OrvDebug("OrvLayerViewItemRowWidget", Line, Message, false, false);
+}
+
+void setSheet(QWidget* pWidget, const QString& StyleSheet)
+{
+    // Setting even the same sheet polishes the widget anew.
+    if (pWidget->styleSheet() != StyleSheet)
+        pWidget->setStyleSheet(StyleSheet);
+}
+
+QString quotedName(const OrvLayer* pLayer) { return QStringLiteral(" '%1'").arg(pLayer->name()); }
+
+/// Red, green and blue up to 1. Green for a cheap layer, red for a costly one; blue where a cache saves the cost.
+std::array<double, 3> costColor(const OrvLayer* pLayer)
+{
+    if (pLayer->isDownstreamCached())
+        return {0.25, 0.5, 1};
+    if (pLayer->isCachedUpToHere() || pLayer->isLayerCached())
+        return {0, 0, 1};
+    const double Cost = qBound(0.0, pLayer->cost(), 1.0);
+    const bool HasIdleCache = pLayer->hasCacheUpToHere() || pLayer->hasLayerCache();
+    return {Cost, 1 - Cost, HasIdleCache ? 1.0 : 0.0};
+}
+
+QString dragHint(const OrvLayer* pLayer)
+{
+    using Row = OrvLayerViewItemRowWidget;
+    const QString Share = OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Shift"));
+    const QString Copy = OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Alt"));
+    return Row::tr("Use Shift (or %1) and left-mouse drag to share layers.\n").arg(Share)
+        + Row::tr("Use Alt (or %2) and left-mouse drag to copy layers.\nUse left-mouse drag to move layers.\n\n")
+              .replace(QStringLiteral("%2"), Copy)
+        + (pLayer->isTaggedForCrossChannelSharing()
+                ? Row::tr("Note that layers can also be moved, copied and shared\n"
+                          "between the stacks of different channels.\n")
+                : Row::tr("Note that layers can also be moved and copied\n"
+                          "between the stacks of different channels.\n"));
+}
+
+} // namespace
+
+OrvLayerViewItemRowWidget::OrvLayerViewItemRowWidget(OrvLayer* pLayer, OrvLayerView* pLayerView)
+    : QWidget(pLayerView ? pLayerView->treeView()->viewport() : nullptr)
+    , m_Layer(pLayer)
+    , m_LayerView(pLayerView)
+{
+}
+
+OrvLayerViewItemRowWidget::~OrvLayerViewItemRowWidget() = default;
+
+OrvLayer* OrvLayerViewItemRowWidget::layer() const { return m_Layer; }
+
+QSize OrvLayerViewItemRowWidget::sizeHint() const { return {UsualWidth, RowHeight}; }
+
+QSize OrvLayerViewItemRowWidget::minimumSizeHint() const { return {0, RowHeight}; }
+
+void OrvLayerViewItemRowWidget::paintEvent(QPaintEvent*)
+{
+    // Children that are made and shown here are painted in this very pass.
+    if (!m_pContents && m_Layer)
+        createContents();
+}
+
+void OrvLayerViewItemRowWidget::editName()
+{
+    if (!m_pContents && m_Layer)
+        createContents();
+    if (m_pContents)
+        m_pContents->pNameLabel->edit();
+}
+
+void OrvLayerViewItemRowWidget::createContents()
+{
+    m_pContents = std::make_unique<OrvLayerRowContents>(this);
+    connectContents();
+    connectLayer();
+    updateContents();
+    m_pContents->show();
+}
+
+void OrvLayerViewItemRowWidget::connectContents()
+{
+    connect(m_pContents->pVisibilityButton, SIGNAL(pressed()), this, SLOT(onVisibilityButtonPressed()));
+    connect(m_pContents->pNameLabel, SIGNAL(textChanged(QString)), this, SLOT(setName(QString)));
+    connect(m_pContents->pPaintButton, SIGNAL(clicked()), this, SLOT(makePaintComponentCurrent()));
+    connect(m_pContents->pMaskStackButton, SIGNAL(clicked()), this, SLOT(onMaskStackClicked()));
+    connect(m_pContents->pMaskButton, SIGNAL(clicked()), this, SLOT(onMaskComponentClicked()));
+    connect(m_pContents->pAdjustmentStackButton, SIGNAL(clicked()), this, SLOT(onAdjustmentStackClicked()));
+    connect(m_pContents->pSharedButton, SIGNAL(clicked()), this, SLOT(showSharerList()));
+    connect(m_pContents->pSharedChannelButton, SIGNAL(clicked()), this, SLOT(showSharerList()));
+    connect(m_pContents->pLockAction, SIGNAL(checkedChanged(bool)), this, SLOT(onLockedChanged(bool)));
+}
+
+void OrvLayerViewItemRowWidget::connectLayer()
+{
+    // The layer sends its managers' signals for itself alone: with thousands of rows at the managers, every change
+    // would ask every row.
+    connect(m_Layer, SIGNAL(enabledAsBoolChanged(bool)), this, SLOT(updateVisibilityIcon()));
+    connect(m_Layer, SIGNAL(nameChanged(QString)), this, SLOT(updateEditLabelText()));
+    connect(m_Layer, SIGNAL(colorChanged(QColor)), this, SLOT(updateColorTagWidget()));
+    connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateCustomProceduralIcon()));
+    connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateMaterialButton()));
+    connect(m_Layer, SIGNAL(proceduralTypeChanged(int)), this, SLOT(updateCustomProceduralIcon()));
+    connect(&OrvLayerManager::instance(), SIGNAL(currentComponentChanged(OrvSnBaseNode*, OrvSnBaseNode*)), this,
+        SLOT(updateComponentButtons()));
+    connect(m_Layer, SIGNAL(maskEnabledChanged(bool)), this, SLOT(updateMaskIcon()));
+    connect(m_Layer, SIGNAL(adjustmentEnabledChanged(bool)), this, SLOT(updateAdjustmentIcon()));
+    connect(m_Layer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
+    connect(m_Layer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(updateCostWidget()));
+    connect(m_Layer, SIGNAL(cacheStateChanged()), this, SLOT(updateCostWidget()));
+    connect(m_Layer, SIGNAL(selectedChanged(bool, OrvLayer*)), this, SLOT(onSelectedChanged(bool)));
+    connect(m_Layer, SIGNAL(nodeEnabledChanged(OrvSnBaseNode*, int)), this, SLOT(onNodeEnabledChanged(OrvSnBaseNode*)));
+}
+
+void OrvLayerViewItemRowWidget::updateContents()
+{
+    updateVisibilityIcon();
+    updateEditLabelText();
+    updateColorTagWidget();
+    updateMaskIcon();
+    updateAdjustmentIcon();
+    onLayerStateRefreshed();
+    updateCostWidget();
+    onSelectedChanged(m_Layer->isSelected());
+}
+
+void OrvLayerViewItemRowWidget::onLayerStateRefreshed()
+{
+    updatePaintButton();
+    updateComponentButtons();
+    updateSharingMarkers();
+    updateLock();
+}
+
+void OrvLayerViewItemRowWidget::setName(QString Name)
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    Name = Name.trimmed();
+    if (!Name.isEmpty() && Name != m_Layer->name()) {
+        OrvUndoManager::AutoMacro Macro(tr("Rename Layer '%1'").arg(m_Layer->name()));
+        m_Layer->setName(Name);
+    }
+    // The label shows what was typed, whether it was taken or not.
+    updateEditLabelText();
+}
+
+void OrvLayerViewItemRowWidget::updateEditLabelText()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const QString Name = m_Layer->name();
+    m_pContents->pNameLabel->setText(Name);
+    if (m_FilteredName.isNull())
+        m_pContents->pNameLabel->clearDisplayText();
+    else
+        m_pContents->pNameLabel->setDisplayText(m_FilteredName, Name);
+}
+
+void OrvLayerViewItemRowWidget::showFilteredName(const QString& RichText, const QString& PlainName)
+{
+    m_FilteredName = RichText;
+    if (m_pContents)
+        m_pContents->pNameLabel->setDisplayText(RichText, PlainName);
+}
+
+void OrvLayerViewItemRowWidget::showPlainName()
+{
+    m_FilteredName = QString();
+    if (m_pContents)
+        m_pContents->pNameLabel->clearDisplayText();
+}
+
+bool OrvLayerViewItemRowWidget::isExpanded() const
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return false;
+    }
+    if (!OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack())) {
+        report(__LINE__,
+            QStringLiteral("[ !! ] Assertion 'OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack())' "
+                           "failed: This should not be called for non-layer group %1")
+                .arg(m_Layer->name()));
+        return false;
+    }
+    const OrvSnMergeNode* pNode = m_Layer->blendNode();
+    return !pNode || !pNode->exists(ExpandLayerGroupKey) || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
+}
+
+void OrvLayerViewItemRowWidget::setExpanded(bool Expanded)
+{
+    OrvSnMergeNode* pNode = m_Layer ? m_Layer->blendNode() : nullptr;
+    if (!pNode || isExpanded() == Expanded)
+        return;
+    if (pNode->exists(ExpandLayerGroupKey)) {
+        pNode->setUserAttributeValue(ExpandLayerGroupKey, Expanded);
+        return;
+    }
+    OrvCustomAttribute Attribute(ExpandLayerGroupKey, Expanded);
+    Attribute.setTweakable(false);
+    Attribute.setVisible(false);
+    pNode->createUserAttribute(Attribute);
+}
+
+OrvLayerViewItemRowWidget::ComponentClick OrvLayerViewItemRowWidget::componentClick()
+{
+    // One gesture can reach two rows, when the first click moves the second row under the cursor.
+    static QElapsedTimer LastShiftClick;
+    if (!(QGuiApplication::keyboardModifiers() & Qt::ShiftModifier))
+        return PlainClick;
+    const bool Repeated = LastShiftClick.isValid() && LastShiftClick.elapsed() < ShiftClickInterval;
+    LastShiftClick.start();
+    return Repeated ? RepeatedShiftClick : ShiftClick;
+}
+
+void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    if (componentClick() == RepeatedShiftClick)
+        return;
+    const bool Visible = !m_Layer->isVisible();
+    OrvUndoManager::AutoMacro Macro((Visible ? tr("Show Layer '%1'") : tr("Hide Layer '%1'")).arg(m_Layer->name()));
+    m_Layer->setVisible(Visible);
+    updateVisibilityIcon();
+}
+
+void OrvLayerViewItemRowWidget::updateVisibilityIcon()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const bool Visible = m_Layer->isVisible();
+    m_pContents->pVisibilityButton->setIcon(OrvLayerRowIcons::visibility(Visible));
+    m_pContents->pVisibilityButton->setToolTip(Visible ? tr("Hide the layer") : tr("Show the layer"));
+    m_pContents->pVisibilityButton->setEnabled(m_Layer->isVisibilityChangeable());
+}
+
+void OrvLayerViewItemRowWidget::onNodeEnabledChanged(OrvSnBaseNode* pNode)
+{
+    if (m_Layer && pNode == m_Layer->blendNode())
+        updateVisibilityIcon();
+}
+
+void OrvLayerViewItemRowWidget::updateColorTagWidget()
+{
+    if (!m_Layer)
+        return;
+    if (!m_pContents) {
+        report(__LINE__, QStringLiteral("Color Tag Is NULL"));
+        return;
+    }
+    const QColor Color = m_Layer->color();
+    setSheet(m_pContents->pColorTag,
+        Color.isValid() ? QStringLiteral("QLabel { border-radius : 3px; background-color : rgb(%1,%2,%3); }")
+                              .arg(Color.red())
+                              .arg(Color.green())
+                              .arg(Color.blue())
+                        : QStringLiteral("QLabel { border-radius : 3px; background-color : rgba(0,0,0,0); }"));
+}
+
+void OrvLayerViewItemRowWidget::updatePaintButton()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    m_pContents->pPaintButton->setIcon(OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
+    m_pContents->pPaintButton->setComponentNode(m_Layer->blendNode());
+    m_pContents->pPaintButton->setToolTip(dragHint(m_Layer));
+}
+
+void OrvLayerViewItemRowWidget::updateCustomProceduralIcon() { updatePaintButton(); }
+
+void OrvLayerViewItemRowWidget::updateMaterialButton() { updatePaintButton(); }
+
+void OrvLayerViewItemRowWidget::updateComponentButtons()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const OrvSnBaseNode* pCurrent = OrvLayerManager::instance().currentComponent();
+    m_pContents->pPaintButton->setHighlighted(pCurrent && pCurrent == m_Layer->paintNode());
+    m_pContents->pMaskButton->setHighlighted(pCurrent && pCurrent == m_Layer->maskPaintNode());
+}
+
+void OrvLayerViewItemRowWidget::updateMaskIcon()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const bool IsStack = m_Layer->hasMaskStack();
+    const bool Enabled = m_Layer->isMaskEnabled();
+    const QString Toggle = Enabled ? tr("Shift + Click to Disable") : tr("Shift + Click to Enable");
+    const auto show = [Enabled](QAbstractButton* pButton, const QIcon& Icon, const QString& ToolTip) {
+        pButton->setIcon(Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton));
+        pButton->setToolTip(ToolTip);
+    };
+    m_pContents->pMaskStackButton->setPopupStack(m_Layer->maskStack());
+    m_pContents->pMaskStackButton->setVisible(IsStack);
+    if (IsStack)
+        show(m_pContents->pMaskStackButton, OrvLayerRowIcons::maskStack(), Toggle);
+    m_pContents->pMaskButton->setComponentNode(m_Layer->maskNode());
+    m_pContents->pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
+    if (!IsStack)
+        show(m_pContents->pMaskButton, OrvLayerRowIcons::mask(m_Layer),
+            tr("Mask") + QLatin1Char('\n') + Toggle + QStringLiteral("\n\n") + dragHint(m_Layer));
+    updateComponentButtons();
+}
+
+void OrvLayerViewItemRowWidget::updateAdjustmentIcon()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const bool Enabled = m_Layer->isAdjustmentStackEnabled();
+    OrvLayerStackPopupButton* pButton = m_pContents->pAdjustmentStackButton;
+    const QIcon Icon = OrvLayerRowIcons::adjustmentStack();
+    pButton->setPopupStack(m_Layer->adjustmentStack());
+    pButton->setVisible(m_Layer->hasAdjustmentStack());
+    pButton->setIcon(Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton));
+    pButton->setToolTip(Enabled ? tr("Shift + Click to Disable") : tr("Shift + Click to Enable"));
+}
+
+void OrvLayerViewItemRowWidget::updateSharingMarkers()
+{
+    const bool Shared
+        = m_Layer->isPaintComponentShared() || m_Layer->isMaskComponentShared() || m_Layer->isDownstreamShared();
+    m_pContents->pSharedButton->setVisible(Shared);
+    m_pContents->pSharedChannelButton->setVisible(
+        m_Layer->isSharedShaderInput() || m_Layer->isTaggedForCrossChannelSharing());
+}
+
+void OrvLayerViewItemRowWidget::updateCostWidget()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const auto [Red, Green, Blue] = costColor(m_Layer);
+    setSheet(m_pContents->pCost,
+        QStringLiteral("QLabel { background-color : rgb(%1,%2,%3); }")
+            .arg(int(Red * 255))
+            .arg(int(Green * 255))
+            .arg(int(Blue * 255)));
+    m_pContents->pCost->setToolTip(m_Layer->costDescription());
+}
+
+void OrvLayerViewItemRowWidget::onSelectedChanged(bool Selected)
+{
+    if (m_Selected == Selected)
+        return;
+    m_Selected = Selected;
+    // Texts of a selected row take the colour that is readable on the selection.
+    setBackgroundRole(Selected ? QPalette::Highlight : QPalette::NoRole);
+    Q_EMIT selectedChanged(Selected, m_Layer);
+}
+
+void OrvLayerViewItemRowWidget::onLockedChanged(bool Locked)
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    if (OrvLayerRowLock::isShownLocked(m_Layer) == Locked)
+        return;
+    // A refresh while the user is asked may take the row away.
+    const QPointer<OrvLayerViewItemRowWidget> pThis = this;
+    if (Locked)
+        OrvLayerRowLock::lock(m_Layer);
+    else
+        OrvLayerRowLock::unlock(m_Layer);
+    if (pThis)
+        updateLock();
+}
+
+void OrvLayerViewItemRowWidget::updateLock()
+{
+    if (!m_pContents || !m_Layer)
+        return;
+    const bool Locked = OrvLayerRowLock::isShownLocked(m_Layer);
+    m_pContents->pLockAction->setCheckedState(Locked);
+    m_pContents->pLockAction->setToolTip(Locked ? tr("Unlock the layer") : tr("Lock the layer"));
+    m_pContents->pNameLabel->setEditable(!Locked);
+}
+
+void OrvLayerViewItemRowWidget::makePaintComponentCurrent()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    {
+        OrvUndoManager::AutoMacro Macro(tr("Make%1 Current").arg(quotedName(m_Layer)));
+        OrvLayerStreamUtils::makePaintComponentCurrent(m_Layer, m_LayerView->layerStack());
+        makeRowCurrent();
+    }
+    if (m_Layer->isGraphLayer())
+        OrvLayerStreamUtils::openLayerContentsInNodeGraph(m_Layer);
+}
+
+void OrvLayerViewItemRowWidget::makeMaskComponentCurrent()
+{
+    OrvUndoManager::AutoMacro Macro(tr("Make%1 Mask Current").arg(quotedName(m_Layer)));
+    m_Layer->makeMaskComponentCurrent();
+    makeRowCurrent();
+}
+
+void OrvLayerViewItemRowWidget::makeRowCurrent()
+{
+    report(__LINE__, QStringLiteral("[ -- ] About to manually change current index of layer palette"));
+    OrvSnMergeNode* pLayerNode = m_Layer->blendNode();
+    if (!pLayerNode || !pLayerNode->network()) {
+        report(__LINE__, QStringLiteral("LayerNode is NULL"));
+        return;
+    }
+    // A layer that is selected already keeps those selected with it.
+    OrvLayerTreeView* pTreeView = m_LayerView->treeView();
+    const QModelIndex Index = pTreeView->indexAt(geometry().center());
+    if (!m_Layer->isSelected() && m_LayerView->layerFromIndex(Index) == m_Layer) {
+        pTreeView->disconnectSelectionRelay();
+        pTreeView->selectionModel()->select(
+            Index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        pTreeView->connectSelectionRelay();
+        m_Layer->setSelected(true, true);
+        pLayerNode->network()->selectNone({pLayerNode});
+    }
+    m_LayerView->changeCurrentIndex(m_Layer);
+}
+
+void OrvLayerViewItemRowWidget::toggleMask()
+{
+    const bool Enabled = !m_Layer->isMaskEnabled();
+    OrvUndoManager::AutoMacro Macro(
+        (Enabled ? tr("Enable Mask of '%1'") : tr("Disable Mask of '%1'")).arg(m_Layer->name()));
+    m_Layer->setMaskEnabled(Enabled);
+}
+
+void OrvLayerViewItemRowWidget::onMaskComponentClicked()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    const ComponentClick Click = componentClick();
+    if (Click == ShiftClick)
+        toggleMask();
+    if (Click != PlainClick)
+        return;
+    makeMaskComponentCurrent();
+    if (m_Layer->maskNode() && m_Layer->maskNode()->nestedNetwork())
+        OrvLayerStreamUtils::openLayerMaskContentsInNodeGraph(m_Layer);
+}
+
+void OrvLayerViewItemRowWidget::onMaskStackClicked()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    const ComponentClick Click = componentClick();
+    if (Click == ShiftClick)
+        toggleMask();
+    if (Click != PlainClick)
+        return;
+    makeMaskComponentCurrent();
+    OrvLayerStackPopupButton::popup(m_Layer->maskStack());
+}
+
+void OrvLayerViewItemRowWidget::onAdjustmentStackClicked()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    const ComponentClick Click = componentClick();
+    if (Click == PlainClick)
+        OrvLayerStackPopupButton::popup(m_Layer->adjustmentStack());
+    if (Click != ShiftClick)
+        return;
+    const bool Enabled = !m_Layer->isAdjustmentStackEnabled();
+    OrvUndoManager::AutoMacro Macro(
+        (Enabled ? tr("Enable Adjustment Stack of '%1'") : tr("Disable Adjustment Stack of '%1'"))
+            .arg(m_Layer->name()));
+    m_Layer->setAdjustmentStackEnabled(Enabled);
+}
+
+void OrvLayerViewItemRowWidget::showSharerList()
+{
+    if (!m_Layer) {
+        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+        return;
+    }
+    OrvSharerListPopup* pPopup = new OrvSharerListPopup(this);
+    const auto addLayers = [pPopup](const QString& Heading, const QList<OrvLayer*>& Layers) {
+        if (!Layers.isEmpty())
+            pPopup->addHeading(Heading);
+        for (const OrvLayer* pLayer : Layers)
+            pPopup->addSharer(pLayer->path(true), pLayer->blendNode());
+    };
+    addLayers(tr("Shares Resources With:"), m_Layer->getOtherSharers());
+    addLayers(tr("Part Of Shared Layer:"), m_Layer->downstreamSharer());
+    if (const OrvShaderInput* pShaderInput = m_Layer->sharedShaderInput()) {
+        pPopup->addHeading(tr("Shares Channel :"));
+        pPopup->addSharer(pShaderInput->path(), pShaderInput->node());
+    }
+    pPopup->popup();
+}
+
+void OrvLayerViewItemRowWidget::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    // Commands, and refreshing above all, may take the row away: the menu belongs to the view.
+    OrvMenu* pMenu
+        = OrvMenuManager::instance().makeMenu(QStringLiteral("MainWindow"), QStringLiteral("&Layers"), QString());
+    pMenu->setParent(m_LayerView, pMenu->windowFlags());
+    pMenu->setAttribute(Qt::WA_DeleteOnClose);
+    pMenu->addSeparator();
+    if (QAction* pAddBakePoint
+        = OrvActionTreeManager::instance().findAction(LayersPath + QStringLiteral("/Add Bake Point")))
+        pMenu->addAction(pAddBakePoint);
+    connect(pMenu->addAction(tr("Refresh Layer View")), SIGNAL(triggered()), m_LayerView, SLOT(clearAndRefresh()));
+    pMenu->popup(pEvent->globalPos());
+}
+
+#include "moc_OrvLayerViewItemRowWidget.cpp"

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+#include <memory>
+
+class OrvLayer;
+class OrvLayerView;
+class OrvSnBaseNode;
+struct OrvLayerRowContents;
+
+/// One row of a Layers palette. The palette's tree owns it; it shows its layer, follows the layer's own signals and
+/// turns clicks into edits of the host, each one undo step, and it holds nothing of the document. A stack may have
+/// thousands of rows: the widgets of a row, and its connections, are made when it is painted for the first time.
+class OrvLayerViewItemRowWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int RowHeight = 24;
+
+    OrvLayerViewItemRowWidget(OrvLayer* pLayer, OrvLayerView* pLayerView);
+    ~OrvLayerViewItemRowWidget() override;
+
+    OrvLayer* layer() const;
+    OrvLayerView* layerView() const { return m_LayerView; }
+
+    /// Whether the group is unfolded in the tree, kept with the layer. Only to be asked of groups.
+    bool isExpanded() const;
+    void setExpanded(bool Expanded);
+
+    /// Shows the rich text in the place of the name; editing starts from the plain name all the same.
+    void showFilteredName(const QString& RichText, const QString& PlainName);
+    void showPlainName();
+    /// Lets the user edit the name in its place.
+    void editName();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    void selectedChanged(bool Selected, OrvLayer* pLayer);
+
+public Q_SLOTS:
+    void setName(QString Name);
+    void updateEditLabelText();
+    void onVisibilityButtonPressed();
+    void updateVisibilityIcon();
+    void updateColorTagWidget();
+    void makePaintComponentCurrent();
+    void updateCustomProceduralIcon();
+    void updateMaterialButton();
+    /// Highlights the button of the component that is painted on.
+    void updateComponentButtons();
+    void onMaskStackClicked();
+    void onMaskComponentClicked();
+    void updateMaskIcon();
+    void onAdjustmentStackClicked();
+    void updateAdjustmentIcon();
+    void showSharerList();
+    /// Unlocking may ask the user; the row then shows what came of it.
+    void onLockedChanged(bool Locked);
+    void updateCostWidget();
+    void onSelectedChanged(bool Selected);
+    void onNodeEnabledChanged(OrvSnBaseNode* pNode);
+
+protected:
+    void paintEvent(QPaintEvent* pEvent) override;
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+
+private Q_SLOTS:
+    void onLayerStateRefreshed();
+
+private:
+    enum ComponentClick { PlainClick, ShiftClick, RepeatedShiftClick };
+    static ComponentClick componentClick();
+
+    void createContents();
+    void connectContents();
+    void connectLayer();
+    void updateContents();
+    void updatePaintButton();
+    void updateSharingMarkers();
+    void updateLock();
+    void toggleMask();
+    void makeMaskComponentCurrent();
+    /// Makes the row the palette's current one, and selects its layer alone unless it is selected already.
+    void makeRowCurrent();
+
+    QPointer<OrvLayer> m_Layer;
+    OrvLayerView* m_LayerView;
+    std::unique_ptr<OrvLayerRowContents> m_pContents;
+    QString m_FilteredName;
+    bool m_Selected = false;
+};

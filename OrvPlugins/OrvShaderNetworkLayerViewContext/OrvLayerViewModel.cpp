@@ -1,0 +1,179 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+#include <QtCore/QMimeData>
+
+#include <algorithm>
+
+OrvLayerViewItem::OrvLayerViewItem(const OrvLayer* pLayer)
+{
+    setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled);
+    if (pLayer && pLayer->blendNode())
+        setData(pLayer->blendNode()->uuidString(), OrvLayerViewUtils::NodeRole);
+}
+
+OrvLayerViewItemRowWidget* OrvLayerViewItem::rowWidget() const { return m_RowWidget; }
+
+void OrvLayerViewItem::setRowWidget(OrvLayerViewItemRowWidget* pRowWidget) { m_RowWidget = pRowWidget; }
+
+bool OrvLayerViewItem::operator<(const QStandardItem& Other) const
+{
+    return m_Order < static_cast<const OrvLayerViewItem&>(Other).m_Order;
+}
+
+OrvLayerViewModel::OrvLayerViewModel(OrvLayerView* pLayerView, QObject* pParent)
+    : QStandardItemModel(0, 1, pParent)
+    , m_LayerView(pLayerView)
+{
+}
+
+QStringList OrvLayerViewModel::mimeTypes() const
+{
+    return QStringList{OrvLayerViewContext::LayerMimeType, OrvLayerViewContext::LayerStackNodeMimeType,
+               OrvLayerViewContext::LayerStackTargetInputMimeType}
+        + OrvDragAndDropManager::instance().mimeTypes(OrvDragAndDropManager::LayerTreeTarget);
+}
+
+QMimeData* OrvLayerViewModel::mimeData(const QModelIndexList& Indexes) const
+{
+    QModelIndexList Sorted = Indexes;
+    std::sort(Sorted.begin(), Sorted.end());
+    QStringList Uuids;
+    for (const QModelIndex& Index : qAsConst(Sorted)) {
+        const OrvLayer* pLayer = Index.column() == 0 ? layerFromIndex(Index) : nullptr;
+        if (pLayer && pLayer->blendNode())
+            Uuids.append(pLayer->blendNode()->uuidString());
+    }
+    QMimeData* pMimeData = new QMimeData;
+    OrvLayerDragPayload::write(*pMimeData, Uuids);
+    OrvLayerDragPayload::writeStack(*pMimeData, m_LayerView->layerStack());
+    return pMimeData;
+}
+
+bool OrvLayerViewModel::canDropMimeData(
+    const QMimeData* pData, Qt::DropAction Action, int Row, int Column, const QModelIndex& Parent) const
+{
+    if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget))
+        return true;
+    return QStandardItemModel::canDropMimeData(pData, Action, Row, Column, Parent);
+}
+
+bool OrvLayerViewModel::dropMimeData(
+    const QMimeData* pData, Qt::DropAction, int Row, int, const QModelIndex& Parent)
+{
+    OrvDragAndDropManager& Drops = OrvDragAndDropManager::instance();
+    if (!Drops.acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget))
+        return false;
+    QVariantMap Parameters{
+        {QStringLiteral("LayerStack"), QVariant::fromValue<OrvLayerStack*>(m_LayerView->layerStack())}};
+    OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);
+    if (OrvLayer* pBelow = pTarget ? OrvLayerManager::instance().getLayer(pTarget, true) : nullptr)
+        Parameters.insert(QStringLiteral("LayerBelow"), QVariant::fromValue<OrvLayer*>(pBelow));
+    return Drops.drop(pData, OrvDragAndDropManager::LayerTreeTarget, Parameters);
+}
+
+Qt::DropActions OrvLayerViewModel::supportedDropActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+}
+
+OrvSnBaseNode* OrvLayerViewModel::dropTargetNode(int Row, const QModelIndex& Parent) const
+{
+    const OrvLayerStack* pLayerStack = m_LayerView->layerStack();
+    if (!pLayerStack)
+        return nullptr;
+    if (Row != -1) {
+        const OrvLayer* pAt = layerFromIndex(index(Row, 0, Parent));
+        if (pAt && pAt->blendNode())
+            return pAt->blendNode();
+        const OrvLayer* pAbove = layerFromIndex(index(Row - 1, 0, Parent));
+        return pAbove ? OrvLayerStreamUtils::layerNodeBelow(pAbove, pLayerStack) : nullptr;
+    }
+    if (!Parent.isValid())
+        return pLayerStack->bottomNode();
+
+    // Onto a row: on top of what the layer holds.
+    const OrvLayer* pLayer = layerFromIndex(Parent);
+    OrvSnBaseNode* pBlendNode = pLayer ? pLayer->blendNode() : nullptr;
+    if (!pBlendNode)
+        return nullptr;
+    if (!pLayer->hasAdjustmentStack())
+        return pBlendNode->inputNode(
+            OrvLayerStreamUtils::overInputName(pLayerStack->currentStreamName(pBlendNode)));
+    const OrvSnBaseNode* pBottom = pLayer->adjustmentStackBottomNode();
+    return pBottom ? pBottom->inputNode(pBottom->preferredInput()) : nullptr;
+}
+
+OrvLayer* OrvLayerViewModel::layerFromIndex(const QModelIndex& Index) const
+{
+    return Index.isValid() ? OrvLayerViewUtils::layerFromItem(itemFromIndex(Index)) : nullptr;
+}
+
+QList<OrvLayerViewItem*> OrvLayerViewModel::itemsFromLayer(const OrvLayer* pLayer) const
+{
+    QList<OrvLayerViewItem*> Items;
+    if (!pLayer || !pLayer->blendNode())
+        return Items;
+    const QString Uuid = pLayer->blendNode()->uuidString();
+    forEachItem([&](OrvLayerViewItem* pItem) {
+        if (pItem->data(OrvLayerViewUtils::NodeRole).toString() == Uuid)
+            Items.append(pItem);
+    });
+    return Items;
+}
+
+QModelIndex OrvLayerViewModel::indexFromLayer(const OrvLayer* pLayer) const
+{
+    const QList<OrvLayerViewItem*> Items = itemsFromLayer(pLayer);
+    return Items.isEmpty() ? QModelIndex() : Items.first()->index();
+}
+
+QItemSelection OrvLayerViewModel::rowsSharingContentWith(const QSet<OrvLayer*>& Layers) const
+{
+    QSet<const OrvImageSet*> Paint, Masks;
+    for (const OrvLayer* pLayer : Layers) {
+        if (!pLayer->isShared())
+            continue;
+        Paint.insert(pLayer->paintImageSet());
+        Masks.insert(pLayer->maskImageSet());
+    }
+    Paint.remove(nullptr);
+    Masks.remove(nullptr);
+    QItemSelection Rows;
+    if (Paint.isEmpty() && Masks.isEmpty())
+        return Rows;
+    forEachItem([&](OrvLayerViewItem* pItem) {
+        OrvLayer* pLayer = pItem->rowWidget() ? pItem->rowWidget()->layer() : nullptr;
+        if (pLayer && !Layers.contains(pLayer)
+            && (Paint.contains(pLayer->paintImageSet()) || Masks.contains(pLayer->maskImageSet())))
+            Rows.select(pItem->index(), pItem->index());
+    });
+    return Rows;
+}
+
+void OrvLayerViewModel::forEachItem(const std::function<void(OrvLayerViewItem*)>& Visit) const
+{
+    QVector<const QStandardItem*> Parents{invisibleRootItem()};
+    while (!Parents.isEmpty()) {
+        const QStandardItem* pParent = Parents.takeLast();
+        for (int Row = 0; Row < pParent->rowCount(); ++Row) {
+            auto* pItem = static_cast<OrvLayerViewItem*>(pParent->child(Row));
+            Visit(pItem);
+            if (pItem->hasChildren())
+                Parents.append(pItem);
+        }
+    }
+}
+
+#include "moc_OrvLayerViewModel.cpp"

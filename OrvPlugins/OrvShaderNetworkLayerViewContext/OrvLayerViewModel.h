@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QtCore/QItemSelection>
+#include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtGui/QStandardItemModel>
+
+#include <functional>
+
+class OrvLayer;
+class OrvLayerView;
+class OrvLayerViewItemRowWidget;
+class OrvSnBaseNode;
+
+/// A row of a layer tree. It carries the identity of its layer's blend node; a warning row carries none. It knows its
+/// row widget, which the tree owns, so that a refresh needs no look-up to see that a row is still right.
+class OrvLayerViewItem : public QStandardItem {
+public:
+    /// Null makes a warning row.
+    explicit OrvLayerViewItem(const OrvLayer* pLayer);
+
+    OrvLayerViewItemRowWidget* rowWidget() const;
+    void setRowWidget(OrvLayerViewItemRowWidget* pRowWidget);
+
+    /// Rows are sorted into the order set here, which counts only while a level is rearranged.
+    int order() const { return m_Order; }
+    void setOrder(int Order) { m_Order = Order; }
+    bool operator<(const QStandardItem& Other) const override;
+
+private:
+    QPointer<OrvLayerViewItemRowWidget> m_RowWidget;
+    int m_Order = 0;
+};
+
+/// The rows of a layer tree, one per layer, nested as groups are. The owning palette fills and orders them; the model
+/// answers drags and drops and finds rows. It holds nothing of the document but identities.
+class OrvLayerViewModel : public QStandardItemModel {
+    Q_OBJECT
+
+public:
+    OrvLayerViewModel(OrvLayerView* pLayerView, QObject* pParent);
+
+    QStringList mimeTypes() const override;
+    QMimeData* mimeData(const QModelIndexList& Indexes) const override;
+    bool canDropMimeData(const QMimeData* pData, Qt::DropAction Action, int Row, int Column,
+        const QModelIndex& Parent) const override;
+    bool dropMimeData(const QMimeData* pData, Qt::DropAction Action, int Row, int Column,
+        const QModelIndex& Parent) override;
+    Qt::DropActions supportedDropActions() const override;
+
+    /// The node above which content dropped there is inserted; null where nothing can be.
+    OrvSnBaseNode* dropTargetNode(int Row, const QModelIndex& Parent) const;
+
+    /// Null for an index without a layer.
+    OrvLayer* layerFromIndex(const QModelIndex& Index) const;
+    /// Every row that shows the layer: a layer in a shared group has several.
+    QList<OrvLayerViewItem*> itemsFromLayer(const OrvLayer* pLayer) const;
+    /// Invalid for a layer without a row.
+    QModelIndex indexFromLayer(const OrvLayer* pLayer) const;
+    /// The other rows that show paint or a mask of one of the layers.
+    QItemSelection rowsSharingContentWith(const QSet<OrvLayer*>& Layers) const;
+
+private:
+    void forEachItem(const std::function<void(OrvLayerViewItem*)>& Visit) const;
+
+    OrvLayerView* m_LayerView;
+};

@@ -1,0 +1,350 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+#include <QtCore/QHash>
+#include <QtWidgets/QPushButton>
+
+#include <algorithm>
+
+namespace {
+
+/// Looking for a row in other levels walks the tree; worth it for layers that the user moved, not for a thousand.
+constexpr int MostRowsTakenFromOtherLevels = 8;
+
+OrvLayerViewItem* rowOf(const QStandardItem* pParent, int Row)
+{
+    return static_cast<OrvLayerViewItem*>(pParent->child(Row));
+}
+
+bool shows(const OrvLayerViewItem* pItem, const OrvLayer* pLayer)
+{
+    const OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget();
+    return pRowWidget && pRowWidget->layer() == pLayer;
+}
+
+/// Which of the rows, given by their former places in their new order, can stay while the others move around them:
+/// the members of a longest ascending subsequence.
+QVector<bool> unmovedRows(const QVector<int>& FormerPlaces)
+{
+    QVector<int> Tails, Previous(FormerPlaces.size(), -1); // positions in FormerPlaces
+    for (int At = 0; At < FormerPlaces.size(); ++At) {
+        const auto Tail = std::lower_bound(Tails.begin(), Tails.end(), At,
+            [&](int Left, int Right) { return FormerPlaces[Left] < FormerPlaces[Right]; });
+        if (Tail != Tails.begin())
+            Previous[At] = *std::prev(Tail);
+        if (Tail == Tails.end())
+            Tails.append(At);
+        else
+            *Tail = At;
+    }
+    QVector<bool> Unmoved(FormerPlaces.size(), false);
+    for (int At = Tails.isEmpty() ? -1 : Tails.last(); At >= 0; At = Previous[At])
+        Unmoved[At] = true;
+    return Unmoved;
+}
+
+} // namespace
+
+OrvLayerViewRowSynchronizer::OrvLayerViewRowSynchronizer(
+    OrvLayerView* pLayerView, OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView)
+    : m_LayerView(pLayerView)
+    , m_Model(pModel)
+    , m_TreeView(pTreeView)
+{
+}
+
+void OrvLayerViewRowSynchronizer::synchronize(OrvLayerStack* pLayerStack)
+{
+    m_LayerStack = pLayerStack;
+    m_SelectedRows.clear();
+    synchronizeLevel(m_Model->invisibleRootItem(), QModelIndex(), levelOf(pLayerStack->layerList(), true));
+    selectRows();
+    m_LayerStack = nullptr;
+}
+
+OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
+    const QList<OrvLayer*>& Layers, bool IsTopLevel) const
+{
+    Level Wanted;
+    Wanted.Layers = Layers;
+    Wanted.GroupStacks.reserve(Layers.size());
+    for (int Row = 0; Row < Layers.size(); ++Row) {
+        OrvLayerStack* pGroupStack = groupStack(Layers[Row]);
+        if (pGroupStack)
+            Wanted.Warning = groupWarning(Layers[Row], pGroupStack);
+        if (!Wanted.Warning.isEmpty()) {
+            // The warning takes the place of the group and of everything below it.
+            Wanted.Layers.erase(Wanted.Layers.begin() + Row, Wanted.Layers.end());
+            return Wanted;
+        }
+        Wanted.GroupStacks.append(pGroupStack);
+    }
+    if (IsTopLevel || !Layers.isEmpty())
+        Wanted.Warning = bottomWarning(Layers);
+    return Wanted;
+}
+
+OrvLayerStack* OrvLayerViewRowSynchronizer::groupStack(const OrvLayer* pLayer) const
+{
+    const QString StreamName = m_LayerStack->currentStreamName(pLayer->blendNode());
+    return OrvLayerStreamUtils::isLayerGroup(pLayer, StreamName) ? OrvLayerStreamUtils::groupStack(pLayer, StreamName)
+                                                                 : nullptr;
+}
+
+QString OrvLayerViewRowSynchronizer::groupWarning(const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const
+{
+    const bool IsMultiChannel = OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer);
+    if (OrvLayerStreamUtils::validateGroupSelection(
+            pGroupStack->layerList(), IsMultiChannel ? pLayer->blendNode() : nullptr))
+        return {};
+    const QString Warning = IsMultiChannel
+        ? OrvLayerView::tr("Multi-Channel Group Layer '%1' has some unrepresentable connections due to nested "
+                           "multi-channel layers of different shader model. Please rewire in the node graph.")
+        : OrvLayerView::tr("Group Layer '%1' has some unrepresentable connections due to nested multi-channel "
+                           "layers. Please rewire in the node graph.");
+    return Warning.arg(pLayer->name());
+}
+
+QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layers) const
+{
+    OrvSnBaseNode* pBottom = Layers.isEmpty() ? m_LayerStack->bottomNode()
+                                              : OrvLayerStreamUtils::layerNodeBelow(Layers.last(), m_LayerStack);
+    if (OrvLayerStreamUtils::isValidBottomTransparencyNode(pBottom))
+        return {};
+    if (!pBottom)
+        return OrvLayerView::tr("No bottom stack node.");
+    const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pBottom, true);
+    if (pLayer && OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer)
+        && OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
+        return OrvLayerView::tr("Multi-Channel Layer '%1' has some unrepresentable connections.").arg(pBottom->name());
+    return OrvLayerView::tr("Node '%1' is unrepresentable.").arg(pBottom->name());
+}
+
+void OrvLayerViewRowSynchronizer::synchronizeLevel(
+    QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted)
+{
+    arrange(pParent, matchRows(pParent, ParentIndex, Wanted));
+    makeRowWidgets(pParent, ParentIndex, Wanted);
+
+    for (int Row = 0; Row < Wanted.Layers.size(); ++Row) {
+        OrvLayerViewItem* pItem = rowOf(pParent, Row);
+        OrvLayerStack* pGroupStack = Wanted.GroupStacks[Row];
+        if (Wanted.Layers[Row]->isSelected())
+            m_SelectedRows.append(m_Model->index(Row, 0, ParentIndex));
+        if (pItem->isDropEnabled() != bool(pGroupStack))
+            pItem->setDropEnabled(pGroupStack);
+        if (!pGroupStack) {
+            if (pItem->hasChildren())
+                pItem->removeRows(0, pItem->rowCount());
+            continue;
+        }
+        const bool WasEmpty = !pItem->hasChildren();
+        const QModelIndex Index = m_Model->index(Row, 0, ParentIndex);
+        synchronizeLevel(pItem, Index, levelOf(pGroupStack->layerList(), false));
+        if (WasEmpty)
+            m_TreeView->setExpanded(Index, pItem->rowWidget()->isExpanded());
+    }
+}
+
+QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
+    QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted)
+{
+    const QList<OrvLayer*>& Layers = Wanted.Layers;
+    const int WantedCount = Layers.size();
+    QVector<OrvLayerViewItem*> Rows;
+    Rows.reserve(WantedCount + 1);
+
+    while (Rows.size() < qMin(WantedCount, pParent->rowCount())
+        && shows(rowOf(pParent, Rows.size()), Layers[Rows.size()]))
+        Rows.append(rowOf(pParent, Rows.size()));
+
+    // The warning row, and the rows from the first difference on, by their layers.
+    OrvLayerViewItem* pWarningRow = nullptr;
+    QHash<QString, int> Others;
+    for (int Row = Rows.size(); Row < pParent->rowCount(); ++Row) {
+        const QString Uuid = rowOf(pParent, Row)->data(OrvLayerViewUtils::NodeRole).toString();
+        if (Uuid.isEmpty())
+            pWarningRow = rowOf(pParent, Row);
+        else
+            Others.insert(Uuid, Row);
+    }
+
+    QVector<int> KeptAt, FormerPlaces;
+    int TakenCount = 0;
+    for (int Row = Rows.size(); Row < WantedCount; ++Row) {
+        const OrvLayer* pLayer = Layers[Row];
+        const auto Other = Others.constFind(pLayer->blendNode()->uuidString());
+        if (Other != Others.constEnd()) {
+            KeptAt.append(Row);
+            FormerPlaces.append(*Other);
+            Rows.append(rowOf(pParent, *Other));
+            continue;
+        }
+        OrvLayerViewItem* pItem
+            = ++TakenCount <= MostRowsTakenFromOtherLevels ? takeFromOtherLevel(pLayer, pParent) : nullptr;
+        Rows.append(pItem ? pItem : new OrvLayerViewItem(pLayer));
+    }
+    const QVector<bool> Unmoved = unmovedRows(FormerPlaces);
+    for (int At = 0; At < KeptAt.size(); ++At) {
+        OrvLayerViewItem* pItem = Rows[KeptAt[At]];
+        if (!Unmoved[At] || !shows(pItem, Layers[KeptAt[At]]))
+            pItem->setRowWidget(nullptr);
+    }
+
+    if (!Wanted.Warning.isEmpty()) {
+        const QWidget* pButton
+            = pWarningRow ? m_TreeView->indexWidget(m_Model->index(pWarningRow->row(), 0, ParentIndex)) : nullptr;
+        const bool Stays = pButton && pButton->toolTip() == Wanted.Warning;
+        Rows.append(Stays ? pWarningRow : new OrvLayerViewItem(nullptr));
+    }
+    return Rows;
+}
+
+OrvLayerViewItem* OrvLayerViewRowSynchronizer::takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent)
+{
+    for (OrvLayerViewItem* pItem : m_Model->itemsFromLayer(pLayer)) {
+        QStandardItem* pOther = pItem->parent() ? pItem->parent() : m_Model->invisibleRootItem();
+        // In a shared group the layer has a row of its own that stays.
+        if (pOther == pParent || levelHolds(pOther, pLayer))
+            continue;
+        pItem->removeRows(0, pItem->rowCount());
+        pItem->setRowWidget(nullptr);
+        return static_cast<OrvLayerViewItem*>(pOther->takeRow(pItem->row()).first());
+    }
+    return nullptr;
+}
+
+bool OrvLayerViewRowSynchronizer::levelHolds(const QStandardItem* pParent, const OrvLayer* pLayer) const
+{
+    const OrvLayerStack* pLevelStack = m_LayerStack;
+    if (pParent != m_Model->invisibleRootItem()) {
+        const OrvLayer* pGroup = OrvLayerViewUtils::layerFromItem(pParent);
+        pLevelStack = pGroup ? groupStack(pGroup) : nullptr;
+    }
+    return pLevelStack && pLevelStack->layerList().contains(const_cast<OrvLayer*>(pLayer));
+}
+
+void OrvLayerViewRowSynchronizer::arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
+{
+    const auto isInOrder = [&] {
+        for (int Row = 0; Row < Rows.size(); ++Row) {
+            if (pParent->child(Row) != Rows[Row])
+                return false;
+        }
+        return pParent->rowCount() == Rows.size();
+    };
+    if (isInOrder())
+        return;
+    m_TreeView->scheduleRowLayout();
+
+    // Rows that go get the order -1 and stand first after sorting; rows that come stay in one block.
+    int NewCount = 0, FirstNew = 0, LastNew = 0;
+    for (int Row = 0; Row < pParent->rowCount(); ++Row)
+        rowOf(pParent, Row)->setOrder(-1);
+    for (int Row = 0; Row < Rows.size(); ++Row) {
+        Rows[Row]->setOrder(Row);
+        if (Rows[Row]->model())
+            continue;
+        FirstNew = NewCount == 0 ? Row : FirstNew;
+        LastNew = Row;
+        ++NewCount;
+    }
+
+    int GoingCount = 0, FirstGoing = 0, LastGoing = 0;
+    bool Ascending = true;
+    for (int Row = 0, Before = -1; Row < pParent->rowCount(); ++Row) {
+        const int Order = static_cast<const OrvLayerViewItem*>(pParent->child(Row))->order();
+        if (Order >= 0) {
+            Ascending = Ascending && Order > Before;
+            Before = Order;
+            continue;
+        }
+        FirstGoing = GoingCount == 0 ? Row : FirstGoing;
+        LastGoing = Row;
+        ++GoingCount;
+    }
+    if (GoingCount > 0) {
+        if (LastGoing - FirstGoing + 1 != GoingCount) {
+            pParent->sortChildren(0);
+            Ascending = true;
+            FirstGoing = 0;
+        }
+        pParent->removeRows(FirstGoing, GoingCount);
+    }
+
+    if (NewCount > 0) {
+        QList<QStandardItem*> New;
+        New.reserve(NewCount);
+        for (OrvLayerViewItem* pItem : Rows) {
+            if (!pItem->model())
+                New.append(pItem);
+        }
+        const bool InOnePlace = LastNew - FirstNew + 1 == NewCount;
+        pParent->insertRows(InOnePlace ? qMin(FirstNew, pParent->rowCount()) : pParent->rowCount(), New);
+        Ascending = Ascending && InOnePlace;
+    }
+    if (!Ascending)
+        pParent->sortChildren(0);
+    for (OrvLayerViewItem* pItem : Rows)
+        pItem->setOrder(0);
+}
+
+void OrvLayerViewRowSynchronizer::makeRowWidgets(
+    QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted)
+{
+    for (int Row = 0; Row < Wanted.Layers.size(); ++Row) {
+        OrvLayerViewItem* pItem = rowOf(pParent, Row);
+        if (pItem->rowWidget())
+            continue;
+        auto* pRowWidget = new OrvLayerViewItemRowWidget(Wanted.Layers[Row], m_LayerView);
+        pItem->setRowWidget(pRowWidget);
+        m_TreeView->setRowWidget(m_Model->index(Row, 0, ParentIndex), pRowWidget);
+    }
+    const int WarningRow = Wanted.Layers.size();
+    const QModelIndex WarningIndex = m_Model->index(WarningRow, 0, ParentIndex);
+    if (!Wanted.Warning.isEmpty() && !m_TreeView->indexWidget(WarningIndex))
+        makeWarningWidget(WarningIndex, Wanted.Warning);
+}
+
+void OrvLayerViewRowSynchronizer::makeWarningWidget(const QModelIndex& Index, const QString& Warning)
+{
+    auto* pButton = new QPushButton(
+        OrvIcon::createIconFromFilename(QStringLiteral("NodeGraph.png")), OrvLayerView::tr("Node Graph"));
+    pButton->setStyleSheet(QStringLiteral("text-align: left"));
+    pButton->setToolTip(Warning);
+    pButton->setFixedHeight(OrvLayerViewItemRowWidget::RowHeight);
+    QObject::connect(pButton, SIGNAL(pressed()), m_LayerView, SLOT(onUnrepresentableButtonClicked()));
+    m_TreeView->setRowWidget(Index, pButton);
+}
+
+void OrvLayerViewRowSynchronizer::selectRows()
+{
+    QItemSelectionModel* pSelectionModel = m_TreeView->selectionModel();
+    const QModelIndexList Present = pSelectionModel->selectedIndexes();
+    if (Present.size() == m_SelectedRows.size()) {
+        QSet<QModelIndex> Wanted(m_SelectedRows.cbegin(), m_SelectedRows.cend());
+        if (std::all_of(Present.cbegin(), Present.cend(),
+                [&](const QModelIndex& Index) { return Wanted.contains(Index); }))
+            return;
+    }
+    QItemSelection Selection;
+    for (int First = 0, Last = 0; First < m_SelectedRows.size(); First = ++Last) {
+        const QModelIndex& FirstIndex = m_SelectedRows[First];
+        while (Last + 1 < m_SelectedRows.size()
+            && m_SelectedRows[Last + 1] == FirstIndex.sibling(FirstIndex.row() + Last + 1 - First, 0))
+            ++Last;
+        Selection.append(QItemSelectionRange(FirstIndex, m_SelectedRows[Last]));
+    }
+    pSelectionModel->select(Selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QtCore/QList>
+#include <QtCore/QModelIndex>
+#include <QtCore/QString>
+#include <QtCore/QVector>
+
+class OrvLayer;
+class OrvLayerStack;
+class OrvLayerTreeView;
+class OrvLayerView;
+class OrvLayerViewItem;
+class OrvLayerViewModel;
+class QStandardItem;
+
+/// Makes the rows of a layer tree show a stack. Rows that are right already stay as they are, with their widgets; the
+/// others are moved, made or removed in a few steps for the whole level, so that the work grows with the number of
+/// rows and not with its square. What the layers cannot represent shows as a warning row. The palette owns it.
+class OrvLayerViewRowSynchronizer {
+public:
+    OrvLayerViewRowSynchronizer(OrvLayerView* pLayerView, OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView);
+
+    /// Rows, their nesting and their selection become those of the stack's layers.
+    void synchronize(OrvLayerStack* pLayerStack);
+
+private:
+    /// The rows that a level shall show.
+    struct Level {
+        QList<OrvLayer*> Layers;
+        QVector<OrvLayerStack*> GroupStacks; ///< of each layer; null where it is no group
+        QString Warning; ///< of the row below the layers, if any
+    };
+    Level levelOf(const QList<OrvLayer*>& Layers, bool IsTopLevel) const;
+    OrvLayerStack* groupStack(const OrvLayer* pLayer) const;
+    QString groupWarning(const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const;
+    QString bottomWarning(const QList<OrvLayer*>& Layers) const;
+
+    void synchronizeLevel(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    QVector<OrvLayerViewItem*> matchRows(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    OrvLayerViewItem* takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent);
+    bool levelHolds(const QStandardItem* pParent, const OrvLayer* pLayer) const;
+    void arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows);
+    void makeRowWidgets(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    void makeWarningWidget(const QModelIndex& Index, const QString& Warning);
+    void selectRows();
+
+    OrvLayerView* m_LayerView;
+    OrvLayerViewModel* m_Model;
+    OrvLayerTreeView* m_TreeView;
+    OrvLayerStack* m_LayerStack = nullptr; ///< for the time of a synchronisation
+    QVector<QModelIndex> m_SelectedRows;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QtCore/QModelIndex>
+#include <QtCore/QTimer>
+#include <QtWidgets/QTreeView>
+
+class OrvShaderInputView;
+
+/// The list of channels. The Channels palette owns it and puts a row widget on every row. A drag that rests on a row
+/// makes that channel current; the view itself changes nothing of the document.
+class OrvShaderInputTreeView : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit OrvShaderInputTreeView(OrvShaderInputView* pParent);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
+
+public Q_SLOTS:
+    /// Makes the row under the cursor current if the drag still rests on it.
+    void testAndSetCurrentIndexFromDrag();
+
+protected:
+    void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
+    void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void startDrag(Qt::DropActions SupportedActions) override;
+
+private:
+    bool isOverHotSpot(const QModelIndex& Index, const QPoint& Position) const;
+
+    OrvShaderInputView* m_Parent;
+    QModelIndex m_DragIndex;
+    QTimer m_DragTimer;
+};

@@ -1,0 +1,413 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvCallMethodUndo.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Menus/OrvActionHelpers.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Properties/OrvPropertyView.h"
+#include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
+#include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Color/OrvColorSpaceConfig.h"
+#include "OrvDdi/Color/OrvColorSpaceManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvQuickChannelStrip.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
+
+#include <QtGui/QContextMenuEvent>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QSplitter>
+#include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+const QString SettingsGroup = QStringLiteral("ChannelView");
+const QString SplitterKey = QStringLiteral("SplitterSize");
+constexpr int RefreshInterval = 125; // ms
+constexpr int PropertyGroupHint = 1; // one group for each class, titled from the map
+constexpr int PropertyDisplayFlags = 1938;
+constexpr int LayoutRightOfReference = 9;
+constexpr auto PaintTarget = OrvColorSpaceDefaults::ColorSpaceTarget(4);
+
+void report(int Line, const QString& Message) { OrvDebug("OrvShaderInputView", Line, Message, false, false); }
+
+QVBoxLayout* createTightLayout(QWidget* pWidget)
+{
+    QVBoxLayout* pLayout = new QVBoxLayout(pWidget);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    return pLayout;
+}
+
+void showInMainLayerView(OrvLayerStack* pLayerStack)
+{
+    if (OrvLayerView* pLayerView = OrvLayerViewContextManager::instance().mainLayerView())
+        pLayerView->setLayerStack(pLayerStack);
+}
+
+} // namespace
+
+OrvShaderInputView::OrvShaderInputView(QWidget* pParent)
+    : QWidget(pParent)
+{
+    m_Splitter = new QSplitter(Qt::Vertical, this);
+    m_Splitter->setChildrenCollapsible(false);
+    createTightLayout(this)->addWidget(m_Splitter);
+    m_Splitter->addWidget(createListPane());
+    m_Splitter->addWidget(createPropertyPane());
+    m_Splitter->setCollapsible(1, true);
+    m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
+    connectHost();
+    registerShortcuts();
+    restoreSplitter();
+}
+
+OrvShaderInputView::~OrvShaderInputView()
+{
+    OrvSettings Settings;
+    Settings.beginGroup(SettingsGroup);
+    Settings.setValue(SplitterKey, m_Splitter->saveState());
+}
+
+QWidget* OrvShaderInputView::createListPane()
+{
+    QWidget* pPane = new QWidget;
+    QVBoxLayout* pLayout = createTightLayout(pPane);
+
+    m_QuickChannelStrip = new OrvQuickChannelStrip;
+    QHBoxLayout* pStripLayout = new QHBoxLayout;
+    pStripLayout->setContentsMargins(0, 0, 0, 0);
+    pStripLayout->addWidget(m_QuickChannelStrip);
+    m_QuickChannelGroup = new OrvExpandableListWidget(tr("Quick Channel"), pPane);
+    m_QuickChannelGroup->addChild(pStripLayout, QString(), QString());
+    m_QuickChannelGroup->setEnabled(OrvProjectManager::instance().currentProject() != nullptr);
+
+    m_Model = new OrvShaderInputModel(this);
+    m_TreeView = new OrvShaderInputTreeView(this);
+    m_TreeView->setModel(m_Model);
+    m_TreeView->setDragDropMode(QAbstractItemView::DragDrop);
+
+    m_ToolBar = new OrvPanelToolBar(QStringLiteral("Channels"), this);
+    for (const char* pName : {"Add Channel", "Duplicate Channel", "Convert Channel", "Remove Channel"})
+        addToolBarAction(QStringLiteral("/Orvi/Channels/") + QLatin1String(pName));
+
+    pLayout->addWidget(m_QuickChannelGroup);
+    pLayout->addWidget(m_TreeView, 1);
+    pLayout->addWidget(m_ToolBar);
+    return pPane;
+}
+
+QWidget* OrvShaderInputView::createPropertyPane()
+{
+    QWidget* pPane = new QWidget;
+    pPane->setMinimumSize(40, 40);
+    QScrollArea* pScrollArea = new QScrollArea(pPane);
+    pScrollArea->setWidgetResizable(true);
+    pScrollArea->setContentsMargins(0, 0, 0, 0);
+    pScrollArea->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
+    createTightLayout(pPane)->addWidget(pScrollArea);
+    QWidget* pContents = new QWidget;
+    pContents->setMinimumSize(0, 0);
+    m_PropertyLayout = createTightLayout(pContents);
+    pScrollArea->setWidget(pContents);
+    return pPane;
+}
+
+void OrvShaderInputView::addToolBarAction(const QString& Path)
+{
+    // Every command but the first comes to the tool bar through the menu manager, as the user has set it up.
+    QAction* pAction
+        = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Channels/Add Channel"));
+    if (pAction)
+        m_ToolBar->addAction(pAction);
+    else
+        report(__LINE__, QStringLiteral("Unable to find action '%1'").arg(Path));
+}
+
+void OrvShaderInputView::connectHost()
+{
+    OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
+    OrvMenuManager* pMenus = &OrvMenuManager::instance();
+    OrvProjectManager* pProjects = &OrvProjectManager::instance();
+    connect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    connect(pChannels, SIGNAL(shaderInputAdded(OrvShaderInput*)), this, SLOT(requestRefresh()));
+    connect(pChannels, SIGNAL(shaderInputRemoved(OrvShaderInput*)), this, SLOT(requestRefresh()));
+    connect(&OrvLayerManager::instance(), SIGNAL(layersRemoved(QSet<OrvLayer*>)), this,
+        SLOT(undoableRequestRefresh()));
+    connect(pChannels, SIGNAL(currentShaderInputChanged(OrvShaderInput*)), this,
+        SLOT(onCurrentShaderInputChanged(OrvShaderInput*)));
+    connect(&OrvShaderNetworkManager::instance(), SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*)), this,
+        SLOT(requestRefresh()));
+    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
+    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
+    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(onCurrentProjectChanged(OrvProject*)));
+    connect(pProjects, SIGNAL(objectMadeCurrent(OrvGeoEntity*)), this,
+        SLOT(onCurrentGeoEntityChanged(OrvGeoEntity*)));
+    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+    connect(m_QuickChannelStrip, SIGNAL(colorChosen(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)), this,
+        SLOT(quickChannel(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)));
+    connect(m_QuickChannelStrip, SIGNAL(preferencesChanged()), this, SLOT(saveQuickChannelPrefs()));
+}
+
+void OrvShaderInputView::registerShortcuts()
+{
+    OrvActionHelpers::createAndRegisterShortcut(m_TreeView, QKeySequence(Qt::Key_Delete),
+        SLOT(removeShaderInput()), &OrvShaderInputActions::instance());
+}
+
+void OrvShaderInputView::restoreSplitter()
+{
+    const int Height = m_Splitter->height();
+    m_Splitter->setSizes({Height * 4 / 10, Height * 6 / 10});
+    OrvSettings Settings;
+    Settings.beginGroup(SettingsGroup);
+    m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+void OrvShaderInputView::onCurrentShaderInputChanged(OrvShaderInput* pNewShaderInput)
+{
+    m_TreeView->setCurrentIndex(pNewShaderInput ? m_Model->indexFromShaderInput(pNewShaderInput) : QModelIndex());
+    // The Shaders palette shows material stacks.
+    showInMainLayerView(pNewShaderInput && !pNewShaderInput->isMaterialStack() ? pNewShaderInput : nullptr);
+    remakePropertyWidgets(pNewShaderInput);
+}
+
+void OrvShaderInputView::onCurrentIndexChanged(QModelIndex Current)
+{
+    if (!Current.isValid())
+        return;
+    const OrvSnBaseNode* pNode = m_Model->nodeFromIndex(Current);
+    if (!pNode) {
+        report(__LINE__, QStringLiteral("ShaderInputNode is NULL"));
+        return;
+    }
+    OrvShaderInput* pShaderInput = OrvShaderInputUtils::getShaderInput(pNode);
+    if (!pShaderInput)
+        return;
+    OrvShaderInputManager::instance().makeShaderInputCurrent(pShaderInput, true);
+    showInMainLayerView(pShaderInput);
+}
+
+void OrvShaderInputView::requestRefresh()
+{
+    m_RefreshTimer->start();
+    Q_EMIT refreshRequested();
+}
+
+void OrvShaderInputView::undoableRequestRefresh()
+{
+    OrvUndoManager& UndoManager = OrvUndoManager::instance();
+    // Outside an edit (the project closes) there is nothing that could be undone.
+    if (UndoManager.isInMacro())
+        UndoManager.addUndo(new OrvCallMethodUndo(this, "requestRefresh()", {}, {}, -1, QString()));
+    requestRefresh();
+}
+
+void OrvShaderInputView::onRefreshTimerTimeout() { refresh(); }
+
+void OrvShaderInputView::refresh()
+{
+    const OrvStatusManager::AutoProgress Progress(tr("Refreshing Shader Input View"), 100, 0, 1);
+    // Rows that come and go must not change the host's current channel.
+    disconnect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    showNodes(listedNodes());
+    selectCurrentShaderInput();
+    connect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+    m_TreeView->resizeColumnToContents(0);
+    m_TreeView->resizeColumnToContents(1);
+}
+
+QList<OrvSnBaseNode*> OrvShaderInputView::listedNodes() const
+{
+    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    if (!pNetwork)
+        return {};
+    QList<OrvSnBaseNode*> Nodes;
+    for (OrvSnBaseNode* pNode : pNetwork->nodes()) {
+        if (!pNode->hasTag(OrvSnNames::ShaderInputTag))
+            continue;
+        const OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
+        if (pShaderInput && !pShaderInput->isMaterialStack())
+            Nodes.append(pNode);
+    }
+    std::sort(Nodes.begin(), Nodes.end(),
+        [](const OrvSnBaseNode* pLeft, const OrvSnBaseNode* pRight) { return pLeft->name() < pRight->name(); });
+    return Nodes;
+}
+
+void OrvShaderInputView::showNodes(const QList<OrvSnBaseNode*>& Nodes)
+{
+    QStringList Uuids;
+    Uuids.reserve(Nodes.size());
+    for (const OrvSnBaseNode* pNode : Nodes)
+        Uuids.append(pNode->uuidString());
+    const auto rowUuid = [this](int Row) { return m_Model->index(Row, 0).data(OrvShaderInputModel::NodeRole).toString(); };
+
+    // Rows of channels that stay are kept, so that their widgets can stay too.
+    const QSet<QString> Listed(Uuids.cbegin(), Uuids.cend());
+    QSet<QString> Shown;
+    for (int Row = m_Model->rowCount() - 1; Row >= 0; --Row) {
+        const QString Uuid = rowUuid(Row);
+        if (Listed.contains(Uuid))
+            Shown.insert(Uuid);
+        else
+            m_Model->removeRow(Row);
+    }
+    for (int Row = 0; Row < Uuids.size(); ++Row) {
+        if (rowUuid(Row) == Uuids.at(Row))
+            continue;
+        if (!Shown.contains(Uuids.at(Row)) || Row >= m_Model->rowCount())
+            m_Model->insertRow(Row, new QStandardItem);
+        m_Model->item(Row)->setData(Uuids.at(Row), OrvShaderInputModel::NodeRole);
+    }
+    m_Model->removeRows(Uuids.size(), m_Model->rowCount() - Uuids.size());
+
+    // All rows first: a widget placed between two insertions would cost a layout of its own.
+    for (int Row = 0; Row < Nodes.size(); ++Row)
+        showRowWidget(Row, Nodes.at(Row));
+}
+
+void OrvShaderInputView::showRowWidget(int Row, OrvSnBaseNode* pNode)
+{
+    const QModelIndex Index = m_Model->index(Row, 0);
+    OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
+    auto* pRowWidget = qobject_cast<OrvShaderInputViewItemRowWidget*>(m_TreeView->indexWidget(Index));
+    if (pRowWidget && pRowWidget->shaderInput() == pShaderInput)
+        pRowWidget->refresh();
+    else
+        m_TreeView->setIndexWidget(Index, new OrvShaderInputViewItemRowWidget(this, pShaderInput));
+    // A rename may give the channel another place.
+    connect(pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderInputView::requestRefresh, Qt::UniqueConnection);
+}
+
+void OrvShaderInputView::selectCurrentShaderInput()
+{
+    const OrvShaderInput* pCurrent = OrvShaderInputManager::instance().currentShaderInput(nullptr);
+    const QModelIndex Index = pCurrent ? m_Model->indexFromShaderInput(pCurrent) : QModelIndex();
+    if (Index != m_TreeView->currentIndex())
+        m_TreeView->setCurrentIndex(Index);
+}
+
+void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
+{
+    while (QLayoutItem* pItem = m_PropertyLayout->takeAt(0)) {
+        if (QWidget* pWidget = pItem->widget()) {
+            pWidget->hide();
+            pWidget->deleteLater();
+        }
+        delete pItem;
+    }
+    if (!pShaderInput || !pShaderInput->node())
+        return;
+
+    OrvColorSpaceConfig& Config = pShaderInput->colorSpaceConfig();
+    if (OrvColorSpaceManager::instance().userInterfaceMode() == 0) {
+        Config.setColorSpaceVisible(0, true);
+        Config.setDataPrettyNameDesignable(false);
+    }
+    const QStringList Hidden = QStringList{QStringLiteral("imageSetDepthString"), QStringLiteral("imageSetSize"),
+                                   QStringLiteral("fileSpace")}
+        + Config.propertyMap().keys();
+    const QMap<QString, QString> Titles{{QString(), tr("Channel : %1").arg(pShaderInput->node()->name())}};
+    m_PropertyLayout->addWidget(new OrvPropertyView(pShaderInput->node(), m_PropertyLayout->parentWidget(), Titles,
+        PropertyGroupHint, PropertyDisplayFlags, Hidden, false));
+    m_PropertyLayout->addStretch();
+}
+
+void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::ColorSpaceTarget Target)
+{
+    OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    if (!pNetwork) {
+        report(__LINE__, QStringLiteral("Cannot get a handle to the network"));
+        return;
+    }
+    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    if (!pProject) {
+        report(__LINE__, QStringLiteral("Cannot get a handle to the current project"));
+        return;
+    }
+    const OrvGeoEntity* pEntity = pProject->currentGeoEntity();
+    if (!pEntity || !pEntity->shadingContext()) {
+        report(__LINE__, QStringLiteral("Cannot get a handle to the current context"));
+        return;
+    }
+
+    OrvUndoManager::AutoMacro Macro(tr("Add Quick Channel"));
+    const QString Name = OrvShaderInputUtils::generateUniqueName(pNetwork, tr("Quick Channel"));
+    OrvShaderInput* pShaderInput = OrvShaderInputUtils::create(pNetwork, Name, m_QuickChannelStrip->channelSize(),
+        GLenum(m_QuickChannelStrip->channelDepth()), nullptr);
+    if (!pShaderInput) {
+        report(__LINE__, QStringLiteral("Cannot Create Shader Input"));
+        return;
+    }
+    OrvColorManager::transform(Value, Value, Target, PaintTarget, nullptr);
+    if (const OrvLayer* pBase = pShaderInput->createPaintableLayer(OrvLayerAtBottom, nullptr, tr("Base"), Value))
+        pShaderInput->node()->setLayout(LayoutRightOfReference, pBase->blendNode(), false, true);
+
+    OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
+    Channels.makeShaderInputCurrent(pNetwork, nullptr, true);
+    Channels.makeShaderInputCurrent(pShaderInput, true);
+    OrvProjectManager::instance().triggerAutosave();
+}
+
+void OrvShaderInputView::saveQuickChannelPrefs() { m_QuickChannelStrip->savePreferences(); }
+
+void OrvShaderInputView::onCurrentProjectChanged(OrvProject* pNewProject)
+{
+    m_QuickChannelGroup->setEnabled(pNewProject != nullptr);
+}
+
+void OrvShaderInputView::onCurrentGeoEntityChanged(OrvGeoEntity* pNewGeoEntity)
+{
+    if (pNewGeoEntity)
+        m_QuickChannelStrip->setPtex(pNewGeoEntity->isPtex());
+}
+
+void OrvShaderInputView::onMenuManagerActionAdded(QString RootMenu, QString SubMenu, QString, QAction* Action)
+{
+    m_ToolBar->addPublishedAction(RootMenu, SubMenu, Action);
+}
+
+void OrvShaderInputView::onMenuManagerActionRemoved(QString RootMenu, QString SubMenu, QString, QAction* Action)
+{
+    m_ToolBar->removePublishedAction(RootMenu, SubMenu, Action);
+}
+
+void OrvShaderInputView::contextMenuEvent(QContextMenuEvent* pEvent)
+{
+    const std::unique_ptr<QMenu> pMenu(
+        OrvMenuManager::instance().makeMenu(QStringLiteral("MainWindow"), QStringLiteral("&Channels"), QString()));
+    if (pMenu)
+        pMenu->exec(pEvent->globalPos());
+}
+
+#include "moc_OrvShaderInputView.cpp"

@@ -1,0 +1,8 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
+
+OrvShaderView::OrvShaderView(QWidget* pParent)
+    : QWidget(pParent)
+{
+}
+
+#include "moc_OrvShaderView.cpp"

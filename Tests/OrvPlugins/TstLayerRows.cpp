@@ -1,0 +1,627 @@
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvDdi/Image/OrvColor.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QListWidget>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QUndoStack>
+
+#include <memory>
+
+using namespace OrvLayerViewContext;
+
+/// The rows of the Layers palette on a real document, driven by mouse and keys.
+class TstLayerRows : public QObject {
+    Q_OBJECT
+
+    using Row = OrvLayerViewItemRowWidget;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        OrvShaderInputActions::instance();
+        OrvLayerActions::instance();
+        m_View = OrvLayerViewContextManager::instance().mainLayerView();
+        OrvMainWindow::instance().resize(1000, 800);
+        OrvMainWindow::instance().show();
+        OrvPaletteManager::find(QStringLiteral("Layers"))->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
+    }
+
+    void init()
+    {
+        OrvProjectManager::instance().newProject(QStringLiteral("Test"));
+        m_Channel = OrvShaderInputUtils::create(
+            networkOfTest(), QStringLiteral("Diffuse"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        QVERIFY(m_Channel);
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
+        m_View->setLayerStack(m_Channel);
+        m_Messages.clear();
+    }
+
+    void cleanup()
+    {
+        OrvProjectManager::instance().closeProject();
+        m_View->refresh();
+        QTest::qWait(10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void cleanupTestCase() { OrvSetDebugSink({}); }
+
+    void rowsInViewAloneHaveContents()
+    {
+        for (int i = 0; i < 200; ++i)
+            addLayer(QStringLiteral("Layer %1").arg(i));
+        refresh();
+        const auto rowAt
+            = [this](int Index) { return m_View->rowWidget(m_View->model()->index(Index, 0)); };
+        QVERIFY(rowAt(0)->findChild<OrvEditLabel*>());
+        QVERIFY(rowAt(199)->children().isEmpty());
+        m_View->treeView()->scrollToBottom();
+        QTRY_VERIFY(rowAt(199)->findChild<OrvEditLabel*>());
+        QCOMPARE(rowAt(199)->findChild<OrvEditLabel*>()->text(), QStringLiteral("Layer 0"));
+    }
+
+    void makingRowsIsCheap()
+    {
+        constexpr int Count = 10000;
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        std::vector<std::unique_ptr<Row>> Rows;
+        Rows.reserve(Count);
+        QElapsedTimer Timer;
+        Timer.start();
+        for (int i = 0; i < Count; ++i)
+            Rows.push_back(std::make_unique<Row>(pLayer, m_View));
+        const qint64 Elapsed = Timer.nsecsElapsed();
+        qInfo("%d rows: %.1f ms", Count, double(Elapsed) / 1e6);
+        QVERIFY(Elapsed < 180 * 1000 * 1000);
+        // From behind, as a list of children forgets.
+        while (!Rows.empty())
+            Rows.pop_back();
+    }
+
+    void contentsArePaintedAtOnce()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        Row Fresh(pLayer, m_View);
+        Fresh.resize(300, Row::RowHeight);
+        const QImage First = Fresh.grab().toImage();
+        QCOMPARE(Fresh.grab().toImage(), First);
+        for (const QWidget* pChild : visibleChildren(&Fresh))
+            QVERIFY(Fresh.rect().contains(pChild->geometry()));
+    }
+
+    void marksStandInColumns()
+    {
+        OrvLayer* pPlain = addLayer(QStringLiteral("Plain"));
+        OrvLayer* pRich = addLayer(QStringLiteral("A name that is much longer than the palette is wide, really"));
+        pRich->addMaskImageSet();
+        addAdjustmentStack(pRich);
+        OrvLayer* pStacked = addLayer(QStringLiteral("Stacked"));
+        pStacked->addMaskImageSet();
+        pStacked->convertMaskToMaskStack();
+        refresh();
+        QCOMPARE(lockButton(pPlain)->x(), lockButton(pRich)->x());
+        QCOMPARE(lockButton(pPlain)->x(), lockButton(pStacked)->x());
+        QCOMPARE(paintButton(pPlain)->x(), paintButton(pRich)->x());
+        QCOMPARE(maskStackButton(pStacked)->x(), maskButton(pRich)->x());
+        QVERIFY(maskButton(pRich)->isVisible() && !maskStackButton(pRich)->isVisible());
+        QVERIFY(!maskButton(pStacked)->isVisible() && maskStackButton(pStacked)->isVisible());
+        QVERIFY(!maskButton(pPlain)->isVisible() && !maskStackButton(pPlain)->isVisible());
+        QVERIFY(adjustmentButton(pRich)->isVisible() && !adjustmentButton(pPlain)->isVisible());
+    }
+
+    void iconsTellTheKind()
+    {
+        OrvLayer* pPaint = addLayer(QStringLiteral("Paint"));
+        OrvLayer* pAdjustment = m_Channel->createAdjustmentLayer(typeKey("^Filter/"), OrvLayerCreateFlags(30));
+        OrvLayer* pProcedural = m_Channel->createProceduralLayer(typeKey("^Procedural/"), OrvLayerCreateFlags(30));
+        OrvLayer* pGraph = m_Channel->createGraphLayer(OrvLayerCreateFlags(30));
+        OrvLayer* pGroup = m_Channel->createGroupLayer(OrvLayerCreateFlags(30));
+        refresh();
+        const auto shows = [this](const OrvLayer* pLayer, LayerKindIcon Kind) {
+            return paintButton(pLayer)->icon().cacheKey() == layerKindIcon(Kind).cacheKey();
+        };
+        QVERIFY(shows(pPaint, LayerKindIcon::Paintable));
+        QVERIFY(shows(pAdjustment, LayerKindIcon::Adjustment));
+        QVERIFY(shows(pProcedural, LayerKindIcon::Procedural));
+        QVERIFY(shows(pGraph, LayerKindIcon::Graph));
+        QVERIFY(shows(pGroup, LayerKindIcon::Group));
+    }
+
+    void nameIsEditedInTheRow()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        refresh();
+        typeName(pLayer, QStringLiteral("  Rust "));
+        QCOMPARE(pLayer->name(), QStringLiteral("Rust"));
+        QCOMPARE(nameLabel(pLayer)->text(), QStringLiteral("Rust"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(nameLabel(pLayer)->text(), QStringLiteral("Dirt"));
+        typeName(pLayer, QStringLiteral("   "));
+        QCOMPARE(nameLabel(pLayer)->text(), QStringLiteral("Dirt"));
+        pLayer->setLocked(true);
+        row(pLayer)->editName();
+        QVERIFY(!nameLabel(pLayer)->isEditing());
+    }
+
+    void filteredNameIsEditedPlain()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        Row Fresh(pLayer, m_View);
+        Fresh.resize(300, Row::RowHeight);
+        Fresh.showFilteredName(QStringLiteral("D<b>ir</b>t"), QStringLiteral("Dirt"));
+        const QImage Filtered = Fresh.grab().toImage();
+        Fresh.showPlainName();
+        const QImage Plain = Fresh.grab().toImage();
+        QVERIFY(Filtered != Plain);
+        Fresh.showFilteredName(QStringLiteral("D<b>ir</b>t"), QStringLiteral("Dirt"));
+        QCOMPARE(Fresh.grab().toImage(), Filtered);
+        QCOMPARE(Fresh.findChild<OrvEditLabel*>()->text(), QStringLiteral("Dirt"));
+    }
+
+    void visibilityTogglesAndFollowsUndo()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        refresh();
+        QToolButton* pEye = row(pLayer)->findChildren<QToolButton*>().first();
+        const QString ToolTip = pEye->toolTip();
+        QTest::mousePress(pEye, Qt::LeftButton);
+        QVERIFY(!pLayer->isVisible());
+        QTest::mouseRelease(pEye, Qt::LeftButton);
+        QVERIFY(!pLayer->isVisible());
+        QVERIFY(pEye->toolTip() != ToolTip);
+        OrvUndoManager::instance().undo();
+        QVERIFY(pLayer->isVisible());
+        QCOMPARE(pEye->toolTip(), ToolTip);
+    }
+
+    void tagShowsItsColor()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        refresh();
+        const QLabel* pTag = row(pLayer)->findChildren<QLabel*>().at(0);
+        QCOMPARE(pTag->styleSheet(),
+            QStringLiteral("QLabel { border-radius : 3px; background-color : rgba(0,0,0,0); }"));
+        pLayer->setColor(QColor(10, 200, 30));
+        QCOMPARE(pTag->styleSheet(),
+            QStringLiteral("QLabel { border-radius : 3px; background-color : rgb(10,200,30); }"));
+        OrvUndoManager::instance().undo();
+        QVERIFY(pTag->styleSheet().contains(QStringLiteral("rgba(0,0,0,0)")));
+    }
+
+    void costIsBlueWhereACacheSavesIt()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pGroup = groupOf({pLayer});
+        refresh();
+        const auto sheet = [this](const OrvLayer* pOf) { return row(pOf)->findChildren<QLabel*>().at(1)->styleSheet(); };
+        const double Cost = qBound(0.0, pLayer->cost(), 1.0);
+        QCOMPARE(sheet(pLayer),
+            QStringLiteral("QLabel { background-color : rgb(%1,%2,0); }").arg(int(Cost * 255)).arg(int((1 - Cost) * 255)));
+        pLayer->blendNode()->setCacheActive(OrvSnCacheActive);
+        QCOMPARE(sheet(pLayer), QStringLiteral("QLabel { background-color : rgb(0,0,255); }"));
+        pGroup->blendNode()->setCacheActive(OrvSnCacheActive);
+        QCOMPARE(sheet(pGroup), QStringLiteral("QLabel { background-color : rgb(0,0,255); }"));
+        QCOMPARE(sheet(pLayer), QStringLiteral("QLabel { background-color : rgb(63,127,255); }"));
+    }
+
+    void lockAsksNothingForTheLayerAlone()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        refresh();
+        const int UndoCount = undoIndex();
+        QTest::mouseClick(lockButton(pLayer), Qt::LeftButton);
+        QVERIFY(pLayer->isLocked());
+        QCOMPARE(undoIndex(), UndoCount + 1);
+        OrvUndoManager::instance().undo();
+        QVERIFY(!pLayer->isLocked() && !lockButton(pLayer)->isChecked());
+        OrvUndoManager::instance().redo();
+        QVERIFY(lockButton(pLayer)->isChecked());
+        QTest::mouseClick(lockButton(pLayer), Qt::LeftButton);
+        QVERIFY(!pLayer->isLocked());
+        QCOMPARE(undoIndex(), UndoCount + 2);
+    }
+
+    void lockAroundTheLayerIsAskedFor_data()
+    {
+        QTest::addColumn<int>("Button");
+        QTest::addColumn<bool>("Unlocked");
+        QTest::newRow("yes") << int(QMessageBox::Yes) << true;
+        QTest::newRow("no") << int(QMessageBox::No) << false;
+        QTest::newRow("cancel") << int(QMessageBox::Cancel) << false;
+    }
+    void lockAroundTheLayerIsAskedFor()
+    {
+        QFETCH(int, Button);
+        QFETCH(bool, Unlocked);
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pGroup = groupOf({pLayer});
+        OrvLayer* pSharer = m_Channel->shareLayer(pLayer, OrvLayerCreateFlags(30));
+        QVERIFY(pSharer);
+        pGroup->setLocked(true);
+        pSharer->setLocked(true);
+        pLayer->blendNode()->setCacheActive(OrvSnCacheActive);
+        refresh();
+        QVERIFY(lockButton(pLayer)->isChecked());
+        const int UndoCount = undoIndex();
+
+        QString Title, Text;
+        answer(QMessageBox::StandardButton(Button), Title, Text);
+        QTest::mouseClick(lockButton(pLayer), Qt::LeftButton);
+        QCOMPARE(Title, QStringLiteral("Ancestor Locked"));
+        const QStringList Lines = Text.split(QLatin1Char('\n'));
+        QCOMPARE(Lines.size(), 5);
+        QCOMPARE(Lines.first(), QStringLiteral("This layer is locked due to the following situation:"));
+        QVERIFY(Lines.at(1).startsWith(QStringLiteral(" * Ancestors of this layer are locked.")));
+        QVERIFY(Lines.at(2).startsWith(QStringLiteral(" * Up to this layer is cached.")));
+        QVERIFY(Lines.at(3).startsWith(QStringLiteral(" * One of other shared layers")));
+        QCOMPARE(Lines.last(), QStringLiteral("Would you like to unlock this layer?"));
+
+        QCOMPARE(pLayer->isModifiable(), Unlocked);
+        QCOMPARE(!pGroup->isLocked(), Unlocked);
+        QCOMPARE(!pSharer->isLocked(), Unlocked);
+        QCOMPARE(lockButton(pLayer)->isChecked(), !Unlocked);
+        QCOMPARE(undoIndex(), UndoCount + (Unlocked ? 1 : 0));
+    }
+
+    void rowMayGoWhileTheUserIsAsked()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pGroup = groupOf({pLayer});
+        pGroup->setLocked(true);
+        refresh();
+        QTimer::singleShot(0, this, [this] {
+            m_View->clearAndRefresh();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        });
+        QString Title, Text;
+        answer(QMessageBox::Yes, Title, Text);
+        row(pLayer)->onLockedChanged(false);
+        QVERIFY(pLayer->isModifiable());
+    }
+
+    void componentButtonsChooseWhatIsPainted()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        OrvLayer* pAbove = addLayer(QStringLiteral("Rust"));
+        refresh();
+        const QString Highlight = QStringLiteral("QPushButton:flat { background-color: lightgrey; border: none; }");
+        const QString Plain = QStringLiteral("QPushButton:flat { border: none; }");
+
+        QTest::mouseClick(maskButton(pLayer), Qt::LeftButton);
+        QCOMPARE(OrvLayerManager::instance().currentComponent(), pLayer->maskNode());
+        QCOMPARE(maskButton(pLayer)->styleSheet(), Highlight);
+        QCOMPARE(paintButton(pLayer)->styleSheet(), Plain);
+        QVERIFY(pLayer->isCurrent() && pLayer->isSelected() && !pAbove->isSelected());
+        QCOMPARE(undoText(), QStringLiteral("Make 'Dirt' Mask Current"));
+
+        QTest::mouseClick(paintButton(pAbove), Qt::LeftButton);
+        QCOMPARE(OrvLayerManager::instance().currentComponent(), pAbove->paintNode());
+        QCOMPARE(paintButton(pAbove)->styleSheet(), Highlight);
+        QCOMPARE(maskButton(pLayer)->styleSheet(), Plain);
+        QCOMPARE(undoText(), QStringLiteral("Make 'Rust' Current"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(maskButton(pLayer)->styleSheet(), Highlight);
+    }
+
+    void shiftClickSwitchesMaskAndAdjustments()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        addAdjustmentStack(pLayer);
+        OrvLayer* pOther = addLayer(QStringLiteral("Rust"));
+        pOther->addMaskImageSet();
+        refresh();
+        QVERIFY(maskButton(pLayer)->toolTip().contains(QStringLiteral("Shift + Click to Disable")));
+        shiftClick(maskButton(pLayer));
+        QVERIFY(!pLayer->isMaskEnabled());
+        QVERIFY(maskButton(pLayer)->toolTip().contains(QStringLiteral("Shift + Click to Enable")));
+        // Too soon after the first, though on another row; and the wait begins anew.
+        shiftClick(maskButton(pOther));
+        QVERIFY(pOther->isMaskEnabled());
+        QTest::qWait(60);
+        shiftClick(maskButton(pOther));
+        QVERIFY(pOther->isMaskEnabled());
+        QTest::qWait(120);
+        shiftClick(maskButton(pOther));
+        QVERIFY(!pOther->isMaskEnabled());
+
+        QTest::qWait(120);
+        shiftClick(adjustmentButton(pLayer));
+        QVERIFY(!pLayer->isAdjustmentStackEnabled());
+        QCOMPARE(adjustmentButton(pLayer)->toolTip(), QStringLiteral("Shift + Click to Enable"));
+        OrvUndoManager::instance().undo();
+        QVERIFY(pLayer->isAdjustmentStackEnabled());
+        QCOMPARE(adjustmentButton(pLayer)->toolTip(), QStringLiteral("Shift + Click to Disable"));
+    }
+
+    void stackButtonsOpenTheirStacks()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        pLayer->convertMaskToMaskStack();
+        addAdjustmentStack(pLayer);
+        refresh();
+        QTest::mouseClick(maskStackButton(pLayer), Qt::LeftButton);
+        QCOMPARE(shownStacks(), QSet<OrvLayerStack*>{pLayer->maskStack()});
+        QTest::mouseClick(adjustmentButton(pLayer), Qt::LeftButton);
+        QCOMPARE(shownStacks(), QSet<OrvLayerStack*>({pLayer->maskStack(), pLayer->adjustmentStack()}));
+    }
+
+    void draggedLayerOpensTheStackItRestsOn()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        addAdjustmentStack(pLayer);
+        refresh();
+        OrvLayerStackPopupButton* pButton = adjustmentButton(pLayer);
+        QMimeData Mime;
+        OrvLayerDragPayload::write(Mime, {pLayer->blendNode()->uuidString()});
+        QDragEnterEvent Enter(QPoint(3, 3), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(pButton, &Enter);
+        QVERIFY(Enter.isAccepted());
+        QDragMoveEvent Move(QPoint(3, 3), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(pButton, &Move);
+        QVERIFY(!Move.isAccepted());
+        QVERIFY(shownStacks().isEmpty());
+        QTRY_COMPARE(shownStacks(), QSet<OrvLayerStack*>{pLayer->adjustmentStack()});
+
+        QMimeData Text;
+        Text.setText(QStringLiteral("Dirt"));
+        QDragEnterEvent Foreign(QPoint(3, 3), Qt::CopyAction, &Text, Qt::LeftButton, Qt::NoModifier);
+        Foreign.ignore();
+        QApplication::sendEvent(pButton, &Foreign);
+        QVERIFY(!Foreign.isAccepted());
+    }
+
+    void componentsCarryTheirNodes()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        refresh();
+        std::unique_ptr<QMimeData> pData(maskButton(pLayer)->mimeData());
+        QCOMPARE(OrvLayerDragPayload::read(pData.get()), QVector<OrvSnBaseNode*>{pLayer->maskNode()});
+        pData.reset(paintButton(pLayer)->mimeData());
+        QCOMPARE(OrvLayerDragPayload::read(pData.get()), QVector<OrvSnBaseNode*>{pLayer->blendNode()});
+        const OrvLayerComponentPushButton Lone(nullptr);
+        QVERIFY(!Lone.mimeData());
+        QCOMPARE(m_Messages.last(), QStringLiteral("m_ComponentNode is NULL"));
+    }
+
+    void groupsRememberWhetherTheyAreUnfolded()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pGroup = groupOf({pLayer});
+        refresh();
+        const int UndoCount = undoIndex();
+        QVERIFY(row(pGroup)->isExpanded());
+        row(pGroup)->setExpanded(true);
+        QVERIFY(!pGroup->blendNode()->exists(ExpandLayerGroupKey));
+        row(pGroup)->setExpanded(false);
+        QVERIFY(!row(pGroup)->isExpanded());
+        const OrvCustomAttribute Attribute = pGroup->blendNode()->userAttribute(ExpandLayerGroupKey);
+        QVERIFY(!Attribute.isTweakable() && !Attribute.isVisible());
+        row(pGroup)->setExpanded(true);
+        QVERIFY(row(pGroup)->isExpanded());
+        QCOMPARE(undoIndex(), UndoCount);
+
+        QVERIFY(!row(pLayer)->isExpanded());
+        QVERIFY(m_Messages.last().endsWith(QStringLiteral("This should not be called for non-layer group Dirt")));
+    }
+
+    void sharersAreListedAndReached()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLone = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pSharer = m_Channel->shareLayer(pLayer, OrvLayerCreateFlags(30));
+        pSharer->setName(QStringLiteral("Twin"));
+        refresh();
+        QToolButton* pMarker = sharedButton(pLayer);
+        QVERIFY(pMarker->isVisible() && !sharedButton(pLone)->isVisible());
+        QTest::mouseClick(pMarker, Qt::LeftButton);
+        QPointer<QWidget> pPopup = QApplication::activePopupWidget();
+        QVERIFY(qobject_cast<OrvSharerListPopup*>(pPopup));
+        QListWidget* pList = pPopup->findChild<QListWidget*>();
+        QCOMPARE(pList->count(), 2);
+        QCOMPARE(pList->item(0)->text(), QStringLiteral("Shares Resources With:"));
+        QCOMPARE(pList->item(1)->text(), pSharer->path(true));
+        QTest::mouseClick(pList->viewport(), Qt::LeftButton, Qt::NoModifier,
+            pList->visualItemRect(pList->item(0)).center());
+        QVERIFY(pPopup->isVisible());
+        QTest::mouseClick(pList->viewport(), Qt::LeftButton, Qt::NoModifier,
+            pList->visualItemRect(pList->item(1)).center());
+        QVERIFY(pSharer->isCurrent());
+        QTRY_VERIFY(!pPopup);
+
+        row(pLone)->showSharerList();
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
+    void contextMenuRefreshesTheView()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        refresh();
+        const QPointer<Row> pRow = row(pLayer);
+        QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(60, 10), pRow->mapToGlobal(QPoint(60, 10)));
+        QApplication::sendEvent(pRow, &Event);
+        QMenu* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(pMenu);
+        QVERIFY(pMenu->actions().size() > 5);
+        QAction* pRefresh = pMenu->actions().last();
+        QCOMPARE(pRefresh->text(), QStringLiteral("Refresh Layer View"));
+        pRefresh->trigger();
+        pMenu->close();
+        QTRY_VERIFY(!pRow);
+        QVERIFY(row(pLayer));
+    }
+
+    void selectedNameStaysReadable()
+    {
+        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pOther = addLayer(QStringLiteral("Rust"));
+        refresh();
+        QSignalSpy Spy(row(pOther), SIGNAL(selectedChanged(bool, OrvLayer*)));
+        click(pLayer);
+        QCOMPARE(nameLabel(pLayer)->foregroundRole(), QPalette::HighlightedText);
+        QVERIFY(nameLabel(pOther)->foregroundRole() != QPalette::HighlightedText);
+        click(pOther);
+        QCOMPARE(nameLabel(pOther)->foregroundRole(), QPalette::HighlightedText);
+        QCOMPARE(Spy.last().first().toBool(), true);
+    }
+
+private:
+    static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
+    static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
+    static QString undoText() { return OrvUndoManager::instance().stack()->undoText(); }
+    static QString typeKey(const char* pPattern)
+    {
+        return OrvShaderNetworkManager::instance().layerPathKeys().filter(QRegExp(QLatin1String(pPattern))).first();
+    }
+
+    OrvLayer* addLayer(const QString& Name) const
+    {
+        return m_Channel->createPaintableLayer(OrvLayerCreateFlags(30), nullptr, Name, OrvColor::white());
+    }
+    static void addAdjustmentStack(OrvLayer* pLayer) { pLayer->addLayerAdjustmentLayerFromKey(typeKey("^Filter/")); }
+    OrvLayer* groupOf(const QList<OrvLayer*>& Layers) const
+    {
+        QString Error;
+        return m_Channel->groupLayers(Error, OrvLayerCreateFlags(30), Layers);
+    }
+
+    void refresh() const
+    {
+        m_View->refresh();
+        m_View->treeView()->expandAll();
+        // Rows get their contents when they are painted.
+        m_View->treeView()->grab();
+        QApplication::processEvents();
+    }
+    Row* row(const OrvLayer* pLayer) const { return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer)); }
+    OrvEditLabel* nameLabel(const OrvLayer* pLayer) const { return row(pLayer)->findChild<OrvEditLabel*>(); }
+    OrvLayerComponentPushButton* paintButton(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<OrvLayerComponentPushButton*>().at(0);
+    }
+    OrvLayerComponentPushButton* maskButton(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<OrvLayerComponentPushButton*>().at(1);
+    }
+    OrvLayerStackPopupButton* maskStackButton(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<OrvLayerStackPopupButton*>().at(0);
+    }
+    OrvLayerStackPopupButton* adjustmentButton(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<OrvLayerStackPopupButton*>().at(1);
+    }
+    /// The plain tool buttons in their order: eye, shared, shared channel, lock.
+    QToolButton* toolButton(const OrvLayer* pLayer, int Index) const
+    {
+        QList<QToolButton*> Buttons = row(pLayer)->findChildren<QToolButton*>();
+        Buttons.erase(std::remove_if(Buttons.begin(), Buttons.end(),
+                          [](QToolButton* pButton) { return qobject_cast<OrvLayerStackPopupButton*>(pButton); }),
+            Buttons.end());
+        return Buttons.value(Index);
+    }
+    QToolButton* sharedButton(const OrvLayer* pLayer) const { return toolButton(pLayer, 1); }
+    QToolButton* lockButton(const OrvLayer* pLayer) const { return toolButton(pLayer, 3); }
+    static QList<QWidget*> visibleChildren(const QWidget* pWidget)
+    {
+        QList<QWidget*> Children = pWidget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+        Children.erase(std::remove_if(Children.begin(), Children.end(), [](QWidget* pChild) { return pChild->isHidden(); }),
+            Children.end());
+        return Children;
+    }
+    static QSet<OrvLayerStack*> shownStacks()
+    {
+        QSet<OrvLayerStack*> Stacks;
+        for (const OrvLayerView* pView : OrvMainWindow::instance().findChildren<OrvLayerView*>()) {
+            if (pView != OrvLayerViewContextManager::instance().mainLayerView() && pView->isVisible())
+                Stacks.insert(pView->layerStack());
+        }
+        Stacks.remove(nullptr);
+        return Stacks;
+    }
+
+    void click(const OrvLayer* pLayer) const
+    {
+        const QModelIndex Index = m_View->model()->indexFromLayer(pLayer);
+        QTest::mouseClick(m_View->treeView()->viewport(), Qt::LeftButton, Qt::NoModifier,
+            m_View->treeView()->visualRect(Index).center());
+    }
+    static void shiftClick(QWidget* pButton)
+    {
+        QTest::keyPress(pButton, Qt::Key_Shift, Qt::ShiftModifier);
+        QTest::mouseClick(pButton, Qt::LeftButton, Qt::ShiftModifier);
+        QTest::keyRelease(pButton, Qt::Key_Shift);
+    }
+    void typeName(const OrvLayer* pLayer, const QString& Text) const
+    {
+        QTest::mouseDClick(nameLabel(pLayer), Qt::LeftButton);
+        QLineEdit* pEdit = nameLabel(pLayer)->findChild<QLineEdit*>();
+        QVERIFY(pEdit && pEdit->isVisible());
+        pEdit->selectAll();
+        QTest::keyClicks(pEdit, Text);
+        QTest::keyClick(pEdit, Qt::Key_Return);
+    }
+    /// Answers the question that the next step brings up.
+    static void answer(QMessageBox::StandardButton Button, QString& Title, QString& Text)
+    {
+        QTimer::singleShot(0, [Button, &Title, &Text] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!pBox)
+                return;
+            Title = pBox->windowTitle();
+            Text = pBox->text();
+            pBox->button(Button)->click();
+        });
+    }
+
+    QTemporaryDir m_Directory;
+    OrvLayerView* m_View = nullptr;
+    OrvShaderInput* m_Channel = nullptr;
+    QStringList m_Messages;
+};
+
+QTEST_MAIN(TstLayerRows)
+#include "TstLayerRows.moc"

@@ -1,0 +1,406 @@
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
+#include "OrvCore/Network/OrvSnPassNode.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvDdi/Files/OrvDataBlockManager.h"
+#include "OrvDdi/Image/OrvColor.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QListWidget>
+#include <QtWidgets/QUndoStack>
+#include <QtWidgets/QVBoxLayout>
+
+/// The palettes of single layer stacks: opened, titled, retired and kept with their project.
+class TstPaletteManager : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        OrvDataBlockManager::instance().setCacheRoots({m_Directory.filePath(QStringLiteral("cache"))});
+        OrvShaderInputActions::instance();
+        OrvLayerActions::instance();
+        OrvLayerViewContextManager::instance();
+        OrvMainWindow::instance().resize(1000, 700);
+        OrvMainWindow::instance().show();
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
+    }
+
+    void init()
+    {
+        OrvProjectManager::instance().newProject(QStringLiteral("Test"), QStringLiteral("Robot"));
+        m_Channel = OrvShaderInputUtils::create(networkOfTest(), QStringLiteral("Diffuse"), QSize(64, 64),
+            GL_UNSIGNED_BYTE);
+        QVERIFY(m_Channel);
+        m_Layer = addLayer(QStringLiteral("Dirt"));
+        m_Messages.clear();
+    }
+
+    void cleanup()
+    {
+        OrvProjectManager::instance().closeProject();
+        passEventLoop();
+        QVERIFY(stackPalettes().isEmpty());
+    }
+
+    void cleanupTestCase() { OrvSetDebugSink({}); }
+
+    void oneStackHasOnePalette()
+    {
+        manager().openLayerStackPalette(m_Channel, true);
+        QCOMPARE(stackPalettes().size(), 1);
+        OrvPalette* pPalette = stackPalettes().first();
+        QVERIFY(pPalette->isVisible() && pPalette->isFloating() && pPalette->isPinnable());
+        QVERIFY(!pPalette->isPinned());
+        QCOMPARE(layerViewOf(pPalette)->layerStack(), m_Channel);
+
+        manager().openLayerStackPalette(m_Channel, false);
+        QCOMPARE(stackPalettes().size(), 1);
+        QVERIFY(pPalette->isPinned());
+
+        pPalette->close();
+        manager().openLayerStackPalette(m_Channel, false);
+        QCOMPARE(stackPalettes(), QList<OrvPalette*>{pPalette});
+        QVERIFY(pPalette->isVisible());
+
+        manager().openLayerStackPalette(nullptr, true);
+        QVERIFY(m_Messages.contains(QStringLiteral("pLayerStack is NULL")));
+    }
+
+    void titlesFollowNames()
+    {
+        manager().openLayerStackPalette(m_Channel, false);
+        manager().openLayerStackPalette(maskStack(), false);
+        manager().openLayerStackPalette(adjustmentStack(), false);
+        QCOMPARE(titles(),
+            QSet<QString>({QStringLiteral("Robot/Diffuse"),
+                QStringLiteral("Robot/%1/Mask Stack").arg(maskStack()->name()),
+                QStringLiteral("Robot/%1/Adjustment Stack").arg(adjustmentStack()->name())}));
+
+        m_Channel->node()->setName(QStringLiteral("Albedo"));
+        m_Layer->setName(QStringLiteral("Rust"));
+        entity()->setName(QStringLiteral("Droid"));
+        QCOMPARE(titles(),
+            QSet<QString>({QStringLiteral("Droid/Albedo"),
+                QStringLiteral("Droid/%1/Mask Stack").arg(maskStack()->name()),
+                QStringLiteral("Droid/%1/Adjustment Stack").arg(adjustmentStack()->name())}));
+        QVERIFY(maskStack()->name().contains(QStringLiteral("Rust")));
+
+        manager().mainLayerView()->setLayerStack(m_Channel);
+        QCOMPARE(layersPalette()->windowTitle(), QStringLiteral("Layers - Albedo"));
+        m_Channel->node()->setName(QStringLiteral("Diffuse"));
+        QCOMPARE(layersPalette()->windowTitle(), QStringLiteral("Layers - Diffuse"));
+        manager().mainLayerView()->setLayerStack(nullptr);
+        QCOMPARE(layersPalette()->windowTitle(), QStringLiteral("Layers"));
+    }
+
+    void sizeIsKeptWithTheStack()
+    {
+        const int UndoCount = undoIndex();
+        manager().openLayerStackPalette(m_Channel, false);
+        OrvPalette* pPalette = stackPalettes().first();
+        pPalette->resize(321, 456);
+        passEventLoop();
+        const OrvCustomAttribute Size = m_Channel->topNode()->userAttribute(QStringLiteral("_PaletteSize"));
+        QCOMPARE(Size.value().toSize(), pPalette->size());
+        QVERIFY(!Size.isVersionable());
+        QCOMPARE(undoIndex(), UndoCount);
+
+        pPalette->close();
+        m_Channel->topNode()->setUserAttributeValue(QStringLiteral("_PaletteSize"), QSize(345, 432));
+        manager().openLayerStackPalette(m_Channel, false);
+        QCOMPARE(pPalette->size(), QSize(345, 432));
+    }
+
+    void maskPaletteGoesWhenThePlainMaskReturns()
+    {
+        OrvLayerStack* pMaskStack = maskStack();
+        OrvSnBaseNode* pTop = pMaskStack->topNode();
+        manager().openLayerStackPalette(pMaskStack, false);
+
+        reconnect(OrvSnNames::Mask, pTop);
+        QCOMPARE(stackPalettes().size(), 1);
+        m_Layer->blendNode()->connectInput(OrvSnNames::Mask, m_Layer->contentNode());
+        QVERIFY(qobject_cast<OrvSnChannelInputNode*>(m_Layer->maskNode()));
+        QTRY_VERIFY(stackPalettes().isEmpty());
+    }
+
+    void adjustmentPaletteGoesWithItsStack()
+    {
+        OrvLayerStack* pAdjustmentStack = adjustmentStack();
+        OrvSnBaseNode* pTop = pAdjustmentStack->topNode();
+        manager().openLayerStackPalette(pAdjustmentStack, false);
+
+        reconnect(OrvSnNames::Over, pTop);
+        QCOMPARE(stackPalettes().size(), 1);
+        OrvSnPassNode* pPlain = networkOfTest()->addNode(std::make_unique<OrvSnPassNode>());
+        m_Layer->blendNode()->connectInput(OrvSnNames::Over, pPlain);
+        QTRY_VERIFY(stackPalettes().isEmpty());
+    }
+
+    void palettesOfRemovedNodesGoTogether()
+    {
+        manager().openLayerStackPalette(maskStack(), false);
+        manager().openLayerStackPalette(adjustmentStack(), false);
+        manager().openLayerStackPalette(m_Channel, false);
+        OrvPalette* pOfChannel = stackPalettes().last();
+        QCOMPARE(layerViewOf(pOfChannel)->layerStack(), m_Channel);
+
+        m_Channel->deleteLayers({m_Layer});
+        // Nothing is destroyed within the host's signals.
+        QCOMPARE(stackPalettes().size(), 3);
+        QTRY_COMPARE(stackPalettes(), QList<OrvPalette*>{pOfChannel});
+
+        OrvShaderInputManager::instance().destroy(m_Channel, OrvShaderInputManager::SharersAreDeleted);
+        QTRY_VERIFY(stackPalettes().isEmpty());
+        OrvUndoManager::instance().undo();
+        OrvUndoManager::instance().undo();
+        manager().openLayerStackPalette(maskStack(), false);
+        QCOMPARE(stackPalettes().size(), 1);
+    }
+
+    void projectKeepsItsPalettes()
+    {
+        manager().openLayerStackPalette(maskStack(), false);
+        manager().openLayerStackPalette(m_Channel, false);
+        paletteOf(m_Channel)->close();
+        save();
+        {
+            OrvSettings Settings(manager().projectSettingsFileName(), QSettings::IniFormat);
+            QCOMPARE(Settings.value(QStringLiteral("Palettes/Number")).toInt(), 1);
+            QCOMPARE(Settings.value(QStringLiteral("Palettes/Name0")).toString(),
+                m_Layer->blendNode()->uuidString() + QStringLiteral(":Mask"));
+            QVERIFY(Settings.contains(QStringLiteral("Palettes/State")));
+        }
+        reopen();
+        QCOMPARE(stackPalettes().size(), 1);
+        OrvPalette* pRestored = stackPalettes().first();
+        QCOMPARE(layerViewOf(pRestored)->layerStack(), m_Layer->maskStack());
+        QVERIFY(!pRestored->isPinnable());
+        manager().openLayerStackPalette(m_Layer->maskStack(), true);
+        QCOMPARE(stackPalettes(), QList<OrvPalette*>{pRestored});
+        QVERIFY(pRestored->isPinnable());
+    }
+
+    void savingWithoutPalettesForgetsThem()
+    {
+        manager().openLayerStackPalette(m_Channel, false);
+        save();
+        stackPalettes().first()->close();
+        save();
+        {
+            OrvSettings Settings(manager().projectSettingsFileName(), QSettings::IniFormat);
+            QCOMPARE(Settings.value(QStringLiteral("Palettes/Number")), QVariant(QStringLiteral("0")));
+            QVERIFY(!Settings.contains(QStringLiteral("Palettes/State")));
+        }
+        manager().closeLayerViewPalettes();
+        save();
+        OrvSettings Settings(manager().projectSettingsFileName(), QSettings::IniFormat);
+        QVERIFY(Settings.allKeys().isEmpty());
+        QVERIFY(OrvProjectManager::instance().filesExcludedFromArchive().contains(
+            QStringLiteral("LayerStackPalettes.conf")));
+    }
+
+    void damagedFilesOpenWhatTheyCan_data()
+    {
+        QTest::addColumn<QByteArray>("Contents");
+        QTest::addColumn<int>("Opened");
+        QTest::newRow("empty") << QByteArray() << 0;
+        QTest::newRow("no INI") << QByteArray("\x00\xff\x7f{}[[", 7) << 0;
+        QTest::newRow("negative") << QByteArray("[Palettes]\nNumber=-3\nName0=%mask\n") << 0;
+        QTest::newRow("no number") << QByteArray("[Palettes]\nNumber=many\nName0=%mask\n") << 0;
+        QTest::newRow("more than there are") << QByteArray("[Palettes]\nNumber=2000000000\nName0=%mask\n") << 1;
+        QTest::newRow("twice the same") << QByteArray("[Palettes]\nNumber=2\nName0=%mask\nName1=%mask\n") << 1;
+        QTest::newRow("odd names are skipped")
+            << QByteArray("[Palettes]\nNumber=4\nName0=a:b:c\nName1=gone:Mask\nName2=\nName3=%mask\n") << 1;
+        QTest::newRow("a missing stack ends it")
+            << QByteArray("[Palettes]\nNumber=2\nName0=%blend:Nowhere\nName1=%mask\n") << 0;
+        QTest::newRow("what came before stays")
+            << QByteArray("[Palettes]\nNumber=2\nName0=%mask\nName1=%blend:Nowhere\n") << 1;
+    }
+    void damagedFilesOpenWhatTheyCan()
+    {
+        QFETCH(QByteArray, Contents);
+        QFETCH(int, Opened);
+        maskStack();
+        save();
+        const QByteArray Blend = m_Layer->blendNode()->uuidString().toLatin1();
+        Contents.replace("%mask", Blend + ":Mask").replace("%blend", Blend);
+        QFile File(manager().projectSettingsFileName());
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write(Contents);
+        File.close();
+        reopen();
+        QCOMPARE(stackPalettes().size(), Opened);
+        QCOMPARE(m_Messages.contains(QStringLiteral("LayerStack is NULL")), Contents.contains("Nowhere"));
+    }
+
+    void sharersAreShownWhereTheyStand()
+    {
+        QWidget Popup;
+        QListWidget* pList = new QListWidget(&Popup);
+        (new QVBoxLayout(&Popup))->addWidget(pList);
+        connect(pList, SIGNAL(itemClicked(QListWidgetItem*)), &manager(),
+            SLOT(makeSharerInfoItemCurrent(QListWidgetItem*)));
+        const auto choose = [&](OrvSnBaseNode* pNode) {
+            Popup.show();
+            QListWidgetItem Item;
+            Item.setData(Qt::UserRole, QVariant::fromValue<QObject*>(pNode));
+            Q_EMIT pList->itemClicked(&Item);
+        };
+        OrvShaderInput* pOther = OrvShaderInputUtils::create(
+            networkOfTest(), QStringLiteral("Bump"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
+
+        choose(m_Layer->blendNode());
+        QVERIFY(stackPalettes().isEmpty());
+        QVERIFY(m_Layer->isCurrent());
+        QVERIFY(!Popup.isVisible());
+
+        choose(pOther->node());
+        QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), pOther);
+        choose(m_Layer->blendNode());
+        QCOMPARE(stackPalettes().size(), 1);
+        QCOMPARE(layerViewOf(stackPalettes().first())->layerStack(), m_Channel);
+
+        choose(m_Layer->contentNode());
+        QVERIFY(!Popup.isVisible());
+        QVERIFY(m_Messages.last().startsWith(QStringLiteral("The given node that shares a layer is not identified")));
+        choose(nullptr);
+        QVERIFY(Popup.isVisible());
+        QCOMPARE(m_Messages.last(), QStringLiteral("Node is NULL"));
+        manager().makeSharerInfoItemCurrent(nullptr);
+        QCOMPARE(m_Messages.last(), QStringLiteral("Item is NULL"));
+    }
+
+    void commandsGoToTheActiveView()
+    {
+        QCOMPARE(manager().layerView(), manager().mainLayerView());
+        manager().openLayerStackPalette(m_Channel, false);
+        OrvLayerView* pView = layerViewOf(stackPalettes().first());
+        manager().setActiveLayerView(pView);
+        QCOMPARE(manager().layerView(), pView);
+        OrvProjectManager::instance().closeProject();
+        QTRY_COMPARE(manager().layerView(), manager().mainLayerView());
+    }
+
+private:
+    static OrvLayerViewContextManager& manager() { return OrvLayerViewContextManager::instance(); }
+    static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
+    static OrvGeoEntity* entity() { return OrvProjectManager::instance().currentProject()->currentGeoEntity(); }
+    static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
+    static OrvPalette* layersPalette() { return OrvPaletteManager::find(QStringLiteral("Layers")); }
+    static OrvLayerView* layerViewOf(const OrvPalette* pPalette)
+    {
+        return qobject_cast<OrvLayerView*>(pPalette->originalWidget());
+    }
+    static void passEventLoop()
+    {
+        QTest::qWait(20);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    OrvLayer* addLayer(const QString& Name) const
+    {
+        return m_Channel->createPaintableLayer(OrvLayerCreateFlags(30), nullptr, Name, OrvColor::white());
+    }
+    OrvLayerStack* maskStack() const
+    {
+        m_Layer->addMaskImageSet();
+        return m_Layer->hasMaskStack() ? m_Layer->maskStack() : m_Layer->convertMaskToMaskStack();
+    }
+    OrvLayerStack* adjustmentStack() const
+    {
+        if (!m_Layer->hasAdjustmentStack()) {
+            const QStringList Keys
+                = OrvShaderNetworkManager::instance().layerPathKeys().filter(QRegExp(QStringLiteral("^Filter/")));
+            m_Layer->addLayerAdjustmentLayerFromKey(Keys.first());
+        }
+        return m_Layer->adjustmentStack();
+    }
+    /// As an edit that frees the input on its way.
+    void reconnect(const QString& InputName, OrvSnBaseNode* pNode) const
+    {
+        {
+            OrvUndoManager::AutoMacro Macro(QStringLiteral("Reconnect"));
+            m_Layer->blendNode()->disconnectInput(InputName);
+            m_Layer->blendNode()->connectInput(InputName, pNode);
+        }
+        passEventLoop();
+    }
+
+    /// In the order of their creation.
+    static QList<OrvPalette*> stackPalettes()
+    {
+        QList<OrvPalette*> Palettes;
+        for (OrvPalette* pPalette : OrvMainWindow::instance().findChildren<OrvPalette*>()) {
+            const OrvLayerView* pView = layerViewOf(pPalette);
+            if (pView && pView != manager().mainLayerView())
+                Palettes.append(pPalette);
+        }
+        return Palettes;
+    }
+    static OrvPalette* paletteOf(const OrvLayerStack* pStack)
+    {
+        for (OrvPalette* pPalette : stackPalettes()) {
+            if (layerViewOf(pPalette)->layerStack() == pStack)
+                return pPalette;
+        }
+        return nullptr;
+    }
+    static QSet<QString> titles()
+    {
+        QSet<QString> Titles;
+        for (const OrvPalette* pPalette : stackPalettes())
+            Titles.insert(pPalette->headerTitle());
+        return Titles;
+    }
+
+    void save() const
+    {
+        QString Error;
+        QVERIFY2(OrvProjectManager::instance().saveProjectAs(m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
+            qPrintable(Error));
+    }
+    void reopen()
+    {
+        OrvProjectManager::instance().closeProject();
+        passEventLoop();
+        QString Error;
+        QVERIFY2(OrvProjectManager::instance().openProject(m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
+            qPrintable(Error));
+        m_Channel = OrvShaderInputManager::instance().getShaderInputsFromNetwork(networkOfTest()).first();
+        m_Layer = m_Channel->layerList().first();
+    }
+
+    QTemporaryDir m_Directory;
+    OrvShaderInput* m_Channel = nullptr;
+    OrvLayer* m_Layer = nullptr;
+    QStringList m_Messages;
+};
+
+QTEST_MAIN(TstPaletteManager)
+#include "TstPaletteManager.moc"
