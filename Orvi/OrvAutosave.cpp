@@ -1,0 +1,153 @@
+#include "Orvi/OrvAutosave.h"
+
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectFile.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Files/OrvDataBlockManager.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QLockFile>
+#include <QtCore/QSettings>
+#include <QtCore/QStandardPaths>
+#include <QtGui/QGuiApplication>
+
+namespace {
+
+constexpr int Delay = 10 * 1000; // ms
+constexpr int Interval = 3 * 60 * 1000; // ms
+const QString CopyFolder = QStringLiteral("Autosave");
+const QString LockName = QStringLiteral("Autosave.lock");
+const QString NotesName = QStringLiteral("Autosave.ini");
+const QString NameKey = QStringLiteral("Name");
+const QString PathKey = QStringLiteral("Path");
+
+QString copyFolder(const QString& CacheDirectory)
+{
+    return CacheDirectory + QLatin1Char('/') + CopyFolder;
+}
+
+} // namespace
+
+OrvAutosave::OrvAutosave(QObject* pParent)
+    : QObject(pParent)
+{
+    m_Delay.setSingleShot(true);
+    m_Delay.setInterval(Delay);
+    m_Interval.setInterval(Interval);
+    connect(&m_Delay, &QTimer::timeout, this, &OrvAutosave::request);
+    connect(&m_Interval, &QTimer::timeout, this, &OrvAutosave::request);
+    OrvProjectManager& Projects = OrvProjectManager::instance();
+    connect(&Projects, &OrvProjectManager::autosaveRequested, this, [this] { m_Delay.start(); });
+    connect(&Projects, &OrvProjectManager::projectClosed, this, &OrvAutosave::dropCopy);
+    connect(&Projects, &OrvProjectManager::onProjectSaved, this, &OrvAutosave::dropCopy);
+    connect(&Projects, &OrvProjectManager::onMakeProjectCurrent, this, &OrvAutosave::onProjectCurrent);
+    m_Interval.start();
+    onProjectCurrent();
+}
+
+OrvAutosave::~OrvAutosave()
+{
+    dropCopy();
+}
+
+void OrvAutosave::onProjectCurrent()
+{
+    m_pLock.reset();
+    m_Directory.clear();
+    if (!OrvProjectManager::instance().currentProject())
+        return;
+    m_Directory = OrvDataBlockManager::subCachePath();
+}
+
+void OrvAutosave::request()
+{
+    // Never under the user's hand: a stroke or a drag comes first.
+    if (OrvUndoManager::instance().isInMacro() || QGuiApplication::mouseButtons() != Qt::NoButton)
+        m_Delay.start();
+    else
+        saveNow();
+}
+
+bool OrvAutosave::saveNow()
+{
+    OrvProjectManager& Projects = OrvProjectManager::instance();
+    OrvProject* pProject = Projects.currentProject();
+    if (!pProject || m_Directory.isEmpty() || !Projects.isModified())
+        return false;
+    if (!m_pLock) {
+        auto pLock = std::make_unique<QLockFile>(m_Directory + QLatin1Char('/') + LockName);
+        pLock->setStaleLockTime(0);
+        if (!pLock->tryLock(0))
+            return false;
+        m_pLock = std::move(pLock);
+    }
+    QString Error;
+    if (!OrvProjectFile::write(*pProject, copyFolder(m_Directory), OrvProjectFile::ManifestName, Error, {})) {
+        OrvDebug("OrvAutosave", __LINE__, Error, false, false);
+        return false;
+    }
+    QSettings Notes(m_Directory + QLatin1Char('/') + NotesName, QSettings::IniFormat);
+    Notes.setValue(NameKey, pProject->name());
+    Notes.setValue(PathKey, pProject->path());
+    return true;
+}
+
+void OrvAutosave::dropCopy()
+{
+    m_Delay.stop();
+    if (!m_pLock)
+        return;
+    discard({m_Directory, QString(), QString()});
+    m_pLock.reset();
+}
+
+QList<OrvAutosave::Copy> OrvAutosave::leftBehind()
+{
+    QList<Copy> Copies;
+    const QStringList Roots = OrvDataBlockManager::cacheRoots();
+    if (Roots.isEmpty())
+        return Copies;
+    const QDir Root(Roots.first());
+    for (const QString& Name : Root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString Directory = Root.filePath(Name);
+        if (!QFileInfo::exists(Directory + QLatin1Char('/') + NotesName))
+            continue;
+        QLockFile Lock(Directory + QLatin1Char('/') + LockName);
+        Lock.setStaleLockTime(0);
+        if (!Lock.tryLock(0))
+            continue;
+        const QSettings Notes(Directory + QLatin1Char('/') + NotesName, QSettings::IniFormat);
+        Copies.append({Directory, Notes.value(NameKey).toString(), Notes.value(PathKey).toString()});
+    }
+    return Copies;
+}
+
+QString OrvAutosave::recover(const Copy& Left, QString& Error)
+{
+    const QDir Target = Left.ProjectPath.isEmpty()
+        ? QDir(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
+        : QFileInfo(Left.ProjectPath).dir();
+    const QString Base = tr("%1 recovered").arg(Left.ProjectName);
+    QString Folder = Target.filePath(Base + QStringLiteral(".orvi"));
+    for (int Number = 2; QFileInfo::exists(Folder); ++Number)
+        Folder = Target.filePath(QStringLiteral("%1 %2.orvi").arg(Base).arg(Number));
+    OrvProjectManager& Projects = OrvProjectManager::instance();
+    if (!Projects.openProject(copyFolder(Left.Directory), Error) || !Projects.saveProjectAs(Folder, Error))
+        return QString();
+    discard(Left);
+    return Folder;
+}
+
+void OrvAutosave::discard(const Copy& Left)
+{
+    // The notes first: without them there is no copy.
+    QFile::remove(Left.Directory + QLatin1Char('/') + NotesName);
+    QDir(copyFolder(Left.Directory)).removeRecursively();
+}
+
+#include "moc_OrvAutosave.cpp"

@@ -1,0 +1,110 @@
+#include "Orvi/OrvBrushBar.h"
+
+#include "Orvi/OrvBrushTool.h"
+
+#include "OrvCoreModules/Widgets/OrvColorSwatch.h"
+#include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+
+#include <QtCore/QSignalBlocker>
+#include <QtWidgets/QToolButton>
+
+namespace {
+
+constexpr int SwatchEdge = 26;
+constexpr double LargestSliderSize = 512.0; // larger ones are typed
+constexpr double Percent = 100.0;
+
+void addSpace(QToolBar* pBar, int Width)
+{
+    QWidget* pSpace = new QWidget(pBar);
+    pSpace->setFixedWidth(Width);
+    pBar->addWidget(pSpace);
+}
+
+} // namespace
+
+OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
+    : QToolBar(tr("Brush"), pParent)
+    , m_pTool(pTool)
+    , m_pColor(new OrvColorSwatch(this))
+    , m_pEraser(new QToolButton(this))
+{
+    setObjectName(QStringLiteral("BrushBar"));
+    m_pColor->setFixedSize(SwatchEdge, SwatchEdge);
+    m_pColor->setAlphaShown(false);
+    addSpace(this, 4);
+    addWidget(m_pColor);
+    addSpace(this, 8);
+
+    m_pSize = addSlider(tr("Size"), tr("Diameter of the brush ([ and ])"), 150);
+    m_pSize->setRange(OrvBrush::SmallestSize, OrvBrush::LargestSize);
+    m_pSize->setUiRange(OrvBrush::SmallestSize, LargestSliderSize);
+    m_pSize->setDecimals(0);
+    m_pSize->setStep(1.0);
+    m_pSize->setSuffix(tr(" px"));
+    m_pHardness = addSlider(tr("Hardness"), tr("How sharp the edge of the brush is"), 150);
+    m_pOpacity = addSlider(tr("Opacity"), tr("What one stroke covers at most"), 150);
+    for (OrvSliderSpinBox* pSlider : {m_pHardness, m_pOpacity}) {
+        pSlider->setRange(0.0, 1.0);
+        pSlider->setUiRange(0.0, 1.0);
+        pSlider->setDisplayFactor(Percent);
+        pSlider->setDecimals(0);
+        pSlider->setSuffix(tr(" %"));
+    }
+
+    m_pEraser->setText(tr("Erase"));
+    m_pEraser->setToolTip(tr("Erase instead of painting (E)"));
+    m_pEraser->setCheckable(true);
+    m_pEraser->setAutoRaise(true);
+    addWidget(m_pEraser);
+    connectEditors();
+    refresh();
+}
+
+OrvSliderSpinBox* OrvBrushBar::addSlider(const QString& Name, const QString& ToolTip, int Width)
+{
+    OrvSliderSpinBox* pSlider = new OrvSliderSpinBox(this);
+    pSlider->setPrefix(Name);
+    pSlider->setToolTip(ToolTip);
+    pSlider->setFixedWidth(Width);
+    addWidget(pSlider);
+    addSpace(this, 6);
+    return pSlider;
+}
+
+void OrvBrushBar::connectEditors()
+{
+    const auto change = [this](const auto& Set) {
+        OrvBrush Brush = m_pTool->brush();
+        Set(Brush);
+        m_pTool->setBrush(Brush);
+    };
+    connect(m_pTool, &OrvBrushTool::brushChanged, this, &OrvBrushBar::refresh);
+    connect(m_pSize, &OrvSliderSpinBox::valueEdited, this,
+        [change](double Value) { change([Value](OrvBrush& Brush) { Brush.setSize(Value); }); });
+    connect(m_pHardness, &OrvSliderSpinBox::valueEdited, this,
+        [change](double Value) { change([Value](OrvBrush& Brush) { Brush.setHardness(Value); }); });
+    connect(m_pOpacity, &OrvSliderSpinBox::valueEdited, this,
+        [change](double Value) { change([Value](OrvBrush& Brush) { Brush.setOpacity(Value); }); });
+    connect(m_pEraser, &QToolButton::toggled, this,
+        [change](bool On) { change([On](OrvBrush& Brush) { Brush.setErases(On); }); });
+    const auto takeColor = [change](const OrvColor& Color) {
+        change([&Color](OrvBrush& Brush) { Brush.setColor(Color.toQColor()); });
+    };
+    connect(m_pColor, &OrvColorSwatch::colorChanged, this, takeColor);
+    connect(m_pColor, &OrvColorSwatch::colorEdited, this, takeColor);
+}
+
+void OrvBrushBar::refresh()
+{
+    const OrvBrush& Brush = m_pTool->brush();
+    m_pColor->setColor(OrvColor::fromQColor(Brush.color()));
+    m_pSize->setValue(Brush.size());
+    m_pHardness->setValue(Brush.hardness());
+    m_pOpacity->setValue(Brush.opacity());
+    const QSignalBlocker Blocker(m_pEraser);
+    m_pEraser->setChecked(Brush.erases());
+}
+
+#include "moc_OrvBrushBar.cpp"

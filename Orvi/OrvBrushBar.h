@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtWidgets/QToolBar>
+
+class OrvBrushTool;
+class OrvColorSwatch;
+class OrvSliderSpinBox;
+class QToolButton;
+
+/// The strip with the brush's colour, size, hardness, opacity and eraser. It shows and sets what the brush tool keeps.
+class OrvBrushBar : public QToolBar {
+    Q_OBJECT
+
+public:
+    explicit OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent = nullptr);
+
+private Q_SLOTS:
+    void refresh();
+
+private:
+    OrvSliderSpinBox* addSlider(const QString& Name, const QString& ToolTip, int Width);
+    void connectEditors();
+
+    OrvBrushTool* m_pTool;
+    OrvColorSwatch* m_pColor;
+    OrvSliderSpinBox* m_pSize;
+    OrvSliderSpinBox* m_pHardness;
+    OrvSliderSpinBox* m_pOpacity;
+    QToolButton* m_pEraser;
+};

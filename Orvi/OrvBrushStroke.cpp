@@ -1,0 +1,204 @@
+#include "Orvi/OrvBrushStroke.h"
+
+#include "Orvi/OrvPixelEdit.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+
+#include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Image/OrvImageSet.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QLineF>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace {
+
+constexpr double CurveStep = 4.0; // pixels between points of a flattened curve
+
+/// Masks and the like: their pixels are shown as they are.
+bool holdsNumbers(const OrvSnChannelInputNode* pNode)
+{
+    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    const bool OfLayer = pLayer && pLayer->paintNode() == pNode;
+    for (const OrvLayerStack* pStack : OfLayer ? pLayer->stacks() : QList<OrvLayerStack*>()) {
+        if (pStack->isWithinMask())
+            return true;
+    }
+    const QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pNode, QString());
+    return pNode->imageSet()->format().Kind == OrvPixelFormat::Scalar
+        || (!Channels.isEmpty() && Channels.first()->isScalar());
+}
+
+/// What the brush's colour means in the pixels of a node: light of that colour, or the number that the display shows
+/// as it.
+OrvColor paintedColor(const OrvSnChannelInputNode* pNode, const QColor& Color)
+{
+    OrvColor Painted = OrvColor::fromQColor(Color);
+    if (holdsNumbers(pNode)) {
+        const float Value = float(0.2126 * Color.redF() + 0.7152 * Color.greenF() + 0.0722 * Color.blueF());
+        return OrvColor(Value, Value, Value, Painted.alpha());
+    }
+    OrvColorManager::transform(Painted, Painted, OrvColorManager::srgb(), OrvColorManager::linear());
+    return Painted;
+}
+
+QString strokeText(const OrvBrush& Brush)
+{
+    return Brush.erases() ? QCoreApplication::translate("OrvBrushStroke", "Erase")
+                          : QCoreApplication::translate("OrvBrushStroke", "Paint Stroke");
+}
+
+} // namespace
+
+OrvBrushStroke::OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const QPointF& Start)
+    : m_pNode(pNode)
+    , m_pMacro(std::make_unique<OrvUndoManager::AutoMacro>(strokeText(Brush)))
+    , m_Brush(Brush)
+    , m_Color(paintedColor(pNode, Brush.color()))
+    , m_Before(pNode->imageSet()->snapshot())
+    , m_LastPoint(Start)
+    , m_Brushed(Start)
+    , m_UntilNextDab(Brush.spacing())
+{
+    compose(m_Coverage.addDab(m_Brush, Start, pNode->imageSet()->extent()));
+}
+
+OrvBrushStroke::~OrvBrushStroke()
+{
+    if (!m_Finished)
+        finish();
+}
+
+void OrvBrushStroke::moveTo(const QPointF& Point)
+{
+    if (!m_pNode || m_Finished || Point == m_LastPoint)
+        return;
+    drawCurve(m_LastPoint, (m_LastPoint + Point) / 2.0);
+    m_LastPoint = Point;
+}
+
+void OrvBrushStroke::drawCurve(const QPointF& Control, const QPointF& End)
+{
+    const QPointF Start = m_Brushed;
+    const double Length = QLineF(Start, Control).length() + QLineF(Control, End).length();
+    const int Steps = std::max(1, int(std::ceil(Length / CurveStep)));
+    QRect Touched;
+    for (int Step = 1; Step <= Steps; ++Step) {
+        const double T = double(Step) / Steps;
+        const QPointF Point = Start * (1.0 - T) * (1.0 - T) + Control * 2.0 * T * (1.0 - T) + End * T * T;
+        Touched = Touched.united(addDabsTo(Point));
+    }
+    compose(Touched);
+}
+
+QRect OrvBrushStroke::addDabsTo(const QPointF& Point)
+{
+    QRect Touched;
+    const QLineF Way(m_Brushed, Point);
+    const double Length = Way.length();
+    double Position = m_UntilNextDab;
+    for (; Position <= Length; Position += m_Brush.spacing()) {
+        const QPointF Centre = Way.pointAt(Position / Length);
+        Touched = Touched.united(m_Coverage.addDab(m_Brush, Centre, m_pNode->imageSet()->extent()));
+    }
+    m_UntilNextDab = Position - Length;
+    m_Brushed = Point;
+    return Touched;
+}
+
+void OrvBrushStroke::compose(const QRect& Region)
+{
+    if (!m_pNode)
+        return;
+    for (const QRect& Piece : OrvStrokeCoverage::cutToSquares(Region)) {
+        if (m_Coverage.at(Piece.topLeft()))
+            composeSquare(Piece);
+    }
+}
+
+void OrvBrushStroke::composeSquare(const QRect& Piece)
+{
+    OrvImageSet* pImages = m_pNode->imageSet();
+    const bool Scalar = pImages->format().Kind == OrvPixelFormat::Scalar;
+    const OrvPixelFormat Format{GL_FLOAT, pImages->format().Kind, OrvPixelFormat::Linear};
+    const int Components = Format.componentCount();
+    std::vector<float> Pixels(std::size_t(Piece.width()) * std::size_t(Piece.height()) * std::size_t(Components));
+    if (m_Before.isNull()) {
+        const OrvColor Fill = pImages->fillColor();
+        for (std::size_t Index = 0; Index < Pixels.size(); ++Index)
+            Pixels[Index] = Fill.components()[Index % std::size_t(Components)];
+    } else {
+        m_Before.read(Piece, Format, Pixels.data());
+    }
+
+    const float Strength = float(m_Brush.opacity()) * m_Color.alpha();
+    float* pPixel = Pixels.data();
+    for (int Y = Piece.top(); Y <= Piece.bottom(); ++Y) {
+        const float* pCoverage = m_Coverage.at(QPoint(Piece.left(), Y));
+        for (int X = Piece.left(); X <= Piece.right(); ++X, ++pCoverage, pPixel += Components) {
+            const float Covered = *pCoverage * Strength;
+            if (Covered <= 0.0f)
+                continue;
+            if (Scalar) {
+                const float Value = m_Brush.erases() ? 0.0f : m_Color.red();
+                *pPixel += (Value - *pPixel) * Covered;
+                continue;
+            }
+            const float Kept = pPixel[3] * (1.0f - Covered);
+            if (m_Brush.erases()) {
+                pPixel[3] = Kept;
+                continue;
+            }
+            const float Alpha = Covered + Kept;
+            for (int Component = 0; Component < 3; ++Component) {
+                pPixel[Component]
+                    = (m_Color.components()[Component] * Covered + pPixel[Component] * Kept) / Alpha;
+            }
+            pPixel[3] = Alpha;
+        }
+    }
+    pImages->buffer().write(Piece, Format, Pixels.data());
+    pImages->pixelsWritten(Piece);
+}
+
+QVector<QRect> OrvBrushStroke::touched() const
+{
+    QVector<QRect> Touched;
+    for (const QRect& Square : m_Coverage.touchedSquares()) {
+        const QRect Inside = Square.intersected(m_pNode->imageSet()->extent());
+        if (!Inside.isEmpty())
+            Touched.append(Inside);
+    }
+    return Touched;
+}
+
+void OrvBrushStroke::finish()
+{
+    if (std::exchange(m_Finished, true))
+        return;
+    if (m_pNode) {
+        drawCurve(m_LastPoint, m_LastPoint);
+        const QVector<QRect> Touched = touched();
+        if (!Touched.isEmpty()) {
+            OrvUndoManager::instance().addUndo(new OrvPixelEdit(
+                m_pNode, m_Before, m_pNode->imageSet()->snapshot(), Touched, strokeText(m_Brush)));
+        }
+    }
+    m_pMacro.reset();
+}
+
+void OrvBrushStroke::cancel()
+{
+    if (std::exchange(m_Finished, true))
+        return;
+    if (m_pNode)
+        OrvPixelEdit(m_pNode, m_Before, OrvImageBuffer(), touched(), QString()).undo();
+    m_pMacro.reset();
+}

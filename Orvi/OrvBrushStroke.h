@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Orvi/OrvBrush.h"
+#include "Orvi/OrvStrokeCoverage.h"
+
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Image/OrvColor.h"
+#include "OrvDdi/Image/OrvImageBuffer.h"
+
+#include <QtCore/QPointer>
+
+#include <memory>
+
+class OrvSnChannelInputNode;
+
+/// One stroke of the brush on a paint layer or a mask, from pressing to releasing. Pixels are painted as the brush
+/// moves, each time from those before the stroke, in linear light; the whole stroke becomes one undo step. Whoever
+/// starts it has made sure that the node may be changed.
+class OrvBrushStroke {
+public:
+    /// Paints the first dab.
+    OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const QPointF& Start);
+    ~OrvBrushStroke();
+
+    /// The brush follows a smooth curve through the points and stays half a step behind until the stroke ends.
+    void moveTo(const QPointF& Point);
+    /// Paints the last half step and records the undo step.
+    void finish();
+    /// Takes the stroke back.
+    void cancel();
+
+private:
+    void drawCurve(const QPointF& Control, const QPointF& End);
+    QRect addDabsTo(const QPointF& Point);
+    void compose(const QRect& Region);
+    void composeSquare(const QRect& Piece);
+    QVector<QRect> touched() const;
+
+    QPointer<OrvSnChannelInputNode> m_pNode;
+    /// Open from press to release: nothing is undone under the brush.
+    std::unique_ptr<OrvUndoManager::AutoMacro> m_pMacro;
+    OrvBrush m_Brush;
+    OrvColor m_Color; ///< in the buffer's linear values
+    OrvImageBuffer m_Before; ///< null: the fill colour everywhere
+    OrvStrokeCoverage m_Coverage;
+    QPointF m_LastPoint; ///< last one the pointer was at
+    QPointF m_Brushed; ///< the brush has come so far
+    double m_UntilNextDab = 0.0;
+    bool m_Finished = false;
+};

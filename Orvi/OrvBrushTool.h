@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Orvi/OrvBrush.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QPointF>
+
+#include <memory>
+
+class OrvBrushStroke;
+class OrvSnChannelInputNode;
+
+/// The brush in the user's hand: its settings, and the stroke being painted on the current component. It refuses where
+/// nothing may be painted and says why on the status line. It knows no widget.
+class OrvBrushTool : public QObject {
+    Q_OBJECT
+
+public:
+    explicit OrvBrushTool(QObject* pParent = nullptr);
+    ~OrvBrushTool() override;
+
+    const OrvBrush& brush() const { return m_Brush; }
+    void setBrush(const OrvBrush& Brush);
+
+    /// What a stroke would be painted on; null, with a reason, where there is nothing or it must not be changed.
+    static OrvSnChannelInputNode* target(QString& Reason);
+
+    /// Starts a stroke at a point of the picture; one that goes on from the end of the last makes a straight line.
+    bool begin(const QPointF& Point, bool FromLastEnd = false);
+    void moveTo(const QPointF& Point);
+    void end();
+    void cancel();
+    bool isPainting() const { return m_pStroke != nullptr; }
+
+public Q_SLOTS:
+    void growBrush();
+    void shrinkBrush();
+    void toggleEraser();
+
+Q_SIGNALS:
+    void brushChanged();
+
+private:
+    void load();
+    void store() const;
+
+    OrvBrush m_Brush;
+    std::unique_ptr<OrvBrushStroke> m_pStroke;
+    QPointF m_LastEnd;
+    bool m_HasLastEnd = false;
+};

@@ -1,0 +1,356 @@
+#include "Orvi/OrvCanvas.h"
+
+#include "Orvi/OrvBrushTool.h"
+#include "Orvi/OrvCanvasOverlay.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvCoreModules/Window/OrvGui.h"
+
+#include <QtCore/QMimeData>
+#include <QtGui/QDropEvent>
+#include <QtGui/QPainter>
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr double WheelZoom = 1.0 / 480.0; // powers of two a wheel unit: a notch is a quarter
+constexpr double ZoomStep = 1.4142135623730951;
+
+QVariantMap dropPlace(const OrvCanvasSource& Source)
+{
+    QVariantMap Place;
+    if (OrvShaderInput* pChannel = Source.channel()) {
+        Place.insert(QStringLiteral("LayerStack"), QVariant::fromValue<OrvLayerStack*>(pChannel));
+        if (OrvLayer* pLayer = pChannel->currentLayer())
+            Place.insert(QStringLiteral("LayerBelow"), QVariant::fromValue(pLayer));
+    }
+    return Place;
+}
+
+} // namespace
+
+OrvCanvas::OrvCanvas(OrvBrushTool* pBrushTool, QWidget* pParent)
+    : QWidget(pParent)
+    , m_pBrushTool(pBrushTool)
+{
+    setObjectName(QStringLiteral("Canvas"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true);
+    setFocusPolicy(Qt::ClickFocus);
+    setAcceptDrops(true);
+    connect(&m_Source, &OrvCanvasSource::changed, this, &OrvCanvas::showSource);
+    connect(&m_Source, &OrvCanvasSource::descriptionChanged, this, qOverload<>(&QWidget::update));
+    connect(&m_Renderer, &OrvCanvasRenderer::pieceReady, this, &OrvCanvas::onPieceReady);
+    connect(&m_Renderer, &OrvCanvasRenderer::invalidated, this, &OrvCanvas::onInvalidated);
+    connect(m_pBrushTool, &OrvBrushTool::brushChanged, this, qOverload<>(&QWidget::update));
+    showSource();
+    updateCursor();
+}
+
+OrvCanvas::~OrvCanvas()
+{
+    m_Renderer.setSource(nullptr, OrvDisplayTransform::Light);
+}
+
+QSize OrvCanvas::sizeHint() const
+{
+    return QSize(900, 700);
+}
+
+QSize OrvCanvas::minimumSizeHint() const
+{
+    return QSize(160, 120);
+}
+
+QSize OrvCanvas::deviceSize() const
+{
+    // A part of a pixel at the edge is a whole one to the window system.
+    const QSizeF Exact = QSizeF(size()) * devicePixelRatioF();
+    return QSize(int(std::ceil(Exact.width())), int(std::ceil(Exact.height())));
+}
+
+QPointF OrvCanvas::toPicture(const QPointF& WidgetPoint) const
+{
+    return m_View.toPicture(toDevice(WidgetPoint));
+}
+
+QPointF OrvCanvas::toWidget(const QPointF& PicturePoint) const
+{
+    return m_View.toViewport(PicturePoint) / devicePixelRatioF();
+}
+
+void OrvCanvas::showSource()
+{
+    const QRect Extent = m_Source.result() ? m_Source.layout().extent() : QRect();
+    // The picture's part that the user looks at stays the same from channel to channel of one size.
+    if (!Extent.isEmpty())
+        m_View.setContent(Extent);
+    m_Tiles.reset(Extent);
+    m_Renderer.setSource(m_Source.result(), m_Source.meaning());
+    requestMissing();
+    updateCursor();
+    update();
+}
+
+void OrvCanvas::onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels)
+{
+    m_Tiles.put(Finished, Pixels);
+    const int Scale = 1 << Finished.Level;
+    const QRectF Picture(QPointF(Finished.Region.topLeft()) * Scale, QSizeF(Finished.Region.size()) * Scale);
+    const QRectF Shown = m_View.toViewport(Picture);
+    const double Ratio = devicePixelRatioF();
+    update(QRectF(Shown.topLeft() / Ratio, Shown.size() / Ratio).toAlignedRect().adjusted(-2, -2, 2, 2));
+}
+
+void OrvCanvas::onInvalidated(const QRegion& Region)
+{
+    m_Tiles.invalidate(Region);
+    requestMissing();
+}
+
+void OrvCanvas::requestMissing()
+{
+    if (m_Tiles.extent().isEmpty())
+        return;
+    const QPointF Focus = m_PointerInside ? toPicture(m_Pointer) : QRectF(m_View.visiblePart()).center();
+    m_Renderer.setWishes(m_Tiles.wishes(m_View.mipLevel(), m_View.visiblePart(), Focus));
+}
+
+bool OrvCanvas::isSettled() const
+{
+    return m_Renderer.isIdle()
+        && (m_Tiles.extent().isEmpty()
+            || m_Tiles.wishes(m_View.mipLevel(), m_View.visiblePart(), QPointF()).isEmpty());
+}
+
+void OrvCanvas::paintEvent(QPaintEvent* pEvent)
+{
+    const double Ratio = devicePixelRatioF();
+    QPainter Painter(this);
+    Painter.setClipRegion(pEvent->region());
+    Painter.scale(1.0 / Ratio, 1.0 / Ratio);
+    const QRect Viewport(QPoint(0, 0), deviceSize());
+    OrvCanvasOverlay::drawBackground(Painter, Viewport);
+    if (m_Tiles.extent().isEmpty()) {
+        OrvCanvasOverlay::drawHint(Painter, Viewport, Ratio);
+    } else {
+        Painter.save();
+        OrvCanvasOverlay::drawChecker(Painter, m_Source, m_View);
+        m_Tiles.draw(Painter, m_View);
+        Painter.restore();
+        OrvCanvasOverlay::drawTileBorders(Painter, m_Source, m_View, Ratio);
+        OrvCanvasOverlay::drawTitle(Painter, m_Source, m_View, Ratio);
+        const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan && !m_SpaceHeld;
+        if (BrushShown)
+            OrvCanvasOverlay::drawBrush(Painter, m_pBrushTool->brush(), toDevice(m_Pointer), zoom(), Ratio);
+        m_Tiles.trim();
+    }
+    if (m_DropHovers)
+        OrvCanvasOverlay::drawDropFrame(Painter, Viewport, Ratio);
+}
+
+void OrvCanvas::resizeEvent(QResizeEvent*)
+{
+    m_View.setViewport(deviceSize());
+    requestMissing();
+}
+
+void OrvCanvas::zoomBy(double Factor, const QPointF& WidgetPoint)
+{
+    m_View.zoomAt(toDevice(WidgetPoint), m_View.zoom() * Factor);
+    requestMissing();
+    update();
+}
+
+void OrvCanvas::fit()
+{
+    m_View.fit();
+    requestMissing();
+    update();
+}
+
+void OrvCanvas::showActualSize()
+{
+    const QPointF Anchor = m_PointerInside ? m_Pointer : QRectF(rect()).center();
+    zoomBy(1.0 / m_View.zoom(), Anchor);
+}
+
+void OrvCanvas::zoomIn()
+{
+    zoomBy(ZoomStep, m_PointerInside ? m_Pointer : QRectF(rect()).center());
+}
+
+void OrvCanvas::zoomOut()
+{
+    zoomBy(1.0 / ZoomStep, m_PointerInside ? m_Pointer : QRectF(rect()).center());
+}
+
+void OrvCanvas::wheelEvent(QWheelEvent* pEvent)
+{
+    const int Units = pEvent->angleDelta().y();
+    if (Units == 0)
+        return pEvent->ignore();
+    m_Pointer = pEvent->position();
+    zoomBy(std::exp2(Units * WheelZoom), m_Pointer);
+    pEvent->accept();
+}
+
+QRect OrvCanvas::brushCursorRect(const QPointF& WidgetPoint) const
+{
+    const double Reach = m_pBrushTool->brush().size() / 2.0 * zoom() / devicePixelRatioF() + 6.0;
+    return QRectF(WidgetPoint.x() - Reach, WidgetPoint.y() - Reach, 2.0 * Reach, 2.0 * Reach).toAlignedRect();
+}
+
+void OrvCanvas::pickColor(const QPointF& WidgetPoint)
+{
+    const QPointF Point = toPicture(WidgetPoint);
+    const QPoint Pixel(int(std::floor(Point.x())), int(std::floor(Point.y())));
+    if (!m_Tiles.extent().contains(Pixel))
+        return;
+    std::array<float, 4> Rgba;
+    m_Renderer.readPixel(Pixel, Rgba.data());
+    if (Rgba[3] <= 0.0f)
+        return;
+    Rgba[3] = 1.0f;
+    OrvBrush Brush = m_pBrushTool->brush();
+    Brush.setColor(OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning()).pixelColor(0, 0));
+    m_pBrushTool->setBrush(Brush);
+}
+
+void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
+{
+    m_Pointer = pEvent->localPos();
+    if (m_Gesture != Gesture::None || m_Tiles.extent().isEmpty())
+        return;
+    const bool Left = pEvent->button() == Qt::LeftButton;
+    if (pEvent->button() == Qt::MiddleButton || (Left && m_SpaceHeld)) {
+        m_Gesture = Gesture::Pan;
+    } else if (Left && pEvent->modifiers() & (Qt::AltModifier | Qt::ControlModifier)) {
+        m_Gesture = Gesture::PickColor;
+        pickColor(m_Pointer);
+    } else if (Left && m_pBrushTool->begin(toPicture(m_Pointer), pEvent->modifiers() & Qt::ShiftModifier)) {
+        m_Gesture = Gesture::Paint;
+    }
+    updateCursor();
+    update();
+}
+
+void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
+{
+    const QPointF Before = m_Pointer;
+    m_Pointer = pEvent->localPos();
+    m_PointerInside = rect().contains(m_Pointer.toPoint());
+    if (m_Gesture == Gesture::Pan) {
+        m_View.panBy(toDevice(m_Pointer) - toDevice(Before));
+        requestMissing();
+        update();
+        return;
+    }
+    if (m_Gesture == Gesture::Paint)
+        m_pBrushTool->moveTo(toPicture(m_Pointer));
+    else if (m_Gesture == Gesture::PickColor)
+        pickColor(m_Pointer);
+    update(brushCursorRect(Before));
+    update(brushCursorRect(m_Pointer));
+}
+
+void OrvCanvas::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    const bool Ends = m_Gesture == Gesture::Pan
+        ? pEvent->button() == Qt::MiddleButton || pEvent->button() == Qt::LeftButton
+        : pEvent->button() == Qt::LeftButton;
+    if (!Ends)
+        return;
+    if (m_Gesture == Gesture::Paint)
+        m_pBrushTool->end();
+    m_Gesture = Gesture::None;
+    updateCursor();
+    update();
+}
+
+void OrvCanvas::leaveEvent(QEvent*)
+{
+    m_PointerInside = false;
+    update();
+}
+
+void OrvCanvas::keyPressEvent(QKeyEvent* pEvent)
+{
+    if (pEvent->key() == Qt::Key_Space) {
+        m_SpaceHeld = true;
+        updateCursor();
+        update();
+    } else if (pEvent->key() == Qt::Key_Escape && m_Gesture == Gesture::Paint) {
+        m_pBrushTool->cancel();
+        m_Gesture = Gesture::None;
+    } else {
+        QWidget::keyPressEvent(pEvent);
+    }
+}
+
+void OrvCanvas::keyReleaseEvent(QKeyEvent* pEvent)
+{
+    if (pEvent->key() != Qt::Key_Space || pEvent->isAutoRepeat())
+        return QWidget::keyReleaseEvent(pEvent);
+    m_SpaceHeld = false;
+    updateCursor();
+    update();
+}
+
+void OrvCanvas::focusOutEvent(QFocusEvent* pEvent)
+{
+    m_SpaceHeld = false;
+    updateCursor();
+    QWidget::focusOutEvent(pEvent);
+}
+
+bool OrvCanvas::event(QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::Enter) {
+        m_PointerInside = true;
+        // The space bar must reach the canvas while the pointer is over it.
+        OrvGui::stealFocusGently(this);
+        updateCursor();
+    }
+    return QWidget::event(pEvent);
+}
+
+void OrvCanvas::updateCursor()
+{
+    if (m_Tiles.extent().isEmpty())
+        setCursor(Qt::ArrowCursor);
+    else if (m_Gesture == Gesture::Pan)
+        setCursor(Qt::ClosedHandCursor);
+    else if (m_SpaceHeld)
+        setCursor(Qt::OpenHandCursor);
+    else
+        setCursor(Qt::CrossCursor);
+}
+
+void OrvCanvas::dragEnterEvent(QDragEnterEvent* pEvent)
+{
+    m_DropHovers = OrvDragAndDropManager::instance().acceptDragEnter(
+        pEvent->mimeData(), OrvDragAndDropManager::CanvasTarget);
+    pEvent->setAccepted(m_DropHovers);
+    update();
+}
+
+void OrvCanvas::dragLeaveEvent(QDragLeaveEvent*)
+{
+    m_DropHovers = false;
+    update();
+}
+
+void OrvCanvas::dropEvent(QDropEvent* pEvent)
+{
+    m_DropHovers = false;
+    update();
+    pEvent->setAccepted(OrvDragAndDropManager::instance().drop(
+        pEvent->mimeData(), OrvDragAndDropManager::CanvasTarget, dropPlace(m_Source)));
+}
+
+#include "moc_OrvCanvas.cpp"

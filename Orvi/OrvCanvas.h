@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Orvi/OrvCanvasRenderer.h"
+#include "Orvi/OrvCanvasSource.h"
+#include "Orvi/OrvCanvasTiles.h"
+#include "Orvi/OrvCanvasView.h"
+
+#include <QtWidgets/QWidget>
+
+class OrvBrushTool;
+
+/// The picture in the middle of the window: shows the current channel, follows every edit region by region, and takes
+/// the brush. It owns what it shows with (view, tiles, renderer) and keeps nothing of the document.
+class OrvCanvas : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit OrvCanvas(OrvBrushTool* pBrushTool, QWidget* pParent = nullptr);
+    ~OrvCanvas() override;
+
+    /// Everything in view is up to date and nothing is being computed.
+    bool isSettled() const;
+    double zoom() const { return m_View.zoom(); }
+    QPointF toPicture(const QPointF& WidgetPoint) const;
+    QPointF toWidget(const QPointF& PicturePoint) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+public Q_SLOTS:
+    void fit();
+    void showActualSize();
+    void zoomIn();
+    void zoomOut();
+
+protected:
+    bool event(QEvent* pEvent) override;
+    void paintEvent(QPaintEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
+    void wheelEvent(QWheelEvent* pEvent) override;
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void leaveEvent(QEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+    void keyReleaseEvent(QKeyEvent* pEvent) override;
+    void focusOutEvent(QFocusEvent* pEvent) override;
+    void dragEnterEvent(QDragEnterEvent* pEvent) override;
+    void dragLeaveEvent(QDragLeaveEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
+
+private:
+    enum class Gesture { None, Pan, Paint, PickColor };
+
+    void showSource();
+    void onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
+    void onInvalidated(const QRegion& Region);
+    void requestMissing();
+    void zoomBy(double Factor, const QPointF& WidgetPoint);
+    void pickColor(const QPointF& WidgetPoint);
+    void updateCursor();
+    QRect brushCursorRect(const QPointF& WidgetPoint) const;
+    QSize deviceSize() const;
+    QPointF toDevice(const QPointF& WidgetPoint) const { return WidgetPoint * devicePixelRatioF(); }
+
+    OrvBrushTool* m_pBrushTool;
+    OrvCanvasSource m_Source;
+    OrvCanvasRenderer m_Renderer;
+    OrvCanvasTiles m_Tiles;
+    OrvCanvasView m_View;
+
+    Gesture m_Gesture = Gesture::None;
+    QPointF m_Pointer; ///< in the widget
+    bool m_PointerInside = false;
+    bool m_SpaceHeld = false;
+    bool m_DropHovers = false;
+};

@@ -1,0 +1,177 @@
+#include "Orvi/OrvCanvasRenderer.h"
+
+#include "OrvDdi/Engine/OrvEngineNode.h"
+
+#include <QtCore/QMetaObject>
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+namespace {
+
+/// Between two pieces the engine is free for so long: its lock is not fair, and an edit must not wait for all of the
+/// picture.
+constexpr std::chrono::microseconds Breath(100);
+const OrvPixelFormat PixelFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
+/// A region of more rectangles costs more than the pixels between them.
+constexpr int MostRectangles = 64;
+
+void unite(QRegion& Region, const QRect& Rect)
+{
+    Region += Rect;
+    if (Region.rectCount() > MostRectangles)
+        Region = Region.boundingRect();
+}
+
+/// In pixels of the picture.
+QRect pictureRect(const OrvCanvasRenderer::Piece& Piece)
+{
+    const int Scale = 1 << Piece.Level;
+    return QRect(Piece.Region.topLeft() * Scale, Piece.Region.size() * Scale);
+}
+
+} // namespace
+
+OrvCanvasRenderer::OrvCanvasRenderer(QObject* pParent)
+    : QObject(pParent)
+    , m_Thread([this] { work(); })
+{
+}
+
+OrvCanvasRenderer::~OrvCanvasRenderer()
+{
+    {
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        m_Quit = true;
+    }
+    m_Wake.notify_all();
+    m_Thread.join();
+}
+
+void OrvCanvasRenderer::setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values)
+{
+    {
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        ++m_Epoch;
+        m_Wishes.clear();
+        m_Deliveries.clear();
+        m_Invalidated = QRegion();
+        m_Values = Values;
+    }
+    // Made with the first source: making it starts the image engine.
+    if (!m_pShown && pResult) {
+        auto pShown = OrvEngineNode::createPass();
+        pShown->setInvalidated([this](const QRect& Region) { noteInvalidated(Region); });
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        m_pShown = std::move(pShown);
+    }
+    if (m_pShown)
+        m_pShown->connectInput(OrvEngineNode::Base, pResult);
+}
+
+void OrvCanvasRenderer::setWishes(QVector<Piece> Wishes)
+{
+    {
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        const auto onItsWay = [this](const Piece& Wanted) { return isOnItsWay(Wanted); };
+        Wishes.erase(std::remove_if(Wishes.begin(), Wishes.end(), onItsWay), Wishes.end());
+        m_Wishes = std::move(Wishes);
+    }
+    m_Wake.notify_one();
+}
+
+bool OrvCanvasRenderer::isOnItsWay(const Piece& Wanted) const
+{
+    const auto covers = [&Wanted](const Piece& One, const QRegion& Invalidated) {
+        return One.Level == Wanted.Level && One.Tile == Wanted.Tile && One.Region.contains(Wanted.Region)
+            && !Invalidated.intersects(pictureRect(Wanted));
+    };
+    if (m_Computing && covers(m_Present, m_InvalidatedMeanwhile))
+        return true;
+    return std::any_of(m_Deliveries.begin(), m_Deliveries.end(),
+        [&](const Delivery& One) { return covers(One.Finished, m_Invalidated); });
+}
+
+bool OrvCanvasRenderer::isIdle() const
+{
+    const std::lock_guard<std::mutex> Lock(m_Mutex);
+    return m_Wishes.isEmpty() && !m_Computing && !m_DeliveryPosted;
+}
+
+void OrvCanvasRenderer::readPixel(const QPoint& Pixel, float* pRgba)
+{
+    std::fill(pRgba, pRgba + 4, 0.0f);
+    if (m_pShown)
+        m_pShown->render(QRect(Pixel, QSize(1, 1)), 1.0, PixelFormat, pRgba);
+}
+
+void OrvCanvasRenderer::postDelivery()
+{
+    if (!std::exchange(m_DeliveryPosted, true))
+        QMetaObject::invokeMethod(this, "deliver", Qt::QueuedConnection);
+}
+
+void OrvCanvasRenderer::noteInvalidated(const QRect& Region)
+{
+    const std::lock_guard<std::mutex> Lock(m_Mutex);
+    unite(m_Invalidated, Region);
+    if (m_Computing)
+        unite(m_InvalidatedMeanwhile, Region);
+    postDelivery();
+}
+
+QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values) const
+{
+    const QSize Size = Wanted.Region.size();
+    std::vector<float> Pixels(std::size_t(Size.width()) * std::size_t(Size.height()) * 4);
+    m_pShown->render(Wanted.Region, 1.0 / (1 << Wanted.Level), PixelFormat, Pixels.data());
+    return OrvDisplayTransform::toImage(Pixels.data(), Size, Values);
+}
+
+void OrvCanvasRenderer::work()
+{
+    std::unique_lock<std::mutex> Lock(m_Mutex);
+    while (true) {
+        m_Wake.wait(Lock, [this] { return m_Quit || (m_pShown && !m_Wishes.isEmpty()); });
+        if (m_Quit)
+            return;
+        const Piece Wanted = m_Wishes.takeFirst();
+        const OrvDisplayTransform::Meaning Values = m_Values;
+        const int Epoch = m_Epoch;
+        m_Present = Wanted;
+        m_Computing = true;
+        m_InvalidatedMeanwhile = QRegion();
+        Lock.unlock();
+        const QImage Pixels = compute(Wanted, Values);
+        std::this_thread::sleep_for(Breath);
+        Lock.lock();
+        m_Computing = false;
+        if (Epoch == m_Epoch) {
+            m_Deliveries.append({Wanted, Pixels});
+            // The piece may show pixels from before an edit that has been announced already.
+            m_Invalidated += m_InvalidatedMeanwhile.intersected(pictureRect(Wanted));
+        }
+        postDelivery();
+    }
+}
+
+void OrvCanvasRenderer::deliver()
+{
+    QVector<Delivery> Deliveries;
+    QRegion Invalidated;
+    {
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        m_DeliveryPosted = false;
+        Deliveries.swap(m_Deliveries);
+        Invalidated.swap(m_Invalidated);
+    }
+    for (const Delivery& One : qAsConst(Deliveries))
+        Q_EMIT pieceReady(One.Finished, One.Pixels);
+    if (!Invalidated.isEmpty())
+        Q_EMIT invalidated(Invalidated);
+    if (isIdle())
+        Q_EMIT becameIdle();
+}
+
+#include "moc_OrvCanvasRenderer.cpp"

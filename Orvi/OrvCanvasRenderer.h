@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Orvi/OrvDisplayTransform.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QPoint>
+#include <QtCore/QRect>
+#include <QtCore/QVector>
+#include <QtGui/QImage>
+#include <QtGui/QRegion>
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+class OrvEngineNode;
+
+/// Computes pieces of a picture in one thread of its own, newest wish first, so that the window never waits for the
+/// image engine. It owns one engine node to which the shown result is connected: results of the document may go at any
+/// time. Created, commanded and destroyed on the GUI thread; it keeps no finished pieces.
+class OrvCanvasRenderer : public QObject {
+    Q_OBJECT
+
+public:
+    /// Edge of a tile, in pixels of its level.
+    static constexpr int TileEdge = 256;
+
+    struct Piece {
+        int Level = 0; ///< the picture halved so often
+        QPoint Tile; ///< column and row of the tile on that level
+        QRect Region; ///< in pixels of the level, within the tile
+    };
+
+    explicit OrvCanvasRenderer(QObject* pParent = nullptr);
+    ~OrvCanvasRenderer() override;
+
+    /// Shows another result, null for none. What was asked for before is forgotten.
+    void setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values);
+    /// Replaces all wishes; those at the front are computed first. One that is being computed is not computed again.
+    void setWishes(QVector<Piece> Wishes);
+    /// Nothing is wished, computed or waiting to be delivered.
+    bool isIdle() const;
+
+    /// One pixel of the result as straight linear RGBA; waits for the engine.
+    void readPixel(const QPoint& Pixel, float* pRgba);
+
+Q_SIGNALS:
+    void pieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
+    /// Pixels of the picture are no longer up to date.
+    void invalidated(const QRegion& Region);
+    void becameIdle();
+
+private:
+    struct Delivery {
+        Piece Finished;
+        QImage Pixels;
+    };
+
+    void work();
+    QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values) const;
+    void postDelivery();
+    bool isOnItsWay(const Piece& Wanted) const;
+    void noteInvalidated(const QRect& Region);
+    Q_INVOKABLE void deliver();
+
+    std::unique_ptr<OrvEngineNode> m_pShown;
+
+    mutable std::mutex m_Mutex; ///< guards what follows; never held while the engine is asked for anything
+    std::condition_variable m_Wake;
+    QVector<Piece> m_Wishes;
+    Piece m_Present; ///< what is computed now
+    QVector<Delivery> m_Deliveries;
+    QRegion m_Invalidated;
+    QRegion m_InvalidatedMeanwhile; ///< while the present piece was computed
+    OrvDisplayTransform::Meaning m_Values = OrvDisplayTransform::Light;
+    int m_Epoch = 0;
+    bool m_Computing = false;
+    bool m_DeliveryPosted = false;
+    bool m_Quit = false;
+
+    std::thread m_Thread;
+};

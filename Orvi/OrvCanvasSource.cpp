@@ -1,0 +1,132 @@
+#include "Orvi/OrvCanvasSource.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Image/OrvImageSet.h"
+
+OrvCanvasSource::OrvCanvasSource(QObject* pParent)
+    : QObject(pParent)
+{
+    m_Update.setSingleShot(true);
+    m_Update.setInterval(0);
+    connect(&m_Update, &QTimer::timeout, this, &OrvCanvasSource::update);
+
+    const auto request = [this] { requestUpdate(); };
+    connect(&OrvShaderInputManager::instance(), &OrvShaderInputManager::currentShaderInputChanged, this, request);
+    connect(&OrvShaderInputManager::instance(), &OrvShaderInputManager::shaderInputRenamed, this,
+        &OrvCanvasSource::descriptionChanged);
+    connect(&OrvLayerManager::instance(), &OrvLayerManager::currentLayerChanged, this, request);
+    connect(&OrvLayerManager::instance(), &OrvLayerManager::currentComponentChanged, this, request);
+    connect(&OrvLayerShaderManager::instance(), &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
+    connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this, request);
+    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, request);
+    // What is shown goes with its node, before anything is said about what comes instead.
+    connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeDeregistered, this,
+        [this](const OrvShaderNetwork*, const OrvSnBaseNode* pNode) {
+            m_ResultGone |= pNode == m_pNode;
+            requestUpdate();
+        });
+    update();
+}
+
+OrvShaderInput* OrvCanvasSource::channel() const
+{
+    return OrvShaderInputManager::instance().currentShaderInput();
+}
+
+void OrvCanvasSource::requestUpdate()
+{
+    if (!m_Update.isActive())
+        m_Update.start();
+}
+
+OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
+{
+    const OrvShaderInput* pChannel = channel();
+    if (!pChannel)
+        return nullptr;
+    const OrvSnBaseNode* pShader = OrvLayerShaderManager::instance().currentShaderNode();
+    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    if (pShader && pLayer) {
+        if (pShader->hasTag(OrvLayerShaderManager::nodeTagCurrentLayerAndBelowShader())) {
+            PartName = tr("up to \"%1\"").arg(pLayer->name());
+            return pLayer->blendNode();
+        }
+        if (pShader->hasTag(OrvLayerShaderManager::nodeTagCurrentLayerShader())) {
+            PartName = tr("only \"%1\"").arg(pLayer->name());
+            return pLayer->overNode();
+        }
+        OrvSnBaseNode* pComponent = OrvLayerManager::instance().currentComponent();
+        if (pComponent && pShader->hasTag(OrvLayerShaderManager::nodeTagCurrentComponentShader())) {
+            PartName = pComponent == pLayer->maskNode() ? tr("mask of \"%1\"").arg(pLayer->name())
+                                                        : tr("paint of \"%1\"").arg(pLayer->name());
+            return pComponent;
+        }
+    }
+    return pChannel->node();
+}
+
+void OrvCanvasSource::watch(OrvImageSet* pImages)
+{
+    if (m_pWatched == pImages)
+        return;
+    if (m_pWatched)
+        m_pWatched->disconnect(this);
+    m_pWatched = pImages;
+    if (pImages) {
+        // The engine's node of an image is made anew with its buffer.
+        connect(pImages, &OrvImageSet::replaced, this, [this] {
+            m_ResultGone = true;
+            requestUpdate();
+        });
+    }
+}
+
+void OrvCanvasSource::update()
+{
+    m_Update.stop();
+    const OrvShaderInput* pChannel = channel();
+    QString PartName;
+    OrvSnBaseNode* pNode = shownNode(PartName);
+    OrvEngineNode* pResult = pNode ? OrvNodeEvaluation::result(pNode) : nullptr;
+    const OrvUdimLayout Layout = pChannel ? pChannel->layout() : OrvUdimLayout();
+    const auto* pImageNode = qobject_cast<const OrvSnChannelInputNode*>(pNode);
+    const bool ScalarImage = pImageNode && pImageNode->imageSet()
+        && pImageNode->imageSet()->format().Kind == OrvPixelFormat::Scalar;
+    const bool Numbers = pChannel
+        && (ScalarImage || pChannel->isScalar()
+            || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace() == OrvColorManager::raw());
+    const auto Meaning = Numbers ? OrvDisplayTransform::Numbers : OrvDisplayTransform::Light;
+
+    const bool Same = !m_ResultGone && pNode == m_pNode && pResult == m_pResult && Layout == m_Layout
+        && Meaning == m_Meaning;
+    const bool SameWords = PartName == m_PartName;
+    m_ResultGone = false;
+    m_pNode = pNode;
+    m_pResult = pResult;
+    m_Layout = Layout;
+    m_Meaning = Meaning;
+    m_PartName = PartName;
+    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    watch(pImageNode ? pImageNode->imageSet()
+                     : (pChannel && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet() : nullptr);
+    if (!Same)
+        Q_EMIT changed();
+    else if (!SameWords)
+        Q_EMIT descriptionChanged();
+}
+
+#include "moc_OrvCanvasSource.cpp"

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Orvi/OrvDisplayTransform.h"
+
+#include "OrvDdi/Image/OrvUdimLayout.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+
+class OrvEngineNode;
+class OrvImageSet;
+class OrvShaderInput;
+class OrvSnBaseNode;
+
+/// Which result of the document the canvas shows: the current channel's, or what the current system shader says (one
+/// layer, a layer and all below, the painted component). It follows the document and tells when another result, or a
+/// result of another size, is to be shown. The canvas owns it; it computes nothing.
+class OrvCanvasSource : public QObject {
+    Q_OBJECT
+
+public:
+    explicit OrvCanvasSource(QObject* pParent = nullptr);
+
+    /// Null without a channel.
+    OrvShaderInput* channel() const;
+    const OrvUdimLayout& layout() const { return m_Layout; }
+    OrvDisplayTransform::Meaning meaning() const { return m_Meaning; }
+    /// Valid until changed() is sent; null for nothing.
+    OrvEngineNode* result() const { return m_pResult; }
+    /// What is shown in place of the whole channel, for people; empty for the channel.
+    const QString& partName() const { return m_PartName; }
+
+Q_SIGNALS:
+    /// Another picture.
+    void changed();
+    /// Names or other words about the picture.
+    void descriptionChanged();
+
+private:
+    void requestUpdate();
+    void update();
+    OrvSnBaseNode* shownNode(QString& PartName) const;
+    void watch(OrvImageSet* pImages);
+
+    QTimer m_Update; ///< an edit tells many things at once
+    QPointer<OrvImageSet> m_pWatched;
+    QPointer<OrvSnBaseNode> m_pNode;
+    OrvEngineNode* m_pResult = nullptr;
+    OrvUdimLayout m_Layout;
+    OrvDisplayTransform::Meaning m_Meaning = OrvDisplayTransform::Light;
+    QString m_PartName;
+    bool m_ResultGone = false;
+};

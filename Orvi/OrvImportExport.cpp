@@ -1,0 +1,351 @@
+#include "Orvi/OrvImportExport.h"
+
+#include "Orvi/OrvChannelExport.h"
+#include "Orvi/OrvCommandLine.h"
+#include "Orvi/OrvFailureMessage.h"
+#include "Orvi/OrvImageImport.h"
+#include "Orvi/OrvProjectCommands.h"
+
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvCoreModules/Menus/OrvActionCreator.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvProgressDialog.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+
+#include "OrvDdi/Files/OrvImageFiles.h"
+
+#include <QtCore/QFileInfo>
+#include <QtCore/QMimeData>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QUrl>
+#include <QtGui/QDropEvent>
+#include <QtWidgets/QFileDialog>
+
+#include <functional>
+
+namespace {
+
+const QString UriList = QStringLiteral("text/uri-list");
+const QString ImportDirectoryKey = QStringLiteral("Images/ImportDirectory");
+const QString ExportDirectoryKey = QStringLiteral("Images/ExportDirectory");
+const QString ExportSuffixKey = QStringLiteral("Images/ExportSuffix");
+constexpr int MessageDuration = 4000; // ms
+
+QStringList localPaths(const QMimeData& Data)
+{
+    QStringList Paths;
+    for (const QUrl& Url : Data.urls()) {
+        if (Url.isLocalFile())
+            Paths.append(Url.toLocalFile());
+    }
+    return Paths;
+}
+
+QString directory(const QString& Key)
+{
+    return OrvSettings()
+        .value(Key, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
+        .toString();
+}
+
+/// Imports one image after the other under one progress dialog; failures are collected and told once.
+void importEach(const QString& Title, const QList<OrvUdimSet>& Sets,
+    const std::function<bool(const OrvUdimSet&, const OrvProgress&, QString&)>& Import)
+{
+    QStringList Failures;
+    {
+        OrvProgressDialog Progress(Title, &OrvMainWindow::instance());
+        for (int Index = 0; Index < Sets.size() && !Progress.isCancelled(); ++Index) {
+            Progress.setText(OrvImportExport::tr("Reading %1").arg(QFileInfo(Sets[Index].Pattern).fileName()));
+            QString Error;
+            const auto step = [&](int Done, int Total) {
+                const int Share = Total > 0 ? 100 * Done / Total : 0;
+                return Progress.step(100 * Index + Share, 100 * Sets.size());
+            };
+            if (!Import(Sets[Index], step, Error) && !Progress.isCancelled())
+                Failures.append(Error);
+        }
+    }
+    OrvFailureMessage::show(Title, Failures);
+}
+
+} // namespace
+
+OrvImportExport::OrvImportExport(OrvProjectCommands* pProjects, QObject* pParent)
+    : QObject(pParent)
+    , m_pProjects(pProjects)
+{
+    createActions();
+    registerDrops();
+    OrvMainWindow::instance().setAcceptDrops(true);
+    OrvMainWindow::instance().installEventFilter(this);
+}
+
+OrvImportExport::~OrvImportExport()
+{
+    for (const int Number : qAsConst(m_DropHandlers))
+        OrvDragAndDropManager::instance().unregisterHandler(Number);
+}
+
+void OrvImportExport::createActions()
+{
+    OrvActionCreator Creator(QStringLiteral("/Orvi/File"), this, QStringLiteral("MainWindow/&File"), QString());
+    Creator.createAndAddToMenu(
+        tr("Import Images as Channels"), QString(), SLOT(importChannelsFromDialog()), QVariant(), QString());
+    Creator.setActionSetName(QStringLiteral("ProjectOnly"));
+    Creator.createAndAddToMenu(tr("Export All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
+    Creator.addMenuSeparator();
+
+    Creator.setActionPath(QStringLiteral("/Orvi/Channels/Images"));
+    Creator.setActionSetName(QString());
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Import"));
+    Creator.createAndAddToMenu(
+        tr("Images as Channels"), QString(), SLOT(importChannelsFromDialog()), QVariant(), QString());
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Export"));
+    Creator.createAndAddToMenu(tr("All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/Export &Flattened"));
+    Creator.createAndAddToMenu(tr("Current Channel"), QString(), SLOT(exportChannel()), QVariant(), QString());
+
+    Creator.setActionPath(QStringLiteral("/Orvi/Layers/Images"));
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Import"));
+    Creator.createAndAddToMenu(
+        tr("Images as Paint Layers"), QString(), SLOT(importLayersFromDialog()), QVariant(), QString());
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Export"));
+    Creator.createAndAddToMenu(tr("Current Layer"), QString(), SLOT(exportLayer()), QVariant(), QString());
+    Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/Export &Flattened"));
+    Creator.createAndAddToMenu(
+        tr("Current Layer and Below"), QString(), SLOT(exportUpToLayer()), QVariant(), QString());
+}
+
+void OrvImportExport::registerDrops()
+{
+    OrvDragAndDropManager::Handler Handler;
+    Handler.MimeTypes = QStringList{UriList};
+    Handler.Accepts = [](const QMimeData& Data) { return !OrvImageImport::imagePaths(localPaths(Data)).isEmpty(); };
+    Handler.Drop = [this](const QMimeData& Data, const QVariantMap& Place) {
+        return dropOnLayers(*this, Data, Place);
+    };
+    for (const int Target : {OrvDragAndDropManager::CanvasTarget, OrvDragAndDropManager::LayerTreeTarget})
+        m_DropHandlers.append(OrvDragAndDropManager::instance().registerHandler(Target, Handler));
+}
+
+bool OrvImportExport::dropOnLayers(OrvImportExport& Self, const QMimeData& Data, const QVariantMap& Place)
+{
+    const QStringList Paths = OrvImageImport::imagePaths(localPaths(Data));
+    if (Paths.isEmpty())
+        return false;
+    auto* pStack = Place.value(QStringLiteral("LayerStack")).value<OrvLayerStack*>();
+    if (pStack)
+        Self.importLayers(Paths, pStack, Place.value(QStringLiteral("LayerBelow")).value<OrvLayer*>());
+    else
+        Self.takeFiles(Paths);
+    return true;
+}
+
+bool OrvImportExport::takeFiles(const QStringList& Paths)
+{
+    for (const QString& Path : Paths) {
+        if (OrvCommandLine::isProjectPath(Path)) {
+            m_pProjects->open(Path);
+            return true;
+        }
+    }
+    const QStringList Images = OrvImageImport::imagePaths(Paths);
+    if (Images.isEmpty())
+        return false;
+    if (OrvProjectManager::instance().currentProject())
+        importChannels(Images);
+    else
+        openImagesAsProject(Images);
+    return true;
+}
+
+bool OrvImportExport::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    const auto takes = [](const QDropEvent* pDrop) {
+        const QStringList Paths = localPaths(*pDrop->mimeData());
+        return std::any_of(Paths.begin(), Paths.end(), &OrvCommandLine::isProjectPath)
+            || !OrvImageImport::imagePaths(Paths).isEmpty();
+    };
+    if (pEvent->type() == QEvent::DragEnter) {
+        auto* pDrag = static_cast<QDragEnterEvent*>(pEvent);
+        if (takes(pDrag))
+            pDrag->acceptProposedAction();
+        return true;
+    }
+    if (pEvent->type() == QEvent::Drop) {
+        auto* pDrop = static_cast<QDropEvent*>(pEvent);
+        pDrop->setAccepted(takeFiles(localPaths(*pDrop->mimeData())));
+        return true;
+    }
+    return QObject::eventFilter(pWatched, pEvent);
+}
+
+void OrvImportExport::openImagesAsProject(const QStringList& Paths)
+{
+    if (Paths.isEmpty() || !m_pProjects->mayLeaveProject())
+        return;
+    m_pProjects->makeNew(OrvImageImport::imageSets(Paths).first().BaseName);
+    importChannels(Paths);
+    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    const QList<OrvShaderInput*> Channels = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
+    if (Channels.isEmpty())
+        OrvProjectManager::instance().closeProject();
+}
+
+void OrvImportExport::importChannels(const QStringList& Paths)
+{
+    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    if (!pProject)
+        return openImagesAsProject(Paths);
+    OrvGeoEntity* pEntity = pProject->currentGeoEntity();
+    if (Paths.isEmpty() || !pEntity)
+        return;
+    const QList<OrvUdimSet> Sets = OrvImageImport::imageSets(Paths);
+    OrvImageImport::takeTiles(pEntity, Sets);
+    QPointer<OrvShaderInput> pFirst;
+    {
+        const OrvUndoManager::AutoMacro Macro(tr("Import Channels"));
+        importEach(tr("Import Channels"), Sets,
+            [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
+                OrvShaderInput* pChannel
+                    = OrvImageImport::importChannel(pEntity->shaderNetwork(), Set, Progress, Error);
+                if (!pFirst)
+                    pFirst = pChannel;
+                return pChannel != nullptr;
+            });
+    }
+    if (pFirst)
+        OrvShaderInputManager::instance().makeShaderInputCurrent(pFirst, true);
+}
+
+void OrvImportExport::importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow)
+{
+    if (!pStack || Paths.isEmpty())
+        return;
+    const QPointer<OrvLayerStack> pTarget(pStack);
+    QPointer<OrvLayer> pLast(pBelow);
+    const OrvUndoManager::AutoMacro Macro(tr("Import Layers"));
+    importEach(tr("Import Layers"), OrvImageImport::imageSets(Paths),
+        [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
+            OrvLayer* pLayer = OrvImageImport::importPaintLayer(pTarget, pLast, Set, Progress, Error);
+            if (pLayer)
+                pLast = pLayer;
+            return pLayer != nullptr;
+        });
+}
+
+QStringList OrvImportExport::askForImages(const QString& Title)
+{
+    const QStringList Paths = QFileDialog::getOpenFileNames(
+        &OrvMainWindow::instance(), Title, directory(ImportDirectoryKey), OrvImageFiles::readFilter());
+    if (!Paths.isEmpty())
+        OrvSettings().setValue(ImportDirectoryKey, QFileInfo(Paths.first()).absolutePath());
+    return Paths;
+}
+
+void OrvImportExport::importChannelsFromDialog()
+{
+    importChannels(askForImages(tr("Import Images as Channels")));
+}
+
+void OrvImportExport::importLayersFromDialog()
+{
+    OrvLayerStack* pStack = OrvLayerManager::instance().currentLayerStack();
+    if (pStack)
+        importLayers(askForImages(tr("Import Images as Paint Layers")), pStack, nullptr);
+}
+
+void OrvImportExport::exportNode(const OrvSnBaseNode* pNode, const QString& Name)
+{
+    OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
+    if (!pNode || !pChannel)
+        return;
+    const QString Suffix = OrvSettings().value(ExportSuffixKey, QStringLiteral("png")).toString();
+    const QString Path = QFileDialog::getSaveFileName(&OrvMainWindow::instance(), tr("Export %1").arg(Name),
+        OrvChannelExport::suggestedPath(pChannel, directory(ExportDirectoryKey), Name, Suffix),
+        OrvImageFiles::writeFilter());
+    if (Path.isEmpty())
+        return;
+    QString Error;
+    bool Written = false, Cancelled = false;
+    {
+        OrvProgressDialog Progress(tr("Exporting %1").arg(Name), &OrvMainWindow::instance());
+        Written = OrvChannelExport::writeNode(pNode, pChannel, Path,
+            [&Progress](int Done, int Total) { return Progress.step(Done, Total); }, Error);
+        Cancelled = Progress.isCancelled();
+    }
+    if (Written) {
+        OrvSettings().setValue(ExportDirectoryKey, QFileInfo(Path).absolutePath());
+        OrvSettings().setValue(ExportSuffixKey, QFileInfo(Path).suffix().toLower());
+        OrvStatusManager::instance().showMessage(tr("Exported %1").arg(Path), MessageDuration);
+    } else if (!Cancelled) {
+        OrvFailureMessage::show(tr("Export"), Error);
+    }
+}
+
+void OrvImportExport::exportChannel()
+{
+    if (const OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput())
+        exportNode(pChannel->node(), pChannel->name());
+}
+
+void OrvImportExport::exportLayer()
+{
+    if (const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
+        exportNode(pLayer->overNode(), pLayer->name());
+}
+
+void OrvImportExport::exportUpToLayer()
+{
+    if (const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
+        exportNode(pLayer->blendNode(), pLayer->name());
+}
+
+void OrvImportExport::exportAllChannels()
+{
+    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    if (!pProject || !pProject->currentGeoEntity())
+        return;
+    const QString Directory = QFileDialog::getExistingDirectory(
+        &OrvMainWindow::instance(), tr("Export All Channels To"), directory(ExportDirectoryKey));
+    if (Directory.isEmpty())
+        return;
+    OrvSettings().setValue(ExportDirectoryKey, Directory);
+    const QList<OrvShaderInput*> Channels = OrvShaderInputManager::instance().getShaderInputsFromNetwork(
+        pProject->currentGeoEntity()->shaderNetwork());
+    QStringList Failures;
+    {
+        OrvProgressDialog Progress(tr("Exporting"), &OrvMainWindow::instance());
+        for (int Index = 0; Index < Channels.size() && !Progress.isCancelled(); ++Index) {
+            OrvShaderInput* pChannel = Channels[Index];
+            Progress.setText(tr("Exporting %1").arg(pChannel->name()));
+            // What no 8-bit file can hold goes to EXR.
+            const QString Suffix
+                = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
+            QString Error;
+            const auto step = [&](int Done, int Total) {
+                const int Share = Total > 0 ? 100 * Done / Total : 0;
+                return Progress.step(100 * Index + Share, 100 * Channels.size());
+            };
+            const QString Path
+                = OrvChannelExport::suggestedPath(pChannel, Directory, pChannel->name(), Suffix);
+            if (!OrvChannelExport::writeChannel(pChannel, Path, step, Error) && !Progress.isCancelled())
+                Failures.append(Error);
+        }
+    }
+    OrvFailureMessage::show(tr("Export All Channels"), Failures);
+}
+
+#include "moc_OrvImportExport.cpp"

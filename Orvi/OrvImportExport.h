@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QVariantMap>
+
+class OrvLayer;
+class OrvLayerStack;
+class OrvProjectCommands;
+class OrvSnBaseNode;
+class QMimeData;
+
+/// The commands that bring images in and out, with their dialogs, progress and messages, and what images do when they
+/// are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window channels. Owned by
+/// the program; the work itself is OrvImageImport's and OrvChannelExport's.
+class OrvImportExport : public QObject {
+    Q_OBJECT
+
+public:
+    explicit OrvImportExport(OrvProjectCommands* pProjects, QObject* pParent = nullptr);
+    ~OrvImportExport() override;
+
+    /// A new project with one channel for each image, named after the first. Files that cannot be read are named in
+    /// one message; the others are there.
+    void openImagesAsProject(const QStringList& Paths);
+    void importChannels(const QStringList& Paths);
+    void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow);
+    /// A project opens, images become channels; false when there was neither.
+    bool takeFiles(const QStringList& Paths);
+
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
+public Q_SLOTS:
+    void importChannelsFromDialog();
+    void importLayersFromDialog();
+    void exportChannel();
+    void exportAllChannels();
+    void exportLayer();
+    void exportUpToLayer();
+
+private:
+    void createActions();
+    void registerDrops();
+    void exportNode(const OrvSnBaseNode* pNode, const QString& Name);
+    QStringList askForImages(const QString& Title);
+    static bool dropOnLayers(OrvImportExport& Self, const QMimeData& Data, const QVariantMap& Place);
+
+    OrvProjectCommands* m_pProjects;
+    QList<int> m_DropHandlers;
+};

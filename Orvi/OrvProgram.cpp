@@ -1,0 +1,251 @@
+#include "Orvi/OrvProgram.h"
+
+#include "Orvi/OrvAutosave.h"
+#include "Orvi/OrvBrushBar.h"
+#include "Orvi/OrvBrushTool.h"
+#include "Orvi/OrvCanvas.h"
+#include "Orvi/OrvCommandLine.h"
+#include "Orvi/OrvEditCommands.h"
+#include "Orvi/OrvFailureMessage.h"
+#include "Orvi/OrvHistoryPalette.h"
+#include "Orvi/OrvImportExport.h"
+#include "Orvi/OrvProjectCommands.h"
+#include "Orvi/OrvSampleProject.h"
+
+#include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Object/OrvObjectReferenceManager.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Menus/OrvActionCreator.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Menus/OrvPanelToolBars.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
+#include "OrvCoreModules/Plugin/OrvPluginInterface.h"
+#include "OrvCoreModules/Plugin/OrvPluginLoader.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvCoreModules/Window/OrvProgressDialog.h"
+#include "OrvCoreModules/Window/OrvResourceInfo.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+
+#include "OrvDdi/Engine/OrvEngine.h"
+
+#include <QtCore/QTimer>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
+
+namespace {
+
+const QString ViewPath = QStringLiteral("/Orvi/View");
+const QString BrushPath = QStringLiteral("/Orvi/Brush");
+
+/// Those that others build upon come first, and so are destroyed last.
+void makeManagers()
+{
+    OrvObjectReferenceManager::instance();
+    OrvUndoManager::instance();
+    OrvShaderNetworkManager::instance();
+    OrvLayerManager::instance();
+    OrvShaderInputManager::instance();
+    OrvLayerShaderManager::instance();
+    OrvProjectManager::instance();
+    OrvStatusManager::instance();
+    OrvActionTreeManager::instance();
+    OrvShortcutManager::instance();
+    OrvMenuManager::instance();
+    OrvMainWindow::instance();
+    OrvPaletteManager::instance();
+}
+
+} // namespace
+
+OrvProgram::OrvProgram()
+{
+    makeManagers();
+    makeParts();
+    makeMenus();
+    loadPlugins();
+    OrvApplication::appInstance().setInitialized(true);
+}
+
+OrvProgram::~OrvProgram()
+{
+    OrvMainWindow::instance().setCloseGuard({});
+    OrvProjectManager::instance().closeProject();
+    // The canvas computes in a thread of its own, which ends with it.
+    delete m_pCanvas;
+}
+
+void OrvProgram::makeParts()
+{
+    OrvMainWindow& Window = OrvMainWindow::instance();
+    m_pBrushTool = new OrvBrushTool(this);
+    m_pCanvas = new OrvCanvas(m_pBrushTool);
+    Window.setCentralWidget(m_pCanvas);
+    Window.addToolBar(new OrvBrushBar(m_pBrushTool, &Window));
+    m_pProjectCommands = new OrvProjectCommands(this);
+    m_pImportExport = new OrvImportExport(m_pProjectCommands, this);
+    m_pEditCommands = new OrvEditCommands(this);
+    m_pAutosave = new OrvAutosave(this);
+}
+
+void OrvProgram::makeMenus()
+{
+    OrvActionCreator File(QStringLiteral("/Orvi/File"), m_pProjectCommands, QStringLiteral("MainWindow/&File"), QString());
+    OrvShortcutManager& Shortcuts = OrvShortcutManager::instance();
+    Shortcuts.setDefaultShortcut(QStringLiteral("/Orvi/File/") + tr("Quit"), QKeySequence::Quit);
+    File.createAndAddToMenu(tr("Quit"), QString(), SLOT(quit()), QVariant(), QString());
+
+    OrvActionCreator View(ViewPath, m_pCanvas, QStringLiteral("MainWindow/&View"), QString());
+    const auto addView = [&](const QString& Text, const char* pSlot, const QKeySequence& Keys) {
+        Shortcuts.setDefaultShortcut(ViewPath + QLatin1Char('/') + Text, Keys);
+        View.createAndAddToMenu(Text, QString(), pSlot, QVariant(), QString());
+    };
+    addView(tr("Zoom In"), SLOT(zoomIn()), QKeySequence(Qt::CTRL + Qt::Key_Plus));
+    addView(tr("Zoom Out"), SLOT(zoomOut()), QKeySequence(Qt::CTRL + Qt::Key_Minus));
+    addView(tr("Actual Size"), SLOT(showActualSize()), QKeySequence(Qt::CTRL + Qt::Key_1));
+    addView(tr("Fit"), SLOT(fit()), QKeySequence(Qt::Key_F));
+
+    OrvActionCreator Brush(BrushPath, m_pBrushTool, QStringLiteral("MainWindow/&Brush"), QString());
+    const auto addBrush = [&](const QString& Text, const char* pSlot, const QKeySequence& Keys) {
+        Shortcuts.setDefaultShortcut(BrushPath + QLatin1Char('/') + Text, Keys);
+        Brush.createAndAddToMenu(Text, QString(), pSlot, QVariant(), QString());
+    };
+    addBrush(tr("Larger"), SLOT(growBrush()), QKeySequence(Qt::Key_BracketRight));
+    addBrush(tr("Smaller"), SLOT(shrinkBrush()), QKeySequence(Qt::Key_BracketLeft));
+    addBrush(tr("Erase"), SLOT(toggleEraser()), QKeySequence(Qt::Key_E));
+
+    OrvActionCreator Help(QStringLiteral("/Orvi/Help"), this, QStringLiteral("MainWindow/&Help"), QString());
+    Help.createAndAddToMenu(tr("Open Sample Project"), QString(), SLOT(openSample()), QVariant(), QString());
+    Help.addMenuSeparator();
+    Help.createAndAddToMenu(tr("About Orvi"), QString(), SLOT(showAbout()), QVariant(), QString());
+}
+
+void OrvProgram::loadPlugins()
+{
+    OrvPaletteManager& Palettes = OrvPaletteManager::instance();
+    OrvPluginLoader& Plugins = OrvPluginLoader::instance();
+    if (!Plugins.loadAll()) {
+        for (const OrvPluginLoader::Plugin& One : Plugins.plugins()) {
+            if (One.CurrentState == OrvPluginLoader::Failed)
+                OrvFailureMessage::show(tr("Plug-ins"), QStringLiteral("%1: %2").arg(One.File, One.Error));
+        }
+    }
+    Palettes.registerPalette(new OrvHistoryPalette, false, OrvResourceInfo::iconPath() + QStringLiteral("/History.png"));
+    OrvPanelToolBars::instance().publish();
+    OrvMainWindow::instance().setMenuOrder({tr("&File"), tr("&Edit"), tr("&View"), tr("&Brush"), tr("&Channels"),
+        tr("&Layers"), tr("&Palettes"), tr("&Help")});
+    OrvMainWindow::instance().setDefaultLayout([] { arrangePalettes(); });
+}
+
+void OrvProgram::arrangePalettes()
+{
+    OrvMainWindow& Window = OrvMainWindow::instance();
+    OrvPalette* pChannels = OrvPaletteManager::find(QStringLiteral("Channels"));
+    OrvPalette* pShaders = OrvPaletteManager::find(QStringLiteral("Shaders"));
+    OrvPalette* pLayers = OrvPaletteManager::find(QStringLiteral("Layers"));
+    OrvPalette* pHistory = OrvPaletteManager::find(QStringLiteral("History"));
+    for (OrvPalette* pPalette : {pChannels, pShaders, pLayers, pHistory}) {
+        if (!pPalette)
+            continue;
+        pPalette->setFloating(false);
+        Window.addDockWidget(pPalette == pLayers ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, pPalette);
+        pPalette->show();
+    }
+    if (pChannels && pShaders)
+        Window.splitDockWidget(pChannels, pShaders, Qt::Vertical);
+    if (pShaders && pHistory) {
+        Window.tabifyDockWidget(pShaders, pHistory);
+        pShaders->raise();
+    }
+    if (pChannels && pLayers)
+        Window.resizeDocks({pChannels, pLayers}, {290, 340}, Qt::Horizontal);
+    if (pChannels && pShaders)
+        Window.resizeDocks({pChannels, pShaders}, {560, 340}, Qt::Vertical);
+}
+
+void OrvProgram::start(const OrvCommandLine& Line)
+{
+    OrvMainWindow& Window = OrvMainWindow::instance();
+    Window.restoreLayout();
+    Window.show();
+    // The window is painted before anything slow begins.
+    QTimer::singleShot(0, this, [this, Line] {
+        OrvEngine::warmUp();
+        open(Line);
+    });
+}
+
+void OrvProgram::open(const OrvCommandLine& Line)
+{
+    if (Line.RequestedMode == OrvCommandLine::Sample)
+        openSample();
+    else if (!Line.Project.isEmpty())
+        m_pProjectCommands->open(Line.Project);
+    else if (!Line.Images.isEmpty())
+        m_pImportExport->openImagesAsProject(Line.Images);
+    else if (Line.RequestedMode == OrvCommandLine::Interactive)
+        offerRecovery();
+}
+
+void OrvProgram::offerRecovery()
+{
+    if (!OrvApplication::popupsAllowed())
+        return;
+    for (const OrvAutosave::Copy& Left : OrvAutosave::leftBehind()) {
+        QMessageBox Box(&OrvMainWindow::instance());
+        Box.setIcon(QMessageBox::Question);
+        Box.setWindowTitle(tr("Recover Project"));
+        Box.setText(tr("Orvi did not end properly while \"%1\" had unsaved changes.").arg(Left.ProjectName));
+        Box.setInformativeText(tr("A copy from shortly before can be opened as a new project."));
+        const QPushButton* pRecover = Box.addButton(tr("Recover"), QMessageBox::AcceptRole);
+        const QPushButton* pDiscard = Box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
+        Box.addButton(tr("Later"), QMessageBox::RejectRole);
+        Box.exec();
+        if (Box.clickedButton() == pDiscard) {
+            OrvAutosave::discard(Left);
+        } else if (Box.clickedButton() == pRecover) {
+            QString Error;
+            if (OrvAutosave::recover(Left, Error).isEmpty())
+                OrvFailureMessage::show(tr("Recover Project"), Error);
+            return;
+        }
+    }
+}
+
+void OrvProgram::openSample()
+{
+    if (!m_pProjectCommands->mayLeaveProject())
+        return;
+    QString Error;
+    bool Opened = false;
+    {
+        OrvProgressDialog Progress(tr("Opening the sample project"), &OrvMainWindow::instance());
+        Opened = OrvSampleProject::open(
+            Error, [&Progress](int Done, int Total) { return Progress.step(Done, Total); });
+        if (Progress.isCancelled())
+            return;
+    }
+    if (!Opened)
+        OrvFailureMessage::show(tr("Sample Project"), Error);
+}
+
+void OrvProgram::showAbout()
+{
+    QString Plugins;
+    for (const OrvPluginLoader::Plugin& One : OrvPluginLoader::instance().plugins()) {
+        if (One.pInterface)
+            Plugins += QStringLiteral("<br>%1 - %2").arg(One.pInterface->name(), One.pInterface->description());
+    }
+    QMessageBox::about(&OrvMainWindow::instance(), tr("About Orvi"),
+        tr("<b>Orvi %1</b><p>A layered texture-painting studio.</p><p>Plug-ins:%2</p>")
+            .arg(QCoreApplication::applicationVersion(), Plugins));
+}
+
+#include "moc_OrvProgram.cpp"

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QtCore/QObject>
+
+#include <memory>
+
+class OrvAutosave;
+class OrvBrushBar;
+class OrvBrushTool;
+class OrvCanvas;
+class OrvCommandLine;
+class OrvEditCommands;
+class OrvImportExport;
+class OrvProjectCommands;
+
+/// The program with a window, put together: makes the managers in the order in which they need each other, the
+/// window's own parts, and the plug-ins, arranges the palettes and opens what was asked for. Made after the
+/// application object, destroyed before it; it does no work of its own afterwards.
+class OrvProgram : public QObject {
+    Q_OBJECT
+
+public:
+    OrvProgram();
+    ~OrvProgram() override;
+
+    /// Shows the window and opens what the command line names.
+    void start(const OrvCommandLine& Line);
+    OrvCanvas* canvas() const { return m_pCanvas; }
+
+private Q_SLOTS:
+    void openSample();
+    void showAbout();
+
+private:
+    void makeParts();
+    void makeMenus();
+    void loadPlugins();
+    static void arrangePalettes();
+    void open(const OrvCommandLine& Line);
+    void offerRecovery();
+
+    OrvCanvas* m_pCanvas = nullptr; ///< the window's
+    OrvBrushTool* m_pBrushTool = nullptr;
+    OrvProjectCommands* m_pProjectCommands = nullptr;
+    OrvImportExport* m_pImportExport = nullptr;
+    OrvEditCommands* m_pEditCommands = nullptr;
+    OrvAutosave* m_pAutosave = nullptr;
+};

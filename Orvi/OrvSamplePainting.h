@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QtCore/QRectF>
+#include <QtCore/QVector>
+#include <QtGui/QColor>
+#include <QtGui/QImage>
+
+#include <vector>
+
+class QPainter;
+
+/// Paints the pictures of the sample project: a weathered, riveted hull, plate by plate. The same pictures each time,
+/// at any size; it knows nothing of documents. Colours are straight RGBA, masks and heights gray.
+class OrvSamplePainting {
+public:
+    explicit OrvSamplePainting(int Edge);
+
+    // Colour, in the order in which they lie upon each other.
+    QImage bareMetal() const;
+    QImage plates() const;
+    QImage vents() const;
+    QImage rivets() const;
+    QImage stripes() const;
+    QImage lettering() const;
+    QImage rust() const;
+    QImage scratches() const;
+    QImage splashes() const;
+    QImage sketch() const;
+
+    // Masks, 8-bit gray.
+    QImage wornPaint() const;
+    QImage stripeArea() const;
+    QImage dirtyCorners() const;
+
+    // Numbers from 0 to 1.
+    QImage roughness() const;
+    std::vector<float> heights() const;
+
+private:
+    struct Plate {
+        QRectF Rect;
+        QColor Paint;
+    };
+
+    QImage transparent() const;
+    void begin(QPainter& Painter) const;
+    QVector<QPointF> rivetPlaces() const;
+    void paintDrips(QPainter& Painter) const;
+    /// Negative inside of a plate, in the painting's own units.
+    double distanceToPlates(double X, double Y) const;
+    template <class Shade>
+    QImage shadeGray(Shade shade) const;
+
+    int m_Edge;
+    QVector<Plate> m_Plates;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class OrvCanvas;
+class OrvLayer;
+class QWidget;
+
+/// Plays a short tour over the real program, off screen, and writes a picture of each stop: for the manual and for
+/// whoever wants to see what changed. It acts as a user would and waits until the program has settled before it looks.
+class OrvTour {
+public:
+    OrvTour(OrvCanvas* pCanvas, const QString& Directory);
+
+    /// The program's exit code.
+    int run();
+
+private:
+    void settle() const;
+    void picture(const QString& Name, QWidget* pWidget = nullptr);
+    void showPalette(const QString& Name);
+    OrvLayer* select(const QString& LayerName);
+    void visitPalettes();
+    void visitPropertyEditors();
+    void visitMaskStack();
+    void visitQuickFind();
+    void visitBrush();
+    void visitChannels();
+
+    OrvCanvas* m_pCanvas;
+    QString m_Directory;
+    QStringList m_Failures;
+    int m_Pictures = 0;
+};
