@@ -153,10 +153,14 @@ ORV_FLOOR_TARGET inline Four load(const char* pPixels, int Index, const float* p
         return Four{float(pHalves[0]), float(pHalves[1]), float(pHalves[2]), float(pHalves[3])};
 #endif
     } else if constexpr (Stored == Byte) {
-        using Bytes = unsigned char __attribute__((vector_size(4)));
-        Bytes Pixel;
+#if defined(__x86_64__)
+        int Pixel;
         memcpy(&Pixel, pPixels + Index * 4, 4);
-        return __builtin_convertvector(Pixel, Four) * (1.0f / 255);
+        return (Four)_mm_cvtepi32_ps(_mm_cvtepu8_epi32(_mm_cvtsi32_si128(Pixel))) * (1.0f / 255);
+#else
+        const auto* p = reinterpret_cast<const unsigned char*>(pPixels) + Index * 4;
+        return Four{float(p[0]), float(p[1]), float(p[2]), float(p[3])} * (1.0f / 255);
+#endif
     } else {
         const auto* p = reinterpret_cast<const unsigned char*>(pPixels) + Index * 4;
         return Four{pLinear[p[0]], pLinear[p[1]], pLinear[p[2]], float(p[3]) * (1.0f / 255)};
