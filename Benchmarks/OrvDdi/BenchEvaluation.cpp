@@ -1,5 +1,6 @@
-// How fast a stack of layers is computed, next to the least that the machine could need for it: a loop written by hand
-// over the same pixels in plain memory, in the same run. Prints the times and, at the end, the ratios.
+// How fast a stack of layers is computed, next to the least that the machine could need for it: a loop
+// written by hand over the same pixels in plain memory, in the same run. Prints the times and, at the end,
+// the ratios.
 
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
@@ -31,11 +32,13 @@ constexpr int TilesAlong = Edge / TileEdge;
 constexpr int TilePixels = TileEdge * TileEdge;
 const QRect Canvas(0, 0, Edge, Edge);
 const QRect Dab(1900, 1700, 256, 256);
-const OrvBlendMode Modes[] = {OrvBlendMode::Normal, OrvBlendMode::Multiply, OrvBlendMode::Screen, OrvBlendMode::Overlay};
+const OrvBlendMode Modes[]
+    = {OrvBlendMode::Normal, OrvBlendMode::Multiply, OrvBlendMode::Screen, OrvBlendMode::Overlay};
 
 /// How the layers' pixels are stored.
 enum Storage { Float, Half, Byte, SrgbByte };
-const std::pair<Storage, const char*> Storages[] = {{Float, "float"}, {Half, "half"}, {Byte, "8-bit"}, {SrgbByte, "8-bit sRGB"}};
+const std::pair<Storage, const char*> Storages[]
+    = {{Float, "float"}, {Half, "half"}, {Byte, "8-bit"}, {SrgbByte, "8-bit sRGB"}};
 
 OrvPixelFormat formatOf(Storage Stored)
 {
@@ -168,7 +171,8 @@ ORV_FLOOR_TARGET inline Four load(const char* pPixels, int Index, const float* p
 }
 
 template <Storage Stored, OrvBlendMode Mode>
-ORV_FLOOR_TARGET void blendRow(const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
+ORV_FLOOR_TARGET void blendRow(
+    const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
 {
     const float* pLinear = LinearOfByte.data();
     for (int Index = 0; Index < Count; ++Index) {
@@ -194,7 +198,8 @@ ORV_FLOOR_TARGET void blendRow(const char* pPixels, const unsigned char* pMask, 
 }
 
 template <Storage Stored>
-void blendLayerRow(OrvBlendMode Mode, const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
+void blendLayerRow(
+    OrvBlendMode Mode, const char* pPixels, const unsigned char* pMask, float Amount, int Count, float* pSums)
 {
     switch (Mode) {
     case OrvBlendMode::Multiply:
@@ -217,7 +222,8 @@ void Stack::tileByHand(int Tile, const QRect& Within, float* pSums) const
         const int End = std::min(Row + RowsAtOnce, Within.bottom() + 1);
         const int Full = Within.width() == TileEdge ? 1 : End - Row;
         const int Length = Full == 1 ? (End - Row) * TileEdge : Within.width();
-        memset(pSums + (Row * TileEdge + Within.left()) * 4, 0, size_t((End - Row - 1) * TileEdge + Within.width()) * 16);
+        memset(pSums + (Row * TileEdge + Within.left()) * 4, 0,
+            size_t((End - Row - 1) * TileEdge + Within.width()) * 16);
         for (const Layer& One : m_Layers) {
             for (int Part = 0; Part < Full; ++Part) {
                 const int First = (Row + Part) * TileEdge + Within.left();
@@ -361,15 +367,20 @@ int main(int ArgumentCount, char** pArguments)
     for (const auto& Kind : Storages) {
         const Storage Stored = Kind.first;
         const std::string Name = Kind.second;
-        for (const auto& Region : {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
+        for (const auto& Region :
+            {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
             const QRect Rect = Region.first;
             const double Seconds = Rect == Canvas ? 0.3 : 0.1;
-            measure("by hand: " + (Region.second + Name),
+            measure(
+                "by hand: " + (Region.second + Name),
                 [Stored, Rect](benchmark::State& State) { byHand(State, Stored, Rect); }, Seconds);
-            measure(Region.second + Name, [Stored, Rect](benchmark::State& State) { atOnce(State, Stored, Rect); },
-                Seconds);
+            measure(
+                Region.second + Name,
+                [Stored, Rect](benchmark::State& State) { atOnce(State, Stored, Rect); }, Seconds);
         }
-        measure("quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); }, 0.1);
+        measure(
+            "quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); },
+            0.1);
     }
     RatioReporter Reporter;
     benchmark::RunSpecifiedBenchmarks(&Reporter);

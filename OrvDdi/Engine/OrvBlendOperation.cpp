@@ -69,8 +69,8 @@ OrvPicture::Pointer inputPicture(GeglOperationContext* pContext, const char* pPa
     return OrvPicture::of(gegl_operation_context_get_object(pContext, pPad));
 }
 
-gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion,
-    int Level)
+gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*,
+    const GeglRectangle* pRegion, int Level)
 {
     const BlendOperation* pSelf = instance(pOperation);
     const OrvBlendParameters& Parameters = pSelf->Parameters;
@@ -90,7 +90,8 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     }
     const GeglRectangle Region{
         pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
-    OrvPictureProgram(pPicture).renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+    OrvPictureProgram(pPicture).renderTo(
+        gegl_operation_context_get_target(pContext, "output"), Region, Level);
     return TRUE;
 }
 

@@ -3,8 +3,8 @@
 #include "OrvDdi/Engine/OrvBlendParameters.h"
 #include "OrvDdi/Engine/OrvGegl.h"
 
-/// The engine's operation behind a blend step: pads "input" (base), "aux" (over) and "aux2" (mask). Where its only
-/// reader is another blend step it yields a description of the blend instead of pixels (see OrvPicture).
+/// The engine's operation behind a blend step: pads "input" (base), "aux" (over) and "aux2" (mask). Where its
+/// only reader is another blend step it yields a description of the blend instead of pixels (see OrvPicture).
 namespace OrvBlendOperation {
 
 constexpr char Name[] = "orv:blend";

@@ -41,7 +41,8 @@ void prepare(GeglOperation* pOperation)
     gegl_operation_set_format(pOperation, "output", babl_format("RaGaBaA float"));
 }
 
-gboolean process(GeglOperation*, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion, int Level)
+gboolean process(
+    GeglOperation*, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion, int Level)
 {
     const OrvPicture::Pointer pPicture = OrvPicture::of(gegl_operation_context_get_object(pContext, "input"));
     OrvPictureProgram Program(pPicture);
@@ -67,9 +68,7 @@ void delivery_operation_class_init(DeliveryOperationClass* pClass)
         pOperationClass, "name", OperationName, "title", "Delivery", "categories", "hidden", nullptr);
 }
 
-void delivery_operation_init(DeliveryOperation*)
-{
-}
+void delivery_operation_init(DeliveryOperation*) { }
 
 void connectTo(GeglNode* pTarget)
 {
@@ -96,7 +95,8 @@ int levelOf(double Scale)
 void clear(const GeglRectangle& Region, int BytesPerPixel, void* pPixels, int Stride)
 {
     for (int Row = 0; Row < Region.height; ++Row)
-        std::memset(static_cast<char*>(pPixels) + qsizetype(Row) * Stride, 0, size_t(Region.width) * BytesPerPixel);
+        std::memset(
+            static_cast<char*>(pPixels) + qsizetype(Row) * Stride, 0, size_t(Region.width) * BytesPerPixel);
 }
 
 /// Between the mipmap levels the engine interpolates; its result is then brought into the caller's format.
@@ -106,8 +106,9 @@ void renderScaled(const GeglRectangle& Region, double Scale, OrvPixelLayout Layo
     gegl_node_blit(pDeliveryNode, Scale, &Region, babl_format("RaGaBaA float"), Premultiplied.data(),
         GEGL_AUTO_ROWSTRIDE, GEGL_BLIT_DEFAULT);
     for (int Row = 0; Row < Region.height; ++Row) {
-        OrvPixelKernels::best().narrowPremultiplied(Layout, Premultiplied.data() + qsizetype(Row) * Region.width * 4,
-            Region.width, static_cast<char*>(pPixels) + qsizetype(Row) * Stride);
+        OrvPixelKernels::best().narrowPremultiplied(Layout,
+            Premultiplied.data() + qsizetype(Row) * Region.width * 4, Region.width,
+            static_cast<char*>(pPixels) + qsizetype(Row) * Stride);
     }
 }
 
@@ -124,8 +125,8 @@ void OrvDelivery::release()
     pConnectedTarget = nullptr;
 }
 
-void OrvDelivery::render(
-    GeglNode* pTarget, const GeglRectangle& Region, double Scale, OrvPixelLayout Layout, void* pPixels, int Stride)
+void OrvDelivery::render(GeglNode* pTarget, const GeglRectangle& Region, double Scale, OrvPixelLayout Layout,
+    void* pPixels, int Stride)
 {
     connectTo(pTarget);
     IsRendering = true;
@@ -133,8 +134,8 @@ void OrvDelivery::render(
     if (Scale * (1 << Level) == 1.0) {
         Order Wanted{Region, Level, Layout, pPixels, Stride, false};
         pOrder = &Wanted;
-        gegl_node_blit(pDeliveryNode, Scale, &Region, babl_format("RaGaBaA float"), nullptr, GEGL_AUTO_ROWSTRIDE,
-            GEGL_BLIT_DEFAULT);
+        gegl_node_blit(pDeliveryNode, Scale, &Region, babl_format("RaGaBaA float"), nullptr,
+            GEGL_AUTO_ROWSTRIDE, GEGL_BLIT_DEFAULT);
         pOrder = nullptr;
         if (!Wanted.Done)
             clear(Region, orvBytesPerPixel(Layout), pPixels, Stride);

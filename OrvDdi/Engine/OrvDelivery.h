@@ -3,16 +3,16 @@
 #include "OrvDdi/Engine/OrvGegl.h"
 #include "OrvDdi/Engine/OrvPixelKernels.h"
 
-/// The one way by which computed pixels leave the engine: a node of ours above whatever is rendered, which writes the
-/// caller's memory directly, in the caller's format. Used under the engine's lock.
+/// The one way by which computed pixels leave the engine: a node of ours above whatever is rendered, which
+/// writes the caller's memory directly, in the caller's format. Used under the engine's lock.
 namespace OrvDelivery {
 
 void registerType();
 void release();
 
 /// Fills a region (in pixels of the scale) of what the node yields.
-void render(GeglNode* pTarget, const GeglRectangle& Region, double Scale, OrvPixelLayout Layout, void* pPixels,
-    int Stride);
+void render(GeglNode* pTarget, const GeglRectangle& Region, double Scale, OrvPixelLayout Layout,
+    void* pPixels, int Stride);
 /// True while the node is what is being rendered: its output goes nowhere else then.
 bool isTarget(const GeglNode* pNode);
 /// The node is about to go.

@@ -2,11 +2,13 @@
 
 #include "OrvDdi/Engine/OrvEngineOperations.h"
 #include "OrvDdi/Engine/OrvGegl.h"
+#include "OrvDdi/Engine/OrvOperationRegistry.h"
 
 #include <QtCore/QThread>
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <mutex>
 #include <thread>
 
@@ -28,10 +30,45 @@ std::atomic<Phase> State{Phase::NotStarted};
 std::mutex WarmUpMutex;
 std::thread WarmUpThread;
 
-std::recursive_mutex& engineMutex()
+/// A recursive lock that serves threads in the order in which they came: a thread that renders piece after
+/// piece must not keep the window waiting for more than the piece at hand.
+class FairMutex {
+public:
+    void lock()
+    {
+        const std::thread::id Self = std::this_thread::get_id();
+        std::unique_lock<std::mutex> Guard(m_Mutex);
+        if (m_Depth > 0 && m_Owner == Self) {
+            ++m_Depth;
+            return;
+        }
+        const quint64 Ticket = m_NextTicket++;
+        m_Changed.wait(Guard, [&] { return m_Serving == Ticket; });
+        m_Owner = Self;
+        m_Depth = 1;
+    }
+
+    void unlock()
+    {
+        const std::lock_guard<std::mutex> Guard(m_Mutex);
+        if (--m_Depth > 0)
+            return;
+        ++m_Serving;
+        m_Changed.notify_all();
+    }
+
+private:
+    std::mutex m_Mutex;
+    std::condition_variable m_Changed;
+    std::thread::id m_Owner;
+    int m_Depth = 0;
+    quint64 m_NextTicket = 0, m_Serving = 0;
+};
+
+FairMutex& engineMutex()
 {
     // Never destroyed: buffers held by static objects are let go later than anything here.
-    static auto* pMutex = new std::recursive_mutex;
+    static auto* pMutex = new FairMutex;
     return *pMutex;
 }
 
@@ -57,9 +94,9 @@ void startLocked()
     if (State != Phase::NotStarted)
         return;
     gegl_init(nullptr, nullptr);
-    g_object_set(gegl_config(), "tile-width", TileEdge, "tile-height", TileEdge, "tile-cache-size", tileCacheSize(),
-        "threads", std::clamp(QThread::idealThreadCount(), 1, 64), "mipmap-rendering", TRUE, "use-opencl", FALSE,
-        nullptr);
+    g_object_set(gegl_config(), "tile-width", TileEdge, "tile-height", TileEdge, "tile-cache-size",
+        tileCacheSize(), "threads", std::clamp(QThread::idealThreadCount(), 1, 64), "mipmap-rendering", TRUE,
+        "use-opencl", FALSE, nullptr);
     OrvEngineOperations::registerAll();
     State = Phase::Running;
 }
@@ -80,7 +117,7 @@ struct JoinAtExit {
 
 void OrvEngine::start()
 {
-    const std::lock_guard<std::recursive_mutex> Guard(engineMutex());
+    const std::lock_guard<FairMutex> Guard(engineMutex());
     startLocked();
 }
 
@@ -88,7 +125,7 @@ void OrvEngine::warmUp()
 {
     const std::lock_guard<std::mutex> Guard(WarmUpMutex);
     if (State == Phase::NotStarted && !WarmUpThread.joinable())
-        WarmUpThread = std::thread([] { start(); });
+        WarmUpThread = std::thread([] { OrvOperationRegistry::instance(); });
 }
 
 bool OrvEngine::isStarted()
@@ -99,7 +136,7 @@ bool OrvEngine::isStarted()
 int OrvEngine::shutdown()
 {
     joinWarmUp();
-    const std::lock_guard<std::recursive_mutex> Guard(engineMutex());
+    const std::lock_guard<FairMutex> Guard(engineMutex());
     if (State != Phase::Running)
         return 0;
     OrvEngineOperations::release();

@@ -9,7 +9,9 @@
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace {
@@ -17,8 +19,8 @@ namespace {
 /// Stands for the whole plane; the engine's own infinite rectangle overflows when operations widen it.
 constexpr int PlaneEdge = 1 << 20;
 constexpr GeglRectangle Plane = {-PlaneEdge, -PlaneEdge, 2 * PlaneEdge, 2 * PlaneEdge};
-/// Reach of operations that look at the whole image, and where such are taken to begin: what they need depends on where
-/// one asks.
+/// Reach of operations that look at the whole image, and where such are taken to begin: what they need
+/// depends on where one asks.
 constexpr int Unlimited = PlaneEdge;
 constexpr int FarReach = 1024;
 
@@ -44,33 +46,62 @@ GeglNode* newNode(const char* pOperation)
     return pNode;
 }
 
+/// Operations that compute more than they are asked for, mostly the whole image, because any pixel may depend
+/// on any.
+bool computesMoreThanAsked(GeglNode* pNode)
+{
+    static const auto* pPlainClass = static_cast<GeglOperationClass*>(g_type_class_ref(GEGL_TYPE_OPERATION));
+    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
+    return pOperation
+        && GEGL_OPERATION_GET_CLASS(pOperation)->get_cached_region != pPlainClass->get_cached_region;
+}
+
+/// The engine's recursive Gaussian filter asks for whole rows, though what lies beyond some deviations has no
+/// share that could be seen. Unlimited for other operations.
+int gaussianReach(GeglNode* pNode)
+{
+    if (!gegl_node_find_property(pNode, "std-dev"))
+        return Unlimited;
+    double Deviation = 0.0;
+    gegl_node_get(pNode, "std-dev", &Deviation, nullptr);
+    return int(std::ceil(Deviation * 6.0)) + 1;
+}
+
 /// How far away from a pixel an operation looks, measured with a rectangle where something changed.
 int reachOf(GeglNode* pNode, const GeglRectangle& Rect)
 {
     int Reach = 0;
-    if (GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode)) {
-        for (const char* pPad : {"input", "aux"}) {
-            if (!gegl_node_has_pad(pNode, pPad))
-                continue;
-            const GeglRectangle Needed = gegl_operation_get_required_for_output(pOperation, pPad, &Rect);
-            const double Sides[] = {double(Rect.x) - Needed.x, double(Rect.y) - Needed.y,
-                double(Needed.x) + Needed.width - Rect.x - Rect.width,
-                double(Needed.y) + Needed.height - Rect.y - Rect.height};
-            const double Widest = *std::max_element(std::begin(Sides), std::end(Sides));
-            if (!gegl_rectangle_is_empty(&Needed))
-                Reach = std::max(Reach, Widest > FarReach ? Unlimited : int(Widest));
-        }
+    if (GSList* pChildren = gegl_node_get_children(pNode)) {
+        // Operations made of others do not know their reach, and asking them would never end.
+        for (GSList* pChild = pChildren; pChild; pChild = pChild->next)
+            Reach = std::min(Unlimited, Reach + reachOf(GEGL_NODE(pChild->data), Rect));
+        g_slist_free(pChildren);
+        return Reach;
     }
-    // Operations made of others do not know their reach.
-    GSList* pChildren = gegl_node_get_children(pNode);
-    for (GSList* pChild = pChildren; pChild; pChild = pChild->next)
-        Reach = std::min(Unlimited, Reach + reachOf(GEGL_NODE(pChild->data), Rect));
-    g_slist_free(pChildren);
-    return Reach;
+    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
+    for (const char* pPad : {"input", "aux"}) {
+        if (!pOperation || !gegl_node_has_pad(pNode, pPad))
+            continue;
+        const GeglRectangle Needed = gegl_operation_get_required_for_output(pOperation, pPad, &Rect);
+        const GeglRectangle* pWhole = gegl_operation_source_get_bounding_box(pOperation, pPad);
+        if (pWhole && !gegl_rectangle_is_empty(pWhole) && gegl_rectangle_contains(&Needed, pWhole))
+            return Unlimited;
+        const double Sides[] = {double(Rect.x) - Needed.x, double(Rect.y) - Needed.y,
+            double(Needed.x) + Needed.width - Rect.x - Rect.width,
+            double(Needed.y) + Needed.height - Rect.y - Rect.height};
+        const double Widest = *std::max_element(std::begin(Sides), std::end(Sides));
+        if (!gegl_rectangle_is_empty(&Needed))
+            Reach = std::max(Reach, Widest > FarReach ? Unlimited : int(Widest));
+    }
+    return std::min(Reach, gaussianReach(pNode));
 }
 
 } // namespace
 
+/// Belongs to its OrvEngineNode. When that goes while others still read from it, it is abandoned:
+/// disconnecting it makes the engine walk through everything downstream, which would take seconds for a
+/// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
+/// the next evaluation.
 struct OrvEngineNode::SubGraph {
     enum Kind { Blend, Source, Uniform, Operation };
 
@@ -88,10 +119,10 @@ struct OrvEngineNode::SubGraph {
     OrvImageBuffer Pixels; ///< keeps the handle's buffer the same object
     std::function<void(const QRect&)> Invalidated;
     gulong InvalidatedHandler = 0;
-    GeglRectangle UniformExtent = {};
     bool Cached = false;
     bool ReachKnown = false;
     int Reach = 0;
+    unsigned LastVisit = 0; ///< number of the walk that was here last
 
     void setSource(Pad Input, SubGraph* pSource);
     void updateDeferral();
@@ -99,20 +130,25 @@ struct OrvEngineNode::SubGraph {
     void parametersChanged();
     int reach(const GeglRectangle& Rect);
     int reachDownstream(const GeglRectangle& Rect);
+
+    static void abandon(std::unique_ptr<SubGraph> pGraph);
+    static void removeAbandoned();
+    void removeIfUnread();
+    void tellDownstream();
+
+    static std::unordered_set<SubGraph*> Abandoned;
 };
+
+std::unordered_set<OrvEngineNode::SubGraph*> OrvEngineNode::SubGraph::Abandoned;
 
 OrvEngineNode::SubGraph::~SubGraph()
 {
     OrvDelivery::forget(pOutput);
     for (const Pad Input : {Base, Over, Mask})
         setSource(Input, nullptr);
-    for (SubGraph* pReader : Readers) {
-        for (SubGraph*& pSource : pReader->Sources) {
-            if (pSource == this)
-                pSource = nullptr;
-        }
-        pReader->invalidate(Plane);
-    }
+    for (SubGraph* pReader : Readers)
+        std::replace(
+            std::begin(pReader->Sources), std::end(pReader->Sources), this, static_cast<SubGraph*>(nullptr));
     if (InvalidatedHandler)
         g_signal_handler_disconnect(pOutput, InvalidatedHandler);
     if (pOutput != pInput)
@@ -122,25 +158,78 @@ OrvEngineNode::SubGraph::~SubGraph()
 
 void OrvEngineNode::SubGraph::setSource(Pad Input, SubGraph* pSource)
 {
-    SubGraph*& pPrevious = Sources[Input];
-    if (pPrevious) {
-        const auto Entry = std::find(pPrevious->Readers.begin(), pPrevious->Readers.end(), this);
-        pPrevious->Readers.erase(Entry);
-        pPrevious->updateDeferral();
-    }
-    pPrevious = pSource;
+    SubGraph* pPrevious = Sources[Input];
+    Sources[Input] = pSource;
     if (pSource) {
         pSource->Readers.push_back(this);
         pSource->updateDeferral();
     }
+    if (pPrevious) {
+        pPrevious->Readers.erase(std::find(pPrevious->Readers.begin(), pPrevious->Readers.end(), this));
+        pPrevious->updateDeferral();
+    }
 }
 
-/// Only blend steps understand descriptions of pictures, and only one reader may have a blend computed for it alone;
-/// a colour is computed in no time.
+void OrvEngineNode::SubGraph::abandon(std::unique_ptr<SubGraph> pGraph)
+{
+    pGraph->tellDownstream();
+    pGraph->Invalidated = nullptr;
+    SubGraph* pAbandoned = pGraph.release();
+    Abandoned.insert(pAbandoned);
+    pAbandoned->removeIfUnread();
+}
+
+/// Deletes an abandoned graph that nobody reads, and those that only it has read.
+void OrvEngineNode::SubGraph::removeIfUnread()
+{
+    std::vector<SubGraph*> Pending{this};
+    while (!Pending.empty()) {
+        SubGraph* pNext = Pending.back();
+        Pending.pop_back();
+        if (!pNext->Readers.empty() || !Abandoned.erase(pNext))
+            continue;
+        for (SubGraph* pSource : pNext->Sources) {
+            if (pSource && std::find(Pending.begin(), Pending.end(), pSource) == Pending.end())
+                Pending.push_back(pSource);
+        }
+        delete pNext;
+    }
+}
+
+void OrvEngineNode::SubGraph::removeAbandoned()
+{
+    while (!Abandoned.empty()) {
+        SubGraph* pNext = *Abandoned.begin();
+        Abandoned.erase(Abandoned.begin());
+        delete pNext;
+    }
+}
+
+/// Tells everybody who shows something that depends on this; cheaper than the engine's own way by far.
+void OrvEngineNode::SubGraph::tellDownstream()
+{
+    static unsigned s_Visit = 0;
+    ++s_Visit;
+    std::vector<SubGraph*> Pending(Readers);
+    while (!Pending.empty()) {
+        SubGraph* pNext = Pending.back();
+        Pending.pop_back();
+        if (pNext->LastVisit == s_Visit)
+            continue;
+        pNext->LastVisit = s_Visit;
+        if (pNext->Invalidated)
+            pNext->Invalidated(qtRect(Plane));
+        Pending.insert(Pending.end(), pNext->Readers.begin(), pNext->Readers.end());
+    }
+}
+
+/// Only blend steps understand descriptions of pictures, and only one reader may have a blend computed for it
+/// alone; a colour is computed in no time.
 void OrvEngineNode::SubGraph::updateDeferral()
 {
     const bool BlendsOnly = !Readers.empty()
-        && std::all_of(Readers.begin(), Readers.end(), [](const SubGraph* p) { return p->WhichKind == Blend; });
+        && std::all_of(
+            Readers.begin(), Readers.end(), [](const SubGraph* p) { return p->WhichKind == Blend; });
     if (WhichKind == Blend)
         OrvBlendOperation::setDeferred(pInput, BlendsOnly && Readers.size() == 1 && !Cached);
     else if (WhichKind == Uniform)
@@ -208,7 +297,10 @@ OrvEngineNode::OrvEngineNode(std::unique_ptr<SubGraph> pGraph)
 OrvEngineNode::~OrvEngineNode()
 {
     const OrvEngine::Lock Lock;
-    m_pGraph.reset();
+    if (OrvEngine::isStarted())
+        SubGraph::abandon(std::move(m_pGraph));
+    else
+        m_pGraph.release(); // outlived the engine, which has freed it
 }
 
 std::unique_ptr<OrvEngineNode> OrvEngineNode::createBlend()
@@ -247,6 +339,8 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& Ope
     if (!gegl_node_has_pad(pGraph->pInput, "output"))
         return nullptr;
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
+    if (computesMoreThanAsked(pGraph->pInput)) // which must not happen again for every region
+        g_object_set(pGraph->pInput, "cache-policy", GEGL_CACHE_POLICY_ALWAYS, nullptr);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -270,14 +364,18 @@ void OrvEngineNode::connectInput(Pad Input, OrvEngineNode* pSource)
         gegl_node_disconnect(m_pGraph->pInput, pPad);
     else if (!gegl_node_connect_to(pSourceGraph->pOutput, "output", m_pGraph->pInput, pPad))
         return;
+    SubGraph* pPrevious = m_pGraph->Sources[Input];
     m_pGraph->setSource(Input, pSourceGraph);
+    if (pPrevious)
+        pPrevious->removeIfUnread();
     m_pGraph->parametersChanged();
 }
 
 void OrvEngineNode::setBlend(const OrvBlendParameters& Parameters)
 {
     const OrvEngine::Lock Lock;
-    if (m_pGraph->WhichKind != SubGraph::Blend || OrvBlendOperation::parameters(m_pGraph->pInput) == Parameters)
+    if (m_pGraph->WhichKind != SubGraph::Blend
+        || OrvBlendOperation::parameters(m_pGraph->pInput) == Parameters)
         return;
     OrvBlendOperation::setParameters(m_pGraph->pInput, Parameters);
     m_pGraph->invalidate(Plane);
@@ -298,8 +396,8 @@ void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
     const OrvEngine::Lock Lock;
     if (m_pGraph->WhichKind != SubGraph::Uniform)
         return;
-    const float Premultiplied[4] = {
-        Color.red() * Color.alpha(), Color.green() * Color.alpha(), Color.blue() * Color.alpha(), Color.alpha()};
+    const float Premultiplied[4] = {Color.red() * Color.alpha(), Color.green() * Color.alpha(),
+        Color.blue() * Color.alpha(), Color.alpha()};
     OrvSourceOperations::setUniform(m_pGraph->pInput, Premultiplied, engineRect(Extent));
     m_pGraph->invalidate(Plane);
 }
@@ -307,7 +405,8 @@ void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
 bool OrvEngineNode::setParameter(const QString& Name, const QVariant& Value)
 {
     const OrvEngine::Lock Lock;
-    if (m_pGraph->WhichKind != SubGraph::Operation || !OrvOperationParameters::set(m_pGraph->pInput, Name, Value))
+    if (m_pGraph->WhichKind != SubGraph::Operation
+        || !OrvOperationParameters::set(m_pGraph->pInput, Name, Value))
         return false;
     m_pGraph->parametersChanged();
     return true;
@@ -344,8 +443,8 @@ void OrvEngineNode::pixelsWritten(const QRect& Region)
     if (Region.isEmpty())
         return;
     const OrvEngine::Lock Lock;
-    // Several of the engine's blurs report too small a part of their result as stale; it is widened here, where it
-    // reaches everything downstream.
+    // Several of the engine's blurs report too small a part of their result as stale; it is widened here,
+    // where it reaches everything downstream.
     const GeglRectangle Written = engineRect(Region);
     const int Reach = m_pGraph->reachDownstream(Written);
     m_pGraph->invalidate(
@@ -355,6 +454,7 @@ void OrvEngineNode::pixelsWritten(const QRect& Region)
 QRect OrvEngineNode::boundingBox() const
 {
     const OrvEngine::Lock Lock;
+    SubGraph::removeAbandoned();
     return qtRect(gegl_node_get_bounding_box(m_pGraph->pOutput));
 }
 
@@ -364,6 +464,7 @@ void OrvEngineNode::render(
     if (Region.isEmpty() || !(Scale > 0.0))
         return;
     const OrvEngine::Lock Lock;
+    SubGraph::removeAbandoned();
     OrvDelivery::render(m_pGraph->pOutput, engineRect(Region), Scale, orvPixelLayout(Format), pPixels,
         Stride ? Stride : Region.width() * Format.bytesPerPixel());
 }

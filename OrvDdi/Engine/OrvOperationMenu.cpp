@@ -27,7 +27,6 @@ const OrvOperationMenuEntry OrvOperationMenu[] = {
     {"gegl:color-rotate", "Filter/Color/Replace Hues"},
     {"gegl:color-warp", "Filter/Color/Warp Colors"},
     {"gegl:gray", "Filter/Color/Grayscale"},
-    {"gegl:c2g", "Filter/Color/Grayscale by Contrast"},
     {"gegl:mono-mixer", "Filter/Color/Monochrome Mixer"},
     {"gegl:component-extract", "Filter/Color/Extract Component"},
     {"gegl:sepia", "Filter/Color/Sepia"},
@@ -56,11 +55,7 @@ const OrvOperationMenuEntry OrvOperationMenu[] = {
     {"gegl:noise-hurl", "Filter/Noise/Hurl"},
     {"gegl:noise-pick", "Filter/Noise/Pick"},
     {"gegl:noise-spread", "Filter/Noise/Spread"},
-    {"gegl:noise-reduction", "Filter/Noise/Reduce Noise"},
-    {"gegl:denoise-dct", "Filter/Noise/Denoise"},
 
-    {"gegl:edge-sobel", "Filter/Edge/Sobel"},
-    {"gegl:edge-neon", "Filter/Edge/Neon"},
     {"gegl:difference-of-gaussians", "Filter/Edge/Difference of Gaussians"},
     {"gegl:image-gradient", "Filter/Edge/Gradient"},
 
@@ -75,14 +70,10 @@ const OrvOperationMenuEntry OrvOperationMenu[] = {
     {"gegl:pixelize", "Filter/Stylize/Pixelize"},
     {"gegl:newsprint", "Filter/Stylize/Halftone"},
     {"gegl:mirrors", "Filter/Stylize/Kaleidoscope"},
-    {"gegl:waterpixels", "Filter/Stylize/Waterpixels"},
     {"gegl:slic", "Filter/Stylize/Superpixels"},
     {"gegl:color-assimilation-grid", "Filter/Stylize/Color Grid"},
 
-    {"gegl:reinhard05", "Filter/Tone Mapping/Global"},
-    {"gegl:fattal02", "Filter/Tone Mapping/Gradient Domain"},
-    {"gegl:mantiuk06", "Filter/Tone Mapping/Contrast"},
-    {"gegl:stress", "Filter/Tone Mapping/Local Envelope"},
+    {"gegl:reinhard05", "Filter/Tone Mapping/Photographic"},
 
     {"gegl:translate", "Filter/Transform/Translate"},
     {"gegl:rotate", "Filter/Transform/Rotate"},

@@ -26,6 +26,7 @@ void describeReal(GParamSpec* pSpec, OrvOperationParameter& Parameter)
         const GeglParamSpecDouble* pDetails = GEGL_PARAM_SPEC_DOUBLE(pSpec);
         Parameter.UiMinimum = std::clamp(pDetails->ui_minimum, Parameter.Minimum, Parameter.Maximum);
         Parameter.UiMaximum = std::clamp(pDetails->ui_maximum, Parameter.Minimum, Parameter.Maximum);
+        Parameter.UiGamma = pDetails->ui_gamma;
         Parameter.Step = pDetails->ui_step_small;
         Parameter.Decimals = pDetails->ui_digits;
     }
@@ -46,6 +47,7 @@ void describeInteger(GParamSpec* pSpec, OrvOperationParameter& Parameter)
         const GeglParamSpecInt* pDetails = GEGL_PARAM_SPEC_INT(pSpec);
         Parameter.UiMinimum = std::clamp<double>(pDetails->ui_minimum, Parameter.Minimum, Parameter.Maximum);
         Parameter.UiMaximum = std::clamp<double>(pDetails->ui_maximum, Parameter.Minimum, Parameter.Maximum);
+        Parameter.UiGamma = pDetails->ui_gamma;
         Parameter.Step = std::max(1, pDetails->ui_step_small);
     }
     Parameter.Decimals = 0;
@@ -115,11 +117,12 @@ bool setColor(GeglNode* pNode, const char* pName, const QVariant& Value)
 
 bool setEnumeration(GeglNode* pNode, const char* pName, GParamSpec* pSpec, const QVariant& Value)
 {
-    const GEnumValue* pFound
-        = g_enum_get_value_by_nick(G_PARAM_SPEC_ENUM(pSpec)->enum_class, Value.toString().toUtf8().constData());
+    const GEnumValue* pFound = g_enum_get_value_by_nick(
+        G_PARAM_SPEC_ENUM(pSpec)->enum_class, Value.toString().toUtf8().constData());
     if (!pFound)
         return false;
-    setValue(pNode, pName, pSpec->value_type, [&](GValue* pValue) { g_value_set_enum(pValue, pFound->value); });
+    setValue(
+        pNode, pName, pSpec->value_type, [&](GValue* pValue) { g_value_set_enum(pValue, pFound->value); });
     return true;
 }
 
@@ -135,10 +138,12 @@ bool setNumber(GeglNode* pNode, const char* pName, GParamSpec* pSpec, const QVar
             g_value_set_double(pValue, std::clamp(Number, pRange->minimum, pRange->maximum));
         } else if (G_IS_PARAM_SPEC_INT(pSpec)) {
             const GParamSpecInt* pRange = G_PARAM_SPEC_INT(pSpec);
-            g_value_set_int(pValue, int(std::clamp<double>(std::round(Number), pRange->minimum, pRange->maximum)));
+            g_value_set_int(
+                pValue, int(std::clamp<double>(std::round(Number), pRange->minimum, pRange->maximum)));
         } else {
             const GParamSpecUInt* pRange = G_PARAM_SPEC_UINT(pSpec);
-            g_value_set_uint(pValue, guint(std::clamp<double>(std::round(Number), pRange->minimum, pRange->maximum)));
+            g_value_set_uint(
+                pValue, guint(std::clamp<double>(std::round(Number), pRange->minimum, pRange->maximum)));
         }
     });
     return true;

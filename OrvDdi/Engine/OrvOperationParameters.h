@@ -8,7 +8,8 @@ namespace OrvOperationParameters {
 
 /// False for properties that users cannot set in an editor: buffers, formats, curves, paths of points.
 bool describe(GParamSpec* pSpec, OrvOperationParameter& Parameter);
-/// False for an unknown property or a value that cannot be converted. Numbers are brought into the property's range.
+/// False for an unknown property or a value that cannot be converted. Numbers are brought into the property's
+/// range.
 bool set(GeglNode* pNode, const QString& Name, const QVariant& Value);
 
 } // namespace OrvOperationParameters

@@ -4,6 +4,8 @@
 #include "OrvDdi/Engine/OrvOperationMenu.h"
 #include "OrvDdi/Engine/OrvOperationParameters.h"
 
+#include <atomic>
+
 namespace {
 
 OrvOperation describe(const OrvOperationMenuEntry& Entry)
@@ -37,13 +39,19 @@ bool hasSecondInput(const char* pOperation)
 
 const OrvOperationRegistry& OrvOperationRegistry::instance()
 {
-    static const OrvOperationRegistry Registry;
-    return Registry;
+    static std::atomic<const OrvOperationRegistry*> s_pRegistry{nullptr};
+    if (const OrvOperationRegistry* pRegistry = s_pRegistry)
+        return *pRegistry;
+    // Made under the engine's lock, so that two threads cannot wait for each other here; kept until the
+    // program ends.
+    const OrvEngine::Lock Lock;
+    if (!s_pRegistry)
+        s_pRegistry = new OrvOperationRegistry;
+    return *s_pRegistry;
 }
 
 OrvOperationRegistry::OrvOperationRegistry()
 {
-    const OrvEngine::Lock Lock;
     for (const OrvOperationMenuEntry* pEntry = OrvOperationMenu; pEntry->pOperation; ++pEntry) {
         if (!gegl_has_operation(pEntry->pOperation))
             continue;

@@ -17,6 +17,7 @@ struct OrvOperationParameter {
     QVariant Default; ///< double, int, bool, QString (enumerations by nick) or OrvColor
     double Minimum = 0.0, Maximum = 1.0; ///< hard limits
     double UiMinimum = 0.0, UiMaximum = 1.0, Step = 0.01;
+    double UiGamma = 1.0; ///< above 1, sliders give small values more room
     int Decimals = 3;
     QString Unit; ///< "pixel-distance", "degree", ... or empty
     QStringList Choices, ChoiceLabels; ///< enumerations: nicks and what is shown

@@ -47,8 +47,8 @@ GeglRectangle sameRegion(GeglOperation*, const char*, const GeglRectangle* pRegi
     return *pRegion;
 }
 
-gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion,
-    int Level)
+gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*,
+    const GeglRectangle* pRegion, int Level)
 {
     GObject* pInput = gegl_operation_context_get_object(pContext, "input");
     if (!pInput)
@@ -62,7 +62,8 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     }
     GeglBuffer* pBuffer = GEGL_BUFFER(pInput);
     const GeglRectangle& Extent = instance(pOperation)->Extent;
-    if (gegl_rectangle_is_empty(&Extent) || gegl_rectangle_contains(&Extent, gegl_buffer_get_extent(pBuffer))) {
+    if (gegl_rectangle_is_empty(&Extent)
+        || gegl_rectangle_contains(&Extent, gegl_buffer_get_extent(pBuffer))) {
         gegl_operation_context_set_object(pContext, "output", pInput);
         return TRUE;
     }
@@ -80,13 +81,11 @@ void output_operation_class_init(OutputOperationClass* pClass)
     pOperationClass->get_required_for_output = sameRegion;
     pOperationClass->get_invalidated_by_change = sameRegion;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(
-        pOperationClass, "name", OrvOutputOperation::Name, "title", "Output", "categories", "hidden", nullptr);
+    gegl_operation_class_set_keys(pOperationClass, "name", OrvOutputOperation::Name, "title", "Output",
+        "categories", "hidden", nullptr);
 }
 
-void output_operation_init(OutputOperation*)
-{
-}
+void output_operation_init(OutputOperation*) { }
 
 } // namespace
 

@@ -2,8 +2,8 @@
 
 #include "OrvDdi/Engine/OrvGegl.h"
 
-/// The engine's operation behind every operation of the registry: crops what has no bounds of its own and keeps
-/// results where that is asked for. Without either it passes its input on.
+/// The engine's operation behind every operation of the registry: crops what has no bounds of its own and
+/// keeps results where that is asked for. Without either it passes its input on.
 namespace OrvOutputOperation {
 
 constexpr char Name[] = "orv:output";

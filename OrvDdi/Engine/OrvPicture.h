@@ -5,9 +5,9 @@
 
 #include <memory>
 
-/// What one step of an evaluation yields, before anything is computed: pixels that exist, one colour, or a blend of
-/// other pictures. Blend steps hand such descriptions to each other instead of buffers, so that a whole stack is
-/// computed in one pass (see OrvPictureProgram). Lives during one evaluation; immutable.
+/// What one step of an evaluation yields, before anything is computed: pixels that exist, one colour, or a
+/// blend of other pictures. Blend steps hand such descriptions to each other instead of buffers, so that a
+/// whole stack is computed in one pass (see OrvPictureProgram). Lives during one evaluation; immutable.
 class OrvPicture {
 public:
     enum Kind { Nothing, Pixels, Uniform, Blend };
@@ -30,7 +30,8 @@ public:
     const Pointer& over() const { return m_pOver; }
     const Pointer& mask() const { return m_pMask; }
 
-    /// A buffer without pixels that carries the description from one operation to the next. The caller owns it.
+    /// A buffer without pixels that carries the description from one operation to the next. The caller owns
+    /// it.
     static GeglBuffer* carrier(const Pointer& pPicture);
     /// What an operation was given: the description that the object carries, or the pixels that it is.
     static Pointer of(GObject* pObject);

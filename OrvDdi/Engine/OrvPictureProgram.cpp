@@ -7,7 +7,8 @@
 
 namespace {
 
-/// Pixels that pass through all steps at once; they and what the steps need besides stay in the nearest cache.
+/// Pixels that pass through all steps at once; they and what the steps need besides stay in the nearest
+/// cache.
 constexpr int RunLength = 512;
 
 GeglRectangle atLevel(const GeglRectangle& Rectangle, int Level)
@@ -48,7 +49,10 @@ private:
     /// Brings the pixels of a block that the iterator stands at, or of a row, where they belong.
     void deliver(const GeglRectangle& Block, int First, int Count) const;
     void rows(const GeglRectangle& Area);
-    float* registerAt(int Index) { return Index == 0 ? m_pResult : m_Registers.data() + Index * RunLength * 4; }
+    float* registerAt(int Index)
+    {
+        return Index == 0 ? m_pResult : m_Registers.data() + Index * RunLength * 4;
+    }
 
     const OrvPictureProgram& m_Program;
     const OrvPixelKernels& m_Kernels = OrvPixelKernels::best();
@@ -95,7 +99,8 @@ void OrvPictureProgram::Run::area(const GeglRectangle& Area)
         for (int First = 0; First < pIterator->length; First += RunLength) {
             const int Count = std::min(RunLength, pIterator->length - First);
             for (int Index = 0; Index < SourceCount; ++Index) {
-                m_Sources[size_t(Index)] = static_cast<const char*>(pIterator->items[FirstSource + Index].data)
+                m_Sources[size_t(Index)]
+                    = static_cast<const char*>(pIterator->items[FirstSource + Index].data)
                     + qsizetype(First) * orvBytesPerPixel(m_Program.m_Sources[size_t(Index)].Layout);
             }
             if (m_Where.pBuffer)
@@ -178,8 +183,8 @@ void OrvPictureProgram::Run::blend(const Step& What, float* pTarget, int Count)
         m_Kernels.maskFactors(MaskLayout, pMask, Count, Parameters.Amount, m_Factors);
         pFactors = m_Factors;
     }
-    const bool HasRanges
-        = Parameters.AdvancedEnabled && !(isFullRange(Parameters.OverRange) && isFullRange(Parameters.BaseRange));
+    const bool HasRanges = Parameters.AdvancedEnabled
+        && !(isFullRange(Parameters.OverRange) && isFullRange(Parameters.BaseRange));
     if ((HasRanges || Parameters.PassThrough) && OverLayout != OrvPixelLayout::Premultiplied) {
         m_Kernels.widenPremultiplied(OverLayout, pOver, Count, m_Widened);
         pOver = m_Widened;
@@ -278,8 +283,8 @@ void OrvPictureProgram::cropColors(const GeglRectangle& Region, int Level)
         if (covers(atLevel(Color.Extent, Level), Region))
             continue;
         // The region reaches over the edge of the colour: real pixels for the part inside.
-        const GeglRectangle FullRegion{
-            Region.x * (1 << Level), Region.y * (1 << Level), (Region.width + 1) << Level, (Region.height + 1) << Level};
+        const GeglRectangle FullRegion{Region.x * (1 << Level), Region.y * (1 << Level),
+            (Region.width + 1) << Level, (Region.height + 1) << Level};
         GeglRectangle Inside;
         Operand Replaced;
         if (gegl_rectangle_intersect(&Inside, &FullRegion, &Color.Extent)) {

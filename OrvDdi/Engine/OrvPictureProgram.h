@@ -5,8 +5,9 @@
 
 #include <vector>
 
-/// A picture turned into a list of steps over short runs of pixels: every source is read once, in its own format, and
-/// nothing in between is written to memory. Made for one evaluation and run on all threads of the engine.
+/// A picture turned into a list of steps over short runs of pixels: every source is read once, in its own
+/// format, and nothing in between is written to memory. Made for one evaluation and run on all threads of the
+/// engine.
 class OrvPictureProgram {
 public:
     explicit OrvPictureProgram(const OrvPicture::Pointer& pPicture);
@@ -16,7 +17,8 @@ public:
     void renderTo(void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level);
 
 private:
-    /// What a step reads: a source's pixels, one colour, or a register that an earlier step left its result in.
+    /// What a step reads: a source's pixels, one colour, or a register that an earlier step left its result
+    /// in.
     struct Operand {
         enum Kind { None, Source, Color, Register };
         Kind Which = None;

@@ -39,8 +39,8 @@ const OrvPixelKernels& OrvPixelKernels::portable()
 const OrvPixelKernels& OrvPixelKernels::best()
 {
 #if defined(ORV_KERNELS_AVX2)
-    static const bool HasAvx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")
-        && __builtin_cpu_supports("f16c");
+    static const bool HasAvx2
+        = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") && __builtin_cpu_supports("f16c");
     if (HasAvx2)
         return OrvPixelKernelsAvx2;
 #endif

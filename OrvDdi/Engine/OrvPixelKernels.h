@@ -24,10 +24,10 @@ enum class OrvPixelLayout : unsigned char {
 ORVDDI_EXPORT OrvPixelLayout orvPixelLayout(const OrvPixelFormat& Format);
 ORVDDI_EXPORT int orvBytesPerPixel(OrvPixelLayout Layout);
 
-/// The inner loops over pixels: conversions and blending, for runs of pixels that lie in a row. Blending and buffers
-/// share them. One set is compiled for any machine, one for machines with AVX2, FMA and F16C; best() tells them apart
-/// while the program runs. Scalar pixels widen to grey of full opacity; colour narrows to a scalar as its Rec.709
-/// luminance over black.
+/// The inner loops over pixels: conversions and blending, for runs of pixels that lie in a row. Blending and
+/// buffers share them. One set is compiled for any machine, one for machines with AVX2, FMA and F16C; best()
+/// tells them apart while the program runs. Scalar pixels widen to grey of full opacity; colour narrows to a
+/// scalar as its Rec.709 luminance over black.
 struct ORVDDI_EXPORT OrvPixelKernels {
     /// To four floats, linear. The target has the alignment of floats only.
     void (*widenStraight)(OrvPixelLayout Layout, const void* pPixels, int Count, float* pStraight);
@@ -39,15 +39,16 @@ struct ORVDDI_EXPORT OrvPixelKernels {
     /// How strongly each pixel is blended: the mask's luminance over black, times the amount.
     void (*maskFactors)(OrvPixelLayout Layout, const void* pMask, int Count, float Amount, float* pFactors);
     /// Multiplies factors by the luminance ramps of the blend.
-    void (*rangeFactors)(const OrvBlendParameters& Parameters, const float* pBase, const float* pOver, int Count,
-        float* pFactors);
+    void (*rangeFactors)(const OrvBlendParameters& Parameters, const float* pBase, const float* pOver,
+        int Count, float* pFactors);
     /// Blends above what pBase holds. Without factors every pixel counts by Amount.
-    void (*blend)(OrvBlendMode Mode, OrvPixelLayout OverLayout, const void* pOver, const float* pFactors, float Amount,
-        int Count, float* pBase);
+    void (*blend)(OrvBlendMode Mode, OrvPixelLayout OverLayout, const void* pOver, const float* pFactors,
+        float Amount, int Count, float* pBase);
     /// base + (over - base) * factor
     void (*mix)(const float* pOver, const float* pFactors, float Amount, int Count, float* pBase);
     /// Puts back the components that the blend does not write, seen as straight colour.
-    void (*keepComponents)(const OrvBlendParameters& Parameters, const float* pBefore, int Count, float* pResult);
+    void (*keepComponents)(
+        const OrvBlendParameters& Parameters, const float* pBefore, int Count, float* pResult);
 
     static const OrvPixelKernels& best();
     static const OrvPixelKernels& portable();

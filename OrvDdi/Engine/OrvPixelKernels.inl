@@ -1,10 +1,10 @@
-// Body of the pixel kernels, compiled once for every instruction set. Vectors hold two pixels of four floats; where
-// the machine has shorter ones the compiler splits them. An odd last pixel runs through the same code with the
-// upper half empty.
+// Body of the pixel kernels, compiled once for every instruction set. Vectors hold two pixels of four floats;
+// where the machine has shorter ones the compiler splits them. An odd last pixel runs through the same code
+// with the upper half empty.
 
 #include <cstring>
 
-#if defined(__F16C__)
+#if defined(__AVX2__) || defined(__F16C__)
 #include <immintrin.h>
 #endif
 
@@ -87,8 +87,8 @@ ORV_INLINE Floats luminance(Floats Pixels)
 
 // ---- the sRGB curve on floats
 
-/// Powers of positive numbers to about one part in a million, from the series of the logarithm around one and of the
-/// exponential around zero.
+/// Powers of positive numbers to about one part in a million, from the series of the logarithm around one and
+/// of the exponential around zero.
 ORV_INLINE Floats power(Floats Base, float Exponent)
 {
     // Split into exponent and a mantissa between the root of one half and the root of two.
@@ -101,11 +101,12 @@ ORV_INLINE Floats power(Floats Base, float Exponent)
     const Floats Log2 = __builtin_convertvector(Whole, Floats) + Series * 2.88539008f;
 
     Floats X = smaller(larger(Log2 * Exponent, all(-126.0f)), all(127.0f));
-    const Floats Biased = X + 12582912.0f; // adds one and a half times 2 to the 23rd: rounds to a whole number
+    const Floats Biased
+        = X + 12582912.0f; // adds one and a half times 2 to the 23rd: rounds to a whole number
     const Ints Integer = (Ints)Biased - 0x4b400000;
     const Floats R = (X - (Biased - 12582912.0f)) * 0.693147181f;
-    const Floats Exp
-        = 1.0f + R * (1.0f + R * (0.5f + R * (1.0f / 6 + R * (1.0f / 24 + R * (1.0f / 120 + R * (1.0f / 720))))));
+    const Floats Exp = 1.0f
+        + R * (1.0f + R * (0.5f + R * (1.0f / 6 + R * (1.0f / 24 + R * (1.0f / 120 + R * (1.0f / 720))))));
     return (Floats)((Ints)Exp + (Integer << 23));
 }
 
@@ -122,7 +123,17 @@ ORV_INLINE Floats srgbOfLinear(Floats V)
     return withAlpha(select(V <= 0.0031308f, V * 12.92f, Curve), V);
 }
 
-// ---- half floats
+// ---- bytes and half floats
+
+ORV_INLINE Floats floatsOfBytes(Bytes Values)
+{
+#if defined(__AVX2__)
+    // The compiler does not find this one by itself.
+    return (Floats)_mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_cvtsi64_si128((long long)Values)));
+#else
+    return __builtin_convertvector(__builtin_convertvector(Values, Ints), Floats);
+#endif
+}
 
 #if defined(__F16C__)
 
@@ -141,8 +152,8 @@ ORV_INLINE Halves halvesOfFloats(Floats Values)
 ORV_INLINE Floats floatsOfHalves(Halves Bits)
 {
     const Ints Wide = __builtin_convertvector(Bits, Ints);
-    // Exponent and mantissa in place, then the exponent's bias put right by a multiplication, which is right for
-    // denormal halves too.
+    // Exponent and mantissa in place, then the exponent's bias put right by a multiplication, which is right
+    // for denormal halves too.
     const Floats Scaled = (Floats)((Wide & 0x7fff) << 13) * 0x1p112f;
     const Ints Special = ((Wide & 0x7c00) == 0x7c00) & 0x7f800000;
     return (Floats)((Ints)Scaled | Special | ((Wide & 0x8000) << 16));
@@ -218,7 +229,8 @@ struct Reader {
 
     explicit Reader(const void* pAddress)
         : pPixels(pAddress)
-        , pLinearOfByte(isSrgb(Layout) && depthOf(Layout) == 0 ? OrvPixelTables::instance().LinearOfByte : nullptr)
+        , pLinearOfByte(
+              isSrgb(Layout) && depthOf(Layout) == 0 ? OrvPixelTables::instance().LinearOfByte : nullptr)
     {
     }
 
@@ -262,7 +274,7 @@ struct Reader {
             } else {
                 Bytes Values = {};
                 std::memcpy(&Values, pValues + Index * 4, PixelCount * 4);
-                return __builtin_convertvector(__builtin_convertvector(Values, Ints), Floats) * Unit;
+                return floatsOfBytes(Values) * Unit;
             }
         }
     }
@@ -285,7 +297,8 @@ struct Writer {
 
     explicit Writer(void* pAddress)
         : pPixels(pAddress)
-        , pByteOfHalf(isSrgb(Layout) && depthOf(Layout) == 0 ? OrvPixelTables::instance().ByteOfHalf : nullptr)
+        , pByteOfHalf(
+              isSrgb(Layout) && depthOf(Layout) == 0 ? OrvPixelTables::instance().ByteOfHalf : nullptr)
     {
     }
 
@@ -322,7 +335,8 @@ struct Writer {
             if constexpr (CurveByTable) {
                 const Halves Bits = halvesOfFloats(Clamped);
                 for (int Lane = 0; Lane < 8; ++Lane)
-                    Rounded[Lane] = (isScalar(Layout) || (Lane & 3) != 3) ? pByteOfHalf[Bits[Lane]] : Rounded[Lane];
+                    Rounded[Lane]
+                        = (isScalar(Layout) || (Lane & 3) != 3) ? pByteOfHalf[Bits[Lane]] : Rounded[Lane];
             }
             if constexpr (isScalar(Layout)) {
                 pValues[Index] = (unsigned char)Rounded[0];
@@ -351,8 +365,8 @@ template <template <OrvPixelLayout> class Call, class... Arguments>
 void withLayout(OrvPixelLayout Layout, Arguments... Values)
 {
     switch (Layout) {
-#define ORV_LAYOUT(Name)                                                                                              \
-    case OrvPixelLayout::Name:                                                                                        \
+#define ORV_LAYOUT(Name)                                                                                     \
+    case OrvPixelLayout::Name:                                                                               \
         return Call<OrvPixelLayout::Name>::run(Values...);
         ORV_LAYOUT(ByteRgba)
         ORV_LAYOUT(ByteRgbaSrgb)
@@ -382,7 +396,8 @@ struct WidenStraight {
     ORV_INLINE void at(int Index) const
     {
         const Floats Pixels = From.template read<PixelCount>(Index);
-        storeFloats<PixelCount>(pTo + Index * 4, Layout >= OrvPixelLayout::Premultiplied ? straight(Pixels) : Pixels);
+        storeFloats<PixelCount>(
+            pTo + Index * 4, Layout >= OrvPixelLayout::Premultiplied ? straight(Pixels) : Pixels);
     }
     static void run(const void* pPixels, int Count, float* pStraight)
     {
@@ -464,7 +479,8 @@ struct RangeFactors {
     const float *pBase, *pOver;
     float* pFactors;
 
-    /// A ramp that begins at the bottom or ends at the top is open there: brighter than white is no reason to hide.
+    /// A ramp that begins at the bottom or ends at the top is open there: brighter than white is no reason to
+    /// hide.
     static ORV_INLINE Floats ramp(Floats Value, const float (&Range)[4])
     {
         const float UpWidth = larger(all(Range[1] - Range[0]), all(1e-6f))[0];
@@ -485,8 +501,8 @@ struct RangeFactors {
         if constexpr (PixelCount == 2)
             pFactors[Index + 1] *= Factors[4];
     }
-    static void run(
-        const OrvBlendParameters& Parameters, const float* pBase, const float* pOver, int Count, float* pFactors)
+    static void run(const OrvBlendParameters& Parameters, const float* pBase, const float* pOver, int Count,
+        float* pFactors)
     {
         forPixels(Count, RangeFactors{Parameters, pBase, pOver, pFactors});
     }
@@ -494,8 +510,9 @@ struct RangeFactors {
 
 // ---- blend modes
 //
-// S and B are over and base, premultiplied, with the alpha lanes holding alpha; Sa and Ba hold alpha in all lanes.
-// All are the compositing formula  as ab f(cb, cs) + (1 - ab) S + (1 - as) B, simplified where f allows it.
+// S and B are over and base, premultiplied, with the alpha lanes holding alpha; Sa and Ba hold alpha in all
+// lanes. All are the compositing formula  as ab f(cb, cs) + (1 - ab) S + (1 - as) B, simplified where f
+// allows it.
 
 struct Inputs {
     Floats S, B, Sa, Ba;
@@ -560,7 +577,8 @@ struct Exclusion {
     }
 };
 
-/// The published formulas end at one. Brighter bases keep their value where the over image would leave them alone.
+/// The published formulas end at one. Brighter bases keep their value where the over image would leave them
+/// alone.
 struct ColorDodge {
     static ORV_INLINE Floats blend(const Inputs& I)
     {
@@ -754,8 +772,8 @@ template <class Mode>
 void blendAnyLayout(
     OrvPixelLayout Layout, const void* pOver, const float* pFactors, float Amount, int Count, float* pBase);
 
-/// The other modes are so much arithmetic that widening first costs little; it happens in pieces that stay in the
-/// nearest cache.
+/// The other modes are so much arithmetic that widening first costs little; it happens in pieces that stay in
+/// the nearest cache.
 template <class Mode>
 void blendWidened(
     OrvPixelLayout Layout, const void* pOver, const float* pFactors, float Amount, int Count, float* pBase)
@@ -768,7 +786,8 @@ void blendWidened(
     float Widened[Piece * 4];
     for (int First = 0; First < Count; First += Piece) {
         const int Length = Count - First < Piece ? Count - First : Piece;
-        const char* pPixels = static_cast<const char*>(pOver) + size_t(First) * size_t(orvBytesPerPixel(Layout));
+        const char* pPixels
+            = static_cast<const char*>(pOver) + size_t(First) * size_t(orvBytesPerPixel(Layout));
         withLayout<WidenPremultiplied>(Layout, static_cast<const void*>(pPixels), Length, Widened);
         blendRun<Mode, OrvPixelLayout::Premultiplied>(
             Widened, pFactors ? pFactors + First : nullptr, Amount, Length, pBase + First * 4);
@@ -793,12 +812,12 @@ void blendAnyLayout(
     }
 }
 
-void blendMode(OrvBlendMode Mode, OrvPixelLayout Layout, const void* pOver, const float* pFactors, float Amount,
-    int Count, float* pBase)
+void blendMode(OrvBlendMode Mode, OrvPixelLayout Layout, const void* pOver, const float* pFactors,
+    float Amount, int Count, float* pBase)
 {
     switch (Mode) {
-#define ORV_MODE(Name, Function)                                                                                      \
-    case OrvBlendMode::Name:                                                                                          \
+#define ORV_MODE(Name, Function)                                                                             \
+    case OrvBlendMode::Name:                                                                                 \
         return Function<Name>(Layout, pOver, pFactors, Amount, Count, pBase);
         ORV_MODE(Normal, blendAnyLayout)
         ORV_MODE(Multiply, blendAnyLayout)
@@ -857,16 +876,18 @@ struct KeepComponents {
     }
     static void run(const OrvBlendParameters& Parameters, const float* pBefore, int Count, float* pResult)
     {
-        const int R = -int(Parameters.WriteRed), G = -int(Parameters.WriteGreen), B = -int(Parameters.WriteBlue),
-                  A = -int(Parameters.WriteAlpha);
+        const int R = -int(Parameters.WriteRed), G = -int(Parameters.WriteGreen),
+                  B = -int(Parameters.WriteBlue), A = -int(Parameters.WriteAlpha);
         forPixels(Count, KeepComponents{(Ints){R, G, B, A, R, G, B, A}, pBefore, pResult});
     }
 };
 
 constexpr OrvPixelKernels makeKernels()
 {
-    return {withLayout<WidenStraight, const void*, int, float*>, withLayout<WidenPremultiplied, const void*, int, float*>,
-        withLayout<NarrowStraight, const float*, int, void*>, withLayout<NarrowPremultiplied, const float*, int, void*>,
+    return {withLayout<WidenStraight, const void*, int, float*>,
+        withLayout<WidenPremultiplied, const void*, int, float*>,
+        withLayout<NarrowStraight, const float*, int, void*>,
+        withLayout<NarrowPremultiplied, const float*, int, void*>,
         withLayout<MaskFactors, const void*, int, float, float*>, RangeFactors::run, blendMode, Mix::run,
         KeepComponents::run};
 }

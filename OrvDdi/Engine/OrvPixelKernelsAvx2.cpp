@@ -1,4 +1,5 @@
-// Compiled with AVX2, FMA and F16C switched on: nothing in here may be inline code that other files could share.
+// Compiled with AVX2, FMA and F16C switched on: nothing in here may be inline code that other files could
+// share.
 #if defined(ORV_KERNELS_AVX2)
 
 #include "OrvDdi/Engine/OrvPixelKernels.h"

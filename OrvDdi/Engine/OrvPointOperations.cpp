@@ -119,17 +119,20 @@ struct PointOperation {
         GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClassStruct);
         pOperationClass->prepare = prepare;
         gegl_operation_class_set_keys(pOperationClass, "name", pClass->pDescription->pName, "title",
-            pClass->pDescription->pTitle, "description", pClass->pDescription->pText, "categories", "color", nullptr);
+            pClass->pDescription->pTitle, "description", pClass->pDescription->pText, "categories", "color",
+            nullptr);
     }
 };
 
 using Filter = PointOperation<GeglOperationPointFilter, GeglOperationPointFilterClass>;
 using Source = PointOperation<GeglOperationPointRender, GeglOperationPointRenderClass>;
 
-gboolean filterProcess(GeglOperation* pOperation, void* pFrom, void* pTo, glong Count, const GeglRectangle*, int)
+gboolean filterProcess(
+    GeglOperation* pOperation, void* pFrom, void* pTo, glong Count, const GeglRectangle*, int)
 {
     Filter::description(pOperation)
-        .filter(Filter::instance(pOperation)->Given, static_cast<const float*>(pFrom), static_cast<float*>(pTo), Count);
+        .filter(Filter::instance(pOperation)->Given, static_cast<const float*>(pFrom),
+            static_cast<float*>(pTo), Count);
     return TRUE;
 }
 
@@ -284,8 +287,8 @@ const Description& levelsDescription()
 
 const Description& hueSaturationValueDescription()
 {
-    static const Description HueSaturationValue{OrvPointOperations::HueSaturationValueName, "Hue Saturation Value",
-        "Turns the hue and scales saturation and value", "R'G'B'A float",
+    static const Description HueSaturationValue{OrvPointOperations::HueSaturationValueName,
+        "Hue Saturation Value", "Turns the hue and scales saturation and value", "R'G'B'A float",
         {{"hue", "Hue", "Turns all hues by an angle", -180.0, 180.0, 0.0, -180.0, 180.0, "degree"},
             {"saturation", "Saturation", "Zero turns colours into greys", 0.0, 100.0, 1.0, 0.0, 2.0, nullptr},
             {"value", "Value", "Scales the brightness", 0.0, 100.0, 1.0, 0.0, 2.0, nullptr}},
@@ -310,7 +313,8 @@ const Description& conicalGradientDescription()
         {{"x", "X", "Horizontal position of the centre", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
             {"y", "Y", "Vertical position of the centre", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
             {"angle", "Angle", "Where the gradient begins", -360.0, 360.0, 0.0, -180.0, 180.0, "degree"},
-            {"repeats", "Repeats", "How often it runs through in one turn", 1.0, 1000.0, 1.0, 1.0, 32.0, nullptr},
+            {"repeats", "Repeats", "How often it runs through in one turn", 1.0, 1000.0, 1.0, 1.0, 32.0,
+                nullptr},
             {"start-color", "Start colour", "The colour at the beginning", 0, 0, 0, 0, 0, nullptr, "black"},
             {"end-color", "End colour", "The colour at the end", 0, 0, 0, 0, 0, nullptr, "white"}},
         nullptr, conicalGradient};
@@ -321,9 +325,11 @@ const Description& conicalGradientDescription()
 
 void OrvPointOperations::registerTypes()
 {
-    const GType FilterParent = GEGL_TYPE_OPERATION_POINT_FILTER, SourceParent = GEGL_TYPE_OPERATION_POINT_RENDER;
+    const GType FilterParent = GEGL_TYPE_OPERATION_POINT_FILTER,
+                SourceParent = GEGL_TYPE_OPERATION_POINT_RENDER;
     registerType<Filter>(levelsDescription(), FilterParent, filterClassInit, "OrvLevels");
-    registerType<Filter>(hueSaturationValueDescription(), FilterParent, filterClassInit, "OrvHueSaturationValue");
+    registerType<Filter>(
+        hueSaturationValueDescription(), FilterParent, filterClassInit, "OrvHueSaturationValue");
     registerType<Filter>(scaleAndOffsetDescription(), FilterParent, filterClassInit, "OrvScaleAndOffset");
     registerType<Source>(conicalGradientDescription(), SourceParent, sourceClassInit, "OrvConicalGradient");
 }

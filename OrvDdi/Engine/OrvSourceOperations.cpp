@@ -38,7 +38,8 @@ GeglRectangle bufferBoundingBox(GeglOperation* pOperation)
     return pBuffer ? *gegl_buffer_get_extent(pBuffer) : GeglRectangle{};
 }
 
-gboolean bufferProcess(GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle*, int)
+gboolean bufferProcess(
+    GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle*, int)
 {
     GeglBuffer* pBuffer = bufferInstance(pOperation)->pBuffer;
     if (!pBuffer)
@@ -66,9 +67,7 @@ void buffer_operation_class_init(BufferOperationClass* pClass)
         "categories", "hidden", nullptr);
 }
 
-void buffer_operation_init(BufferOperation*)
-{
-}
+void buffer_operation_init(BufferOperation*) { }
 
 // ---- a colour
 
@@ -112,7 +111,8 @@ gboolean uniformProcess(GeglOperation* pOperation, GeglOperationContext* pContex
     }
     const GeglRectangle Region{
         pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
-    OrvPictureProgram(pPicture).renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+    OrvPictureProgram(pPicture).renderTo(
+        gegl_operation_context_get_target(pContext, "output"), Region, Level);
     return TRUE;
 }
 
@@ -122,13 +122,11 @@ void uniform_operation_class_init(UniformOperationClass* pClass)
     pOperationClass->prepare = uniformPrepare;
     pOperationClass->get_bounding_box = uniformBoundingBox;
     pOperationClass->process = uniformProcess;
-    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::UniformName, "title", "Uniform",
-        "categories", "hidden", nullptr);
+    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::UniformName, "title",
+        "Uniform", "categories", "hidden", nullptr);
 }
 
-void uniform_operation_init(UniformOperation*)
-{
-}
+void uniform_operation_init(UniformOperation*) { }
 
 } // namespace
 

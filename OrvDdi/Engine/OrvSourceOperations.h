@@ -2,8 +2,9 @@
 
 #include "OrvDdi/Engine/OrvGegl.h"
 
-/// The engine's operations at the bottom of a graph: one shows a buffer (and, unlike the engine's own, does not watch
-/// it: who writes says so), one is a colour within a rectangle that takes no memory while only blend steps read it.
+/// The engine's operations at the bottom of a graph: one shows a buffer (and, unlike the engine's own, does
+/// not watch it: who writes says so), one is a colour within a rectangle that takes no memory while only
+/// blend steps read it.
 namespace OrvSourceOperations {
 
 constexpr char BufferName[] = "orv:buffer";

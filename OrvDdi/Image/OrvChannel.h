@@ -6,8 +6,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QSize>
 
-/// The part of an image set that holds its images. It gives them the name under which property views show them, is
-/// owned by its image set and holds no pixels itself.
+/// The part of an image set that holds its images. It gives them the name under which property views show
+/// them, is owned by its image set and holds no pixels itself.
 class ORVDDI_EXPORT OrvChannel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString name READ name CONSTANT)

@@ -46,7 +46,8 @@ const Babl* bablFormat(const OrvPixelFormat& Format)
     return OrvPixelBabl::format(orvPixelLayout(Format));
 }
 
-/// Converts pixels between stored formats; straight alpha on both sides, so that transparent pixels keep their colour.
+/// Converts pixels between stored formats; straight alpha on both sides, so that transparent pixels keep
+/// their colour.
 class Converter {
 public:
     Converter(const OrvPixelFormat& From, const OrvPixelFormat& To)
@@ -75,7 +76,8 @@ private:
     const int m_FromBytes, m_ToBytes;
 };
 
-/// Calls Block(its rectangle, its pixels) for all blocks of a region that lies within the buffer, on all threads.
+/// Calls Block(its rectangle, its pixels) for all blocks of a region that lies within the buffer, on all
+/// threads.
 template <class Function>
 void forBlocks(GeglBuffer* pBuffer, const QRect& Region, GeglAccessMode Access, const Function& Block)
 {
@@ -181,7 +183,8 @@ void OrvImageBuffer::read(const QRect& Region, const OrvPixelFormat& Format, voi
         char* pBlockTarget
             = pTarget + (Rect.y - Inside.y()) * Step + qsizetype(Rect.x - Inside.x()) * TargetBytes;
         for (int Row = 0; Row < Rect.height; ++Row)
-            Convert.run(pBlock + qsizetype(Row) * Rect.width * SourceBytes, pBlockTarget + Row * Step, Rect.width);
+            Convert.run(
+                pBlock + qsizetype(Row) * Rect.width * SourceBytes, pBlockTarget + Row * Step, Rect.width);
     });
 }
 
@@ -206,7 +209,8 @@ void OrvImageBuffer::write(const QRect& Region, const OrvPixelFormat& Format, co
         const char* pBlockSource
             = pSource + (Rect.y - Inside.y()) * Step + qsizetype(Rect.x - Inside.x()) * SourceBytes;
         for (int Row = 0; Row < Rect.height; ++Row)
-            Convert.run(pBlockSource + Row * Step, pBlock + qsizetype(Row) * Rect.width * TargetBytes, Rect.width);
+            Convert.run(
+                pBlockSource + Row * Step, pBlock + qsizetype(Row) * Rect.width * TargetBytes, Rect.width);
     });
 }
 
@@ -215,9 +219,8 @@ void OrvImageBuffer::fill(const OrvColor& Color, const QRect& Region)
     const QRect Inside = Region.isNull() ? extent() : Region & extent();
     if (Inside.isEmpty())
         return;
-    const OrvColor Stored = format().Kind == OrvPixelFormat::Scalar
-        ? OrvColor(Color.red(), Color.red(), Color.red())
-        : Color;
+    const OrvColor Stored
+        = format().Kind == OrvPixelFormat::Scalar ? OrvColor(Color.red(), Color.red(), Color.red()) : Color;
     char Pixel[16];
     OrvPixelKernels::best().narrowStraight(orvPixelLayout(format()), Stored.components(), 1, Pixel);
     const OrvEngine::Lock Lock;

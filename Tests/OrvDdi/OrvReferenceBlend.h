@@ -6,25 +6,30 @@
 #include <array>
 #include <cmath>
 
-/// Blending as the definitions state it: one pixel of straight colour in double precision, component by component,
-/// without any of the rearrangements that make the engine fast.
+/// Blending as the definitions state it: one pixel of straight colour in double precision, component by
+/// component, without any of the rearrangements that make the engine fast.
 class OrvReferenceBlend {
 public:
     using Pixel = std::array<double, 4>; ///< straight alpha
 
-    static Pixel blend(const OrvBlendParameters& Parameters, const Pixel& Base, const Pixel& Over, double Mask)
+    static Pixel blend(
+        const OrvBlendParameters& Parameters, const Pixel& Base, const Pixel& Over, double Mask)
     {
         if (!Parameters.Enabled)
             return Base;
         double Factor = Parameters.Amount * Mask;
         if (Parameters.AdvancedEnabled)
-            Factor *= ramp(luminance(Base), Parameters.BaseRange) * ramp(luminance(Over), Parameters.OverRange);
+            Factor
+                *= ramp(luminance(Base), Parameters.BaseRange) * ramp(luminance(Over), Parameters.OverRange);
         Pixel Result = Parameters.PassThrough ? mixed(Base, Over, Factor)
                                               : composited(Parameters.Mode, Base, Over, Over[3] * Factor);
         if (Parameters.AdvancedEnabled) {
-            const bool Written[] = {Parameters.WriteRed, Parameters.WriteGreen, Parameters.WriteBlue, Parameters.WriteAlpha};
+            const bool Written[]
+                = {Parameters.WriteRed, Parameters.WriteGreen, Parameters.WriteBlue, Parameters.WriteAlpha};
             for (size_t Index = 0; Index < 4; ++Index)
-                Result[Index] = Written[Index] ? Result[Index] : Base[3] == 0.0 && Index < 3 ? 0.0 : Base[Index];
+                Result[Index] = Written[Index]    ? Result[Index]
+                    : Base[3] == 0.0 && Index < 3 ? 0.0
+                                                  : Base[Index];
         }
         return Result;
     }
@@ -140,7 +145,8 @@ private:
         const double Difference = L - lum(C);
         for (double& Component : C)
             Component += Difference;
-        const double Low = *std::min_element(C.begin(), C.end()), High = *std::max_element(C.begin(), C.end());
+        const double Low = *std::min_element(C.begin(), C.end()),
+                     High = *std::max_element(C.begin(), C.end());
         for (double& Component : C) {
             if (Low < 0)
                 Component = L + (Component - L) * L / (L - Low);

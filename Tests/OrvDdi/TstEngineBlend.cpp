@@ -2,6 +2,7 @@
 
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
+#include "OrvDdi/Engine/OrvPixelKernels.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <QtCore/QRandomGenerator>
@@ -101,7 +102,8 @@ std::vector<float> rendered(OrvEngineNode& Node, const QRect& Region = Row)
 }
 
 /// Compares premultiplied, because the colour of nearly transparent pixels says little.
-void comparePixels(const std::vector<float>& Result, const std::vector<Pixel>& Expected, double Tolerance = 2e-5)
+void comparePixels(
+    const std::vector<float>& Result, const std::vector<Pixel>& Expected, double Tolerance = 2e-5)
 {
     for (size_t Index = 0; Index < Expected.size(); ++Index) {
         for (size_t Component = 0; Component < 4; ++Component) {
@@ -128,6 +130,7 @@ class TstEngineBlend : public QObject {
 private Q_SLOTS:
     void formulas_data();
     void formulas();
+    void kernelSetsAgree();
     void brighterThanWhite();
     void neutralColorsLeaveTheBaseAlone_data();
     void neutralColorsLeaveTheBaseAlone();
@@ -162,7 +165,8 @@ void TstEngineBlend::formulas()
     QFETCH(int, Mode);
     QFETCH(int, OverDepth);
     QFETCH(bool, Srgb);
-    const OrvPixelFormat OverFormat{GLenum(OverDepth), OrvPixelFormat::Rgba, Srgb ? OrvPixelFormat::Srgb : OrvPixelFormat::Linear};
+    const OrvPixelFormat OverFormat{
+        GLenum(OverDepth), OrvPixelFormat::Rgba, Srgb ? OrvPixelFormat::Srgb : OrvPixelFormat::Linear};
     const OrvImageBuffer Base = bufferOf(testPixels(1, 0), FloatColor);
     const OrvImageBuffer Over = bufferOf(testPixels(2, 1), OverFormat);
     OrvImageBuffer Mask(Row, ByteMask);
@@ -194,6 +198,39 @@ void TstEngineBlend::formulas()
     }
 }
 
+/// The loops for any machine against those for this one, for every mode, layout and odd length.
+void TstEngineBlend::kernelSetsAgree()
+{
+    const OrvPixelKernels &Portable = OrvPixelKernels::portable(), &Best = OrvPixelKernels::best();
+    std::vector<float> Over, Base, Factors;
+    for (const Pixel& P : testPixels(5, 0))
+        Over.insert(Over.end(), {float(P[0]), float(P[1]), float(P[2]), float(P[3])});
+    for (const Pixel& P : testPixels(6, 1))
+        Base.insert(Base.end(), {float(P[0] * P[3]), float(P[1] * P[3]), float(P[2] * P[3]), float(P[3])});
+    for (int Index = 0; Index < PixelCount; ++Index)
+        Factors.push_back(float(Index) / PixelCount);
+    for (int Mode = 0; Mode < int(OrvBlendMode::Count); ++Mode) {
+        for (int Layout = 0; Layout <= int(OrvPixelLayout::OnePremultiplied); ++Layout) {
+            std::vector<float> Stored(PixelCount * 4);
+            if (Layout < int(OrvPixelLayout::Premultiplied))
+                Portable.narrowStraight(OrvPixelLayout(Layout), Over.data(), PixelCount, Stored.data());
+            else
+                Portable.widenPremultiplied(
+                    OrvPixelLayout::FloatRgba, Over.data(), PixelCount, Stored.data());
+            for (const float* pFactors :
+                {static_cast<const float*>(nullptr), static_cast<const float*>(Factors.data())}) {
+                std::vector<float> One(Base), Two(Base);
+                Portable.blend(OrvBlendMode(Mode), OrvPixelLayout(Layout), Stored.data(), pFactors, 0.6f,
+                    PixelCount, One.data());
+                Best.blend(OrvBlendMode(Mode), OrvPixelLayout(Layout), Stored.data(), pFactors, 0.6f,
+                    PixelCount, Two.data());
+                for (size_t Index = 0; Index < One.size(); ++Index)
+                    QVERIFY(qAbs(One[Index] - Two[Index]) <= 2e-5f * qMax(1.0f, qAbs(One[Index])));
+            }
+        }
+    }
+}
+
 /// Nothing is clamped where the mode has no reason to.
 void TstEngineBlend::brighterThanWhite()
 {
@@ -207,7 +244,8 @@ void TstEngineBlend::brighterThanWhite()
         One.pOver = uniformOf(OrvColor(3.0f, -0.25f, 0.5f, 0.75f), Row);
         One.connect();
         One.pBlend->setBlend(withMode(Mode));
-        comparePixels(rendered(*One.pBlend, QRect(0, 0, 1, 1)), {OrvReferenceBlend::blend(withMode(Mode), Bright, Other, 1.0)});
+        comparePixels(rendered(*One.pBlend, QRect(0, 0, 1, 1)),
+            {OrvReferenceBlend::blend(withMode(Mode), Bright, Other, 1.0)});
     }
 }
 
@@ -377,8 +415,8 @@ void TstEngineBlend::passThrough()
     comparePixels(rendered(*One.pBlend, QRect(0, 0, 1, 1)), {FadedOut});
 }
 
-/// Groups and masks of several layers are computed in the same pass as the stack around them; the result is the same
-/// as that of one blend after the other.
+/// Groups and masks of several layers are computed in the same pass as the stack around them; the result is
+/// the same as that of one blend after the other.
 void TstEngineBlend::groupsAndMaskStacks()
 {
     const auto picture = [](quint32 Seed) { return sourceOf(bufferOf(testPixels(Seed, 0), FloatColor)); };
@@ -430,9 +468,9 @@ void TstEngineBlend::smallerImages()
     std::vector<Pixel> Expected;
     for (int Y = Region.top(); Y <= Region.bottom(); ++Y) {
         for (int X = Region.left(); X <= Region.right(); ++X)
-            Expected.push_back(Part.contains(X, Y)      ? Pixel{0.5, 0.5, 0, 1}
-                    : Canvas.contains(X, Y) ? Pixel{1, 0, 0, 1}
-                                            : Pixel{0, 0, 0, 0});
+            Expected.push_back(Part.contains(X, Y) ? Pixel{0.5, 0.5, 0, 1}
+                    : Canvas.contains(X, Y)        ? Pixel{1, 0, 0, 1}
+                                                   : Pixel{0, 0, 0, 0});
     }
     comparePixels(Result, Expected);
 }

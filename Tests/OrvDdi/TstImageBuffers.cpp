@@ -137,7 +137,8 @@ void TstImageBuffers::storedBitsSurvive_data()
         QTest::newRow(formatName(allFormats()[Index])) << Index;
 }
 
-/// What is written comes back bit by bit, and unchanged through linear float and a conversion of the whole buffer.
+/// What is written comes back bit by bit, and unchanged through linear float and a conversion of the whole
+/// buffer.
 void TstImageBuffers::storedBitsSurvive()
 {
     QFETCH(int, Index);
@@ -168,7 +169,8 @@ void TstImageBuffers::storedBitsSurvive()
     } else {
         const auto* pBack = reinterpret_cast<const quint16*>(Back.constData());
         const auto* pPixels = reinterpret_cast<const quint16*>(Pixels.constData());
-        const int Tolerance = Format.Curve == OrvPixelFormat::Srgb || Format.Kind == OrvPixelFormat::Scalar ? 1 : 0;
+        const int Tolerance
+            = Format.Curve == OrvPixelFormat::Srgb || Format.Kind == OrvPixelFormat::Scalar ? 1 : 0;
         for (int Component = 0; Component < Components; ++Component)
             QVERIFY(qAbs(pBack[Component] - pPixels[Component]) <= Tolerance);
     }
@@ -297,7 +299,8 @@ void TstImageBuffers::kernelSetsAgree()
             QVERIFY(close(One[size_t(Component)], Two[size_t(Component)]));
         Portable.widenPremultiplied(Layout, Second.constData(), Count, Two.data());
         for (int Component = 0; Component < Count * 4; ++Component)
-            QVERIFY(qAbs(One[size_t(Component)] - Two[size_t(Component)]) <= 0.011f + qAbs(One[size_t(Component)]) * 2e-3f);
+            QVERIFY(qAbs(One[size_t(Component)] - Two[size_t(Component)])
+                <= 0.011f + qAbs(One[size_t(Component)]) * 2e-3f);
         Portable.maskFactors(Layout, First.constData(), Count, 0.5f, One.data());
         Best.maskFactors(Layout, First.constData(), Count, 0.5f, Two.data());
         for (int Pixel = 0; Pixel < Count; ++Pixel)
@@ -378,7 +381,8 @@ void TstImageBuffers::fillAndCopy()
 void TstImageBuffers::imageSetBecomesPixels()
 {
     const OrvUdimLayout Layout(QSize(64, 64), {1001, 1002});
-    OrvImageSet Images(Layout, format(GL_HALF_FLOAT, OrvPixelFormat::Scalar), OrvColor(0.5f, 0.1f, 0.2f, 0.3f));
+    OrvImageSet Images(
+        Layout, format(GL_HALF_FLOAT, OrvPixelFormat::Scalar), OrvColor(0.5f, 0.1f, 0.2f, 0.3f));
     QVERIFY(Images.isUniform() && Images.snapshot().isNull());
     QCOMPARE(Images.fillColor(), OrvColor(0.5f, 0.5f, 0.5f));
     QCOMPARE(Images.channels().size(), 1);

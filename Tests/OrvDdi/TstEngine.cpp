@@ -1,0 +1,368 @@
+#include "OrvEngineFixture.h"
+
+#include "OrvDdi/Engine/OrvEngine.h"
+
+#include <QtTest/QtTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace OrvEngineFixture;
+
+namespace {
+
+const QRect Canvas(0, 0, 300, 200);
+
+} // namespace
+
+class TstEngine : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsInTheBackground();
+    void uniformIsLikePixels();
+    void resultsInEveryFormat();
+    void sharedContent();
+    void connectionsChange();
+    void nodesGoInAnyOrder();
+    void extentsAndPasses();
+    void cachedResultsFollowEdits();
+    void cachesSwitchedOffAndOn();
+    void invalidatedRegions();
+    void scaledViews();
+    void highStacks();
+    void editsWhileRendering();
+    void nothingLeaks();
+};
+
+void TstEngine::startsInTheBackground()
+{
+    QVERIFY(!OrvEngine::isStarted());
+    OrvEngine::warmUp();
+    OrvEngine::warmUp();
+    const OrvEngine::Lock Outer;
+    const OrvEngine::Lock Inner;
+    QVERIFY(OrvEngine::isStarted());
+}
+
+void TstEngine::uniformIsLikePixels()
+{
+    const OrvColor Color(2.0f, 0.25f, 0.5f, 0.5f);
+    OrvImageBuffer Buffer(Canvas, floatColor());
+    Buffer.fill(Color);
+    const auto pPixels = source(Buffer), pUniform = uniform(Color, Canvas),
+               pBase = source(picture(Canvas, 1));
+    const QRect Region(-20, 100, 340, 140);
+    QVERIFY(difference(rendered(*pPixels, Region), rendered(*pUniform, Region)) < 1e-6f);
+    QCOMPARE(pUniform->boundingBox(), Canvas);
+    for (OrvBlendMode Mode : {OrvBlendMode::Normal, OrvBlendMode::Divide}) {
+        const auto pA = blend(pBase.get(), pPixels.get(), Mode),
+                   pB = blend(pBase.get(), pUniform.get(), Mode);
+        QVERIFY(difference(rendered(*pA, Region), rendered(*pB, Region)) < 1e-5f);
+    }
+    // Below an operation of the engine, which needs real pixels.
+    const auto pA = operation("gegl:box-blur", pPixels.get()),
+               pB = operation("gegl:box-blur", pUniform.get());
+    QVERIFY(difference(rendered(*pA, Region), rendered(*pB, Region)) < 1e-5f);
+    // Another colour and another extent.
+    pUniform->setUniform(OrvColor::white(), QRect(0, 0, 10, 10));
+    QCOMPARE(pixelOf(*pUniform, 9, 9), OrvColor::white());
+    QCOMPARE(pixelOf(*pUniform, 10, 9), OrvColor::clear());
+}
+
+void TstEngine::resultsInEveryFormat()
+{
+    const auto pColor = uniform(OrvColor(0.5f, 0.25f, 1.0f, 0.5f), Canvas),
+               pOver = uniform(OrvColor(1, 1, 1, 0), Canvas);
+    const auto pTop = blend(pColor.get(), pOver.get());
+    for (const auto Curve : {OrvPixelFormat::Linear, OrvPixelFormat::Srgb}) {
+        for (const GLenum Depth : {GL_UNSIGNED_BYTE, GL_HALF_FLOAT, GL_FLOAT}) {
+            for (const auto Kind : {OrvPixelFormat::Rgba, OrvPixelFormat::Scalar}) {
+                const OrvPixelFormat Format{Depth, Kind, Curve};
+                const QRect Region(290, 195, 20, 10); // half outside
+                OrvImageBuffer Expected(Region, Format);
+                Expected.fill(OrvColor::clear());
+                OrvImageBuffer Source(Region, floatColor());
+                Source.fill(OrvColor(0.5f, 0.25f, 1.0f, 0.5f), Canvas & Region);
+                Expected = Source.converted(Format);
+                QByteArray Result(20 * 10 * Format.bytesPerPixel(), 'x'), Wanted(Result.size(), 'x');
+                pTop->render(Region, 1.0, Format, Result.data());
+                Expected.read(Region, Format, Wanted.data());
+                OrvImageBuffer Back(Region, Format);
+                Back.write(Region, Format, Result.constData());
+                std::vector<float> A(800), B(800);
+                Back.read(Region, floatColor(), A.data());
+                Expected.read(Region, floatColor(), B.data());
+                QVERIFY(difference(A, B) < 1e-5f);
+            }
+        }
+    }
+    // A stride leaves what lies between the rows alone.
+    std::vector<float> Pixels(2 * 5 * 4, -1.0f);
+    pTop->render(QRect(0, 0, 3, 2), 1.0, floatColor(), Pixels.data(), 5 * 16);
+    QCOMPARE(Pixels[8], 0.5f);
+    QCOMPARE(Pixels[12], -1.0f);
+    QCOMPARE(Pixels[20], 0.5f);
+    QCOMPARE(Pixels[32], -1.0f);
+    pTop->render(QRect(), 1.0, floatColor(), nullptr);
+}
+
+/// A blend with several readers, and a picture that is base and over at once.
+void TstEngine::sharedContent()
+{
+    const auto pA = source(picture(Canvas, 1)), pB = source(picture(Canvas, 2, halfColor()));
+    const auto pShared = blend(pA.get(), pB.get(), OrvBlendMode::Multiply);
+    const auto pFirst = blend(pA.get(), pShared.get(), OrvBlendMode::Screen, 0.5f);
+    const std::vector<float> Alone = rendered(*pFirst, Canvas);
+    const auto pSecond = blend(pShared.get(), pShared.get(), OrvBlendMode::Difference);
+    QVERIFY(difference(rendered(*pFirst, Canvas), Alone) < 1e-6f);
+    QCOMPARE(pixelOf(*pSecond, 40, 50), OrvColor::black());
+    QVERIFY(pixelOf(*pShared, 40, 50) != OrvColor::black());
+    // A filter among the readers gets pixels, not a description of them.
+    const auto pBlur = operation("gegl:box-blur", pShared.get());
+    const std::vector<float> Blurred = rendered(*pBlur, Canvas);
+    QVERIFY(pBlur->setParameter("radius", 0));
+    QVERIFY(difference(rendered(*pBlur, Canvas), rendered(*pShared, Canvas)) < 1e-5f);
+    QVERIFY(difference(Blurred, rendered(*pShared, Canvas)) > 0.01f);
+}
+
+void TstEngine::connectionsChange()
+{
+    const auto pRed = uniform(OrvColor(1, 0, 0), Canvas), pBlue = uniform(OrvColor(0, 0, 1), Canvas);
+    const auto pTop = blend(pRed.get(), nullptr), pAbove = blend(pTop.get(), nullptr);
+    QCOMPARE(pixelOf(*pAbove, 5, 5), OrvColor(1, 0, 0));
+    pTop->connectInput(OrvEngineNode::Over, pBlue.get());
+    QCOMPARE(pixelOf(*pAbove, 5, 5), OrvColor(0, 0, 1));
+    OrvBlendParameters Off;
+    Off.Enabled = false;
+    pTop->setBlend(Off);
+    QCOMPARE(pixelOf(*pAbove, 5, 5), OrvColor(1, 0, 0));
+    pTop->connectInput(OrvEngineNode::Base, pBlue.get());
+    QCOMPARE(pixelOf(*pAbove, 5, 5), OrvColor(0, 0, 1));
+    pTop->connectInput(OrvEngineNode::Base, nullptr);
+    QCOMPARE(pixelOf(*pAbove, 5, 5), OrvColor::clear());
+    // Pads and settings of another kind of node are ignored.
+    pRed->connectInput(OrvEngineNode::Base, pBlue.get());
+    pRed->setBuffer(picture(Canvas, 1));
+    pTop->setUniform(OrvColor::white(), Canvas);
+    QVERIFY(!pTop->setParameter("radius", 3));
+    QCOMPARE(pixelOf(*pRed, 5, 5), OrvColor(1, 0, 0));
+    QVERIFY(!OrvEngineNode::createOperation("gegl:no-such-operation"));
+    QVERIFY(!OrvEngineNode::createOperation(QString()));
+}
+
+void TstEngine::nodesGoInAnyOrder()
+{
+    for (int Order = 0; Order < 6; ++Order) {
+        auto pSource = source(picture(Canvas, 1));
+        auto pMiddle = blend(pSource.get(), pSource.get());
+        auto pTop = blend(pMiddle.get(), pSource.get());
+        pTop->connectInput(OrvEngineNode::Mask, pMiddle.get());
+        pTop->setCached(Order % 2);
+        rendered(*pTop, Canvas);
+        std::unique_ptr<OrvEngineNode>* pNodes[] = {&pSource, &pMiddle, &pTop};
+        for (int Index = 0; Index < 3; ++Index) {
+            pNodes[(Order + Index * (Order < 3 ? 1 : 2)) % 3]->reset();
+            if (pTop)
+                rendered(*pTop, QRect(0, 0, 8, 8));
+        }
+    }
+}
+
+void TstEngine::extentsAndPasses()
+{
+    const auto pNoise = OrvEngineNode::createOperation("gegl:perlin-noise");
+    QVERIFY(pNoise->boundingBox().width() > 100000);
+    pNoise->setExtent(Canvas);
+    QCOMPARE(pNoise->boundingBox(), Canvas);
+    QCOMPARE(pixelOf(*pNoise, 300, 10), OrvColor::clear());
+    QCOMPARE(pixelOf(*pNoise, 299, 199).alpha(), 1.0f);
+    pNoise->setExtent(QRect());
+    QCOMPARE(pixelOf(*pNoise, 300, 10).alpha(), 1.0f);
+
+    // A blur spreads over the edge of the picture until it is cropped.
+    const auto pSource = source(picture(Canvas, 1)), pBlur = operation("gegl:box-blur", pSource.get()),
+               pBlurAgain = operation("gegl:gaussian-blur", pBlur.get());
+    QVERIFY(pixelOf(*pBlur, -2, 50).alpha() > 0.0f);
+    pBlur->setExtent(Canvas);
+    QCOMPARE(pixelOf(*pBlur, -2, 50), OrvColor::clear());
+    // What was cropped is not there for what follows.
+    OrvImageBuffer Cropped(Canvas, floatColor());
+    Cropped.write(Canvas, floatColor(), rendered(*pBlur, Canvas).data());
+    const auto pCropped = source(Cropped), pExpected = operation("gegl:gaussian-blur", pCropped.get());
+    QVERIFY(difference(rendered(*pBlurAgain, Canvas), rendered(*pExpected, Canvas)) < 1e-4f);
+
+    const auto pPass = OrvEngineNode::createPass();
+    QCOMPARE(pixelOf(*pPass, 5, 5), OrvColor::clear());
+    pPass->connectInput(OrvEngineNode::Base, pSource.get());
+    QVERIFY(difference(rendered(*pPass, Canvas), rendered(*pSource, Canvas)) < 1e-6f);
+}
+
+/// Dabs below cached results: what is shown afterwards is what a new graph shows.
+void TstEngine::cachedResultsFollowEdits()
+{
+    OrvImageBuffer Pixels = picture(Canvas, 1);
+    const auto pSource = source(Pixels), pBase = source(picture(Canvas, 2));
+    const auto pBlur = operation("gegl:gaussian-blur", pSource.get());
+    pBlur->setParameter("std-dev-x", 4.0);
+    const auto pSharpen = operation("gegl:unsharp-mask", pBlur.get());
+    const auto pTop = blend(pBase.get(), pSharpen.get(), OrvBlendMode::Overlay);
+    for (OrvEngineNode* pCached : {pBlur.get(), pSharpen.get(), pTop.get()})
+        pCached->setCached(true);
+    renderedInPieces(*pTop, Canvas);
+    const auto fresh = [&] {
+        const auto pNewSource = source(Pixels), pNewBlur = operation("gegl:gaussian-blur", pNewSource.get());
+        pNewBlur->setParameter("std-dev-x", 4.0);
+        const auto pNewSharpen = operation("gegl:unsharp-mask", pNewBlur.get());
+        return rendered(*blend(pBase.get(), pNewSharpen.get(), OrvBlendMode::Overlay), Canvas);
+    };
+    for (const QRect& Dab :
+        {QRect(120, 120, 20, 16), QRect(0, 0, 3, 3), QRect(290, 190, 40, 40), QRect(140, 60, 1, 1)}) {
+        Pixels.fill(OrvColor(3.0f, 0.0f, 1.0f), Dab);
+        pSource->pixelsWritten(Dab);
+        QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+    }
+    // Parameters and connections below reach the caches as well.
+    pBlur->setParameter("std-dev-x", 1.0);
+    pBlur->setParameter("std-dev-x", 4.0);
+    QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+    const auto pOther = source(picture(Canvas, 5)); // never computed before
+    pBlur->connectInput(OrvEngineNode::Base, pOther.get());
+    Pixels = picture(Canvas, 5);
+    QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+}
+
+void TstEngine::cachesSwitchedOffAndOn()
+{
+    OrvImageBuffer Pixels(Canvas, floatColor());
+    Pixels.fill(OrvColor::white());
+    const auto pSource = source(Pixels), pOver = uniform(OrvColor::clear(), Canvas);
+    const auto pLayer = blend(pSource.get(), pOver.get()), pTop = blend(pLayer.get(), nullptr);
+    pLayer->setCached(true);
+    QCOMPARE(pixelOf(*pTop, 5, 5), OrvColor::white());
+    pLayer->setCached(false);
+    Pixels.fill(OrvColor::black());
+    pSource->pixelsWritten(Canvas);
+    QCOMPARE(pixelOf(*pTop, 5, 5), OrvColor::black());
+    pLayer->setCached(true);
+    QCOMPARE(pixelOf(*pTop, 5, 5), OrvColor::black());
+    // Cached and switched off: the layer below shows.
+    OrvBlendParameters Off;
+    Off.Enabled = false;
+    pLayer->setBlend(Off);
+    QCOMPARE(pixelOf(*pTop, 6, 6), OrvColor::black());
+    QCOMPARE(pixelOf(*pLayer, 7, 7), OrvColor::black());
+}
+
+void TstEngine::invalidatedRegions()
+{
+    OrvImageBuffer Pixels = picture(Canvas, 1);
+    const auto pSource = source(Pixels), pMiddle = blend(pSource.get(), nullptr),
+               pTop = blend(pMiddle.get(), nullptr);
+    rendered(*pTop, Canvas);
+    QRegion Told;
+    pTop->setInvalidated([&Told](const QRect& Region) { Told += Region; });
+    pSource->pixelsWritten(QRect(10, 20, 30, 40));
+    QCOMPARE(Told.boundingRect(), QRect(10, 20, 30, 40));
+    Told = QRegion();
+    pMiddle->setBlend(pMiddle ? OrvBlendParameters{OrvBlendMode::Multiply, 0.5f} : OrvBlendParameters());
+    QVERIFY(Told.contains(Canvas));
+    Told = QRegion();
+    pMiddle->setBlend({OrvBlendMode::Multiply, 0.5f}); // nothing new
+    QVERIFY(Told.isEmpty());
+    // Below a blur the region grows by its radius.
+    const auto pBlur = operation("gegl:box-blur", pMiddle.get()), pAbove = blend(pBlur.get(), nullptr);
+    pBlur->setParameter("radius", 7);
+    pAbove->setInvalidated([&Told](const QRect& Region) { Told += Region; });
+    pTop->setInvalidated({});
+    Told = QRegion();
+    pSource->pixelsWritten(QRect(100, 100, 1, 1));
+    QVERIFY(Told.contains(QRect(93, 93, 15, 15)));
+    QVERIFY(QRect(50, 50, 100, 100).contains(Told.boundingRect()));
+    Told = QRegion();
+    pSource->pixelsWritten(QRect());
+    QVERIFY(Told.isEmpty());
+}
+
+void TstEngine::scaledViews()
+{
+    // Blocks of 64 pixels of one colour: their middles look the same at every scale.
+    const QRect Wide(0, 0, 1024, 512);
+    OrvImageBuffer Pixels(Wide, halfColor());
+    for (int Column = 0; Column < 16; ++Column)
+        Pixels.fill(OrvColor(float(Column) / 16, 0.5f, 0.25f), QRect(Column * 64, 0, 64, 512));
+    const auto pBase = source(Pixels), pOver = uniform(OrvColor(0, 1, 0, 0.5f), Wide);
+    const auto pTop = blend(pBase.get(), pOver.get());
+    for (const double Scale : {0.5, 0.25, 0.125, 0.4, 0.7, 2.0}) {
+        for (int Column = 0; Column < 16; ++Column) {
+            const QPoint Middle(int((Column * 64 + 32) * Scale), int(300 * Scale));
+            const std::vector<float> Pixel = rendered(*pTop, QRect(Middle, QSize(1, 1)), Scale);
+            QVERIFY(qAbs(Pixel[0] - float(Column) / 32) < 2e-3f);
+            QVERIFY(qAbs(Pixel[1] - 0.75f) < 2e-3f);
+        }
+    }
+    // A dab shows at small scales too.
+    const QRect Part(0, 0, 256, 128);
+    rendered(*pTop, Part, 0.25);
+    Pixels.fill(OrvColor::white(), QRect(512, 256, 64, 64));
+    pBase->pixelsWritten(QRect(512, 256, 64, 64));
+    const std::vector<float> Result = rendered(*pTop, Part, 0.25);
+    QVERIFY(qAbs(Result[(72 * 256 + 136) * 4 + 2] - 0.5f) < 2e-3f);
+    QVERIFY(qAbs(Result[(72 * 256 + 126) * 4 + 2] - 0.125f) < 2e-3f);
+}
+
+void TstEngine::highStacks()
+{
+    constexpr int Count = 3000;
+    const QRect Small(0, 0, 16, 16);
+    const auto pFaint = uniform(OrvColor(1, 1, 1, 0.001f), Small);
+    std::vector<std::unique_ptr<OrvEngineNode>> Stack;
+    Stack.push_back(uniform(OrvColor::black(), Small));
+    QElapsedTimer Timer;
+    Timer.start();
+    for (int Index = 0; Index < Count; ++Index)
+        Stack.push_back(blend(Stack.back().get(), pFaint.get()));
+    const float Expected = 1.0f - float(std::pow(0.999, Count));
+    QVERIFY(qAbs(pixelOf(*Stack.back(), 3, 3).red() - Expected) < 1e-3f);
+    pFaint->setUniform(OrvColor::clear(), Small);
+    QCOMPARE(pixelOf(*Stack.back(), 3, 3), OrvColor::black());
+    Stack.clear();
+    qDebug("%d layers: %lld ms", Count, Timer.elapsed());
+}
+
+/// The window edits while another thread renders.
+void TstEngine::editsWhileRendering()
+{
+    OrvImageBuffer Pixels = picture(Canvas, 1);
+    const auto pSource = source(Pixels), pBlur = operation("gegl:box-blur", pSource.get());
+    const auto pTop = blend(pSource.get(), pBlur.get());
+    pBlur->setCached(true);
+    std::atomic<bool> Stop{false};
+    std::thread Renderer([&] {
+        while (!Stop)
+            rendered(*pTop, Canvas);
+    });
+    for (int Edit = 0; Edit < 200; ++Edit) {
+        Pixels.fill(OrvColor(float(Edit), 0, 0), QRect(Edit, Edit / 2, 10, 10));
+        pSource->pixelsWritten(QRect(Edit, Edit / 2, 10, 10));
+        pTop->connectInput(OrvEngineNode::Over, Edit % 3 ? pBlur.get() : nullptr);
+        const auto pTemporary = blend(pTop.get(), pSource.get());
+        rendered(*pTemporary, QRect(0, 0, 4, 4));
+    }
+    Stop = true;
+    Renderer.join();
+    const auto pFreshBlur = operation("gegl:box-blur", pSource.get());
+    pTop->connectInput(OrvEngineNode::Over, pBlur.get());
+    QVERIFY(difference(rendered(*pTop, Canvas), rendered(*blend(pSource.get(), pFreshBlur.get()), Canvas))
+        < 1e-4f);
+}
+
+void TstEngine::nothingLeaks()
+{
+    QCOMPARE(OrvEngine::shutdown(), 0);
+    QVERIFY(!OrvEngine::isStarted());
+}
+
+QTEST_GUILESS_MAIN(TstEngine)
+
+#include "TstEngine.moc"
