@@ -9,8 +9,9 @@ OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
     Settings.Layout = pChannel ? pChannel->layout() : OrvUdimLayout(QSize(2048, 2048));
     Settings.Paint = pChannel ? pChannel->paintFormat()
                               : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb};
-    Settings.Mask = pChannel ? pChannel->maskFormat()
-                             : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
+    Settings.Mask = pChannel
+        ? pChannel->maskFormat()
+        : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
     return Settings;
 }
 

@@ -9,8 +9,8 @@ class OrvLayerStack;
 class OrvShaderInput;
 class OrvSnBaseNode;
 
-/// How new images at a place are stored: size and tiles, the format of paint and that of masks. A value, read from the
-/// channel around the place, or the usual settings where there is none.
+/// How new images at a place are stored: size and tiles, the format of paint and that of masks. A value, read
+/// from the channel around the place, or the usual settings where there is none.
 struct ORVCORE_EXPORT OrvImageSettings {
     OrvUdimLayout Layout;
     OrvPixelFormat Paint, Mask;

@@ -21,8 +21,8 @@ OrvColorSpaceConfig storedConfig(const OrvSnShaderInputNode& Node, const QString
                             : OrvColorSpaceConfig::fromJson(QJsonObject::fromVariantMap(Stored));
 }
 
-void storeConfig(
-    OrvSnShaderInputNode& Node, const QString& AttributeName, const OrvColorSpaceConfig& Config, bool Undoable)
+void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, const OrvColorSpaceConfig& Config,
+    bool Undoable)
 {
     const QVariantMap Map = Config.toJson().toVariantMap();
     if (Undoable) {
@@ -79,7 +79,8 @@ void OrvShaderInput::setLocked(bool Locked)
 
 bool OrvShaderInput::isModifiable() const
 {
-    return network() && !node()->locked() && !node()->blocked() && OrvLayerUtils::isModificationAllowedAt(node());
+    return network() && !node()->locked() && !node()->blocked()
+        && OrvLayerUtils::isModificationAllowedAt(node());
 }
 
 bool OrvShaderInput::isSharedLayers() const

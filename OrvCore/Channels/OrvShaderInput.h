@@ -8,8 +8,8 @@
 
 class OrvSnShaderInputNode;
 
-/// A channel: the stack of a node tagged "_shaderInput". It knows size, depth and colour space of its images, which
-/// the node stores. One object per channel node, for as long as that lives.
+/// A channel: the stack of a node tagged "_shaderInput". It knows size, depth and colour space of its images,
+/// which the node stores. One object per channel node, for as long as that lives.
 class ORVCORE_EXPORT OrvShaderInput : public OrvLayerStack {
     Q_OBJECT
 
@@ -39,7 +39,8 @@ public:
     OrvPixelFormat paintFormat() const;
     OrvPixelFormat maskFormat() const;
 
-    /// Settings of the editors are changed through the reference; the stored configuration by setColorSpaceConfig().
+    /// Settings of the editors are changed through the reference; the stored configuration by
+    /// setColorSpaceConfig().
     OrvColorSpaceConfig& colorSpaceConfig() { return m_ColorSpaceConfig; }
     OrvColorSpaceConfig scalarColorSpaceConfig() const { return m_ScalarColorSpaceConfig; }
     void setColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable);

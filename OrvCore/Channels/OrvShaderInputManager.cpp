@@ -19,15 +19,18 @@ OrvShaderInputManager& OrvShaderInputManager::instance()
 OrvShaderInputManager::OrvShaderInputManager()
 {
     qRegisterMetaType<OrvColorSpaceConfig>("OrvColorSpaceConfig");
+    qRegisterMetaType<GLenum>("GLenum");
     // Layers are told of an edit before channels are, which look at them.
     OrvLayerManager* pLayers = &OrvLayerManager::instance();
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
-    connect(pNetworks, &OrvShaderNetworkManager::nodeRegistered, this, &OrvShaderInputManager::onNodeRegistered);
     connect(
-        pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvShaderInputManager::onNodeDeregistered);
-    connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvShaderInputManager::onNodeNameChanged);
-    connect(
-        pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvShaderInputManager::onNodeLockedChanged);
+        pNetworks, &OrvShaderNetworkManager::nodeRegistered, this, &OrvShaderInputManager::onNodeRegistered);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this,
+        &OrvShaderInputManager::onNodeDeregistered);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this,
+        &OrvShaderInputManager::onNodeNameChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this,
+        &OrvShaderInputManager::onNodeLockedChanged);
     connect(pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this,
         &OrvShaderInputManager::onNodeAttributeChanged);
     connect(pNetworks,
@@ -36,7 +39,8 @@ OrvShaderInputManager::OrvShaderInputManager()
         this, &OrvShaderInputManager::onNodeReconnected);
     connect(pNetworks, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
         &OrvShaderInputManager::onCurrentNetworkChanged);
-    connect(pLayers, &OrvLayerManager::structureRefreshed, this, &OrvShaderInputManager::onStructureRefreshed);
+    connect(
+        pLayers, &OrvLayerManager::structureRefreshed, this, &OrvShaderInputManager::onStructureRefreshed);
 }
 
 OrvShaderInput* OrvShaderInputManager::currentShaderInput(OrvShaderNetwork* pNetwork) const
@@ -56,7 +60,8 @@ void OrvShaderInputManager::makeShaderInputCurrent(OrvShaderInput* pInput, bool 
         makeShaderInputCurrent(pInput->network(), pInput, Notify);
 }
 
-void OrvShaderInputManager::makeShaderInputCurrent(OrvShaderNetwork* pNetwork, OrvShaderInput* pInput, bool Notify)
+void OrvShaderInputManager::makeShaderInputCurrent(
+    OrvShaderNetwork* pNetwork, OrvShaderInput* pInput, bool Notify)
 {
     if (!pNetwork || m_Current.value(pNetwork) == pInput)
         return;
@@ -73,22 +78,25 @@ void OrvShaderInputManager::makeShaderInputCurrent(OrvShaderNetwork* pNetwork, O
         Q_EMIT currentShaderInputChanged(pInput);
 }
 
-QList<OrvShaderInput*> OrvShaderInputManager::getShaderInputsFromNetwork(const OrvShaderNetwork* pNetwork) const
+QList<OrvShaderInput*> OrvShaderInputManager::getShaderInputsFromNetwork(
+    const OrvShaderNetwork* pNetwork) const
 {
     return m_Channels.value(pNetwork);
 }
 
-OrvShaderInput* OrvShaderInputManager::neighborOf(const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
+OrvShaderInput* OrvShaderInputManager::neighborOf(
+    const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
 {
     QList<OrvShaderInput*> Channels;
     for (OrvShaderInput* pChannel : getShaderInputsFromNetwork(pNetwork)) {
         if (!pChannel->isMaterialStack() || pChannel == pInput)
             Channels.append(pChannel);
     }
-    std::sort(Channels.begin(), Channels.end(), [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
-        const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
-        return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
-    });
+    std::sort(
+        Channels.begin(), Channels.end(), [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
+            const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
+            return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
+        });
     const int Index = Channels.indexOf(const_cast<OrvShaderInput*>(pInput));
     if (Index + 1 < Channels.size())
         return Channels[Index + 1];
@@ -203,8 +211,8 @@ void OrvShaderInputManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString
         pInput->readNode(Name);
 }
 
-void OrvShaderInputManager::onNodeReconnected(OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode,
-    OrvSnBaseNode* pNewInputNode, OrvSnBaseNode*)
+void OrvShaderInputManager::onNodeReconnected(
+    OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode, OrvSnBaseNode* pNewInputNode, OrvSnBaseNode*)
 {
     if (pNode->hasTag(OrvSnNames::ShaderTag) && OrvShaderInputUtils::getShaderInput(pNewInputNode))
         Q_EMIT newShaderInputConnected(InputName, pNewInputNode);

@@ -12,7 +12,8 @@
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 
-/// All channels and the current one of each network. Channel objects are made and dropped as their nodes come and go.
+/// All channels and the current one of each network. Channel objects are made and dropped as their nodes come
+/// and go.
 class ORVCORE_EXPORT OrvShaderInputManager : public QObject {
     Q_OBJECT
 
@@ -58,7 +59,8 @@ private Q_SLOTS:
 
 private:
     OrvShaderInputManager();
-    /// The next channel by name, else the previous one, or null; a channel that is not listed: the first by name.
+    /// The next channel by name, else the previous one, or null; a channel that is not listed: the first by
+    /// name.
     OrvShaderInput* neighborOf(const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const;
 
     QHash<const OrvShaderNetwork*, QList<OrvShaderInput*>> m_Channels;

@@ -9,9 +9,13 @@
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Image/OrvImageResampling.h"
+#include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QSet>
@@ -27,10 +31,8 @@ QString tr(const char* pText)
 OrvSnShaderInputNode* addChannel(
     OrvShaderNetwork* pNetwork, std::unique_ptr<OrvSnShaderInputNode> pNode, const QString& Name)
 {
-    constexpr qreal RowHeight = 360.0;
-    const int Row = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork).size();
-    pNode->setPosition(QPointF(0.0, Row * RowHeight));
-    OrvSnShaderInputNode* pChannel = OrvChainEditing::addNode(pNetwork, std::move(pNode), Name, nullptr, 0, 0);
+    OrvSnShaderInputNode* pChannel
+        = OrvChainEditing::addNode(pNetwork, std::move(pNode), Name, nullptr, 0, 0);
     OrvSnBaseNode* pBottom = OrvChainEditing::addNode(
         pNetwork, std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pChannel, -1, 0);
     pChannel->connectInput(OrvSnNames::Input, pBottom);
@@ -65,7 +67,8 @@ QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, const QString&)
 QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base)
 {
     QSet<QString> Taken;
-    for (const OrvShaderInput* pChannel : OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork))
+    for (const OrvShaderInput* pChannel :
+        OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork))
         Taken.insert(pChannel->name());
     QString Name = Base;
     for (int Number = 2; Taken.contains(Name); ++Number)
@@ -94,7 +97,8 @@ OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QS
         pNode->setUserAttributeValue(
             OrvSnShaderInputNode::ColorSpaceAttribute, pConfig->toJson().toVariantMap());
     }
-    return addChannel(pNetwork, std::move(pNode), Name.isEmpty() ? generateUniqueName(pNetwork, tr("Channel")) : Name)
+    return addChannel(
+        pNetwork, std::move(pNode), Name.isEmpty() ? generateUniqueName(pNetwork, tr("Channel")) : Name)
         ->shaderInput();
 }
 
@@ -143,6 +147,21 @@ OrvShaderInput* createDuplicate(OrvShaderInput* pInput, const QString& Name)
         pTarget = *Merge;
     }
     return pCopy->shaderInput();
+}
+
+OrvSnBaseNode* duplicateImageSetNode(
+    const OrvSnBaseNode* pNode, OrvShaderNetwork* pNetwork, const OrvUdimLayout& Layout)
+{
+    const auto* pImages = qobject_cast<const OrvSnChannelInputNode*>(pNode);
+    if (!pImages || !pNetwork)
+        return nullptr;
+    const OrvImageSet* pSource = pImages->imageSet();
+    const OrvUdimLayout CopyLayout = Layout.isValid() ? Layout : pSource->layout();
+    OrvImageBuffer Pixels = pSource->snapshot();
+    if (!Pixels.isNull() && CopyLayout != pSource->layout())
+        Pixels = OrvImageResampling::fitted(Pixels, pSource->layout(), CopyLayout);
+    return OrvChainEditing::addImageNode(
+        pNetwork, CopyLayout, pSource->format(), pSource->fillColor(), pNode->name(), pNode, 0, 1, Pixels);
 }
 
 } // namespace OrvShaderInputUtils

@@ -13,6 +13,7 @@
 class OrvShaderInput;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
+class OrvUdimLayout;
 
 /// Finding and making channels.
 namespace OrvShaderInputUtils {
@@ -25,13 +26,18 @@ ORVCORE_EXPORT OrvShaderInput* find(const OrvSnBaseNode* pNode, const QString& I
 ORVCORE_EXPORT QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, const QString& InputName);
 ORVCORE_EXPORT QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base);
 
-/// A new, empty channel in one undo step, or null. An invalid size is that of an object with its own resolution; the
-/// network's other channels give the tiles. Without a configuration the depth and the scalar flag choose one.
-ORVCORE_EXPORT OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size, GLenum Depth,
-    const OrvColorSpaceConfig* pConfig = nullptr, bool Scalar = false);
+/// A new, empty channel in one undo step, or null. An invalid size is that of an object with its own
+/// resolution; the network's other channels give the tiles. Without a configuration the depth and the scalar
+/// flag choose one.
+ORVCORE_EXPORT OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size,
+    GLenum Depth, const OrvColorSpaceConfig* pConfig = nullptr, bool Scalar = false);
 /// A new channel with default settings in the current network, or null.
 ORVCORE_EXPORT OrvShaderInput* createShaderInput(bool Material);
 /// Null when the channel cannot be copied. An empty name: one is chosen.
 ORVCORE_EXPORT OrvShaderInput* createDuplicate(OrvShaderInput* pInput, const QString& Name);
+/// A copy of an image node with its pixels, fed into nothing, in the network; they are brought to the layout where that
+/// is valid. Null for another node.
+ORVCORE_EXPORT OrvSnBaseNode* duplicateImageSetNode(
+    const OrvSnBaseNode* pNode, OrvShaderNetwork* pNetwork, const OrvUdimLayout& Layout);
 
 } // namespace OrvShaderInputUtils

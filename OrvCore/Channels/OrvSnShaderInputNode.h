@@ -6,8 +6,8 @@
 
 class OrvShaderInput;
 
-/// The node of a channel: what is fed into it is the channel's stack. Size, tiles, depth and colour spaces are
-/// attributes that every layer of the channel follows.
+/// The node of a channel: what is fed into it is the channel's stack. Size, tiles, depth and colour spaces
+/// are attributes that every layer of the channel follows.
 class ORVCORE_EXPORT OrvSnShaderInputNode : public OrvSnBaseNode {
     Q_OBJECT
     Q_PROPERTY(QString imageSetSize READ imageSetSizeText)
@@ -36,8 +36,8 @@ public:
 
     OrvShaderInput* shaderInput() const { return m_pShaderInput; }
 
-    static const QString SizeAttribute, TilesAttribute, DepthAttribute, ColorSpaceAttribute, ScalarColorSpaceAttribute,
-        ScalarAttribute;
+    static const QString SizeAttribute, TilesAttribute, DepthAttribute, ColorSpaceAttribute,
+        ScalarColorSpaceAttribute, ScalarAttribute;
 
 protected:
     const QVector<OrvCustomAttribute>& attributeDefaults() const override;

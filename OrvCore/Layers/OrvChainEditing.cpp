@@ -58,9 +58,11 @@ QVector<OrvSnBaseNode::Consumer> streamReaders(const OrvSnBaseNode* pNode)
         // An adjustment layer directly above reads through its operation too.
         for (const OrvChainTargets::Target& Target : OrvChainTargets::of(Reader.pNode).Targets) {
             const QVector<OrvSnMergeNode*> Layers = OrvChainTargets::owners(Target);
-            const bool IsAdjustment = std::any_of(Layers.begin(), Layers.end(), [&](const OrvSnMergeNode* pLayer) {
-                return pLayer->inputNode(OrvSnNames::Base) == pNode && baseOperationOf(pLayer) == Reader.pNode;
-            });
+            const bool IsAdjustment
+                = std::any_of(Layers.begin(), Layers.end(), [&](const OrvSnMergeNode* pLayer) {
+                      return pLayer->inputNode(OrvSnNames::Base) == pNode
+                          && baseOperationOf(pLayer) == Reader.pNode;
+                  });
             if (IsAdjustment) {
                 Readers.append(Reader);
                 break;
@@ -76,7 +78,8 @@ OrvSnBaseNode* addNode(OrvShaderNetwork* pNetwork, std::unique_ptr<OrvSnBaseNode
     constexpr qreal ColumnWidth = 180.0;
     constexpr qreal RowHeight = 110.0;
     pNode->setName(Name);
-    if (pReference)
+    // Beside a node without a place of its own there is none either: the node graph arranges them.
+    if (pReference && !pReference->position().isNull())
         pNode->setPosition(pReference->position() + QPointF(Columns * ColumnWidth, -Rows * RowHeight));
     return pNetwork->addNode(std::move(pNode));
 }
@@ -140,7 +143,8 @@ QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels
     QVector<OrvSnBaseNode*> Found;
     QSet<const OrvSnBaseNode*> Seen;
     const auto note = [&](OrvSnBaseNode* pNode) {
-        const bool Limit = Handling == Channels::AreLimits && pNode && pNode->hasTag(OrvSnNames::ShaderInputTag);
+        const bool Limit
+            = Handling == Channels::AreLimits && pNode && pNode->hasTag(OrvSnNames::ShaderInputTag);
         if (pNode && !Limit && !Seen.contains(pNode)) {
             Seen.insert(pNode);
             Found.append(pNode);
@@ -157,8 +161,8 @@ QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels
     for (int Index = 0; Index < Found.size(); ++Index) {
         const OrvSnBaseNode* pNode = Found[Index];
         for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
-            const bool FromBelow = BaseOperations.contains(pNode)
-                || (Input.Name == OrvSnNames::Base && Roots.contains(pNode));
+            const bool FromBelow
+                = BaseOperations.contains(pNode) || (Input.Name == OrvSnNames::Base && Roots.contains(pNode));
             if (!FromBelow)
                 note(Input.pNode);
         }

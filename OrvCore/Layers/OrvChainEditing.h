@@ -11,8 +11,8 @@ class OrvSnMergeNode;
 class OrvSnOperationNode;
 class OrvUdimLayout;
 
-/// The steps of which every operation on layers is composed: merge nodes go into chains and out of them. Each is
-/// undoable and belongs into the macro of whoever calls it; none asks for locks.
+/// The steps of which every operation on layers is composed: merge nodes go into chains and out of them. Each
+/// is undoable and belongs into the macro of whoever calls it; none asks for locks.
 namespace OrvChainEditing {
 
 /// The content of a merge node, below the adjustment stack where there is one.
@@ -41,16 +41,16 @@ ORVCORE_EXPORT OrvSnChannelInputNode* addImageNode(OrvShaderNetwork* pNetwork, c
     const OrvPixelFormat& Format, const OrvColor& Fill, const QString& Name, const OrvSnBaseNode* pReference,
     int Columns, int Rows, const OrvImageBuffer& Pixels = OrvImageBuffer());
 
-/// Puts a merge node that stands in no chain between the target and what reads it. False when that would close a
-/// cycle; the macro is then to be cancelled.
+/// Puts a merge node that stands in no chain between the target and what reads it. False when that would
+/// close a cycle; the macro is then to be cancelled.
 ORVCORE_EXPORT bool insertAbove(OrvSnMergeNode* pMerge, OrvSnBaseNode* pTarget);
 /// Closes the chains around the merge node; its content and mask stay connected to it.
 ORVCORE_EXPORT void takeOut(OrvSnMergeNode* pMerge);
 /// Removes the node, and whatever is then read by nothing, unless it is read itself, a channel or a shader.
 ORVCORE_EXPORT void removeUnused(OrvSnBaseNode* pNode);
 
-/// The nodes that make up the layers of these merge nodes: themselves and what feeds their content and masks. Channels
-/// among it end the walk, or are walked through as well.
+/// The nodes that make up the layers of these merge nodes: themselves and what feeds their content and masks.
+/// Channels among it end the walk, or are walked through as well.
 enum class Channels { AreLimits, AreFollowed };
 ORVCORE_EXPORT QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels Handling);
 

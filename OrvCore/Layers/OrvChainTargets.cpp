@@ -81,8 +81,10 @@ OrvChainTargets::Entry OrvChainTargets::compute(const OrvSnBaseNode* pNode)
         for (const Target& One : Above->Targets) {
             // The operation of an adjustment layer reads what lies below its layer, but does not hold it.
             const QVector<OrvSnMergeNode*> Layers = owners(One);
-            const bool ReadsBase = std::any_of(Layers.begin(), Layers.end(),
-                [pNode](const OrvSnMergeNode* pLayer) { return pLayer->inputNode(OrvSnNames::Base) == pNode; });
+            const bool ReadsBase
+                = std::any_of(Layers.begin(), Layers.end(), [pNode](const OrvSnMergeNode* pLayer) {
+                      return pLayer->inputNode(OrvSnNames::Base) == pNode;
+                  });
             if (!ReadsBase)
                 add(One);
         }

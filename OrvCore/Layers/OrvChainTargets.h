@@ -7,9 +7,9 @@
 
 class OrvSnMergeNode;
 
-/// Where chains lead: for a node, the inputs of stacks that it finally feeds, and whether a cached layer above it
-/// freezes it. Derived from the graph as it is asked, remembered until the next structural change, so that asking for
-/// every layer of a long stack is one walk.
+/// Where chains lead: for a node, the inputs of stacks that it finally feeds, and whether a cached layer
+/// above it freezes it. Derived from the graph as it is asked, remembered until the next structural change,
+/// so that asking for every layer of a long stack is one walk.
 class ORVCORE_EXPORT OrvChainTargets {
 public:
     struct Target {
@@ -29,11 +29,12 @@ public:
     static const Entry& of(const OrvSnBaseNode* pNode);
     /// The layers' merge nodes whose content, adjustment stack or mask the target is; none for a channel.
     static QVector<OrvSnMergeNode*> owners(const Target& Target);
-    /// The nodes that hold the node as content or mask, on all levels: merge nodes and channels, nearest first, shared
-    /// channels included.
+    /// The nodes that hold the node as content or mask, on all levels: merge nodes and channels, nearest
+    /// first, shared channels included.
     static QVector<OrvSnBaseNode*> containers(const OrvSnBaseNode* pNode);
 
-    /// The input is where a chain ends: a channel's, a merge node's content or mask, an adjustment stack's content.
+    /// The input is where a chain ends: a channel's, a merge node's content or mask, an adjustment stack's
+    /// content.
     static bool isTarget(const OrvSnBaseNode* pNode, const QString& InputName);
     /// The node above goes on the chain that comes in at this input.
     static bool continuesChain(const OrvSnBaseNode* pNode, const QString& InputName);

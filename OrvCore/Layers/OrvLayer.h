@@ -14,9 +14,9 @@ class OrvSnBaseNode;
 class OrvSnMergeNode;
 class QColor;
 
-/// One layer: the view on a merge node, its blend node, one object per merge node while that lives. It stores nothing
-/// of the document but whether it is selected; every question is answered from the graph, every edit is made on it,
-/// each as one undo step.
+/// One layer: the view on a merge node, its blend node, one object per merge node while that lives. It stores
+/// nothing of the document but whether it is selected; every question is answered from the graph, every edit
+/// is made on it, each as one undo step.
 class ORVCORE_EXPORT OrvLayer : public QObject {
     Q_OBJECT
 
@@ -76,15 +76,15 @@ public:
     bool isBlendingModifiable() const;
     bool isBlendingAmountModifiable() const;
     bool isMoveable() const;
-    /// Whether the layer, or another one with its content, may stand just above the target: nothing is locked there, no
-    /// cycle would come of it, and the stack takes this kind of layer.
+    /// Whether the layer, or another one with its content, may stand just above the target: nothing is locked
+    /// there, no cycle would come of it, and the stack takes this kind of layer.
     bool canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const;
 
     bool isSelected() const { return m_Selected; }
     void setSelected(bool Selected, bool Notify = true);
     bool isCurrent() const;
-    /// Makes the layer its network's current one; the second flag makes its stack and channel current too and selects
-    /// it alone.
+    /// Makes the layer its network's current one; the second flag makes its stack and channel current too and
+    /// selects it alone.
     void makeCurrent(bool Undoable, bool WithStack);
 
     bool hasMask() const;
@@ -100,8 +100,8 @@ public:
     bool addMaskImageSet(int Type, const OrvColor& Fill) { return addMaskImageSet(MaskType(Type), Fill); }
     Q_INVOKABLE void addMaskImageSet();
     Q_INVOKABLE void addMaskImageSetAndFillBlack();
-    /// The old mask becomes the stack's first layer. Null when there is no mask image to convert or no change is
-    /// allowed.
+    /// The old mask becomes the stack's first layer. Null when there is no mask image to convert or no change
+    /// is allowed.
     Q_INVOKABLE OrvLayerStack* convertMaskToMaskStack();
     Q_INVOKABLE void deleteMask();
     void makeMaskComponentCurrent();
@@ -148,7 +148,8 @@ public:
     double cost() const;
     QString costDescription() const;
 
-    /// The group layer whose stack holds this layer, or null at the top of a channel, mask or adjustment stack.
+    /// The group layer whose stack holds this layer, or null at the top of a channel, mask or adjustment
+    /// stack.
     OrvLayer* parentGroup() const;
     /// The stacks in which the layer stands.
     QList<OrvLayerStack*> stacks() const;

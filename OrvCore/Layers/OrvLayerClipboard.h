@@ -3,8 +3,8 @@
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/OrvCoreExport.h"
 
-/// Layers on the system's clipboard. Within the program the snapshot itself is passed on, pixels and all, at no cost;
-/// only another process makes it become bytes.
+/// Layers on the system's clipboard. Within the program the snapshot itself is passed on, pixels and all, at
+/// no cost; only another process makes it become bytes.
 class ORVCORE_EXPORT OrvLayerClipboard {
 public:
     static const QString MimeType;

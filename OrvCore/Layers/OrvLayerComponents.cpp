@@ -53,8 +53,9 @@ bool OrvLayer::addMaskImageSet(MaskType Type, const OrvColor& Fill)
         return false;
     OrvUndoManager::AutoMacro Macro(tr("Add Mask : %1").arg(name()));
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);
-    OrvSnChannelInputNode* pImages = OrvChainEditing::addImageNode(m_pBlendNode->network(), Settings.Layout,
-        Settings.Mask, Type == FilledMask ? Fill : OrvColor::clear(), tr("%1 Mask").arg(name()), m_pBlendNode, -1, 2);
+    OrvSnChannelInputNode* pImages
+        = OrvChainEditing::addImageNode(m_pBlendNode->network(), Settings.Layout, Settings.Mask,
+            Type == FilledMask ? Fill : OrvColor::clear(), tr("%1 Mask").arg(name()), m_pBlendNode, -1, 2);
     if (!m_pBlendNode->connectInput(OrvSnNames::Mask, pImages)) {
         Macro.cancel();
         return false;
@@ -90,7 +91,8 @@ OrvLayerStack* OrvLayer::convertMaskToMaskStack()
     OrvSnMergeNode* pMerge = OrvChainEditing::addNode(pNetwork, std::make_unique<OrvSnMergeNode>(),
         OrvLayerManager::instance().uniqueLayerName(pNetwork, tr("Mask")), pImages, 1, 0);
     const bool Done = pMerge->connectInput(OrvSnNames::Base, pBottom)
-        && pMerge->connectInput(OrvSnNames::Over, pImages) && m_pBlendNode->connectInput(OrvSnNames::Mask, pMerge);
+        && pMerge->connectInput(OrvSnNames::Over, pImages)
+        && m_pBlendNode->connectInput(OrvSnNames::Mask, pMerge);
     if (!Done) {
         Macro.cancel();
         return nullptr;
@@ -164,12 +166,14 @@ OrvLayer* OrvLayer::addLayerAdjustmentLayerFromKey(const QString& Key, const QSt
         OrvShaderNetwork* pNetwork = m_pBlendNode->network();
         OrvSnBaseNode* pContent = overNode();
         OrvSnPassNode* pBottom = OrvChainEditing::addNode(pNetwork,
-            std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::AdjustmentStackBottomTag}), QString(), pContent, 1,
-            0);
+            std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::AdjustmentStackBottomTag}), QString(),
+            pContent, 1, 0);
         OrvSnPassNode* pTop = OrvChainEditing::addNode(pNetwork,
-            std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::AdjustmentStackTopTag}), QString(), pContent, 3, 0);
+            std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::AdjustmentStackTopTag}), QString(),
+            pContent, 3, 0);
         const bool Done = pBottom->connectInput(OrvSnNames::Input, pContent)
-            && pTop->connectInput(OrvSnNames::Input, pBottom) && m_pBlendNode->connectInput(OrvSnNames::Over, pTop);
+            && pTop->connectInput(OrvSnNames::Input, pBottom)
+            && m_pBlendNode->connectInput(OrvSnNames::Over, pTop);
         if (!Done) {
             Macro.cancel();
             return nullptr;
@@ -201,8 +205,8 @@ void OrvLayer::addSecondaryAdjustmentLayerFromKey(const QString& Key)
         return;
     OrvUndoManager::AutoMacro Macro(tr("Add Secondary Adjustment : %1").arg(name()));
     const QString Name = pOperation->typeLabel();
-    OrvSnBaseNode* pSecond = OrvChainEditing::addNode(
-        m_pBlendNode->network(), std::move(pOperation), Name, pAdjustment, 0, 1);
+    OrvSnBaseNode* pSecond
+        = OrvChainEditing::addNode(m_pBlendNode->network(), std::move(pOperation), Name, pAdjustment, 0, 1);
     if (!pSecond->connectInput(pSecond->preferredInput(), pAdjustment)
         || !m_pBlendNode->connectInput(OrvSnNames::Over, pSecond))
         Macro.cancel();

@@ -39,8 +39,8 @@ double operationCost(const OrvOperation& Operation)
     };
     constexpr double OtherFilter = 30.0;
     constexpr double OtherProcedural = 20.0;
-    return ByGroup.value(
-        Operation.MenuPath.section(QLatin1Char('/'), 0, 1), Operation.Procedural ? OtherProcedural : OtherFilter);
+    return ByGroup.value(Operation.MenuPath.section(QLatin1Char('/'), 0, 1),
+        Operation.Procedural ? OtherProcedural : OtherFilter);
 }
 
 struct Memory {
@@ -61,8 +61,8 @@ Memory& memory()
 
 double layerCost(const OrvSnMergeNode* pMerge);
 
-/// What comes in at an input, in milliseconds per million pixels. Chains are followed in a loop, so that only nesting
-/// makes it go deep.
+/// What comes in at an input, in milliseconds per million pixels. Chains are followed in a loop, so that only
+/// nesting makes it go deep.
 double contentCost(const OrvSnBaseNode* pNode, const OrvSnBaseNode* pBase)
 {
     double Cost = 0.0;

@@ -3,8 +3,9 @@
 #include <QtCore/QFlags>
 #include <QtCore/QMetaType>
 
-/// Where a new layer goes and what happens to it. Callers pass sums: 30 for an ordinary creation command, 94 for one
-/// inside an expanded group, 22 and 86 for pasting (names are kept), 1 for the base layer of a new channel.
+/// Where a new layer goes and what happens to it. Callers pass sums: 30 for an ordinary creation command, 94
+/// for one inside an expanded group, 22 and 86 for pasting (names are kept), 1 for the base layer of a new
+/// channel.
 enum OrvLayerCreateFlag {
     OrvLayerAtBottom = 1,
     OrvLayerAboveCurrent = 2,

@@ -64,22 +64,27 @@ OrvLayerManager::OrvLayerManager()
 
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
     connect(pNetworks, &OrvShaderNetworkManager::nodeRegistered, this, &OrvLayerManager::onNodeRegistered);
-    connect(pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvLayerManager::onNodeDeregistered);
+    connect(
+        pNetworks, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvLayerManager::onNodeDeregistered);
     connect(pNetworks,
         QOverload<OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*>::of(
             &OrvShaderNetworkManager::nodeReconnected),
         this, &OrvLayerManager::onNodeReconnected);
-    connect(pNetworks, &OrvShaderNetworkManager::nodeEnabledChanged, this, &OrvLayerManager::onNodeEnabledChanged);
-    connect(pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
-    connect(pNetworks, &OrvShaderNetworkManager::nodeBlockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeEnabledChanged, this,
+        &OrvLayerManager::onNodeEnabledChanged);
     connect(
-        pNetworks, &OrvShaderNetworkManager::nodeCacheActiveChanged, this, &OrvLayerManager::onNodeCacheActiveChanged);
+        pNetworks, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
     connect(
-        pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this, &OrvLayerManager::onNodeAttributeChanged);
+        pNetworks, &OrvShaderNetworkManager::nodeBlockedChanged, this, &OrvLayerManager::onNodeLockedChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeCacheActiveChanged, this,
+        &OrvLayerManager::onNodeCacheActiveChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this,
+        &OrvLayerManager::onNodeAttributeChanged);
     connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvLayerManager::onNodeNameChanged);
     connect(pNetworks, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
         &OrvLayerManager::onCurrentNetworkChanged);
-    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, &OrvLayerManager::onEditFinished);
+    connect(
+        &OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, &OrvLayerManager::onEditFinished);
 }
 
 OrvLayerManager::~OrvLayerManager()
@@ -90,7 +95,8 @@ OrvLayerManager::~OrvLayerManager()
 
 OrvLayer* OrvLayerManager::currentLayer(OrvShaderNetwork* pNetwork) const
 {
-    return m_CurrentLayers.value(pNetwork ? pNetwork : OrvShaderNetworkManager::instance().currentShaderNetwork());
+    return m_CurrentLayers.value(
+        pNetwork ? pNetwork : OrvShaderNetworkManager::instance().currentShaderNetwork());
 }
 
 void OrvLayerManager::setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLayer, bool Undoable)
@@ -103,7 +109,8 @@ void OrvLayerManager::setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLay
     }
     if (pLayer) {
         OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
-        const QList<OrvShaderInput*> Parents = OrvShaderInputUtils::findParents(pLayer->blendNode(), QString());
+        const QList<OrvShaderInput*> Parents
+            = OrvShaderInputUtils::findParents(pLayer->blendNode(), QString());
         OrvShaderInput* pCurrentChannel = Channels.currentShaderInput(pNetwork);
         if (!Parents.isEmpty())
             Channels.setCurrentLayerOf(
@@ -177,7 +184,8 @@ bool OrvLayerManager::carriesStack(const OrvSnBaseNode* pNode, const QString& In
     if (InputName == OrvSnNames::Mask)
         return !qobject_cast<const OrvSnChannelInputNode*>(pSource);
     return (InputName == OrvSnNames::Over && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag))
-        || qobject_cast<const OrvSnMergeNode*>(pSource) || qobject_cast<const OrvSnBottomTransparencyNode*>(pSource);
+        || qobject_cast<const OrvSnMergeNode*>(pSource)
+        || qobject_cast<const OrvSnBottomTransparencyNode*>(pSource);
 }
 
 OrvLayerStack* OrvLayerManager::getLayerStack(OrvSnBaseNode* pNode, const QString& InputName)
@@ -185,7 +193,8 @@ OrvLayerStack* OrvLayerManager::getLayerStack(OrvSnBaseNode* pNode, const QStrin
     if (!pNode)
         return nullptr;
     if (const auto* pChannel = qobject_cast<OrvSnShaderInputNode*>(pNode))
-        return InputName.isEmpty() || InputName == pNode->preferredInput() ? pChannel->shaderInput() : nullptr;
+        return InputName.isEmpty() || InputName == pNode->preferredInput() ? pChannel->shaderInput()
+                                                                           : nullptr;
     const StackKey Key(pNode, InputName);
     OrvLayerStack* pStack = m_Stacks.value(Key);
     if (!pStack && carriesStack(pNode, InputName)) {
@@ -408,7 +417,8 @@ QSet<OrvSnBaseNode*> OrvLayerManager::takeDirtyNodes()
     };
     for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node) {
         for (const OrvSnBaseNode::Input& Input : Node.key()->inputs()) {
-            if (Node.value() == WithAllBelow || (Node.value() == WithContents && Input.Name != OrvSnNames::Base))
+            if (Node.value() == WithAllBelow
+                || (Node.value() == WithContents && Input.Name != OrvSnNames::Base))
                 note(Input.pNode);
         }
     }

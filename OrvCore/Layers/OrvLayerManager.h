@@ -15,8 +15,9 @@
 class OrvShaderNetwork;
 class OrvSnMergeNode;
 
-/// Makes and keeps the layer and stack objects that show the graph, and knows what is current: the layer of each
-/// network and channel, the stack, the component that is painted on. It listens to the graph and tells the palettes.
+/// Makes and keeps the layer and stack objects that show the graph, and knows what is current: the layer of
+/// each network and channel, the stack, the component that is painted on. It listens to the graph and tells
+/// the palettes.
 class ORVCORE_EXPORT OrvLayerManager : public QObject {
     Q_OBJECT
 
@@ -25,8 +26,8 @@ public:
 
     /// The current layer of a network; null: of the current network.
     OrvLayer* currentLayer(OrvShaderNetwork* pNetwork = nullptr) const;
-    /// The layer becomes its channel's current one too, and the current component follows: what can be painted on is the
-    /// layer's paint, else its mask. Undoable only where that is said.
+    /// The layer becomes its channel's current one too, and the current component follows: what can be
+    /// painted on is the layer's paint, else its mask. Undoable only where that is said.
     void setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLayer, bool Undoable = false);
     OrvLayerStack* currentLayerStack() const { return m_pCurrentStack; }
     void setCurrentLayerStack(OrvLayerStack* pStack);
@@ -34,7 +35,8 @@ public:
     OrvSnBaseNode* currentComponent() const { return m_pCurrentComponent; }
     void setCurrentComponent(OrvSnBaseNode* pNode);
 
-    /// The layer of a merge node, null for another node. The object is made if there is none and that is asked.
+    /// The layer of a merge node, null for another node. The object is made if there is none and that is
+    /// asked.
     OrvLayer* getLayer(OrvSnBaseNode* pNode, bool Create = true);
     OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
 

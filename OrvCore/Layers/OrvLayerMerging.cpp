@@ -39,8 +39,8 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     OrvSnMergeNode* pTop = Merged.first()->blendNode();
     OrvSnBaseNode* pBelow = Merged.last()->blendNode()->inputNode(OrvSnNames::Base);
 
-    // Layers that need what lies below them are seen together with it; all others alone, so that what lies below can
-    // still be changed under them.
+    // Layers that need what lies below them are seen together with it; all others alone, so that what lies
+    // below can still be changed under them.
     const bool WithBelow = areNeighbors(Merged) && dependsOnWhatIsBelow(Merged)
         && (OrvLayerStreamUtils::isMergeNode(pBelow) || !OrvLayerStreamUtils::isChainEnd(pBelow));
     OrvImageBuffer Pixels;
@@ -55,7 +55,7 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     if (!WithBelow)
         Pixels = OrvLayerRendering::render(pInside, Settings.Layout, Settings.Paint);
     OrvSnChannelInputNode* pPaint = OrvChainEditing::addImageNode(
-        network(), Settings.Layout, Settings.Paint, OrvColor::clear(), tr("Paint"), pGroup, 0, 1, Pixels);
+        network(), Settings.Layout, Settings.Paint, OrvColor::clear(), Name, pGroup, 0, 1, Pixels);
 
     OrvLayerManager& Manager = OrvLayerManager::instance();
     OrvLayer* pLayer = Manager.getLayer(pGroup, true);

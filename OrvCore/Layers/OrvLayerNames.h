@@ -8,8 +8,8 @@
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 
-/// The names of all layers of each network, counted, so that a new layer finds a free one without asking every layer.
-/// OrvLayerManager owns it and tells it of every layer that comes, goes or is renamed.
+/// The names of all layers of each network, counted, so that a new layer finds a free one without asking
+/// every layer. OrvLayerManager owns it and tells it of every layer that comes, goes or is renamed.
 class ORVCORE_EXPORT OrvLayerNames {
 public:
     void enter(const OrvSnBaseNode* pNode);

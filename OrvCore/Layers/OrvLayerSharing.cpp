@@ -19,7 +19,8 @@
 namespace {
 
 /// The other merge nodes that read the node as this kind of component.
-QVector<OrvSnMergeNode*> otherReaders(const OrvSnBaseNode* pComponent, bool AsMask, const OrvSnMergeNode* pSelf)
+QVector<OrvSnMergeNode*> otherReaders(
+    const OrvSnBaseNode* pComponent, bool AsMask, const OrvSnMergeNode* pSelf)
 {
     QVector<OrvSnMergeNode*> Readers;
     if (!pComponent || pComponent->hasTag(OrvSnNames::ShaderInputTag))
@@ -86,7 +87,8 @@ bool OrvLayer::isTaggedForCrossChannelSharing() const
 
 bool OrvLayer::canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const
 {
-    if (!pTarget || pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+    if (!pTarget || pTarget->network() != m_pBlendNode->network()
+        || !OrvLayerUtils::isModificationAllowedAt(pTarget))
         return false;
     // Inside itself, or inside what it shows.
     const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pTarget);
@@ -134,8 +136,10 @@ void OrvLayer::unshareLayer()
     OrvLayerManager& Manager = OrvLayerManager::instance();
     const bool PaintShared = isPaintComponentShared();
     const bool MaskShared = isMaskComponentShared();
-    const bool PaintCurrent = PaintShared && Manager.currentComponent() && Manager.currentComponent() == paintNode();
-    const bool MaskCurrent = MaskShared && Manager.currentComponent() && Manager.currentComponent() == maskPaintNode();
+    const bool PaintCurrent
+        = PaintShared && Manager.currentComponent() && Manager.currentComponent() == paintNode();
+    const bool MaskCurrent
+        = MaskShared && Manager.currentComponent() && Manager.currentComponent() == maskPaintNode();
     // A copy of the whole layer lends its parts.
     const QVector<OrvSnMergeNode*> Copies
         = OrvLayerSnapshot::capture({m_pBlendNode}, OrvChainEditing::Channels::AreLimits)
@@ -144,10 +148,15 @@ void OrvLayer::unshareLayer()
         Macro.cancel();
         return;
     }
+    const auto takeOver = [&](const QString& InputName) {
+        OrvSnBaseNode* pFormer = m_pBlendNode->inputNode(InputName);
+        m_pBlendNode->connectInput(InputName, Copies.first()->inputNode(InputName));
+        OrvChainEditing::removeUnused(pFormer); // an adjustment stack of its own above what was shared
+    };
     if (PaintShared)
-        m_pBlendNode->connectInput(OrvSnNames::Over, Copies.first()->inputNode(OrvSnNames::Over));
+        takeOver(OrvSnNames::Over);
     if (MaskShared)
-        m_pBlendNode->connectInput(OrvSnNames::Mask, Copies.first()->inputNode(OrvSnNames::Mask));
+        takeOver(OrvSnNames::Mask);
     OrvChainEditing::removeUnused(Copies.first());
     if (isCurrent() && (PaintCurrent || MaskCurrent))
         Manager.setCurrentComponent(PaintCurrent ? paintNode() : maskPaintNode());

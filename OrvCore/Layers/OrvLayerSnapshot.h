@@ -6,19 +6,21 @@
 
 class OrvUdimLayout;
 
-/// Layers detached from any document, with all that they hold: what is duplicated, copied and pasted. What lies below
-/// them is no part of it. Pixels are copy-on-write snapshots until it is turned into bytes.
+/// Layers detached from any document, with all that they hold: what is duplicated, copied and pasted. What
+/// lies below them is no part of it. Pixels are copy-on-write snapshots until it is turned into bytes.
 class ORVCORE_EXPORT OrvLayerSnapshot {
 public:
-    /// The merge nodes, topmost first. With channels followed, layers that share a channel can go to other projects.
+    /// The merge nodes, topmost first. With channels followed, layers that share a channel can go to other
+    /// projects.
     static OrvLayerSnapshot capture(
         const QVector<OrvSnMergeNode*>& Merges, OrvChainEditing::Channels Handling);
 
     bool isEmpty() const { return m_Roots.isEmpty(); }
     int layerCount() const { return m_Roots.size(); }
 
-    /// Makes the layers, undoably, in no chain yet; topmost first. A channel that the network has is shared again; of
-    /// one that it lacks its layers are taken, as a group. Images are brought to the layout where it is valid.
+    /// Makes the layers, undoably, in no chain yet; topmost first. A channel that the network has is shared
+    /// again; of one that it lacks its layers are taken, as a group. Images are brought to the layout where
+    /// it is valid.
     QVector<OrvSnMergeNode*> instantiate(OrvShaderNetwork* pNetwork, const OrvUdimLayout& Layout) const;
 
     QByteArray toBytes() const;

@@ -16,9 +16,10 @@ class OrvShaderInput;
 class OrvShaderNetwork;
 class OrvSnMergeNode;
 
-/// A stack of layers: the view on what is fed into one named input of one node, down to a bottom node. Kinds: channel
-/// (OrvShaderInput), mask stack, adjustment stack, the inside of a group. It stores nothing of the document; the list
-/// of its layers is derived from the graph and dropped whenever a connection changes. OrvLayerManager owns it.
+/// A stack of layers: the view on what is fed into one named input of one node, down to a bottom node. Kinds:
+/// channel (OrvShaderInput), mask stack, adjustment stack, the inside of a group. It stores nothing of the
+/// document; the list of its layers is derived from the graph and dropped whenever a connection changes.
+/// OrvLayerManager owns it.
 class ORVCORE_EXPORT OrvLayerStack : public QObject {
     Q_OBJECT
 
@@ -27,8 +28,8 @@ public:
 
     ~OrvLayerStack() override;
 
-    /// The stack fed into that input, or null when the input carries none. The same object for the same pair as long
-    /// as it lives, whatever feeds the input meanwhile.
+    /// The stack fed into that input, or null when the input carries none. The same object for the same pair
+    /// as long as it lives, whatever feeds the input meanwhile.
     static OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
 
     OrvSnBaseNode* node() const { return m_pNode; }
@@ -54,18 +55,19 @@ public:
     QList<OrvLayer*> outermost(const QList<OrvLayer*>& Layers) const;
     /// The channels that contain the stack; itself, when it is one.
     QList<OrvShaderInput*> parentShaderInputs() const;
-    /// The channel whose size, depth and colour space new layers take: the first of parentShaderInputs(), or null.
+    /// The channel whose size, depth and colour space new layers take: the first of parentShaderInputs(), or
+    /// null.
     OrvShaderInput* ownerShaderInput() const;
     /// The stream shown; empty for the plain one.
     QString currentStream() const { return {}; }
     QString currentStreamName(OrvSnBaseNode* = nullptr) const { return {}; }
 
-    // Creation. Null when the place does not allow it (locked, cached) or, where the operation can fail otherwise, with
-    // a text. Each is one undo step named after what it does.
+    // Creation. Null when the place does not allow it (locked, cached) or, where the operation can fail
+    // otherwise, with a text. Each is one undo step named after what it does.
     OrvLayer* createPaintableLayer(
         OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name, const OrvColor& Fill);
-    OrvLayer* createPaintableLayer(
-        const OrvColor& Fill, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr, const QString& Name = QString());
+    OrvLayer* createPaintableLayer(const OrvColor& Fill, OrvLayerCreateFlags Flags,
+        OrvLayer* pBelow = nullptr, const QString& Name = QString());
     OrvLayer* createAdjustmentLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
         const QString& Name = QString());
     OrvLayer* createProceduralLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
@@ -85,8 +87,8 @@ public:
     Q_INVOKABLE void ungroupLayers();
     Q_INVOKABLE void copyToClipboard();
     Q_INVOKABLE void cutToClipboard();
-    /// A second layer above the given one that shares its content and mask. Null for an adjustment layer, whose content
-    /// depends on where it stands.
+    /// A second layer above the given one that shares its content and mask. Null for an adjustment layer,
+    /// whose content depends on where it stands.
     OrvLayer* shareLayer(OrvLayer* pLayer, OrvLayerCreateFlags Flags);
 
     /// Whether layers may be added, removed or moved here: no lock and no cache forbids it.
@@ -105,17 +107,18 @@ private:
     };
     const Chain& chain() const;
 
-    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a chain
-    /// that ends in nothing its bottom.
+    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a
+    /// chain that ends in nothing its bottom.
     OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow);
-    using ContentFactory = std::function<OrvSnBaseNode*(OrvSnBaseNode* pTarget)>;
-    OrvLayer* addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name,
-        const QString& DefaultName, const ContentFactory& MakeContent);
+    using ContentFactory = std::function<OrvSnBaseNode*(OrvSnBaseNode* pTarget, const QString& Name)>;
+    OrvLayer* addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow,
+        const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent);
     OrvLayer* addOperationLayer(const QString& MacroText, const QString& Key, bool Procedural,
         OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name);
     /// Selection and current layer after layers were made; the first becomes current.
     void present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags);
-    /// Puts layers of one group, topmost first, into a new group above the target. Null when that would close a cycle.
+    /// Puts layers of one group, topmost first, into a new group above the target. Null when that would close
+    /// a cycle.
     OrvSnMergeNode* gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name);
     bool canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const;
     /// Some of the layers look different without what lies below them.

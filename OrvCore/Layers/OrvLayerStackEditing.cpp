@@ -98,15 +98,15 @@ OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags 
 {
     OrvUndoManager::AutoMacro Macro(MacroText);
     OrvSnBaseNode* pTarget = placeFor(Flags, pBelow);
-    OrvSnBaseNode* pContent = pTarget ? MakeContent(pTarget) : nullptr;
-    if (!pContent) {
-        Macro.cancel();
-        return nullptr;
-    }
     OrvLayerManager& Manager = OrvLayerManager::instance();
     QString LayerName = Name.isEmpty() ? DefaultName : Name;
     if (Name.isEmpty() && Flags.testFlag(OrvLayerUniqueName))
         LayerName = Manager.uniqueLayerName(network(), DefaultName);
+    OrvSnBaseNode* pContent = pTarget ? MakeContent(pTarget, LayerName) : nullptr;
+    if (!pContent) {
+        Macro.cancel();
+        return nullptr;
+    }
     OrvSnMergeNode* pMerge
         = OrvChainEditing::addNode(network(), std::make_unique<OrvSnMergeNode>(), LayerName, pTarget, 1, 0);
     if (!pMerge->connectInput(OrvSnNames::Over, pContent) || !OrvChainEditing::insertAbove(pMerge, pTarget)) {
@@ -121,11 +121,12 @@ OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags 
 OrvLayer* OrvLayerStack::createPaintableLayer(
     OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name, const OrvColor& Fill)
 {
-    return addLayer(tr("Add Layer"), Flags, pBelow, Name, tr("Layer"), [&](OrvSnBaseNode* pTarget) {
-        const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
-        return OrvChainEditing::addImageNode(
-            network(), Settings.Layout, Settings.Paint, Fill, tr("Paint"), pTarget, 1, 1);
-    });
+    return addLayer(tr("Add Layer"), Flags, pBelow, Name, tr("Layer"),
+        [&](OrvSnBaseNode* pTarget, const QString& LayerName) {
+            const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
+            return OrvChainEditing::addImageNode(
+                network(), Settings.Layout, Settings.Paint, Fill, LayerName, pTarget, 1, 1);
+        });
 }
 
 OrvLayer* OrvLayerStack::createPaintableLayer(
@@ -142,7 +143,7 @@ OrvLayer* OrvLayerStack::addOperationLayer(const QString& MacroText, const QStri
     if (!pOperation || pOperation->isProcedural() != Procedural)
         return nullptr;
     const QString Label = pNode->typeLabel();
-    return addLayer(MacroText, Flags, pBelow, Name, Label, [&](OrvSnBaseNode* pTarget) {
+    return addLayer(MacroText, Flags, pBelow, Name, Label, [&](OrvSnBaseNode* pTarget, const QString&) {
         if (Procedural) {
             OrvCustomAttribute Extent(
                 OrvSnOperationNode::ExtentAttribute, OrvImageSettings::ofStack(this).Layout.extent().size());
@@ -167,24 +168,27 @@ OrvLayer* OrvLayerStack::createProceduralLayer(
 
 OrvLayer* OrvLayerStack::createGraphLayer(OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name)
 {
-    return addLayer(tr("Add Graph Layer"), Flags, pBelow, Name, tr("Graph"), [&](OrvSnBaseNode* pTarget) {
-        auto pGraph = std::make_unique<OrvSnGraphNode>();
-        {
-            // The inside comes and goes with the node.
-            const OrvUndoManager::NoRecording NoRecording;
-            OrvChainEditing::addNode(
-                pGraph->nestedNetwork(), std::make_unique<OrvSnGraphOutputNode>(), tr("Output"), nullptr, 0, 0);
-        }
-        return OrvChainEditing::addNode<OrvSnBaseNode>(network(), std::move(pGraph), tr("Graph"), pTarget, 1, 1);
-    });
+    return addLayer(tr("Add Graph Layer"), Flags, pBelow, Name, tr("Graph"),
+        [&](OrvSnBaseNode* pTarget, const QString& LayerName) {
+            auto pGraph = std::make_unique<OrvSnGraphNode>();
+            {
+                // The inside comes and goes with the node.
+                const OrvUndoManager::NoRecording NoRecording;
+                OrvChainEditing::addNode(pGraph->nestedNetwork(), std::make_unique<OrvSnGraphOutputNode>(),
+                    tr("Output"), nullptr, 0, 0);
+            }
+            return OrvChainEditing::addNode<OrvSnBaseNode>(
+                network(), std::move(pGraph), LayerName, pTarget, 1, 1);
+        });
 }
 
 OrvLayer* OrvLayerStack::createGroupLayer(OrvLayerCreateFlags Flags)
 {
-    return addLayer(tr("Add Layer Group"), Flags, nullptr, QString(), tr("Group"), [&](OrvSnBaseNode* pTarget) {
-        return OrvChainEditing::addNode<OrvSnBaseNode>(
-            network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pTarget, 0, 1);
-    });
+    return addLayer(tr("Add Layer Group"), Flags, nullptr, QString(), tr("Group"),
+        [&](OrvSnBaseNode* pTarget, const QString&) {
+            return OrvChainEditing::addNode<OrvSnBaseNode>(
+                network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pTarget, 0, 1);
+        });
 }
 
 OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
@@ -249,7 +253,8 @@ void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
     tellRemoved(Going);
 }
 
-OrvSnMergeNode* OrvLayerStack::gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name)
+OrvSnMergeNode* OrvLayerStack::gather(
+    const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name)
 {
     OrvSnBaseNode* pInnerTop = OrvChainEditing::addNode(
         network(), std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pTarget, 0, 1);
@@ -269,11 +274,13 @@ OrvSnMergeNode* OrvLayerStack::gather(const QList<OrvLayer*>& Layers, OrvSnBaseN
 
 bool OrvLayerStack::canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const
 {
-    const auto targets = [](const OrvLayer* pLayer) { return OrvChainTargets::of(pLayer->blendNode()).Targets; };
+    const auto targets
+        = [](const OrvLayer* pLayer) { return OrvChainTargets::of(pLayer->blendNode()).Targets; };
     const QVector<OrvChainTargets::Target> Common = targets(Layers.first());
     for (const OrvLayer* pLayer : Layers) {
         if (!(targets(pLayer) == Common)) {
-            Error = tr("'%1' and '%2' stand in different groups; only layers of one group can be taken together")
+            Error = tr(
+                "'%1' and '%2' stand in different groups; only layers of one group can be taken together")
                         .arg(Layers.first()->name(), pLayer->name());
             return false;
         }
@@ -296,13 +303,14 @@ bool OrvLayerStack::dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers)
             || pMerge->userAttribute(OrvMergeAttributes::BlendMode).value().toString() != Normal
             || pMerge->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toInt() != 0)
             return true;
-        const OrvLayerStack* pInside = pMerge->isPassThrough() ? OrvLayerStreamUtils::groupStack(pLayer) : nullptr;
+        const OrvLayerStack* pInside
+            = pMerge->isPassThrough() ? OrvLayerStreamUtils::groupStack(pLayer) : nullptr;
         return pInside && dependsOnWhatIsBelow(pInside->layerList());
     });
 }
 
-OrvLayer* OrvLayerStack::groupLayers(QString& Error, OrvLayerCreateFlags Flags, const QList<OrvLayer*>& Layers,
-    OrvLayer* pBelow, const QString& Name)
+OrvLayer* OrvLayerStack::groupLayers(QString& Error, OrvLayerCreateFlags Flags,
+    const QList<OrvLayer*>& Layers, OrvLayer* pBelow, const QString& Name)
 {
     Error.clear();
     const QList<OrvLayer*> Gathered = outermost(Layers.isEmpty() ? selectedLayers() : Layers);

@@ -98,10 +98,9 @@ OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLa
     const bool SameNetwork = pLayer->blendNode()->network() == pNetwork;
     const OrvUdimLayout Layout = pStack ? OrvImageSettings::ofStack(pStack).Layout : OrvUdimLayout();
     OrvUndoManager::AutoMacro Macro(tr("Copy Layer '%1'").arg(pLayer->name()));
-    const QVector<OrvSnMergeNode*> Copies
-        = OrvLayerSnapshot::capture({pLayer->blendNode()},
-            SameNetwork ? OrvChainEditing::Channels::AreLimits : OrvChainEditing::Channels::AreFollowed)
-              .instantiate(pNetwork, Layout);
+    const QVector<OrvSnMergeNode*> Copies = OrvLayerSnapshot::capture({pLayer->blendNode()},
+        SameNetwork ? OrvChainEditing::Channels::AreLimits : OrvChainEditing::Channels::AreFollowed)
+                                                .instantiate(pNetwork, Layout);
     if (Copies.isEmpty() || !OrvChainEditing::insertAbove(Copies.first(), pTarget)) {
         Macro.cancel();
         return nullptr;
@@ -117,7 +116,8 @@ OrvSnBaseNode* createLayerNodeAfter(
     OrvSnBaseNode* pTarget, OrvSnBaseNode* pContent, const QString& Name, const QString&, bool)
 {
     OrvShaderNetwork* pNetwork = pTarget ? pTarget->network() : nullptr;
-    if (!pNetwork || !pContent || pContent->network() != pNetwork || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+    if (!pNetwork || !pContent || pContent->network() != pNetwork
+        || !OrvLayerUtils::isModificationAllowedAt(pTarget))
         return nullptr;
     const QString LayerName = Name.isEmpty() ? pContent->name() : Name;
     OrvUndoManager::AutoMacro Macro(tr("Add Layer '%1'").arg(LayerName));
@@ -163,7 +163,8 @@ OrvLayerStack* groupStack(const OrvLayer* pLayer, const QString&)
 
 bool validateGroupSelection(const QList<OrvLayer*>& Layers, const OrvSnBaseNode*)
 {
-    return std::all_of(Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) { return pLayer != nullptr; });
+    return std::all_of(
+        Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) { return pLayer != nullptr; });
 }
 
 bool isLayerGroupPassThrough(const OrvSnBaseNode* pBlendNode)

@@ -20,13 +20,15 @@ ORVCORE_EXPORT OrvSnBaseNode* layerNodeBelow(const OrvLayer* pLayer, const OrvLa
 /// Name of the input that carries the content for a stream; "Over" for the plain one.
 ORVCORE_EXPORT QString overInputName(const QString& StreamName = QString());
 ORVCORE_EXPORT bool isValidBottomTransparencyNode(const OrvSnBaseNode* pNode);
-/// The node ends a chain when it is walked downwards: a bottom-transparency node or an adjustment stack's bottom.
+/// The node ends a chain when it is walked downwards: a bottom-transparency node or an adjustment stack's
+/// bottom.
 ORVCORE_EXPORT bool isChainEnd(const OrvSnBaseNode* pNode);
 
 /// Moves the layer to just above the target, out of its old place. False when that is not allowed.
 ORVCORE_EXPORT bool insertLayerAfter(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
 /// Adds an independent copy of the layer above the target; works between networks.
-ORVCORE_EXPORT OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
+ORVCORE_EXPORT OrvLayer* addDuplicateLayerAbove(
+    OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
 /// A new merge node above the target with the node as content; null when that is not allowed.
 ORVCORE_EXPORT OrvSnBaseNode* createLayerNodeAfter(OrvSnBaseNode* pTarget, OrvSnBaseNode* pContent,
     const QString& Name, const QString& StreamName, bool Undoable);
@@ -38,7 +40,8 @@ ORVCORE_EXPORT bool isLayerGroup(const OrvLayer* pLayer, const OrvLayerStack* pS
 ORVCORE_EXPORT bool isLayerGroup(const OrvLayer* pLayer, const QString& StreamName);
 ORVCORE_EXPORT OrvLayerStack* groupStack(const OrvLayer* pLayer, const QString& StreamName = QString());
 /// Whether the layers can be shown inside that group; the node is a multi-channel merge node or null.
-ORVCORE_EXPORT bool validateGroupSelection(const QList<OrvLayer*>& Layers, const OrvSnBaseNode* pMultiChannelNode);
+ORVCORE_EXPORT bool validateGroupSelection(
+    const QList<OrvLayer*>& Layers, const OrvSnBaseNode* pMultiChannelNode);
 ORVCORE_EXPORT bool isLayerGroupPassThrough(const OrvSnBaseNode* pBlendNode);
 ORVCORE_EXPORT void setLayerGroupPassThrough(OrvSnBaseNode* pBlendNode, bool PassThrough);
 

@@ -41,6 +41,13 @@ bool isLayerModifiable(const OrvLayer* pLayer)
         && !pLayer->isCachedUpToHere() && !pLayer->isLayerCached() && isModificationAllowedAt(pBlendNode);
 }
 
+OrvSnBaseNode* createShaderLayerNodeAfter(OrvSnBaseNode* pTarget, OrvSnBaseNode* pShaderNode, const QString& Name)
+{
+    if (!pShaderNode || !pShaderNode->hasTag(OrvSnNames::ShaderTag))
+        return nullptr;
+    return OrvLayerStreamUtils::createLayerNodeAfter(pTarget, pShaderNode, Name, QString(), true);
+}
+
 void unlockLockedAncestorLayers(OrvSnBaseNode* pNode)
 {
     const OrvUndoManager::AutoMacro Macro(QCoreApplication::translate("OrvLayerUtils", "Unlock Ancestors"));

@@ -15,13 +15,17 @@ class OrvSnBaseNode;
 namespace OrvLayerUtils {
 
 /// Every stack in which the merge node stands, as pairs of target node and input name.
-ORVCORE_EXPORT void findLayerStackTargets(QSet<QPair<OrvSnBaseNode*, QString>>& Targets, OrvSnBaseNode* pNode);
-/// False when a lock or cache downstream of the node forbids a change there. The node's own does not count: a layer
-/// may be put above a locked one.
+ORVCORE_EXPORT void findLayerStackTargets(
+    QSet<QPair<OrvSnBaseNode*, QString>>& Targets, OrvSnBaseNode* pNode);
+/// False when a lock or cache downstream of the node forbids a change there. The node's own does not count: a
+/// layer may be put above a locked one.
 ORVCORE_EXPORT bool isModificationAllowedAt(const OrvSnBaseNode* pNode);
 ORVCORE_EXPORT bool isLayer(const OrvSnBaseNode* pNode);
 /// As OrvLayer::isModifiable, without asking the layers that share content with it.
 ORVCORE_EXPORT bool isLayerModifiable(const OrvLayer* pLayer);
+/// A new shader layer above the target that shows the shader of the node; null when that is not allowed.
+ORVCORE_EXPORT OrvSnBaseNode* createShaderLayerNodeAfter(
+    OrvSnBaseNode* pTarget, OrvSnBaseNode* pShaderNode, const QString& Name);
 /// Unlocks every locked layer and channel downstream of the node, in one undo step.
 ORVCORE_EXPORT void unlockLockedAncestorLayers(OrvSnBaseNode* pNode);
 

@@ -107,6 +107,17 @@ QString tr(const char* pText)
 
 } // namespace
 
+QJsonObject OrvNodeDescription::connectionsToJson() const
+{
+    QJsonObject InputMap;
+    for (const Connection& One : Connections) {
+        InputMap.insert(One.InputName,
+            One.OutputName.isEmpty() ? QJsonValue(One.SourceUuid)
+                                     : QJsonValue(QJsonArray{One.SourceUuid, One.OutputName}));
+    }
+    return InputMap;
+}
+
 QJsonObject OrvNodeDescription::toJson() const
 {
     if (!Foreign.isEmpty())
@@ -133,12 +144,7 @@ QJsonObject OrvNodeDescription::toJson() const
         AttributeList.append(jsonFromAttribute(Attribute));
     if (!AttributeList.isEmpty())
         Json.insert("attributes", AttributeList);
-    QJsonObject InputMap;
-    for (const Connection& One : Connections) {
-        InputMap.insert(One.InputName,
-            One.OutputName.isEmpty() ? QJsonValue(One.SourceUuid)
-                                     : QJsonValue(QJsonArray{One.SourceUuid, One.OutputName}));
-    }
+    const QJsonObject InputMap = connectionsToJson();
     if (!InputMap.isEmpty())
         Json.insert("inputs", InputMap);
     if (HasImages) {

@@ -47,6 +47,8 @@ struct ORVCORE_EXPORT OrvNodeDescription {
 
     /// Without pixels, which go to data blocks (see OrvImageBlocks); "images" then only says how they are stored.
     QJsonObject toJson() const;
+    /// The connections alone, as they stand under "inputs".
+    QJsonObject connectionsToJson() const;
     /// False, with a message that names the node, for an object that is no node.
     static bool fromJson(const QJsonObject& Json, OrvNodeDescription& Description, QString& Error);
 };

@@ -1,9 +1,12 @@
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
@@ -27,12 +30,9 @@ const OrvSnBaseNode* hiddenReader(const OrvSnBaseNode* pNode)
 const OrvSnBaseNode* passThroughBottom(const OrvSnBaseNode* pNode)
 {
     const auto* pGroup = qobject_cast<const OrvSnMergeNode*>(pNode);
-    if (!pGroup || !pGroup->isPassThrough() || !pGroup->holdsGroup())
+    if (!pGroup || !pGroup->passesThrough())
         return nullptr;
-    const OrvSnBaseNode* pEnd = pGroup->inputNode(OrvSnNames::Over);
-    while (pEnd && !OrvLayerStreamUtils::isChainEnd(pEnd))
-        pEnd = pEnd->preferredInputNode();
-    return pEnd;
+    return OrvChainEditing::chainEnd(pGroup->inputNode(OrvSnNames::Over));
 }
 
 } // namespace
@@ -64,36 +64,71 @@ OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
     const OrvSnBaseNode* pWanted = provider(pNode);
     if (!pWanted)
         return nullptr;
-    // Depth first without recursion: stacks are thousands of nodes deep.
-    QVector<const OrvSnBaseNode*> Pending{pWanted};
-    while (!Pending.isEmpty()) {
-        auto* pNext = const_cast<OrvSnBaseNode*>(Pending.last());
-        if (pNext->m_pEngineNode) {
-            Pending.removeLast();
-            continue;
-        }
-        const int Before = Pending.size();
-        for (const QString& InputName : pNext->enginePadInputs()) {
-            const OrvSnBaseNode* pSource = provider(pNext->inputNode(InputName));
-            if (pSource && !pSource->m_pEngineNode)
-                Pending.append(pSource);
-        }
-        if (Pending.size() > Before)
-            continue;
-        Pending.removeLast();
-        pNext->m_pEngineNode = pNext->createEngineNode();
-        if (!pNext->m_pEngineNode)
+    // First all engine nodes that are missing, then their connections from the top down: the engine looks for loops
+    // upstream of whatever is connected, where then is nothing yet.
+    QVector<OrvSnBaseNode*> Made;
+    const auto make = [&Made](const OrvSnBaseNode* pProvider) {
+        if (!pProvider || pProvider->m_pEngineNode)
+            return;
+        auto* pNode = const_cast<OrvSnBaseNode*>(pProvider);
+        pNode->m_pEngineNode = pNode->createEngineNode();
+        if (!pNode->m_pEngineNode)
             // An operation that this machine's engine lacks passes its input on.
-            pNext->m_pEngineNode = OrvEngineNode::createPass();
-        pNext->updateEngineNode(*pNext->m_pEngineNode);
-        connectPads(pNext);
+            pNode->m_pEngineNode = OrvEngineNode::createPass();
+        pNode->updateEngineNode(*pNode->m_pEngineNode);
+        Made.append(pNode);
+    };
+    make(pWanted);
+    for (int Index = 0; Index < Made.size(); ++Index) {
+        for (const QString& InputName : Made[Index]->enginePadInputs())
+            make(provider(Made[Index]->inputNode(InputName)));
     }
+    for (OrvSnBaseNode* pNode : qAsConst(Made))
+        connectPads(pNode);
     return pWanted->m_pEngineNode.get();
 }
 
-void OrvNodeEvaluation::inputReconnected(OrvSnBaseNode* pNode, const QString& InputName)
+void OrvNodeEvaluation::updateBlends(const OrvSnBaseNode* pNode)
 {
-    QVector<OrvSnBaseNode::Consumer> Pending{{pNode, InputName}};
+    // How a merge node blends depends on whether its content reads what lies below it.
+    if (qobject_cast<const OrvSnMergeNode*>(pNode)) {
+        if (pNode->m_pEngineNode)
+            pNode->updateEngineNode(*pNode->m_pEngineNode);
+    } else if (qobject_cast<const OrvSnOperationNode*>(pNode)) {
+        for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
+            updateBlends(One.pNode);
+    }
+}
+
+void OrvNodeEvaluation::groupBottomChanged(OrvSnBaseNode* pTop)
+{
+    const OrvSnBaseNode* pBottom = OrvChainEditing::chainEnd(pTop);
+    if (!qobject_cast<const OrvSnBottomTransparencyNode*>(pBottom))
+        return;
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pTop).Targets;
+    for (const OrvChainTargets::Target& Target : Targets)
+        updateBlends(Target.pNode);
+    reconnect(pBottom->consumers());
+}
+
+void OrvNodeEvaluation::inputReconnected(
+    OrvSnBaseNode* pNode, const QString& InputName, OrvSnBaseNode* pFormerSource)
+{
+    if (InputName == OrvSnNames::Over) {
+        // A chain that is shown once more, or once less, may begin with something else.
+        OrvSnBaseNode* pSource = pNode->inputNode(InputName);
+        const bool SameChain = pSource && pFormerSource
+            && (pSource->preferredInputNode() == pFormerSource || pFormerSource->preferredInputNode() == pSource);
+        if (!SameChain) {
+            groupBottomChanged(pSource);
+            groupBottomChanged(pFormerSource);
+        }
+    }
+    reconnect({{pNode, InputName}});
+}
+
+void OrvNodeEvaluation::reconnect(QVector<OrvSnBaseNode::Consumer> Pending)
+{
     const auto appendReaders = [&Pending](const OrvSnBaseNode* pAlias) {
         for (const OrvSnBaseNode::Consumer& One : pAlias->consumers())
             Pending.append(One);
@@ -110,7 +145,7 @@ void OrvNodeEvaluation::inputReconnected(OrvSnBaseNode* pNode, const QString& In
         if (const OrvSnBaseNode* pBottom = passThroughBottom(pChanged)) {
             // Over the group's base or its contents, the chain inside may now begin elsewhere.
             for (const OrvSnBaseNode::Consumer& One : pBottom->consumers()) {
-                if (One.pNode != pChanged)
+                if (!(One == Changed)) // an empty group reads its own bottom
                     Pending.append(One);
             }
         }
@@ -119,8 +154,7 @@ void OrvNodeEvaluation::inputReconnected(OrvSnBaseNode* pNode, const QString& In
         const int Pad = pChanged->enginePadInputs().indexOf(Changed.InputName);
         if (Pad >= 0)
             pChanged->m_pEngineNode->connectInput(Pads[Pad], result(pChanged->inputNode(Changed.InputName)));
-        if (Changed.InputName == OrvSnNames::Over)
-            pChanged->updateEngineNode(*pChanged->m_pEngineNode);
+        updateBlends(pChanged);
     }
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/OrvCoreExport.h"
 
 #include <QtCore/QString>
+#include <QtCore/QVector>
 
 class QRect;
 class OrvEngineNode;
-class OrvSnBaseNode;
 
 /// Keeps the image engine's graph in step with the document's. Engine nodes are made when a result is first asked
 /// for, so that a document that nobody looks at costs nothing; afterwards every edit of a node reaches its engine
@@ -17,7 +18,10 @@ public:
     /// until one of the operations below is called for its node.
     static OrvEngineNode* result(const OrvSnBaseNode* pNode);
 
-    static void inputReconnected(OrvSnBaseNode* pNode, const QString& InputName);
+    static void inputReconnected(
+        OrvSnBaseNode* pNode, const QString& InputName, OrvSnBaseNode* pFormerSource = nullptr);
+    /// What a group's chain begins with is another thing now; the node is the chain's top.
+    static void groupBottomChanged(OrvSnBaseNode* pTop);
     static void parametersChanged(OrvSnBaseNode* pNode);
     static void pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region);
     /// The node's kind of engine node changed: it is made anew, and what it feeds is connected again.
@@ -28,4 +32,6 @@ private:
     static const OrvSnBaseNode* provider(const OrvSnBaseNode* pNode);
     static OrvEngineNode* existing(const OrvSnBaseNode* pNode);
     static void connectPads(OrvSnBaseNode* pNode);
+    static void reconnect(QVector<OrvSnBaseNode::Consumer> Pending);
+    static void updateBlends(const OrvSnBaseNode* pNode);
 };

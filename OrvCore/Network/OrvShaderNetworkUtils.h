@@ -15,8 +15,8 @@ namespace OrvShaderNetworkUtils {
 ORVCORE_EXPORT QStringList standaloneShaderTypes();
 ORVCORE_EXPORT QStringList layeredShaderTypes();
 
-/// Visits the nodes reachable from a start node, each once, the start node included. A nested network's output node
-/// leads on to the node that holds the network.
+/// Visits the nodes reachable from a start node, each once, the start node included. A nested network's
+/// output node leads on to the node that holds the network.
 class ORVCORE_EXPORT OrvNodeWalker {
 public:
     enum Direction { Upstream, Downstream };
@@ -34,8 +34,8 @@ public:
     static QVector<OrvSnBaseNode*> neighbors(const OrvSnBaseNode* pNode, Direction Where);
 };
 
-/// Tells whether any of some candidate nodes lies upstream of a node, or is it. It walks up from the node and down from
-/// the candidates in turns, so that a short way on either side decides early.
+/// Tells whether any of some candidate nodes lies upstream of a node, or is it. It walks up from the node and
+/// down from the candidates in turns, so that a short way on either side decides early.
 class ORVCORE_EXPORT OrvNodeWalkerUpstream {
 public:
     explicit OrvNodeWalkerUpstream(const QSet<OrvSnBaseNode*>& Candidates)

@@ -203,11 +203,9 @@ void OrvSnBaseNode::applyField(Field Which, const QVariant& Value)
             Q_EMIT Manager.nodeBlockedChanged(this, m_Blocked);
         break;
     case Field::Enabled:
-        m_Enabled = Value.toBool();
-        if (!m_pNetwork)
-            return;
-        OrvNodeEvaluation::parametersChanged(this);
-        Q_EMIT Manager.nodeEnabledChanged(this, m_Enabled ? 1 : 0);
+        applyEnabled(Value.toBool());
+        if (m_pNetwork)
+            Q_EMIT Manager.nodeEnabledChanged(this, m_Enabled ? 1 : 0);
         break;
     case Field::CacheActive:
         m_CacheActive = OrvSnBaseNodeCacheActiveState(Value.toInt());
@@ -223,6 +221,23 @@ void OrvSnBaseNode::applyField(Field Which, const QVariant& Value)
             Q_EMIT Manager.nodePositionChanged(this);
         break;
     }
+}
+
+void OrvSnBaseNode::applyEnabled(bool Enabled)
+{
+    const bool StoodForAnother = isEvaluationAlias();
+    m_Enabled = Enabled;
+    if (!m_pNetwork)
+        return;
+    if (isEvaluationAlias() == StoodForAnother) {
+        OrvNodeEvaluation::parametersChanged(this);
+        return;
+    }
+    // An operation that is switched off stands for what it reads: its readers read past it, or read it again.
+    for (const Consumer& Reader : qAsConst(m_Consumers))
+        OrvNodeEvaluation::inputReconnected(Reader.pNode, Reader.InputName);
+    if (!StoodForAnother)
+        OrvNodeEvaluation::removed(this);
 }
 
 void OrvSnBaseNode::setName(const QString& Name)
@@ -306,7 +321,7 @@ void OrvSnBaseNode::applyConnection(const QString& InputName, OrvSnBaseNode* pNo
             return;
         OrvShaderNetworkManager& Manager = OrvShaderNetworkManager::instance();
         Manager.structureChanged();
-        OrvNodeEvaluation::inputReconnected(this, InputName);
+        OrvNodeEvaluation::inputReconnected(this, InputName, pOld);
         Q_EMIT inputNodeChanged(InputName, pNode, OutputName);
         Q_EMIT Manager.nodeReconnected(m_pNetwork, InputName, pNode, this);
         Q_EMIT Manager.nodeReconnected(m_pNetwork, InputName, this, pNode, pOld);
@@ -318,7 +333,8 @@ void OrvSnBaseNode::setLayout(int LayoutType, OrvSnBaseNode* pReference, bool, b
 {
     constexpr int DownstreamOfReference = 9;
     constexpr qreal ColumnWidth = 180.0;
-    if (!pReference || LayoutType != DownstreamOfReference)
+    // A node without a place of its own is where the node graph arranges it, and so is what stands beside it.
+    if (!pReference || pReference->position().isNull() || LayoutType != DownstreamOfReference)
         return;
     editField(Field::Position, pReference->position() + QPointF(ColumnWidth, 0.0), tr("Move '%1'").arg(m_Name),
         Undoable);

@@ -123,6 +123,7 @@ private:
     QVariant field(Field Which) const;
     void editField(Field Which, const QVariant& Value, const QString& Text, bool Undoable = true);
     void applyField(Field Which, const QVariant& Value);
+    void applyEnabled(bool Enabled);
     void editAttribute(const OrvCustomAttribute& Before, const OrvCustomAttribute& After);
     void applyConnection(const QString& InputName, OrvSnBaseNode* pNode, const QString& OutputName);
     /// The network calls this when the node comes (null: goes).

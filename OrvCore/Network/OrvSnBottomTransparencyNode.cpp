@@ -12,12 +12,11 @@ QString OrvSnBottomTransparencyNode::typeLabel() const
 
 OrvSnBaseNode* OrvSnBottomTransparencyNode::evaluationAlias() const
 {
-    for (const OrvChainTargets::Target& Target : OrvChainTargets::of(this).Targets) {
-        const auto* pGroup = qobject_cast<const OrvSnMergeNode*>(Target.pNode);
-        if (pGroup && Target.InputName == OrvSnNames::Over && pGroup->isPassThrough())
-            return pGroup->inputNode(OrvSnNames::Base);
-    }
-    return nullptr;
+    const QVector<OrvChainTargets::Target>& Targets = OrvChainTargets::of(this).Targets;
+    if (Targets.size() != 1 || Targets.first().InputName != OrvSnNames::Over)
+        return nullptr;
+    const auto* pGroup = qobject_cast<const OrvSnMergeNode*>(Targets.first().pNode);
+    return pGroup && pGroup->passesThrough() ? pGroup->inputNode(OrvSnNames::Base) : nullptr;
 }
 
 #include "moc_OrvSnBottomTransparencyNode.cpp"

@@ -1,9 +1,11 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnOperationNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
@@ -52,7 +54,9 @@ OrvBlendParameters OrvSnMergeNode::blendParameters() const
 {
     OrvBlendParameters Parameters;
     Parameters.Enabled = enabledAsBool();
-    Parameters.PassThrough = isPassThrough() && holdsGroup();
+    // An adjustment shows what lies below in another way: it replaces it, so that transparent parts stay as they are.
+    const bool Adjusts = OrvChainEditing::baseOperationOf(this) != nullptr;
+    Parameters.PassThrough = Adjusts || passesThrough();
     if (ownUserAttributes().isEmpty())
         return Parameters;
     Parameters.Mode = OrvBlendParameters::modeFromName(userAttribute(OrvMergeAttributes::BlendMode).value().toString());
@@ -72,6 +76,8 @@ OrvBlendParameters OrvSnMergeNode::blendParameters() const
     };
     readRange(OrvMergeAttributes::BlendOverRange, Parameters.OverRange);
     readRange(OrvMergeAttributes::BlendBaseRange, Parameters.BaseRange);
+    if (Adjusts && (Parameters.Mode != OrvBlendMode::Normal || Parameters.AdvancedEnabled))
+        Parameters.PassThrough = false;
     return Parameters;
 }
 
@@ -86,19 +92,18 @@ bool OrvSnMergeNode::holdsGroup() const
     return qobject_cast<const OrvSnMergeNode*>(pOver) || qobject_cast<const OrvSnBottomTransparencyNode*>(pOver);
 }
 
+bool OrvSnMergeNode::passesThrough() const
+{
+    return isPassThrough() && holdsGroup()
+        && OrvChainTargets::of(inputNode(OrvSnNames::Over)).Targets.size() == 1;
+}
+
 void OrvSnMergeNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
 {
     OrvSnBaseNode::applyUserAttribute(Attribute);
     if (Attribute.name() != OrvMergeAttributes::PassThrough || !network() || !holdsGroup())
         return;
-    // What stands for the group's bottom changed: whatever reads it is connected anew.
-    const OrvSnBaseNode* pEnd = inputNode(OrvSnNames::Over);
-    while (pEnd && !OrvLayerStreamUtils::isChainEnd(pEnd))
-        pEnd = pEnd->preferredInputNode();
-    if (!pEnd)
-        return;
-    for (const Consumer& One : pEnd->consumers())
-        OrvNodeEvaluation::inputReconnected(One.pNode, One.InputName);
+    OrvNodeEvaluation::groupBottomChanged(inputNode(OrvSnNames::Over));
 }
 
 std::unique_ptr<OrvEngineNode> OrvSnMergeNode::createEngineNode() const

@@ -24,6 +24,9 @@ public:
     bool isPassThrough() const;
     /// Over is fed by the top of a chain of its own.
     bool holdsGroup() const;
+    /// The chain inside begins with what lies below the group. Never so for a group that others show too: it has more
+    /// than one place, and can begin with none of them.
+    bool passesThrough() const;
 
     OrvLayer* layer() const { return m_pLayer; }
 

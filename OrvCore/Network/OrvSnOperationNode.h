@@ -24,6 +24,9 @@ public:
 
 protected:
     const QVector<OrvCustomAttribute>& attributeDefaults() const override;
+    /// Switched off, an adjustment passes its input on and a procedural yields nothing.
+    bool isEvaluationAlias() const override { return !enabledAsBool(); }
+    OrvSnBaseNode* evaluationAlias() const override { return preferredInputNode(); }
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     void updateEngineNode(OrvEngineNode& Node) const override;
 

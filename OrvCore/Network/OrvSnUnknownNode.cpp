@@ -23,6 +23,12 @@ QString OrvSnUnknownNode::typeLabel() const
 void OrvSnUnknownNode::describe(OrvNodeDescription& Description) const
 {
     Description.Foreign = *m_pStored;
+    // All but the connections, which may have been changed around the node since it was read.
+    const QJsonObject Connections = Description.connectionsToJson();
+    if (Connections.isEmpty())
+        Description.Foreign.remove(QStringLiteral("inputs"));
+    else
+        Description.Foreign.insert(QStringLiteral("inputs"), Connections);
 }
 
 #include "moc_OrvSnUnknownNode.cpp"

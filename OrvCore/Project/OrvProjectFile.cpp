@@ -86,6 +86,14 @@ bool storeImages(QJsonArray& Nodes, const QHash<QString, OrvImageSet*>& Images, 
 bool loadImages(const QJsonArray& Json, QVector<OrvNodeDescription>& Nodes, OrvBlockStore& Store, QString& Error,
     const std::function<bool()>& Step)
 {
+    // Images are told by the layers that show them.
+    QHash<QString, QString> ShownBy;
+    for (const OrvNodeDescription& Node : qAsConst(Nodes)) {
+        for (const OrvNodeDescription::Connection& One : Node.Connections) {
+            if (One.InputName == OrvSnNames::Over)
+                ShownBy.insert(One.SourceUuid, Node.Name);
+        }
+    }
     for (int Index = 0; Index < Nodes.size(); ++Index) {
         OrvNodeDescription& Node = Nodes[Index];
         const QJsonObject Object = Json.at(Index).toObject();
@@ -98,7 +106,8 @@ bool loadImages(const QJsonArray& Json, QVector<OrvNodeDescription>& Nodes, OrvB
         const QJsonObject Blocks
             = Object.value(QLatin1String("images")).toObject().value(QLatin1String("pixels")).toObject();
         if (!OrvImageBlocks::load(Blocks, Store, Images, Error)) {
-            Error = tr("The pixels of '%1' cannot be read: %2").arg(Node.Name.isEmpty() ? Node.Uuid : Node.Name, Error);
+            const QString Name = ShownBy.value(Node.Uuid, Node.Name);
+            Error = tr("The pixels of '%1' cannot be read: %2").arg(Name.isEmpty() ? Node.Uuid : Name, Error);
             return false;
         }
         Node.Pixels = Images.snapshot();

@@ -1,0 +1,261 @@
+#include "Tests/Support/OrvTestProject.h"
+
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvSnGraphOutputNode.h"
+
+#include <QtCore/QRandomGenerator>
+#include <QtTest/QtTest>
+#include <QtWidgets/QUndoStack>
+
+/// Thousands of edits as a user without a plan would do them, with undo and redo among them: whatever
+/// happens, the history leads back to exactly the documents that were, nothing is left behind, and the
+/// picture is the one that a fresh evaluation of the document gives.
+class TstRandomEdits : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { OrvProjectManager::instance().closeProject(); }
+
+    void historyLeadsBackToEveryDocument_data()
+    {
+        QTest::addColumn<int>("Seed");
+        for (int Seed = 1; Seed <= 10; ++Seed)
+            QTest::newRow(qPrintable(QString("seed %1").arg(Seed))) << Seed;
+    }
+
+    void historyLeadsBackToEveryDocument()
+    {
+        QFETCH(int, Seed);
+        m_Random.seed(quint32(Seed));
+        OrvTestProject Project(QSize(8, 8));
+        m_pProject = &Project;
+        Project.addChannel("Bump", QSize(8, 8));
+        OrvUndoManager::instance().clear();
+        const QUndoStack& History = *OrvUndoManager::instance().stack();
+        QVector<QByteArray> Documents{Project.document()};
+
+        for (int Step = 0; Step < 500; ++Step) {
+            const int Kind = below(10);
+            if (Kind == 0) {
+                for (int Back = below(12); Back > 0 && History.canUndo(); --Back)
+                    Project.undo();
+            } else if (Kind == 1) {
+                for (int Forth = below(12); Forth > 0 && History.canRedo(); --Forth)
+                    Project.redo();
+            } else {
+                const int Before = History.index();
+                edit();
+                QVERIFY(!OrvUndoManager::instance().isInMacro());
+                if (History.index() == Before)
+                    continue; // refused: nothing may have changed
+                Documents.resize(Before + 1);
+                Documents.append(Project.document());
+                QCOMPARE(History.index(), Documents.size() - 1);
+            }
+            QCOMPARE(Project.document(), Documents[History.index()]);
+            if (Step % 25 == 0)
+                checkWhole();
+            if (QTest::currentTestFailed())
+                return;
+        }
+        while (History.canUndo())
+            Project.undo();
+        QCOMPARE(Project.document(), Documents.first());
+        while (History.canRedo())
+            Project.redo();
+        QCOMPARE(Project.document(), Documents.last());
+        checkWhole();
+    }
+
+private:
+    int below(int Limit) { return m_Random.bounded(Limit); }
+
+    OrvLayerStack* anyStack()
+    {
+        OrvShaderInput* pChannel = m_pProject->channel(below(3) ? "Diffuse" : "Bump");
+        OrvLayer* pLayer = below(2) ? anyLayer(pChannel) : nullptr;
+        if (pLayer && below(2) && OrvLayerStreamUtils::groupStack(pLayer))
+            return OrvLayerStreamUtils::groupStack(pLayer);
+        if (pLayer && pLayer->maskStack())
+            return pLayer->maskStack();
+        if (pLayer && pLayer->adjustmentStack())
+            return pLayer->adjustmentStack();
+        return pChannel;
+    }
+    OrvLayer* anyLayer(const OrvLayerStack* pStack)
+    {
+        const QList<OrvLayer*> Layers = pStack->allLayers();
+        return Layers.isEmpty() ? nullptr : Layers[below(Layers.size())];
+    }
+    QList<OrvLayer*> someLayers(const OrvLayerStack* pStack)
+    {
+        QList<OrvLayer*> Layers;
+        for (int Count = 1 + below(4); Count > 0; --Count) {
+            OrvLayer* pLayer = anyLayer(pStack);
+            if (pLayer && !Layers.contains(pLayer))
+                Layers.append(pLayer);
+        }
+        return Layers;
+    }
+    OrvColor anyColor() { return {below(5) / 4.0f, below(5) / 4.0f, below(5) / 4.0f, below(5) / 4.0f}; }
+
+    void edit()
+    {
+        OrvLayerStack* pStack = anyStack();
+        OrvLayer* pLayer = anyLayer(pStack);
+        const OrvLayerCreateFlags Flags = below(2) ? 30 : below(2) ? 94 : 1;
+        QString Error;
+        const int Kind = below(34);
+        if (pLayer && Kind > 5 && below(4) == 0)
+            pLayer->makeCurrent(false, below(2) == 0);
+        m_pProject->select(someLayers(pStack));
+        switch (Kind) {
+        case 0:
+        case 1:
+        case 2:
+            pStack->createPaintableLayer(Flags, below(3) ? nullptr : pLayer, QString(), anyColor());
+            return;
+        case 3:
+            pStack->createAdjustmentLayer("Filter/Adjust/Invert Linear", Flags, below(3) ? nullptr : pLayer);
+            return;
+        case 4:
+            pStack->createProceduralLayer("Procedural/Basic/Solid Color", Flags);
+            return;
+        case 5:
+            below(3) ? pStack->createGroupLayer(Flags) : pStack->createGraphLayer(Flags);
+            return;
+        case 6:
+        case 7:
+            pStack->groupLayers(Error, 30);
+            return;
+        case 8:
+            pStack->ungroupLayers();
+            return;
+        case 9:
+            pStack->deleteLayers();
+            return;
+        case 10:
+            if (pStack->allLayers().size() < 60)
+                pStack->duplicateLayers();
+            return;
+        case 11:
+            pStack->mergeLayers(30);
+            return;
+        case 12:
+            pStack->cutToClipboard();
+            return;
+        case 13:
+            pStack->copyToClipboard();
+            return;
+        case 14:
+            if (pStack->allLayers().size() < 60)
+                pStack->pasteFromClipboard(below(2) ? 22 : 86, Error);
+            return;
+        default:
+            break;
+        }
+        if (!pLayer)
+            return;
+        OrvLayerStack* pOther = anyStack();
+        OrvLayer* pPlace = anyLayer(pOther);
+        OrvSnBaseNode* pTarget = pPlace ? pPlace->blendNode() : pOther->bottomNode();
+        switch (Kind) {
+        case 15:
+        case 16:
+            OrvLayerStreamUtils::insertLayerAfter(pLayer, pTarget, pOther);
+            return;
+        case 17:
+            pLayer->addSharedLayerAfter(pTarget, QString(), true);
+            return;
+        case 18:
+            pLayer->unshareLayer();
+            return;
+        case 19:
+            pLayer->setVisible(!pLayer->isVisible());
+            return;
+        case 20:
+            if (below(3) == 0)
+                pLayer->setLocked(true);
+            else
+                pLayer->setLocked(false);
+            return;
+        case 21:
+            pLayer->unlockLockedAncestorLayers();
+            return;
+        case 22:
+            below(2) ? pLayer->addMaskImageSet() : pLayer->addMaskImageSetAndFillBlack();
+            return;
+        case 23:
+            pLayer->convertMaskToMaskStack();
+            return;
+        case 24:
+            pLayer->deleteMask();
+            return;
+        case 25:
+            pLayer->setMaskEnabled(!pLayer->isMaskEnabled());
+            return;
+        case 26:
+            pLayer->addLayerAdjustmentLayerFromKey("Filter/Adjust/Invert Linear");
+            return;
+        case 27:
+            below(2) ? pLayer->removeLayerAdjustment() : pLayer->setAdjustmentStackEnabled(below(2));
+            return;
+        case 28:
+            OrvLayerStreamUtils::setLayerGroupPassThrough(pLayer->blendNode(), below(2));
+            return;
+        case 29:
+            pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::BlendMode,
+                OrvBlendParameters::modeNames()[below(OrvBlendParameters::modeNames().size())]);
+            return;
+        case 30:
+            pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, below(5) / 4.0);
+            return;
+        case 31:
+            OrvLayerStreamUtils::createLayerNodeAfter(
+                pTarget, m_pProject->channel("Bump")->node(), QString(), QString(), true);
+            return;
+        case 32:
+            below(2) ? pLayer->addSecondaryAdjustmentLayerFromKey("Filter/Adjust/Invert Linear")
+                     : pLayer->removeSecondaryAdjustmentLayer();
+            return;
+        default:
+            pLayer->setName(QString("Name %1").arg(below(9)));
+        }
+    }
+
+    void checkWhole()
+    {
+        // Nothing hangs about that no channel shows.
+        for (const OrvSnBaseNode* pNode : m_pProject->network()->nodes())
+            QVERIFY2(!pNode->consumers().isEmpty() || pNode->hasTag("_shaderInput"),
+                qPrintable(pNode->typeName()));
+        const QStringList Channels{"Diffuse", "Bump"};
+        QVector<OrvColor> Seen;
+        for (const QString& Name : Channels) {
+            const OrvShaderInput* pChannel = m_pProject->channel(Name);
+            for (const OrvLayer* pLayer : pChannel->allLayers()) {
+                QVERIFY(pLayer->contentNode());
+                QVERIFY(!pLayer->stacks().isEmpty());
+                const OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pLayer);
+                QVERIFY(!pInside || OrvLayerStreamUtils::isChainEnd(pInside->bottomNode()));
+                QVERIFY(!pLayer->isModifiable() || !pLayer->isDownstreamLocked());
+            }
+            QVERIFY(OrvLayerStreamUtils::isChainEnd(pChannel->bottomNode()));
+            Seen.append(m_pProject->pixel(pChannel->node()));
+        }
+        for (OrvSnBaseNode* pNode : m_pProject->network()->nodes())
+            OrvNodeEvaluation::removed(pNode);
+        for (int Index = 0; Index < Channels.size(); ++Index) {
+            const OrvColor Fresh = m_pProject->pixel(m_pProject->channel(Channels[Index])->node());
+            QVERIFY2(m_pProject->same(Seen[Index], Fresh, 0.001f),
+                qPrintable(QString("%1: %2").arg(
+                    Channels[Index], m_pProject->tree(m_pProject->channel(Channels[Index])))));
+        }
+    }
+
+    QRandomGenerator m_Random;
+    OrvTestProject* m_pProject = nullptr;
+};
+
+QTEST_MAIN(TstRandomEdits)
+#include "TstRandomEdits.moc"
