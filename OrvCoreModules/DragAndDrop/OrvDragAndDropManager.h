@@ -10,17 +10,17 @@
 
 class QMimeData;
 
-/// What the program's own content does when it is dropped somewhere. The places are numbered; whoever knows a kind of
-/// content registers a handler for the places that take it. The layer palettes' own payload is never taken: the
-/// palettes know better.
+/// What the program's own content does when it is dropped somewhere. The places are numbered; whoever knows a
+/// kind of content registers a handler for the places that take it. The layer palettes' own payload is never
+/// taken: the palettes know better.
 class ORVCOREMODULES_EXPORT OrvDragAndDropManager {
 public:
     enum Target { NoTarget = 0, CanvasTarget = 1, NodeGraphTarget = 2, LayerTreeTarget = 3 };
 
     struct Handler {
         QStringList MimeTypes;
-        /// Looks at the data only, opens no file: it is asked at each move of the mouse. An empty one accepts all
-        /// data of the types.
+        /// Looks at the data only, opens no file: it is asked at each move of the mouse. An empty one accepts
+        /// all data of the types.
         std::function<bool(const QMimeData& Data)> Accepts;
         /// The map says where: "LayerStack" and "LayerBelow" for the layer tree. True on success.
         std::function<bool(const QMimeData& Data, const QVariantMap& Parameters)> Drop;

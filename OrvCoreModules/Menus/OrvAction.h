@@ -4,8 +4,8 @@
 
 #include <QtWidgets/QAction>
 
-/// An action that can hand itself to the slot it triggers, so that one slot serves many actions that differ in their
-/// data.
+/// An action that can hand itself to the slot it triggers, so that one slot serves many actions that differ
+/// in their data.
 class ORVCOREMODULES_EXPORT OrvAction : public QAction {
     Q_OBJECT
 

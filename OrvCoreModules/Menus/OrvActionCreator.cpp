@@ -65,8 +65,8 @@ OrvAction* OrvActionCreator::create(const QString& Text, const QString& IconFile
     return pAction;
 }
 
-OrvAction* OrvActionCreator::createAndAddToMenu(const QString& Text, const QString& IconFile, const char* pSlot,
-    const QVariant& Data, const QString& ToolTip)
+OrvAction* OrvActionCreator::createAndAddToMenu(const QString& Text, const QString& IconFile,
+    const char* pSlot, const QVariant& Data, const QString& ToolTip)
 {
     OrvAction* pAction = createRegistered(m_ActionPath, Text, IconFile, pSlot, Data, ToolTip);
     if (pAction)
@@ -102,7 +102,8 @@ OrvAction* OrvActionCreator::createRegistered(const QString& ActionPath, const Q
     }
     if (ActionTree.hasAction(ActionPath + Separator + Text)) {
         OrvDebug(File, __LINE__,
-            QStringLiteral("[ !! ] Action '%1/%2' is registered already").arg(ActionPath, Text), false, false);
+            QStringLiteral("[ !! ] Action '%1/%2' is registered already").arg(ActionPath, Text), false,
+            false);
         return nullptr;
     }
     auto* pAction = new OrvAction(Text, m_pParent);

@@ -11,12 +11,12 @@ class QShortcut;
 class QString;
 class QWidget;
 
-/// Short ways to actions, menus and shortcuts by path. A path that nobody knows is ignored: the part of the program
-/// that makes it may be absent.
+/// Short ways to actions, menus and shortcuts by path. A path that nobody knows is ignored: the part of the
+/// program that makes it may be absent.
 class ORVCOREMODULES_EXPORT OrvActionHelpers {
 public:
-    /// Works while the widget or one of its children has the focus; the user can rebind it. The slot is written with
-    /// SLOT(). Belongs to the widget.
+    /// Works while the widget or one of its children has the focus; the user can rebind it. The slot is
+    /// written with SLOT(). Belongs to the widget.
     static QShortcut* createAndRegisterShortcut(
         QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver);
 

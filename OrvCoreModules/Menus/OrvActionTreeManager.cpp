@@ -7,7 +7,7 @@
 namespace {
 const char File[] = "OrvActionTreeManager";
 const QLatin1Char Separator('/');
-}
+} // namespace
 
 OrvActionTreeManager& OrvActionTreeManager::instance()
 {
@@ -34,7 +34,8 @@ void OrvActionTreeManager::registerAction(const QString& Path, QAction* pAction)
     }
     const QString Key = cleanPath(Path + Separator + pAction->text());
     if (m_Actions.contains(Key)) {
-        OrvDebug(File, __LINE__, QStringLiteral("[ !! ] Action '%1' is registered already").arg(Key), false, false);
+        OrvDebug(File, __LINE__, QStringLiteral("[ !! ] Action '%1' is registered already").arg(Key), false,
+            false);
         return;
     }
     unregisterAction(pAction);
@@ -52,7 +53,8 @@ void OrvActionTreeManager::unregisterAction(QAction* pAction)
 
 void OrvActionTreeManager::watch(QAction* pAction)
 {
-    connect(pAction, &QObject::destroyed, this, &OrvActionTreeManager::onActionDestroyed, Qt::UniqueConnection);
+    connect(
+        pAction, &QObject::destroyed, this, &OrvActionTreeManager::onActionDestroyed, Qt::UniqueConnection);
 }
 
 void OrvActionTreeManager::forget(QObject* pAction)

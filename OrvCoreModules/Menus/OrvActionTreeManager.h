@@ -8,15 +8,16 @@
 
 class QAction;
 
-/// All actions of the program by path ("/Orvi/Layers/Cut"), and named sets of them that are enabled together. Actions
-/// belong to whoever made them and leave the tree when they die.
+/// All actions of the program by path ("/Orvi/Layers/Cut"), and named sets of them that are enabled together.
+/// Actions belong to whoever made them and leave the tree when they die.
 class ORVCOREMODULES_EXPORT OrvActionTreeManager : public QObject {
     Q_OBJECT
 
 public:
     static OrvActionTreeManager& instance();
 
-    /// The key is path, separator and the action's text. A key that is taken is reported and keeps its action.
+    /// The key is path, separator and the action's text. A key that is taken is reported and keeps its
+    /// action.
     void registerAction(const QString& Path, QAction* pAction);
     void unregisterAction(QAction* pAction);
 

@@ -2,6 +2,8 @@
 
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 
+#include <QtCore/QCoreApplication>
+
 OrvLateBindAction::OrvLateBindAction(const QString& ActionPath, QObject* pParent)
     : OrvAction(pParent)
     , m_ActionPath(OrvActionTreeManager::cleanPath(ActionPath))
@@ -9,9 +11,10 @@ OrvLateBindAction::OrvLateBindAction(const QString& ActionPath, QObject* pParent
     // The entry shows the shortcut but must not answer to it: the action that it stands for does.
     setShortcutContext(Qt::WidgetShortcut);
     OrvActionTreeManager& ActionTree = OrvActionTreeManager::instance();
-    connect(&ActionTree, &OrvActionTreeManager::actionRegistered, this, &OrvLateBindAction::onActionRegistered);
     connect(
-        &ActionTree, &OrvActionTreeManager::actionUnregistered, this, &OrvLateBindAction::onActionUnregistered);
+        &ActionTree, &OrvActionTreeManager::actionRegistered, this, &OrvLateBindAction::onActionRegistered);
+    connect(&ActionTree, &OrvActionTreeManager::actionUnregistered, this,
+        &OrvLateBindAction::onActionUnregistered);
     connect(this, &QAction::triggered, this, &OrvLateBindAction::onTriggered);
     bind(ActionTree.findAction(m_ActionPath));
 }
@@ -24,7 +27,8 @@ void OrvLateBindAction::onActionRegistered(const QString& Path, QAction* pAction
 
 void OrvLateBindAction::onActionUnregistered(const QString& Path)
 {
-    if (Path == m_ActionPath)
+    // Actions of static objects die after the application: nobody looks at entries any more.
+    if (Path == m_ActionPath && QCoreApplication::instance())
         bind(nullptr);
 }
 

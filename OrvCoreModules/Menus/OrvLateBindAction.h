@@ -4,8 +4,8 @@
 
 #include <QtCore/QPointer>
 
-/// A menu or tool-bar entry that stands for the action registered at a path, now or later. It looks like that action
-/// and triggers it; while there is none it is invisible. The action belongs to whoever registered it.
+/// A menu or tool-bar entry that stands for the action registered at a path, now or later. It looks like that
+/// action and triggers it; while there is none it is invisible. The action belongs to whoever registered it.
 class ORVCOREMODULES_EXPORT OrvLateBindAction : public OrvAction {
     Q_OBJECT
 

@@ -4,8 +4,8 @@
 
 #include <QtWidgets/QMenu>
 
-/// A menu of the program: shows tool tips, draws no doubled separators. Belongs to its parent or to the caller; it
-/// owns its sub-menus, never the actions of others.
+/// A menu of the program: shows tool tips, draws no doubled separators. Belongs to its parent or to the
+/// caller; it owns its sub-menus, never the actions of others.
 class ORVCOREMODULES_EXPORT OrvMenu : public QMenu {
     Q_OBJECT
 

@@ -33,8 +33,8 @@ OrvMenuManager::OrvMenuManager()
 {
     addMenuSet(QStringLiteral("Panel"));
     // The shader types have their own menu behind "Add New Shader Layer".
-    mapActionTree(QStringLiteral("CollectionContext"), QStringLiteral("OrvLayer"), QStringLiteral("/Orvi/Layers"),
-        {QStringLiteral("Shaders/AddShader")});
+    mapActionTree(QStringLiteral("CollectionContext"), QStringLiteral("OrvLayer"),
+        QStringLiteral("/Orvi/Layers"), {QStringLiteral("Shaders/AddShader")});
 }
 
 OrvMenuManager::~OrvMenuManager() = default;
@@ -79,7 +79,8 @@ OrvMenu* OrvMenuManager::makeMenu(const QString& Window, const QString& Menu, co
     return pMenu;
 }
 
-void OrvMenuManager::fillMenu(QMenu* pMenu, const QString& Window, const QString& Menu, const QString& Section)
+void OrvMenuManager::fillMenu(
+    QMenu* pMenu, const QString& Window, const QString& Menu, const QString& Section)
 {
     if (!pMenu) {
         OrvDebug(File, __LINE__, QStringLiteral("pMenu is NULL"), false, false);
@@ -98,7 +99,8 @@ void OrvMenuManager::fillMenu(QMenu* pMenu, const QString& Window, const QString
 void OrvMenuManager::mapActionTree(const QString& Window, const QString& Menu, const QString& ActionPath,
     const QStringList& ExcludedSubPaths)
 {
-    m_ActionTreeMappings.append({Window, Menu, OrvActionTreeManager::cleanPath(ActionPath), ExcludedSubPaths});
+    m_ActionTreeMappings.append(
+        {Window, Menu, OrvActionTreeManager::cleanPath(ActionPath), ExcludedSubPaths});
 }
 
 void OrvMenuManager::fillFromActionTree(QMenu* pMenu, const ActionTreeMapping& Mapping) const
@@ -111,7 +113,8 @@ void OrvMenuManager::fillFromActionTree(QMenu* pMenu, const ActionTreeMapping& M
     for (const QString& Key : OrvActionTreeManager::instance().actionKeys(Mapping.ActionPath)) {
         const QString SubPath = Key.mid(PrefixSize).section(Separator, 0, -2);
         const bool Excluded = std::any_of(Mapping.ExcludedSubPaths.begin(), Mapping.ExcludedSubPaths.end(),
-            [&SubPath](const QString& Path) { return SubPath == Path || SubPath.startsWith(Path + Separator); });
+            [&SubPath](
+                const QString& Path) { return SubPath == Path || SubPath.startsWith(Path + Separator); });
         if (Excluded)
             continue;
         auto* pEntry = new OrvLateBindAction(Key, pMenu);

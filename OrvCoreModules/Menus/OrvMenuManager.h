@@ -13,10 +13,10 @@ class OrvMenuNode;
 class QAction;
 class QMenu;
 
-/// What all menus hold, by window, menu and "/"-separated sub-menu: "MainWindow/&Layers/Layer Mask" is the sub-menu
-/// "Layer Mask" of the menu "&Layers" of the window "MainWindow". Menus are made from it whenever they are needed; it
-/// owns none of the actions. A tool bar that takes published actions is such a menu as well: of the window "Layers"
-/// the menu "Panel". Mnemonic marks do not count in look-ups.
+/// What all menus hold, by window, menu and "/"-separated sub-menu: "MainWindow/&Layers/Layer Mask" is the
+/// sub-menu "Layer Mask" of the menu "&Layers" of the window "MainWindow". Menus are made from it whenever
+/// they are needed; it owns none of the actions. A tool bar that takes published actions is such a menu as
+/// well: of the window "Layers" the menu "Panel". Mnemonic marks do not count in look-ups.
 class ORVCOREMODULES_EXPORT OrvMenuManager : public QObject {
     Q_OBJECT
 
@@ -28,22 +28,24 @@ public:
     void addRootMenu(const QString& Name, const QString& MenuSet);
     QStringList rootMenus(const QString& MenuSet) const { return m_RootMenus.value(MenuSet); }
 
-    /// A new menu, owned by the caller; empty when nothing is registered. A section limits it to that section's
-    /// entries.
+    /// A new menu, owned by the caller; empty when nothing is registered. A section limits it to that
+    /// section's entries.
     OrvMenu* makeMenu(const QString& Window, const QString& Menu, const QString& Section = QString());
     /// Fills a menu as makeMenu() would, after what it holds already.
-    void fillMenu(QMenu* pMenu, const QString& Window, const QString& Menu, const QString& Section = QString());
+    void fillMenu(
+        QMenu* pMenu, const QString& Window, const QString& Menu, const QString& Section = QString());
 
     /// At the end of a menu.
-    void addSeparator(
-        const QString& Window, const QString& Menu, const QString& SubMenu, const QString& Section = QString());
+    void addSeparator(const QString& Window, const QString& Menu, const QString& SubMenu,
+        const QString& Section = QString());
     /// At the end of a menu, or before the entry of that text.
     void registerAction(const QString& Window, const QString& Menu, const QString& SubMenu, QAction* pAction,
         const QString& Section = QString(), const QString& Before = QString());
     void unregisterAction(
         const QString& Window, const QString& Menu, const QString& SubMenu, QAction* pAction);
 
-    /// A menu that shows, after its own entries, all actions below a path of the action tree, grouped by sub-path.
+    /// A menu that shows, after its own entries, all actions below a path of the action tree, grouped by
+    /// sub-path.
     void mapActionTree(const QString& Window, const QString& Menu, const QString& ActionPath,
         const QStringList& ExcludedSubPaths = {});
 

@@ -10,8 +10,8 @@ class OrvMenu;
 class QAction;
 class QMenu;
 
-/// One menu in the menu manager's tree: its entries in order, and whether it is enabled. Menus made from it follow
-/// that state for as long as they live; their entries are those of the moment they were filled.
+/// One menu in the menu manager's tree: its entries in order, and whether it is enabled. Menus made from it
+/// follow that state for as long as they live; their entries are those of the moment they were filled.
 class OrvMenuNode {
 public:
     struct Entry {

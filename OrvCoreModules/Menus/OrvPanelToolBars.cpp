@@ -7,7 +7,7 @@
 namespace {
 const QString Panel = QStringLiteral("Panel");
 const QString SettingsGroup = QStringLiteral("ToolBars");
-}
+} // namespace
 
 OrvPanelToolBars& OrvPanelToolBars::instance()
 {
@@ -31,7 +31,8 @@ OrvPanelToolBars::OrvPanelToolBars()
 QStringList OrvPanelToolBars::actionKeys(const QString& RootMenu) const
 {
     const OrvSettings Settings;
-    return Settings.value(SettingsGroup + QLatin1Char('/') + RootMenu, m_Defaults.value(RootMenu)).toStringList();
+    return Settings.value(SettingsGroup + QLatin1Char('/') + RootMenu, m_Defaults.value(RootMenu))
+        .toStringList();
 }
 
 void OrvPanelToolBars::setDefaultActionKeys(const QString& RootMenu, const QStringList& Keys)

@@ -7,9 +7,9 @@
 
 class OrvLateBindAction;
 
-/// Which commands the tool bars of the palettes carry: the program's choice until the user makes another, which is
-/// kept in the settings. Publishing puts late-bound actions under (root menu, "Panel") of the menu manager, where the
-/// palettes find them.
+/// Which commands the tool bars of the palettes carry: the program's choice until the user makes another,
+/// which is kept in the settings. Publishing puts late-bound actions under (root menu, "Panel") of the menu
+/// manager, where the palettes find them.
 class ORVCOREMODULES_EXPORT OrvPanelToolBars {
 public:
     static OrvPanelToolBars& instance();

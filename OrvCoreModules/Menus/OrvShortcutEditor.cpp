@@ -66,7 +66,8 @@ OrvShortcutEditor::OrvShortcutEditor(QWidget* pParent)
 
     connect(m_Filter, &QLineEdit::textChanged, this, &OrvShortcutEditor::filter);
     connect(m_Tree, &QTreeWidget::currentItemChanged, this, &OrvShortcutEditor::onCurrentItemChanged);
-    connect(m_SequenceEdit, &QKeySequenceEdit::keySequenceChanged, this, &OrvShortcutEditor::onSequenceEdited);
+    connect(
+        m_SequenceEdit, &QKeySequenceEdit::keySequenceChanged, this, &OrvShortcutEditor::onSequenceEdited);
     connect(m_AssignButton, &QPushButton::clicked, this, &OrvShortcutEditor::assign);
     connect(m_ClearButton, &QPushButton::clicked, this, [this] {
         m_SequenceEdit->clear();
@@ -165,10 +166,10 @@ void OrvShortcutEditor::showConflicts()
     QStringList Users;
     for (const QString& Path : Manager.conflicts(currentPath(), Sequence))
         Users.append(QStringLiteral("\"%1\" (%2)").arg(Manager.text(Path), Manager.group(Path)));
-    m_Message->setText(Users.isEmpty()
-            ? QString()
-            : tr("%1 is in use by %2. Assign takes it from there.")
-                  .arg(OrvShortcutSequence::toUserFriendlyString(Sequence), Users.join(QStringLiteral(", "))));
+    m_Message->setText(Users.isEmpty() ? QString()
+                                       : tr("%1 is in use by %2. Assign takes it from there.")
+                                             .arg(OrvShortcutSequence::toUserFriendlyString(Sequence),
+                                                 Users.join(QStringLiteral(", "))));
 }
 
 void OrvShortcutEditor::assign()

@@ -11,8 +11,8 @@ class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
 
-/// The dialog in which the user looks up and rebinds shortcuts. Edits the shortcut manager at once and keeps no list
-/// of its own; keys in use are named and given over only when the user says so.
+/// The dialog in which the user looks up and rebinds shortcuts. Edits the shortcut manager at once and keeps
+/// no list of its own; keys in use are named and given over only when the user says so.
 class ORVCOREMODULES_EXPORT OrvShortcutEditor : public QDialog {
     Q_OBJECT
 

@@ -3,15 +3,12 @@
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Window/OrvGui.h"
 
 #include <QtGui/QKeyEvent>
-#include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
-#include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QShortcut>
-#include <QtWidgets/QTextEdit>
 
 namespace {
 
@@ -43,12 +40,6 @@ bool collide(const QKeySequence& First, const QKeySequence& Second)
         && (First.matches(Second) != QKeySequence::NoMatch || Second.matches(First) != QKeySequence::NoMatch);
 }
 
-bool isEditor(const QObject* pWidget)
-{
-    return qobject_cast<const QLineEdit*>(pWidget) || qobject_cast<const QTextEdit*>(pWidget)
-        || qobject_cast<const QPlainTextEdit*>(pWidget) || qobject_cast<const QAbstractSpinBox*>(pWidget);
-}
-
 } // namespace
 
 OrvShortcutManager& OrvShortcutManager::instance()
@@ -60,9 +51,10 @@ OrvShortcutManager& OrvShortcutManager::instance()
 OrvShortcutManager::OrvShortcutManager()
 {
     OrvActionTreeManager& ActionTree = OrvActionTreeManager::instance();
-    connect(&ActionTree, &OrvActionTreeManager::actionRegistered, this, &OrvShortcutManager::onActionRegistered);
     connect(
-        &ActionTree, &OrvActionTreeManager::actionUnregistered, this, &OrvShortcutManager::onActionUnregistered);
+        &ActionTree, &OrvActionTreeManager::actionRegistered, this, &OrvShortcutManager::onActionRegistered);
+    connect(&ActionTree, &OrvActionTreeManager::actionUnregistered, this,
+        &OrvShortcutManager::onActionUnregistered);
     for (const QString& Key : ActionTree.actionKeys())
         onActionRegistered(Key, ActionTree.findAction(Key));
     addShortcutGroupMapping(QStringLiteral("Channels"), QStringLiteral("OrvShaderInputView"));
@@ -119,7 +111,8 @@ OrvShortcutManager::Binding& OrvShortcutManager::enter(
     OrvSettings Settings;
     Settings.beginGroup(SettingsGroup);
     const QString Stored = Settings.value(Path.mid(1)).toString();
-    New.Current = Settings.contains(Path.mid(1)) ? QKeySequence(Stored, QKeySequence::PortableText) : New.Default;
+    New.Current
+        = Settings.contains(Path.mid(1)) ? QKeySequence(Stored, QKeySequence::PortableText) : New.Default;
     m_Order.append(Path);
     return New;
 }
@@ -142,7 +135,8 @@ QShortcut* OrvShortcutManager::createShortcut(
     QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver)
 {
     if (!pWidget || !pReceiver) {
-        OrvDebug(File, __LINE__, QStringLiteral("%1 is NULL").arg(pWidget ? "pReceiver" : "pWidget"), false, false);
+        OrvDebug(File, __LINE__, QStringLiteral("%1 is NULL").arg(pWidget ? "pReceiver" : "pWidget"), false,
+            false);
         return nullptr;
     }
     auto* pShortcut = new QShortcut(pWidget);
@@ -185,7 +179,8 @@ QStringList OrvShortcutManager::conflicts(const QString& Path, const QKeySequenc
     for (const QString& Other : m_Order) {
         const Binding& Entry = *m_Bindings.constFind(Other);
         // Widgets of different groups never have the focus together.
-        const bool Apart = !OwnGroup.isEmpty() && !Entry.WidgetGroup.isEmpty() && OwnGroup != Entry.WidgetGroup;
+        const bool Apart
+            = !OwnGroup.isEmpty() && !Entry.WidgetGroup.isEmpty() && OwnGroup != Entry.WidgetGroup;
         if (Other != Path && !Apart && collide(Sequence, Entry.Current))
             Paths.append(Other);
     }
@@ -282,8 +277,8 @@ void OrvShortcutManager::setEnabledSpecialShortcut(int Key, bool Enabled)
 
 QAction* OrvShortcutManager::specialAction(int Key) const
 {
-    if (!isSpecialShortcutEnabled(Key) || isEditor(QApplication::focusWidget()) || QApplication::activeModalWidget()
-        || QApplication::activePopupWidget())
+    if (!isSpecialShortcutEnabled(Key) || OrvGui::isTypedInto(QApplication::focusWidget())
+        || QApplication::activeModalWidget() || QApplication::activePopupWidget())
         return nullptr;
     QAction* pAction = OrvActionTreeManager::instance().findAction(m_SpecialActions.value(Key));
     return pAction && pAction->isEnabled() ? pAction : nullptr;

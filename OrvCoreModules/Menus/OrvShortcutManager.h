@@ -12,9 +12,10 @@
 class QAction;
 class QShortcut;
 
-/// All shortcuts by path, as the user has bound them: every action of the action tree, and the shortcuts of single
-/// widgets under the name of their group. What differs from the default is kept in the settings. Actions work in the
-/// whole window; a widget's shortcuts only within it, so that several palettes can share a key.
+/// All shortcuts by path, as the user has bound them: every action of the action tree, and the shortcuts of
+/// single widgets under the name of their group. What differs from the default is kept in the settings.
+/// Actions work in the whole window; a widget's shortcuts only within it, so that several palettes can share
+/// a key.
 class ORVCOREMODULES_EXPORT OrvShortcutManager : public QObject {
     Q_OBJECT
 
@@ -31,23 +32,26 @@ public:
     /// A default may be set before the action of that path exists.
     void setDefaultShortcut(const QString& Path, const QKeySequence& Sequence);
 
-    /// Paths that would answer to the same keys; a sequence that begins with the other one's keys counts, too.
+    /// Paths that would answer to the same keys; a sequence that begins with the other one's keys counts,
+    /// too.
     QStringList conflicts(const QString& Path, const QKeySequence& Sequence) const;
-    /// Binds and remembers; an empty sequence unbinds. Refused, with nothing changed, while others use the keys.
+    /// Binds and remembers; an empty sequence unbinds. Refused, with nothing changed, while others use the
+    /// keys.
     bool setShortcut(const QString& Path, const QKeySequence& Sequence);
     /// Binds and takes the keys away from whoever had them.
     void takeShortcut(const QString& Path, const QKeySequence& Sequence);
     void reset(const QString& Path);
     void resetAll();
 
-    /// A shortcut within a widget; its path is made of the widget's group and the slot's name. Those of several
-    /// widgets with one path are bound together.
+    /// A shortcut within a widget; its path is made of the widget's group and the slot's name. Those of
+    /// several widgets with one path are bound together.
     QShortcut* createShortcut(
         QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver);
     /// Widgets of that class, and what they contain, belong to the group.
     void addShortcutGroupMapping(const QString& Group, const QString& ClassName);
 
-    /// A plain key that triggers an action, but only while somebody has it enabled, and never while the user types.
+    /// A plain key that triggers an action, but only while somebody has it enabled, and never while the user
+    /// types.
     void setSpecialShortcut(int Key, const QString& ActionKey);
     void setEnabledSpecialShortcut(int Key, bool Enabled);
     bool isSpecialShortcutEnabled(int Key) const { return m_EnabledSpecialKeys.contains(Key); }

@@ -4,8 +4,8 @@
 
 #include <QtGui/QIcon>
 
-/// An on/off action with an icon for each state. It shows a state that somebody else keeps: setting what it shows
-/// already is silent.
+/// An on/off action with an icon for each state. It shows a state that somebody else keeps: setting what it
+/// shows already is silent.
 class ORVCOREMODULES_EXPORT OrvToggleAction : public OrvAction {
     Q_OBJECT
 

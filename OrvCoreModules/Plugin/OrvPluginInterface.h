@@ -2,12 +2,13 @@
 
 #include <QtCore/QtPlugin>
 
-/// What a plug-in module offers to the program: its root object derives from QObject and from this class. The plug-in
-/// loader owns that object and calls it on the GUI thread only; a plug-in never calls another one through it.
+/// What a plug-in module offers to the program: its root object derives from QObject and from this class. The
+/// plug-in loader owns that object and calls it on the GUI thread only; a plug-in never calls another one
+/// through it.
 class OrvPluginInterface {
 public:
-    /// Called once, when the main window and all managers exist. False leaves the plug-in out: it is reported, and
-    /// its second call never comes.
+    /// Called once, when the main window and all managers exist. False leaves the plug-in out: it is
+    /// reported, and its second call never comes.
     virtual bool initialize() = 0;
     /// Called once, after every plug-in's initialisation: what others have registered can be found now.
     virtual bool pluginsInitialized() = 0;

@@ -69,7 +69,8 @@ bool OrvPluginLoader::loadAll(const QStringList& Directories)
             fail(m_Plugins[Place], QStringLiteral("its initialisation failed"));
     }
     for (const int Place : qAsConst(Order)) {
-        if (m_Plugins.at(Place).CurrentState == Initialized && !m_Plugins.at(Place).pInterface->pluginsInitialized())
+        if (m_Plugins.at(Place).CurrentState == Initialized
+            && !m_Plugins.at(Place).pInterface->pluginsInitialized())
             fail(m_Plugins[Place], QStringLiteral("it failed after the initialisation of all plug-ins"));
     }
     return std::none_of(m_Plugins.cbegin() + First, m_Plugins.cend(),
@@ -102,7 +103,8 @@ void OrvPluginLoader::findInDirectory(const QString& Directory)
         if (!Loader.metaData().isEmpty() && !declaresInterface(Loader.metaData())) {
             enter(FileName, nullptr,
                 QStringLiteral("it is made for \"%1\", not for \"%2\"")
-                    .arg(Loader.metaData().value(InterfaceKey).toString(), QLatin1String(OrvPluginInterface_iid)));
+                    .arg(Loader.metaData().value(InterfaceKey).toString(),
+                        QLatin1String(OrvPluginInterface_iid)));
             continue;
         }
         QObject* pRoot = Loader.instance();
@@ -117,7 +119,8 @@ void OrvPluginLoader::enter(const QString& File, QObject* pRoot, const QString& 
     Entry.pInterface = qobject_cast<OrvPluginInterface*>(pRoot);
     m_Plugins.append(Entry);
     if (!Entry.pInterface)
-        fail(m_Plugins.last(), pRoot ? QStringLiteral("its root object is no plug-in of the program") : Error);
+        fail(
+            m_Plugins.last(), pRoot ? QStringLiteral("its root object is no plug-in of the program") : Error);
 }
 
 void OrvPluginLoader::fail(Plugin& Entry, const QString& Error)
@@ -130,5 +133,6 @@ void OrvPluginLoader::fail(Plugin& Entry, const QString& Error)
 
 bool OrvPluginLoader::isKnown(const QString& File) const
 {
-    return std::any_of(m_Plugins.cbegin(), m_Plugins.cend(), [&File](const Plugin& Entry) { return Entry.File == File; });
+    return std::any_of(
+        m_Plugins.cbegin(), m_Plugins.cend(), [&File](const Plugin& Entry) { return Entry.File == File; });
 }

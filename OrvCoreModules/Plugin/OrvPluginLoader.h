@@ -9,8 +9,9 @@
 class OrvPluginInterface;
 class QObject;
 
-/// Finds the plug-ins, brings them up by priority and keeps the list of them with what went wrong. Plug-ins stay
-/// loaded until the process ends, as their palettes and actions do; a plug-in that fails never stops the others.
+/// Finds the plug-ins, brings them up by priority and keeps the list of them with what went wrong. Plug-ins
+/// stay loaded until the process ends, as their palettes and actions do; a plug-in that fails never stops the
+/// others.
 class ORVCOREMODULES_EXPORT OrvPluginLoader {
 public:
     enum State { Found, Initialized, Failed };
@@ -27,8 +28,8 @@ public:
     /// The directories named by the environment variable ORV_PLUGINS, else those beside the program.
     static QStringList directories();
 
-    /// Loads every plug-in of the directories and those linked in, then initialises all that came up. A second call
-    /// adds only files that were not seen before. False when any plug-in failed.
+    /// Loads every plug-in of the directories and those linked in, then initialises all that came up. A
+    /// second call adds only files that were not seen before. False when any plug-in failed.
     bool loadAll(const QStringList& Directories = directories());
 
     const QVector<Plugin>& plugins() const { return m_Plugins; }

@@ -35,8 +35,8 @@ OrvAdvancedBlendingOptionsPopup::OrvAdvancedBlendingOptionsPopup(QWidget* pParen
     pLayout->setContentsMargins(10, 8, 10, 10);
     pLayout->setSpacing(4);
     m_pAmount = addCheckBox(pLayout, tr("Use the blend amount"), tr("Off: the layer always shows fully"));
-    m_pAdvanced = addCheckBox(
-        pLayout, tr("Advanced blending"), tr("Limits where the layer shows, and what it writes, as set below"));
+    m_pAdvanced = addCheckBox(pLayout, tr("Advanced blending"),
+        tr("Limits where the layer shows, and what it writes, as set below"));
     m_pOptions = createOptions();
     pLayout->addWidget(m_pOptions);
     connect(m_pAmount, &QCheckBox::clicked, this, [this](bool Checked) {
@@ -72,8 +72,8 @@ QWidget* OrvAdvancedBlendingOptionsPopup::createOptions()
     const QString Usage = tr("\nAlt splits a pair of handles, a double click shows all tones");
     m_pOverRange
         = addRange(pLayout, tr("Show where this layer is"), tr("Tones of the layer that show") + Usage);
-    m_pBaseRange = addRange(
-        pLayout, tr("Show where the layers below are"), tr("Tones below the layer above which it shows") + Usage);
+    m_pBaseRange = addRange(pLayout, tr("Show where the layers below are"),
+        tr("Tones below the layer above which it shows") + Usage);
 
     QHBoxLayout* pRow = new QHBoxLayout;
     pRow->setSpacing(2);
@@ -109,7 +109,8 @@ OrvRangeSlider* OrvAdvancedBlendingOptionsPopup::addRange(
     pSlider->setMinimumWidth(240);
     pSlider->setToolTip(ToolTip);
     pLayout->addWidget(pSlider);
-    const auto binding = [this, pSlider] { return pSlider == m_pOverRange ? m_pOverBinding : m_pBaseBinding; };
+    const auto binding
+        = [this, pSlider] { return pSlider == m_pOverRange ? m_pOverBinding : m_pBaseBinding; };
     connect(pSlider, &OrvRangeSlider::editBegun, this, [binding] { binding()->beginGesture(); });
     connect(pSlider, &OrvRangeSlider::rangeEdited, this,
         [binding, pSlider] { binding()->edit(listFromRange(pSlider->range())); });
@@ -117,7 +118,10 @@ OrvRangeSlider* OrvAdvancedBlendingOptionsPopup::addRange(
     return pSlider;
 }
 
-OrvSnBaseNode* OrvAdvancedBlendingOptionsPopup::blendNode() const { return m_pNode; }
+OrvSnBaseNode* OrvAdvancedBlendingOptionsPopup::blendNode() const
+{
+    return m_pNode;
+}
 
 void OrvAdvancedBlendingOptionsPopup::setBlendNode(OrvSnBaseNode* pNode)
 {
@@ -162,7 +166,8 @@ void OrvAdvancedBlendingOptionsPopup::showRange(OrvRangeSlider* pSlider, const O
     pSlider->setEnabled(pBinding && pBinding->isWritable());
     const QVariantList Values = pBinding ? pBinding->value().toList() : QVariantList();
     if (Values.size() == 4)
-        pSlider->setRange({Values[0].toDouble(), Values[1].toDouble(), Values[2].toDouble(), Values[3].toDouble()});
+        pSlider->setRange(
+            {Values[0].toDouble(), Values[1].toDouble(), Values[2].toDouble(), Values[3].toDouble()});
     else
         pSlider->setRange({0.0, 0.0, 1.0, 1.0});
 }

@@ -13,8 +13,8 @@ class QCheckBox;
 class QToolButton;
 class QVBoxLayout;
 
-/// The advanced blending editor of one blend node: where in the tones of the layer and of what lies below it shows,
-/// and which components it writes. A palette owns one and binds it to the node of the current layer.
+/// The advanced blending editor of one blend node: where in the tones of the layer and of what lies below it
+/// shows, and which components it writes. A palette owns one and binds it to the node of the current layer.
 class ORVCOREMODULES_EXPORT OrvAdvancedBlendingOptionsPopup : public QFrame {
     Q_OBJECT
 

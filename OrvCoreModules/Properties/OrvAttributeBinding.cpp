@@ -18,7 +18,8 @@ QString undoText(const OrvSerializableObject* pObject, const QString& Name)
 
 } // namespace
 
-OrvAttributeBinding::OrvAttributeBinding(OrvSerializableObject* pObject, const QString& Name, QObject* pParent)
+OrvAttributeBinding::OrvAttributeBinding(
+    OrvSerializableObject* pObject, const QString& Name, QObject* pParent)
     : OrvValueBinding(undoText(pObject, Name), pParent)
     , m_pObject(pObject)
     , m_Name(Name)
@@ -59,7 +60,10 @@ bool OrvAttributeBinding::isWritable() const
     return !Attribute.name().isEmpty() && Attribute.isTweakable() && Attribute.isEnabled();
 }
 
-void OrvAttributeBinding::write(const QVariant& Value) { m_pObject->setUserAttributeValue(m_Name, Value); }
+void OrvAttributeBinding::write(const QVariant& Value)
+{
+    m_pObject->setUserAttributeValue(m_Name, Value);
+}
 
 void OrvAttributeBinding::setOutsideDocument(const QObject* pNode, bool Outside)
 {

@@ -8,7 +8,8 @@
 
 class OrvSerializableObject;
 
-/// A user attribute. One of a node that has left its document (an undone creation) is not writable until it is back.
+/// A user attribute. One of a node that has left its document (an undone creation) is not writable until it
+/// is back.
 class ORVCOREMODULES_EXPORT OrvAttributeBinding : public OrvValueBinding {
     Q_OBJECT
 

@@ -16,14 +16,16 @@ OrvColorSpaceControlet::OrvColorSpaceControlet(OrvColorSpaceConfig& Config, QWid
     pLayout->setContentsMargins(0, 0, 0, 0);
     const QString Labels[OrvColorSpaceConfig::RoleCount] = {tr("Stored"), tr("Working")};
     const QString ToolTips[OrvColorSpaceConfig::RoleCount]
-        = {tr("The colour space in which pixels are stored"), tr("The colour space in which layers are blended")};
+        = {tr("The colour space in which pixels are stored"),
+            tr("The colour space in which layers are blended")};
     for (int Role = 0; Role < OrvColorSpaceConfig::RoleCount; ++Role) {
         OrvComboBox* pCombo = new OrvComboBox(this);
         pCombo->setToolTip(ToolTips[Role]);
         pCombo->addItem(QString(), QString());
         for (const QString& Name : OrvColorManager::colorSpaces())
             pCombo->addItem(Name, Name);
-        connect(pCombo, QOverload<int>::of(&QComboBox::activated), this, [this, Role](int Index) { choose(Role, Index); });
+        connect(pCombo, QOverload<int>::of(&QComboBox::activated), this,
+            [this, Role](int Index) { choose(Role, Index); });
         m_pLabels[Role] = new QLabel(Labels[Role], this);
         m_Combos[Role] = pCombo;
         pLayout->addRow(m_pLabels[Role], pCombo);

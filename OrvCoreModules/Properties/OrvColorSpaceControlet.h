@@ -8,8 +8,8 @@ class OrvColorSpaceConfig;
 class QComboBox;
 class QLabel;
 
-/// Edits a colour-space configuration that the caller owns and keeps alive: one choice for each role that it shows,
-/// "Automatic" first. It touches nothing but that copy.
+/// Edits a colour-space configuration that the caller owns and keeps alive: one choice for each role that it
+/// shows, "Automatic" first. It touches nothing but that copy.
 class ORVCOREMODULES_EXPORT OrvColorSpaceControlet : public QWidget {
     Q_OBJECT
 

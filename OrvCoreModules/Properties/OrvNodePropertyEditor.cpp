@@ -23,7 +23,9 @@ OrvNodePropertyEditor::OrvNodePropertyEditor(
 {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     QVBoxLayout* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(0, 0, 0, 0);
+    // The rows stand in the same column with and without a title above them.
+    const int Margin = Title.isEmpty() ? 2 : 0;
+    pLayout->setContentsMargins(Margin, 0, Margin, Margin);
     if (Options & TitledFrame)
         setFrameShape(StyledPanel);
     rebuild();
@@ -35,7 +37,10 @@ OrvNodePropertyEditor::OrvNodePropertyEditor(
     connect(pNode, &QObject::destroyed, this, &OrvNodePropertyEditor::rebuild);
 }
 
-OrvSnBaseNode* OrvNodePropertyEditor::node() const { return m_pNode; }
+OrvSnBaseNode* OrvNodePropertyEditor::node() const
+{
+    return m_pNode;
+}
 
 void OrvNodePropertyEditor::onNodeAttributesChanged(OrvSnBaseNode* pNode, QString)
 {

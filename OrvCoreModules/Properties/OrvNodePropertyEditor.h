@@ -10,8 +10,9 @@
 class OrvFormLayout;
 class OrvSnBaseNode;
 
-/// The titled frame with one row per parameter of a node. Rows come from a function of the node's kind; they are made
-/// anew when the node gains or loses attributes. A node without rows has an editor that stays out of sight.
+/// The titled frame with one row per parameter of a node. Rows come from a function of the node's kind; they
+/// are made anew when the node gains or loses attributes. A node without rows has an editor that stays out of
+/// sight.
 class ORVCOREMODULES_EXPORT OrvNodePropertyEditor : public QFrame {
     Q_OBJECT
 

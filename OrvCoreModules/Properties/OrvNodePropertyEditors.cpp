@@ -19,9 +19,13 @@
 
 namespace {
 
-QString tr(const char* pText) { return QCoreApplication::translate("OrvNodePropertyEditors", pText); }
+QString tr(const char* pText)
+{
+    return QCoreApplication::translate("OrvNodePropertyEditors", pText);
+}
 
-void addPropertyRow(OrvFormLayout* pForm, QObject* pObject, const char* pName, const QString& Label, bool ReadOnly)
+void addPropertyRow(
+    OrvFormLayout* pForm, QObject* pObject, const char* pName, const QString& Label, bool ReadOnly)
 {
     const QMetaObject* pClass = pObject->metaObject();
     const QMetaProperty Property = pClass->property(pClass->indexOfProperty(pName));
@@ -36,7 +40,8 @@ QStringList addOperationRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
     QStringList Shown;
     for (const OrvOperationParameter& Parameter :
         static_cast<OrvSnOperationNode*>(pNode)->operation().Parameters) {
-        OrvValueEditor::addRow(pForm, new OrvAttributeBinding(pNode, Parameter.Name, nullptr), Parameter, false);
+        OrvValueEditor::addRow(
+            pForm, new OrvAttributeBinding(pNode, Parameter.Name, nullptr), Parameter, false);
         Shown.append(Parameter.Name);
     }
     return Shown;
@@ -61,7 +66,10 @@ QStringList addNameRow(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
 }
 
 /// A merge node's own attributes have controls in the palettes: only what users added is left.
-QStringList addNoRows(OrvSnBaseNode*, OrvFormLayout*) { return {}; }
+QStringList addNoRows(OrvSnBaseNode*, OrvFormLayout*)
+{
+    return {};
+}
 
 OrvNodePropertyEditors::Factory rowsFactory(const OrvNodePropertyEditor::Rows& AddRows)
 {
@@ -90,7 +98,8 @@ void OrvNodePropertyEditors::enter(const QMetaObject& NodeClass, const Factory& 
     factories().insert(&NodeClass, Make);
 }
 
-QWidget* OrvNodePropertyEditors::create(OrvSnBaseNode* pNode, const QString& Title, int Options, QWidget* pParent)
+QWidget* OrvNodePropertyEditors::create(
+    OrvSnBaseNode* pNode, const QString& Title, int Options, QWidget* pParent)
 {
     if (!pNode) {
         OrvDebug("OrvNodePropertyEditors", __LINE__, QStringLiteral("pNode is NULL"), false, false);

@@ -37,7 +37,8 @@ private:
 } // namespace
 
 OrvPropertyBinding::OrvPropertyBinding(QObject* pObject, const QMetaProperty& Property, QObject* pParent)
-    : OrvValueBinding(tr("Set %1").arg(OrvValueEditor::labelFromName(QLatin1String(Property.name()))), pParent)
+    : OrvValueBinding(
+        tr("Set %1").arg(OrvValueEditor::labelFromName(QLatin1String(Property.name()))), pParent)
     , m_pObject(pObject)
     , m_Property(Property)
 {
@@ -79,7 +80,10 @@ QVariant OrvPropertyBinding::value() const
     return Value;
 }
 
-bool OrvPropertyBinding::isWritable() const { return m_pObject && m_Property.isWritable(); }
+bool OrvPropertyBinding::isWritable() const
+{
+    return m_pObject && m_Property.isWritable();
+}
 
 void OrvPropertyBinding::write(const QVariant& Value)
 {

@@ -43,8 +43,9 @@ OrvOperationParameter describe(const QMetaProperty& Property, const QVariant& Va
 
 } // namespace
 
-OrvPropertyView::OrvPropertyView(QObject* pObject, QWidget* pParent, const QMap<QString, QString>& GroupTitles,
-    int Hint, int DisplayFlags, const QStringList& HiddenProperties, bool ReadOnly)
+OrvPropertyView::OrvPropertyView(QObject* pObject, QWidget* pParent,
+    const QMap<QString, QString>& GroupTitles, int Hint, int DisplayFlags,
+    const QStringList& HiddenProperties, bool ReadOnly)
     : QWidget(pParent)
     , m_pObject(pObject)
     , m_GroupTitles(GroupTitles)
@@ -72,7 +73,8 @@ OrvPropertyView::OrvPropertyView(QObject* pObject, QWidget* pParent, const QMap<
 
 void OrvPropertyView::requestRebuild()
 {
-    // Not at once: the attribute may come and go within one edit, and an editor here may be the one that edits.
+    // Not at once: the attribute may come and go within one edit, and an editor here may be the one that
+    // edits.
     if (std::exchange(m_RebuildPending, true))
         return;
     QTimer::singleShot(0, this, &OrvPropertyView::rebuild);
@@ -108,8 +110,7 @@ bool OrvPropertyView::isHidden(const QString& Name) const
 OrvFormLayout* OrvPropertyView::group(QVBoxLayout* pLayout, const QString& ClassName)
 {
     // Classes without a title of their own share one group.
-    const QString Key
-        = m_Hint == GroupPerClass && m_GroupTitles.contains(ClassName) ? ClassName : QString();
+    const QString Key = m_Hint == GroupPerClass && m_GroupTitles.contains(ClassName) ? ClassName : QString();
     OrvFormLayout*& pForm = m_Groups[Key];
     if (pForm)
         return pForm;
@@ -140,7 +141,8 @@ void OrvPropertyView::addProperties(QVBoxLayout* pLayout)
     const QMetaObject* pClass = m_pObject->metaObject();
     for (int Index = QObject::staticMetaObject.propertyCount(); Index < pClass->propertyCount(); ++Index) {
         const QMetaProperty Property = pClass->property(Index);
-        if (!Property.isReadable() || !Property.isDesignable(m_pObject) || isHidden(QLatin1String(Property.name())))
+        if (!Property.isReadable() || !Property.isDesignable(m_pObject)
+            || isHidden(QLatin1String(Property.name())))
             continue;
         auto pBinding = std::make_unique<OrvPropertyBinding>(m_pObject, Property, nullptr);
         if (!OrvValueEditor::canShow(pBinding->value()))
@@ -157,7 +159,8 @@ void OrvPropertyView::addAttributes(QVBoxLayout* pLayout)
     if (!pObject)
         return;
     for (const OrvCustomAttribute& Attribute : pObject->userAttributes()) {
-        if (!Attribute.isVisible() || isHidden(Attribute.name()) || !OrvValueEditor::canShow(Attribute.value()))
+        if (!Attribute.isVisible() || isHidden(Attribute.name())
+            || !OrvValueEditor::canShow(Attribute.value()))
             continue;
         addRow(group(pLayout, QLatin1String(m_pObject->metaObject()->className())),
             new OrvAttributeBinding(pObject, Attribute.name(), nullptr),

@@ -12,8 +12,8 @@ class OrvValueBinding;
 class QVBoxLayout;
 struct OrvOperationParameter;
 
-/// Edits the Qt properties and the visible user attributes of an object directly: it keeps no copy of any value.
-/// Follows the object and outlives it, empty then. Each edit is one undo step.
+/// Edits the Qt properties and the visible user attributes of an object directly: it keeps no copy of any
+/// value. Follows the object and outlives it, empty then. Each edit is one undo step.
 class ORVCOREMODULES_EXPORT OrvPropertyView : public QWidget {
     Q_OBJECT
 
@@ -28,8 +28,8 @@ public:
         CompactRows = 0x400
     };
 
-    /// Group titles by class name; the one of the empty name is for every class without a title of its own. Properties
-    /// that are not designable are never shown.
+    /// Group titles by class name; the one of the empty name is for every class without a title of its own.
+    /// Properties that are not designable are never shown.
     OrvPropertyView(QObject* pObject, QWidget* pParent, const QMap<QString, QString>& GroupTitles, int Hint,
         int DisplayFlags, const QStringList& HiddenProperties, bool ReadOnly);
 

@@ -11,7 +11,8 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 
-OrvOperationParameter OrvUserAttributeControletManager::describe(const QString& AttributeName, const QVariant& Value)
+OrvOperationParameter OrvUserAttributeControletManager::describe(
+    const QString& AttributeName, const QVariant& Value)
 {
     OrvOperationParameter Description = OrvValueEditor::describe(AttributeName, Value);
     if (AttributeName == OrvMergeAttributes::BlendMode) {
@@ -28,8 +29,9 @@ OrvOperationParameter OrvUserAttributeControletManager::describe(const QString& 
     return Description;
 }
 
-QWidget* OrvUserAttributeControletManager::create(const QString& AttributeName, OrvSerializableObject* pObject,
-    QWidget* pParent, int LabelWidth, int Spacing, int MinimumEditorWidth, int MaximumEditorWidth, int Style)
+QWidget* OrvUserAttributeControletManager::create(const QString& AttributeName,
+    OrvSerializableObject* pObject, QWidget* pParent, int LabelWidth, int Spacing, int MinimumEditorWidth,
+    int MaximumEditorWidth, int Style)
 {
     if (!pObject || !pObject->exists(AttributeName))
         return nullptr;
@@ -39,7 +41,8 @@ QWidget* OrvUserAttributeControletManager::create(const QString& AttributeName, 
     const int Margin = Style & Compact ? 0 : 2;
     pLayout->setContentsMargins(Margin, Margin, Margin, Margin);
     pLayout->setSpacing(Spacing);
-    const OrvOperationParameter Description = describe(AttributeName, pObject->userAttribute(AttributeName).value());
+    const OrvOperationParameter Description
+        = describe(AttributeName, pObject->userAttribute(AttributeName).value());
     if (!(Style & NoLabel)) {
         QLabel* pLabel = new QLabel(Description.Label, pControlet);
         pLabel->setMinimumWidth(LabelWidth);

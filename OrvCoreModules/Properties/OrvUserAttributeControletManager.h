@@ -9,8 +9,8 @@ struct OrvOperationParameter;
 class QVariant;
 class QWidget;
 
-/// Makes small editors of single user attributes, for tool rows outside the property area. Each stays in step with the
-/// attribute; each edit, a whole drag too, is one undo step.
+/// Makes small editors of single user attributes, for tool rows outside the property area. Each stays in step
+/// with the attribute; each edit, a whole drag too, is one undo step.
 class ORVCOREMODULES_EXPORT OrvUserAttributeControletManager {
 public:
     enum StyleFlag { Compact = 1, NoLabel = 16 };

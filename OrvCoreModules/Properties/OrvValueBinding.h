@@ -5,8 +5,9 @@
 #include <QtCore/QObject>
 #include <QtCore/QVariant>
 
-/// One value of an object of the document, as an editor sees it: read it, follow it, edit it undoably. The editor's
-/// widget owns it. It survives the object, which it never owns, and then neither yields nor writes anything.
+/// One value of an object of the document, as an editor sees it: read it, follow it, edit it undoably. The
+/// editor's widget owns it. It survives the object, which it never owns, and then neither yields nor writes
+/// anything.
 class ORVCOREMODULES_EXPORT OrvValueBinding : public QObject {
     Q_OBJECT
 

@@ -10,13 +10,13 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QSize>
+#include <QtGui/QKeyEvent>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QStyle>
 #include <QtWidgets/QToolButton>
 
 #include <algorithm>
@@ -26,9 +26,13 @@ namespace {
 
 constexpr int RowHeight = 22;
 constexpr int UsualPrecision = 3;
+constexpr double LongestRange = 20000.0; // steps
 constexpr int LargestSeed = 0x7fffffff;
 
-QString tr(const char* pText) { return QCoreApplication::translate("OrvValueEditor", pText); }
+QString tr(const char* pText)
+{
+    return QCoreApplication::translate("OrvValueEditor", pText);
+}
 
 QString textOf(const QVariant& Value)
 {
@@ -75,10 +79,16 @@ QWidget* createNumber(OrvValueBinding* pBinding, const OrvOperationParameter& De
     const bool Percent = Description.Unit == QLatin1String("percent");
     pSlider->setRange(Description.Minimum, Description.Maximum);
     pSlider->setUiRange(Description.UiMinimum, Description.UiMaximum);
+    pSlider->setUiGamma(Description.UiGamma);
     pSlider->setStep(Integer ? qMax(1.0, Description.Step) : Description.Step);
-    // Percent shows two decimals in front of the point. Who asks for more decimals than usual gets them everywhere.
-    const int Decimals
-        = Description.Decimals + OrvAppearance::instance().sliderPrecision() - UsualPrecision - (Percent ? 2 : 0);
+    // In a range without end every pixel would be a leap.
+    if (Description.UiMaximum - Description.UiMinimum > LongestRange * Description.Step
+        && Description.UiGamma <= 1.0)
+        pSlider->setUiRange(0.0, 0.0);
+    // Percent shows two decimals in front of the point. Who asks for more decimals than usual gets them
+    // everywhere.
+    const int Decimals = Description.Decimals + OrvAppearance::instance().sliderPrecision() - UsualPrecision
+        - (Percent ? 2 : 0);
     pSlider->setDecimals(Integer ? 0 : Decimals);
     pSlider->setDisplayFactor(Percent ? 100.0 : 1.0);
     pSlider->setSuffix(suffix(Description));
@@ -98,15 +108,13 @@ QWidget* createSeed(OrvValueBinding* pBinding, const OrvOperationParameter& Desc
 {
     QWidget* pEditor = new QWidget(pParent);
     QToolButton* pButton = new QToolButton(pEditor);
-    pButton->setIcon(pButton->style()->standardIcon(QStyle::SP_BrowserReload));
-    pButton->setIconSize({14, 14});
+    pButton->setText(QStringLiteral("↻"));
     pButton->setFixedSize(RowHeight, RowHeight);
     pButton->setAutoRaise(true);
     pButton->setToolTip(tr("New random seed"));
     const double Largest = qMin(Description.Maximum, double(LargestSeed));
-    QObject::connect(pButton, &QToolButton::clicked, pBinding, [pBinding, Largest] {
-        pBinding->edit(int(QRandomGenerator::global()->bounded(Largest)));
-    });
+    QObject::connect(pButton, &QToolButton::clicked, pBinding,
+        [pBinding, Largest] { pBinding->edit(int(QRandomGenerator::global()->bounded(Largest))); });
     QHBoxLayout* pLayout = new QHBoxLayout(pEditor);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->setSpacing(2);
@@ -129,16 +137,18 @@ QWidget* createCombo(OrvValueBinding* pBinding, const OrvOperationParameter& Des
 {
     OrvComboBox* pCombo = new OrvComboBox(pParent);
     for (int Index = 0; Index < Description.Choices.size(); ++Index)
-        pCombo->addItem(Description.ChoiceLabels.value(Index, Description.Choices[Index]), Description.Choices[Index]);
+        pCombo->addItem(
+            Description.ChoiceLabels.value(Index, Description.Choices[Index]), Description.Choices[Index]);
     // A choice that is not in the list (a newer project's) shows as nothing and stays until the user chooses.
     follow(pCombo, pBinding, [pCombo](const QVariant& Value) {
         const QSignalBlocker Blocker(pCombo);
         pCombo->setCurrentIndex(pCombo->findData(Value.toString()));
     });
-    QObject::connect(pCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), pBinding, [pBinding, pCombo](int) {
-        if (pCombo->currentIndex() >= 0)
-            pBinding->edit(pCombo->currentData());
-    });
+    QObject::connect(
+        pCombo, QOverload<int>::of(&QComboBox::currentIndexChanged), pBinding, [pBinding, pCombo](int) {
+            if (pCombo->currentIndex() >= 0)
+                pBinding->edit(pCombo->currentData());
+        });
     return pCombo;
 }
 
@@ -157,9 +167,42 @@ QWidget* createSwatch(OrvValueBinding* pBinding, QWidget* pParent)
     return pSwatch;
 }
 
+/// Escape gives up what was typed; with nothing typed it is the window's.
+class TextEdit : public QLineEdit {
+public:
+    TextEdit(std::function<QString()> Text, QWidget* pParent)
+        : QLineEdit(pParent)
+        , m_Text(std::move(Text))
+    {
+    }
+
+protected:
+    bool event(QEvent* pEvent) override
+    {
+        if (pEvent->type() == QEvent::ShortcutOverride && givesUp(pEvent))
+            pEvent->accept();
+        return QLineEdit::event(pEvent);
+    }
+    void keyPressEvent(QKeyEvent* pEvent) override
+    {
+        if (givesUp(pEvent))
+            setText(m_Text());
+        else
+            QLineEdit::keyPressEvent(pEvent);
+    }
+
+private:
+    bool givesUp(const QEvent* pEvent) const
+    {
+        return isModified() && static_cast<const QKeyEvent*>(pEvent)->key() == Qt::Key_Escape;
+    }
+
+    std::function<QString()> m_Text;
+};
+
 QLineEdit* createLineEdit(OrvValueBinding* pBinding, QWidget* pParent)
 {
-    QLineEdit* pEdit = new QLineEdit(pParent);
+    TextEdit* pEdit = new TextEdit([pBinding] { return pBinding->value().toString(); }, pParent);
     pEdit->setFixedHeight(RowHeight);
     follow(pEdit, pBinding, [pEdit](const QVariant& Value) {
         if (pEdit->text() != Value.toString())
@@ -173,14 +216,6 @@ QLineEdit* createLineEdit(OrvValueBinding* pBinding, QWidget* pParent)
         // What did not take the text shows what it has.
         pEdit->setText(pBinding->value().toString());
     });
-    QAction* pGiveUp = new QAction(pEdit);
-    pGiveUp->setShortcut(Qt::Key_Escape);
-    pGiveUp->setShortcutContext(Qt::WidgetShortcut);
-    pEdit->addAction(pGiveUp);
-    QObject::connect(pGiveUp, &QAction::triggered, pEdit, [pBinding, pEdit] {
-        pEdit->setText(pBinding->value().toString());
-        pEdit->clearFocus();
-    });
     return pEdit;
 }
 
@@ -192,7 +227,8 @@ QWidget* createFilePath(OrvValueBinding* pBinding, const OrvOperationParameter& 
     pBrowse->setFixedSize(RowHeight, RowHeight);
     pBrowse->setToolTip(tr("Choose a file"));
     QObject::connect(pBrowse, &QToolButton::clicked, pBinding, [pBinding, pEditor, Description] {
-        const QString Path = QFileDialog::getOpenFileName(pEditor, Description.Label, pBinding->value().toString());
+        const QString Path
+            = QFileDialog::getOpenFileName(pEditor, Description.Label, pBinding->value().toString());
         if (!Path.isEmpty())
             pBinding->edit(Path);
     });
@@ -279,7 +315,8 @@ QString OrvValueEditor::labelFromName(const QString& Name)
             continue;
         }
         const QChar Before = Label.isEmpty() ? QChar(QLatin1Char(' ')) : Label.back();
-        const bool NewWord = (Letter.isUpper() && !Before.isUpper()) || (Letter.isDigit() && Before.isLetter());
+        const bool NewWord
+            = (Letter.isUpper() && !Before.isUpper()) || (Letter.isDigit() && Before.isLetter());
         if (NewWord && Before != QLatin1Char(' '))
             Label += QLatin1Char(' ');
         Label += Label.isEmpty() || Label.back() == QLatin1Char(' ') ? Letter.toUpper() : Letter;
@@ -294,7 +331,8 @@ OrvOperationParameter OrvValueEditor::describe(const QString& Name, const QVaria
     Description.Name = Name;
     Description.Label = labelFromName(Name);
     kindOf(Value.userType(), Description.Type);
-    if (Description.Type == OrvOperationParameter::Real || Description.Type == OrvOperationParameter::Integer) {
+    if (Description.Type == OrvOperationParameter::Real
+        || Description.Type == OrvOperationParameter::Integer) {
         // Nothing is known of the range: dragging counts steps.
         Description.Minimum = Value.userType() == QMetaType::UInt ? 0.0 : -Unlimited;
         Description.Maximum = Unlimited;

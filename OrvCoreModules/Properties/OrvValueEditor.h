@@ -11,8 +11,8 @@ class QFormLayout;
 class QVariant;
 class QWidget;
 
-/// Makes the widget that edits one value, by the kind that its description says. The widget owns the binding, stays in
-/// step with it in both directions, and greys out while the value cannot be written.
+/// Makes the widget that edits one value, by the kind that its description says. The widget owns the binding,
+/// stays in step with it in both directions, and greys out while the value cannot be written.
 namespace OrvValueEditor {
 
 /// A description for a value of which nothing but its name and present value is known.

@@ -70,12 +70,16 @@ QSize OrvBasicColorSwatch::sizeHint() const
     return {columnCount() * CellEdge + 2 * Margin, m_RowCount * CellEdge + 2 * Margin};
 }
 
-QSize OrvBasicColorSwatch::minimumSizeHint() const { return sizeHint(); }
+QSize OrvBasicColorSwatch::minimumSizeHint() const
+{
+    return sizeHint();
+}
 
 QRect OrvBasicColorSwatch::cellRect(int Index) const
 {
     const int Column = Index % columnCount(), Row = Index / columnCount();
-    return QRect(Margin + Column * CellEdge, Margin + Row * CellEdge, CellEdge, CellEdge).adjusted(2, 2, -2, -2);
+    return QRect(Margin + Column * CellEdge, Margin + Row * CellEdge, CellEdge, CellEdge)
+        .adjusted(2, 2, -2, -2);
 }
 
 int OrvBasicColorSwatch::cellAt(const QPoint& Position) const

@@ -6,8 +6,8 @@
 #include <QtGui/QColor>
 #include <QtWidgets/QWidget>
 
-/// A grid of named colours to check, as a filter control, or to pick one from, as a popup. The colours are those of
-/// tags: plain screen colours without a colour space.
+/// A grid of named colours to check, as a filter control, or to pick one from, as a popup. The colours are
+/// those of tags: plain screen colours without a colour space.
 class ORVCOREMODULES_EXPORT OrvBasicColorSwatch : public QWidget {
     Q_OBJECT
 
@@ -15,7 +15,8 @@ public:
     OrvBasicColorSwatch(int CellCount, int RowCount, QWidget* pParent = nullptr, Qt::WindowFlags Flags = {});
 
     /// Fills a cell of a row. An invalid colour is ignored unless the last flag allows it.
-    void setColor(int Index, int Row, const QColor& Color, const QString& Name, bool CrossedOut, bool InvalidAllowed);
+    void setColor(
+        int Index, int Row, const QColor& Color, const QString& Name, bool CrossedOut, bool InvalidAllowed);
     /// Colours of the checked cells in the order of the cells.
     QList<QColor> checkedColors() const;
     void setColorChecked(const QColor& Color, bool Checked);

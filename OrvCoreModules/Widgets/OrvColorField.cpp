@@ -26,7 +26,10 @@ OrvColorField::OrvColorField(Kind Which, QWidget* pParent)
     setSizePolicy(Which == Hue ? QSizePolicy::Fixed : QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
-QSize OrvColorField::sizeHint() const { return m_Kind == Hue ? QSize(18, 170) : QSize(200, 170); }
+QSize OrvColorField::sizeHint() const
+{
+    return m_Kind == Hue ? QSize(18, 170) : QSize(200, 170);
+}
 
 void OrvColorField::setHsv(qreal Hue, qreal Saturation, qreal Value)
 {
@@ -36,7 +39,10 @@ void OrvColorField::setHsv(qreal Hue, qreal Saturation, qreal Value)
     update();
 }
 
-QRect OrvColorField::surface() const { return rect().adjusted(1, 1, -1, -1); }
+QRect OrvColorField::surface() const
+{
+    return rect().adjusted(1, 1, -1, -1);
+}
 
 /// In the picker's colour space first, then as the screen shows it.
 QImage OrvColorField::render(const QSize& Size) const
@@ -88,7 +94,8 @@ void OrvColorField::paintEvent(QPaintEvent*)
 
     Painter.setRenderHint(QPainter::Antialiasing);
     const qreal Right = m_Saturation, Up = m_Kind == Hue ? m_Hue : m_Value;
-    const QPointF Mark(Area.left() + Right * (Area.width() - 1) + 0.5, Area.bottom() - Up * (Area.height() - 1) + 0.5);
+    const QPointF Mark(
+        Area.left() + Right * (Area.width() - 1) + 0.5, Area.bottom() - Up * (Area.height() - 1) + 0.5);
     Painter.setBrush(Qt::NoBrush);
     for (const auto& Ring : {qMakePair(Qt::black, 3.0), qMakePair(Qt::white, 1.4)}) {
         Painter.setPen(QPen(Ring.first, Ring.second));

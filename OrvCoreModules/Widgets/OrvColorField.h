@@ -5,7 +5,8 @@
 #include <QtGui/QImage>
 #include <QtWidgets/QWidget>
 
-/// The surface of a colour picker: saturation by value at one hue, or the strip of all hues. Numbers are 0 to 1.
+/// The surface of a colour picker: saturation by value at one hue, or the strip of all hues. Numbers are 0
+/// to 1.
 class ORVCOREMODULES_EXPORT OrvColorField : public QWidget {
     Q_OBJECT
 

@@ -66,15 +66,18 @@ QString hexFromColor(const OrvColor& Color, bool WithAlpha)
 /// Three, six or eight digits, alpha last, with or without the hash mark.
 bool colorFromHex(QString Text, OrvColor& Color)
 {
-    static const QRegularExpression Pattern(QStringLiteral("^#?([0-9a-fA-F]{3}|[0-9a-fA-F]{6}|[0-9a-fA-F]{8})$"));
+    static const QRegularExpression Pattern(
+        QStringLiteral("^#?([0-9a-fA-F]{3}|[0-9a-fA-F]{6}|[0-9a-fA-F]{8})$"));
     const QRegularExpressionMatch Match = Pattern.match(Text.trimmed());
     if (!Match.hasMatch())
         return false;
     Text = Match.captured(1);
     if (Text.size() == 3)
         Text = QString(2, Text[0]) + QString(2, Text[1]) + QString(2, Text[2]);
-    const auto component = [&Text](int Position) { return float(Text.mid(Position, 2).toInt(nullptr, 16)) / 255.0f; };
-    Color = OrvColor(component(0), component(2), component(4), Text.size() == 8 ? component(6) : Color.alpha());
+    const auto component
+        = [&Text](int Position) { return float(Text.mid(Position, 2).toInt(nullptr, 16)) / 255.0f; };
+    Color
+        = OrvColor(component(0), component(2), component(4), Text.size() == 8 ? component(6) : Color.alpha());
     return true;
 }
 
@@ -263,15 +266,18 @@ void OrvColorPicker::showColor()
 {
     m_pSquare->setHsv(m_Hue, m_Saturation, m_Value);
     m_pStrip->setHsv(m_Hue, m_Saturation, m_Value);
-    const double Numbers[ComponentCount] = {double(m_Color.red()), double(m_Color.green()), double(m_Color.blue()),
-        m_Hue, m_Saturation, m_Value, double(m_Color.alpha())};
+    const double Numbers[ComponentCount] = {double(m_Color.red()), double(m_Color.green()),
+        double(m_Color.blue()), m_Hue, m_Saturation, m_Value, double(m_Color.alpha())};
     for (int Index = 0; Index < ComponentCount; ++Index)
         m_Sliders[std::size_t(Index)]->setValue(Numbers[Index]);
     m_pHex->setText(hexFromColor(m_Color, m_AlphaShown));
     update();
 }
 
-QRect OrvColorPicker::comparison() const { return m_pComparison->geometry(); }
+QRect OrvColorPicker::comparison() const
+{
+    return m_pComparison->geometry();
+}
 
 void OrvColorPicker::paintEvent(QPaintEvent*)
 {

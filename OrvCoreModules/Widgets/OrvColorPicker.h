@@ -13,8 +13,9 @@ class OrvSliderSpinBox;
 class QLineEdit;
 class QVBoxLayout;
 
-/// Edits one colour by eye, by numbers or by its hexadecimal name. Its colours are in the picker's colour space, as the
-/// user sees them; whoever opens it converts. It stands in a window or pops up, and keeps nothing once closed.
+/// Edits one colour by eye, by numbers or by its hexadecimal name. Its colours are in the picker's colour
+/// space, as the user sees them; whoever opens it converts. It stands in a window or pops up, and keeps
+/// nothing once closed.
 class ORVCOREMODULES_EXPORT OrvColorPicker : public QWidget {
     Q_OBJECT
 

@@ -67,14 +67,20 @@ void OrvColorSwatch::setCheckerOnly(bool CheckerOnly)
     update();
 }
 
-QSize OrvColorSwatch::sizeHint() const { return {48, 22}; }
+QSize OrvColorSwatch::sizeHint() const
+{
+    return {48, 22};
+}
 
 OrvColor OrvColorSwatch::pickerColor() const
 {
     return converted(m_Color, m_Target, OrvColorSpaceDefaults::Picker);
 }
 
-OrvColorPicker* OrvColorSwatch::picker() const { return m_pPicker; }
+OrvColorPicker* OrvColorSwatch::picker() const
+{
+    return m_pPicker;
+}
 
 void OrvColorSwatch::openPicker()
 {
@@ -174,7 +180,8 @@ void OrvColorSwatch::mouseMoveEvent(QMouseEvent* pEvent)
 
 void OrvColorSwatch::mouseReleaseEvent(QMouseEvent* pEvent)
 {
-    if (pEvent->button() == Qt::LeftButton && std::exchange(m_Pressed, false) && rect().contains(pEvent->pos()))
+    if (pEvent->button() == Qt::LeftButton && std::exchange(m_Pressed, false)
+        && rect().contains(pEvent->pos()))
         click();
 }
 
@@ -205,7 +212,8 @@ void OrvColorSwatch::startDrag()
 
 void OrvColorSwatch::dragEnterEvent(QDragEnterEvent* pEvent)
 {
-    if (pEvent->source() != this && (pEvent->mimeData()->hasFormat(ColorFormat) || pEvent->mimeData()->hasColor()))
+    if (pEvent->source() != this
+        && (pEvent->mimeData()->hasFormat(ColorFormat) || pEvent->mimeData()->hasColor()))
         pEvent->acceptProposedAction();
 }
 

@@ -10,8 +10,9 @@
 
 class OrvColorPicker;
 
-/// One colour with the colour space it is expressed in, above a checker pattern. A click opens a picker; colours can
-/// be dragged from swatch to swatch. It holds its colour alone: who listens puts it into the document.
+/// One colour with the colour space it is expressed in, above a checker pattern. A click opens a picker;
+/// colours can be dragged from swatch to swatch. It holds its colour alone: who listens puts it into the
+/// document.
 class ORVCOREMODULES_EXPORT OrvColorSwatch : public QWidget {
     Q_OBJECT
 

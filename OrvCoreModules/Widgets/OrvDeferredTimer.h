@@ -4,8 +4,8 @@
 
 #include <QtCore/QTimer>
 
-/// Merges a burst of requests into one time-out: every start() waits the whole interval anew. Owned by whoever
-/// refreshes; it never fires twice for one burst.
+/// Merges a burst of requests into one time-out: every start() waits the whole interval anew. Owned by
+/// whoever refreshes; it never fires twice for one burst.
 class ORVCOREMODULES_EXPORT OrvDeferredTimer : public QTimer {
     Q_OBJECT
 

@@ -11,7 +11,10 @@ OrvDraggablePushButton::OrvDraggablePushButton(QWidget* pParent)
     setAcceptDrops(true);
 }
 
-QMimeData* OrvDraggablePushButton::mimeData() const { return nullptr; }
+QMimeData* OrvDraggablePushButton::mimeData() const
+{
+    return nullptr;
+}
 
 void OrvDraggablePushButton::mousePressEvent(QMouseEvent* pEvent)
 {

@@ -7,8 +7,8 @@
 
 class QMimeData;
 
-/// A button that can be dragged away and dropped on. What is dragged and what a drop does is the subclass's: the base
-/// accepts drops without effect and drags nothing while it has no data.
+/// A button that can be dragged away and dropped on. What is dragged and what a drop does is the subclass's:
+/// the base accepts drops without effect and drags nothing while it has no data.
 class ORVCOREMODULES_EXPORT OrvDraggablePushButton : public QPushButton {
     Q_OBJECT
 

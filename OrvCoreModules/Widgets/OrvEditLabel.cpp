@@ -1,10 +1,12 @@
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 
+#include "OrvCoreModules/Widgets/OrvInPlaceEdit.h"
+
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
+#include <QtGui/QStaticText>
 #include <QtGui/QTextOption>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
 
 namespace {
 
@@ -26,9 +28,8 @@ OrvEditLabel::OrvEditLabel(QWidget* pParent)
 
 OrvEditLabel::~OrvEditLabel()
 {
-    // The editor loses its focus while the label goes: that commits nothing any more.
-    if (m_pEditor)
-        m_pEditor->removeEventFilter(this);
+    // What is being edited commits nothing any more.
+    delete m_pEditor;
 }
 
 void OrvEditLabel::setText(const QString& Text)
@@ -43,25 +44,32 @@ void OrvEditLabel::setText(const QString& Text)
 void OrvEditLabel::setDisplayText(const QString& RichText, const QString& PlainText)
 {
     setText(PlainText);
-    m_HasDisplayText = true;
-    m_DisplayText.setTextFormat(Qt::RichText);
+    m_pDisplayText = std::make_unique<QStaticText>();
+    m_pDisplayText->setTextFormat(Qt::RichText);
     QTextOption Option(Qt::AlignLeft);
     Option.setWrapMode(QTextOption::NoWrap);
-    m_DisplayText.setTextOption(Option);
-    m_DisplayText.setText(RichText);
+    m_pDisplayText->setTextOption(Option);
+    m_pDisplayText->setText(RichText);
     update();
 }
 
 void OrvEditLabel::clearDisplayText()
 {
-    if (!m_HasDisplayText)
+    if (!m_pDisplayText)
         return;
-    m_HasDisplayText = false;
-    m_DisplayText = QStaticText();
+    m_pDisplayText.reset();
     update();
 }
 
-bool OrvEditLabel::isEditing() const { return m_pEditor; }
+QString OrvEditLabel::displayText() const
+{
+    return m_pDisplayText ? m_pDisplayText->text() : QString();
+}
+
+bool OrvEditLabel::isEditing() const
+{
+    return m_pEditor;
+}
 
 void OrvEditLabel::setAlignment(Qt::Alignment Alignment)
 {
@@ -84,66 +92,22 @@ void OrvEditLabel::edit()
     if (!m_Editable || m_pEditor || !isEnabled())
         return;
     m_pFocusBefore = QApplication::focusWidget();
-    m_pEditor = new QLineEdit(m_Text, this);
-    m_pEditor->setFrame(false);
-    m_pEditor->setTextMargins(0, 0, 0, 0);
+    m_pEditor = new OrvInPlaceEdit(m_Text, this);
     m_pEditor->setAlignment(m_Alignment);
-    m_pEditor->setGeometry(rect());
-    m_pEditor->selectAll();
-    m_pEditor->installEventFilter(this);
-    m_pEditor->show();
-    m_pEditor->setFocus(Qt::OtherFocusReason);
+    connect(m_pEditor, &OrvInPlaceEdit::ended, this, &OrvEditLabel::onEditEnded);
 }
 
-void OrvEditLabel::finish(Ending How)
+void OrvEditLabel::onEditEnded(QString Text, bool Committed)
 {
-    QLineEdit* pEditor = m_pEditor;
     m_pEditor = nullptr;
-    const QString Text = pEditor->text();
-    pEditor->removeEventFilter(this);
-    if (pEditor->hasFocus() && m_pFocusBefore)
+    // Unless the user went elsewhere, the keyboard goes back to where it was before.
+    if (hasFocus() && m_pFocusBefore)
         m_pFocusBefore->setFocus(Qt::OtherFocusReason);
-    // The editor may be in the middle of an event; it goes later, but is no child any more.
-    pEditor->hide();
-    pEditor->setParent(nullptr);
-    pEditor->deleteLater();
     update();
-    if (How == Ending::Cancel || Text == m_Text)
+    if (!Committed || Text == m_Text)
         return;
     setText(Text);
     Q_EMIT textChanged(Text);
-}
-
-bool OrvEditLabel::eventFilter(QObject* pWatched, QEvent* pEvent)
-{
-    if (pWatched != m_pEditor)
-        return QWidget::eventFilter(pWatched, pEvent);
-    switch (pEvent->type()) {
-    case QEvent::KeyPress: {
-        const int Key = static_cast<QKeyEvent*>(pEvent)->key();
-        if (Key == Qt::Key_Escape) {
-            finish(Ending::Cancel);
-            return true;
-        }
-        if (Key == Qt::Key_Return || Key == Qt::Key_Enter) {
-            finish(Ending::Commit);
-            return true;
-        }
-        break;
-    }
-    case QEvent::ShortcutOverride:
-        // Return and Escape are the editor's, whatever the window does with them.
-        pEvent->accept();
-        break;
-    case QEvent::FocusOut:
-        // The editor's own context menu comes and goes while editing.
-        if (static_cast<QFocusEvent*>(pEvent)->reason() != Qt::PopupFocusReason)
-            finish(Ending::Commit);
-        break;
-    default:
-        break;
-    }
-    return QWidget::eventFilter(pWatched, pEvent);
 }
 
 bool OrvEditLabel::event(QEvent* pEvent)
@@ -160,21 +124,15 @@ void OrvEditLabel::paintEvent(QPaintEvent*)
     QPainter Painter(this);
     Painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
     const QRect Area = rect().adjusted(Margin, 0, -Margin, 0);
-    if (m_HasDisplayText) {
-        const int Top = (height() - int(m_DisplayText.size().height())) / 2;
+    if (m_pDisplayText) {
+        const int Top = (height() - int(m_pDisplayText->size().height())) / 2;
         Painter.setClipRect(Area);
-        Painter.drawStaticText(Area.left(), Top, m_DisplayText);
+        Painter.drawStaticText(Area.left(), Top, *m_pDisplayText);
         return;
     }
     const QFontMetrics Metrics = fontMetrics();
     Painter.drawText(Area, int(m_Alignment) | Qt::TextSingleLine | Qt::TextIncludeTrailingSpaces,
         Metrics.elidedText(m_Text, Qt::ElideRight, Area.width()));
-}
-
-void OrvEditLabel::resizeEvent(QResizeEvent*)
-{
-    if (m_pEditor)
-        m_pEditor->setGeometry(rect());
 }
 
 void OrvEditLabel::mouseDoubleClickEvent(QMouseEvent* pEvent)

@@ -3,14 +3,16 @@
 #include "OrvCoreModules/OrvCoreModulesExport.h"
 
 #include <QtCore/QPointer>
-#include <QtGui/QStaticText>
 #include <QtWidgets/QWidget>
 
-class QLineEdit;
+#include <memory>
 
-/// A label that turns into a line edit: by a double click, by F2 while it has the focus, or by edit(). Return and
-/// leaving the editor commit, Escape gives up. Lists hold thousands of these: it paints its text itself and has no
-/// editor until somebody edits.
+class OrvInPlaceEdit;
+class QStaticText;
+
+/// A label that turns into a line edit: by a double click, by F2 while it has the focus, or by edit(). Return
+/// and leaving the editor commit, Escape gives up. Lists hold thousands of these: it paints its text itself
+/// and has no editor until somebody edits.
 class ORVCOREMODULES_EXPORT OrvEditLabel : public QWidget {
     Q_OBJECT
 
@@ -23,6 +25,8 @@ public:
     /// Rich text is shown in place of the plain text, which editing still starts from.
     void setDisplayText(const QString& RichText, const QString& PlainText);
     void clearDisplayText();
+    /// Empty while the plain text is shown.
+    QString displayText() const;
 
     bool isEditable() const { return m_Editable; }
     void setEditable(bool Editable) { m_Editable = Editable; }
@@ -44,21 +48,18 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* pEvent) override;
-    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
 
-private:
-    enum class Ending { Commit, Cancel };
-    void finish(Ending How);
+private Q_SLOTS:
+    void onEditEnded(QString Text, bool Committed);
 
+private:
     QString m_Text;
-    QStaticText m_DisplayText;
-    QPointer<QLineEdit> m_pEditor;
+    std::unique_ptr<QStaticText> m_pDisplayText;
+    QPointer<OrvInPlaceEdit> m_pEditor;
     QPointer<QWidget> m_pFocusBefore;
     Qt::Alignment m_Alignment = Qt::AlignLeft | Qt::AlignVCenter;
     bool m_Editable = true;
-    bool m_HasDisplayText = false;
 };

@@ -24,7 +24,7 @@ OrvExpandableListWidget::OrvExpandableListWidget(const QString& Title, QWidget* 
 
     m_pContents = new QWidget(this);
     m_pContentsLayout = new OrvFormLayout(m_pContents);
-    m_pContentsLayout->setContentsMargins(4, 0, 2, 2);
+    m_pContentsLayout->setContentsMargins(2, 0, 2, 2);
 
     QVBoxLayout* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
@@ -35,7 +35,10 @@ OrvExpandableListWidget::OrvExpandableListWidget(const QString& Title, QWidget* 
     connect(m_pHeader, &QToolButton::clicked, this, [this] { setExpanded(!m_Expanded); });
 }
 
-QString OrvExpandableListWidget::title() const { return windowTitle(); }
+QString OrvExpandableListWidget::title() const
+{
+    return windowTitle();
+}
 
 void OrvExpandableListWidget::setTitle(const QString& Title)
 {

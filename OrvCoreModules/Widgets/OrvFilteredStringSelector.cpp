@@ -38,9 +38,13 @@ class PathDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {200, RowHeight}; }
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        return {200, RowHeight};
+    }
 
-    void paint(QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
+    void paint(
+        QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
     {
         const QString Text = Index.data(Qt::UserRole).toString();
         const QPalette& Palette = Option.palette;
@@ -57,7 +61,8 @@ public:
         if (Selected)
             pPainter->fillRect(Option.rect, Palette.highlight());
         const QString Name = Text.section(QLatin1Char('/'), -1);
-        const QString Above = Text.section(QLatin1Char('/'), 0, -2).replace(QLatin1Char('/'), QStringLiteral(" / "));
+        const QString Above
+            = Text.section(QLatin1Char('/'), 0, -2).replace(QLatin1Char('/'), QStringLiteral(" / "));
         pPainter->setFont(Option.font);
         pPainter->setPen(Palette.color(Selected ? QPalette::HighlightedText : QPalette::Text));
         const QRect NameArea = Row.adjusted(Margin, 0, -StarWidth, 0);
@@ -88,7 +93,8 @@ private:
     }
 };
 
-/// How well a path answers to the first word typed: the lower, the better. Names count more than what is above them.
+/// How well a path answers to the first word typed: the lower, the better. Names count more than what is
+/// above them.
 int rank(const QString& Text, const QString& FirstWord)
 {
     const QString Name = Text.section(QLatin1Char('/'), -1);
@@ -148,9 +154,15 @@ void OrvFilteredStringSelector::setStarred(const QStringList& Texts)
     refill();
 }
 
-QString OrvFilteredStringSelector::filter() const { return m_pFilter->text(); }
+QString OrvFilteredStringSelector::filter() const
+{
+    return m_pFilter->text();
+}
 
-void OrvFilteredStringSelector::setFilter(const QString& Words) { m_pFilter->setText(Words); }
+void OrvFilteredStringSelector::setFilter(const QString& Words)
+{
+    m_pFilter->setText(Words);
+}
 
 QString OrvFilteredStringSelector::currentText() const
 {
@@ -208,7 +220,8 @@ void OrvFilteredStringSelector::refill()
     int Best = -1;
     for (int Row = 0; Row < m_pList->count(); ++Row) {
         const QString Text = m_pList->item(Row)->data(Qt::UserRole).toString();
-        if (!Text.isEmpty() && Text == TextBefore && (Best < 0 || qAbs(Row - RowBefore) < qAbs(Best - RowBefore)))
+        if (!Text.isEmpty() && Text == TextBefore
+            && (Best < 0 || qAbs(Row - RowBefore) < qAbs(Best - RowBefore)))
             Best = Row;
     }
     if (Best >= 0)

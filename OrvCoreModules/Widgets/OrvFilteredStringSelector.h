@@ -12,9 +12,9 @@ class QLineEdit;
 class QListWidget;
 class QListWidgetItem;
 
-/// A line edit above a list of texts: typing words narrows the list to the texts that contain all of them, the arrow
-/// keys move in it, Return chooses. While nothing is typed the list shows its sections. Texts are "/"-separated paths
-/// of which the last part stands out; each may carry a star.
+/// A line edit above a list of texts: typing words narrows the list to the texts that contain all of them,
+/// the arrow keys move in it, Return chooses. While nothing is typed the list shows its sections. Texts are
+/// "/"-separated paths of which the last part stands out; each may carry a star.
 class ORVCOREMODULES_EXPORT OrvFilteredStringSelector : public QWidget {
     Q_OBJECT
 

@@ -33,7 +33,8 @@ void OrvFormLayout::alignLabels(const QList<QWidget*>& Widgets)
 {
     QList<QWidget*> Labels;
     for (const QWidget* pWidget : Widgets) {
-        const QList<OrvFormLayout*> Forms = pWidget ? pWidget->findChildren<OrvFormLayout*>() : QList<OrvFormLayout*>();
+        const QList<OrvFormLayout*> Forms
+            = pWidget ? pWidget->findChildren<OrvFormLayout*>() : QList<OrvFormLayout*>();
         for (const OrvFormLayout* pForm : Forms)
             Labels += labels(pForm);
     }

@@ -27,7 +27,8 @@ QStringList pathsBelow(const QStringList& Groups)
 } // namespace
 
 OrvNodeQuickFindDialog::OrvNodeQuickFindDialog(const QPoint& Position, const QStringList& ProceduralGroups,
-    const QStringList& AdjustmentGroups, const QStringList& LastUsed, const QStringList& Favourites, QWidget* pParent)
+    const QStringList& AdjustmentGroups, const QStringList& LastUsed, const QStringList& Favourites,
+    QWidget* pParent)
     : OrvDialog(pParent)
 {
     setWindowTitle(tr("Find Node"));
@@ -66,7 +67,10 @@ OrvNodeQuickFindDialog::OrvNodeQuickFindDialog(const QPoint& Position, const QSt
     m_pSelector->setFocus();
 }
 
-QStringList OrvNodeQuickFindDialog::favourites() const { return m_pSelector->starred(); }
+QStringList OrvNodeQuickFindDialog::favourites() const
+{
+    return m_pSelector->starred();
+}
 
 void OrvNodeQuickFindDialog::choose(const QString& Path)
 {

@@ -6,8 +6,8 @@
 
 class OrvFilteredStringSelector;
 
-/// Finds a node type by typing parts of its name. Made for one question, run modally and thrown away; the caller
-/// stores the favourites and creates the node.
+/// Finds a node type by typing parts of its name. Made for one question, run modally and thrown away; the
+/// caller stores the favourites and creates the node.
 class ORVCOREMODULES_EXPORT OrvNodeQuickFindDialog : public OrvDialog {
     Q_OBJECT
 

@@ -18,7 +18,10 @@ constexpr double KeyStep = 0.01;
 const OrvRangeSlider::Range Whole{0.0, 0.0, 1.0, 1.0};
 
 /// Handles come in pairs: 0 with 1, 2 with 3.
-int partner(int Index) { return Index ^ 1; }
+int partner(int Index)
+{
+    return Index ^ 1;
+}
 
 } // namespace
 
@@ -30,7 +33,10 @@ OrvRangeSlider::OrvRangeSlider(QWidget* pParent)
     setFixedHeight(sizeHint().height());
 }
 
-QSize OrvRangeSlider::sizeHint() const { return {200, RampHeight + HandleHeight + 4}; }
+QSize OrvRangeSlider::sizeHint() const
+{
+    return {200, RampHeight + HandleHeight + 4};
+}
 
 void OrvRangeSlider::setRange(const Range& Values)
 {
@@ -52,7 +58,8 @@ QRect OrvRangeSlider::ramp() const
 QPoint OrvRangeSlider::handlePosition(int Index) const
 {
     const QRect Ramp = ramp();
-    return {Ramp.left() + qRound(m_Range[std::size_t(Index)] * Ramp.width()), Ramp.bottom() + HandleHeight / 2 + 1};
+    return {Ramp.left() + qRound(m_Range[std::size_t(Index)] * Ramp.width()),
+        Ramp.bottom() + HandleHeight / 2 + 1};
 }
 
 int OrvRangeSlider::handleAt(const QPoint& Position) const

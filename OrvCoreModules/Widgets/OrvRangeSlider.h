@@ -6,8 +6,8 @@
 
 #include <array>
 
-/// Four handles on a grey ramp: full between the two inner ones, fading out towards the outer ones. A pair that lies
-/// together is split by dragging with Alt. The handles never pass each other.
+/// Four handles on a grey ramp: full between the two inner ones, fading out towards the outer ones. A pair
+/// that lies together is split by dragging with Alt. The handles never pass each other.
 class ORVCOREMODULES_EXPORT OrvRangeSlider : public QWidget {
     Q_OBJECT
 

@@ -1,12 +1,12 @@
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
 
+#include "OrvCoreModules/Widgets/OrvInPlaceEdit.h"
 #include "OrvCoreModules/Widgets/OrvPainting.h"
 #include "OrvCoreModules/Window/OrvAppearance.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QLineEdit>
 
 #include <cmath>
 
@@ -59,8 +59,7 @@ OrvSliderSpinBox::OrvSliderSpinBox(QWidget* pParent)
 
 OrvSliderSpinBox::~OrvSliderSpinBox()
 {
-    if (m_pEditor)
-        m_pEditor->removeEventFilter(this);
+    delete m_pEditor;
 }
 
 void OrvSliderSpinBox::setRange(double Minimum, double Maximum)
@@ -75,6 +74,25 @@ void OrvSliderSpinBox::setUiRange(double Minimum, double Maximum)
     m_UiMinimum = Minimum;
     m_UiMaximum = Maximum;
     update();
+}
+
+void OrvSliderSpinBox::setUiGamma(double Gamma)
+{
+    m_UiGamma = Gamma > 0.0 ? Gamma : 1.0;
+    update();
+}
+
+/// Values beyond the range to drag in have shares beyond 0 and 1.
+double OrvSliderSpinBox::shareFromValue(double Value) const
+{
+    const double Linear = (Value - m_UiMinimum) / (m_UiMaximum - m_UiMinimum);
+    return std::copysign(std::pow(std::abs(Linear), 1.0 / m_UiGamma), Linear);
+}
+
+double OrvSliderSpinBox::valueFromShare(double Share) const
+{
+    const double Linear = std::copysign(std::pow(std::abs(Share), m_UiGamma), Share);
+    return m_UiMinimum + Linear * (m_UiMaximum - m_UiMinimum);
 }
 
 void OrvSliderSpinBox::setDecimals(int Decimals)
@@ -124,11 +142,20 @@ QString OrvSliderSpinBox::numberText() const
     return Text.toDouble() == 0.0 && Text.startsWith(QLatin1Char('-')) ? Text.mid(1) : Text;
 }
 
-QSize OrvSliderSpinBox::sizeHint() const { return {120, RowHeight}; }
+QSize OrvSliderSpinBox::sizeHint() const
+{
+    return {120, RowHeight};
+}
 
-QSize OrvSliderSpinBox::minimumSizeHint() const { return {48, RowHeight}; }
+QSize OrvSliderSpinBox::minimumSizeHint() const
+{
+    return {48, RowHeight};
+}
 
-bool OrvSliderSpinBox::isTyping() const { return m_pEditor; }
+bool OrvSliderSpinBox::isTyping() const
+{
+    return m_pEditor;
+}
 
 void OrvSliderSpinBox::begin()
 {
@@ -195,7 +222,7 @@ void OrvSliderSpinBox::paintEvent(QPaintEvent*)
     Painter.drawRoundedRect(Frame, 3.0, 3.0);
 
     if (hasUiRange()) {
-        const double Share = qBound(0.0, (m_Value - m_UiMinimum) / (m_UiMaximum - m_UiMinimum), 1.0);
+        const double Share = qBound(0.0, shareFromValue(m_Value), 1.0);
         QColor Bar = palette().color(Group, QPalette::Highlight);
         Bar.setAlpha(isEnabled() ? 150 : 50);
         Painter.save();
@@ -216,12 +243,6 @@ void OrvSliderSpinBox::paintEvent(QPaintEvent*)
     Painter.setPen(palette().color(Group, QPalette::Text));
     Painter.drawText(TextArea, (m_Prefix.isEmpty() ? Qt::AlignHCenter : Qt::AlignRight) | Qt::AlignVCenter,
         numberText() + m_Suffix);
-}
-
-void OrvSliderSpinBox::resizeEvent(QResizeEvent*)
-{
-    if (m_pEditor)
-        m_pEditor->setGeometry(rect());
 }
 
 void OrvSliderSpinBox::mousePressEvent(QMouseEvent* pEvent)
@@ -245,10 +266,10 @@ void OrvSliderSpinBox::mouseMoveEvent(QMouseEvent* pEvent)
     }
     if (m_Gesture != Gesture::Dragging)
         return;
-    double PerPixel = hasUiRange() ? (m_UiMaximum - m_UiMinimum) / qMax(1, width()) : m_Step;
-    if (pEvent->modifiers() & Qt::ShiftModifier)
-        PerPixel *= FineFactor;
-    m_DragValue += (pEvent->pos().x() - std::exchange(m_DragX, pEvent->pos().x())) * PerPixel;
+    const double Fine = pEvent->modifiers() & Qt::ShiftModifier ? FineFactor : 1.0;
+    const double Pixels = (pEvent->pos().x() - std::exchange(m_DragX, pEvent->pos().x())) * Fine;
+    m_DragValue = hasUiRange() ? valueFromShare(shareFromValue(m_DragValue) + Pixels / qMax(1, width()))
+                               : m_DragValue + Pixels * m_Step;
 
     double Value = m_DragValue;
     if (hasUiRange() && !m_Wrapping)
@@ -278,7 +299,8 @@ void OrvSliderSpinBox::wheelEvent(QWheelEvent* pEvent)
     }
     pEvent->accept();
     const double Fine = pEvent->modifiers() & Qt::ShiftModifier ? FineFactor : 1.0;
-    step(pEvent->angleDelta().y() / double(QWheelEvent::DefaultDeltasPerStep) * (m_Decimals > 0 ? Fine : 1.0));
+    step(
+        pEvent->angleDelta().y() / double(QWheelEvent::DefaultDeltasPerStep) * (m_Decimals > 0 ? Fine : 1.0));
 }
 
 void OrvSliderSpinBox::keyPressEvent(QKeyEvent* pEvent)
@@ -291,7 +313,8 @@ void OrvSliderSpinBox::keyPressEvent(QKeyEvent* pEvent)
         }
     } else if (Steps != 0.0 && !(pEvent->modifiers() & (Qt::ControlModifier | Qt::AltModifier))) {
         step(Steps);
-    } else if (pEvent->key() == Qt::Key_F2 || pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) {
+    } else if (pEvent->key() == Qt::Key_F2 || pEvent->key() == Qt::Key_Return
+        || pEvent->key() == Qt::Key_Enter) {
         type();
     } else if (startsNumber(pEvent->text())) {
         type();
@@ -313,7 +336,7 @@ void OrvSliderSpinBox::changeEvent(QEvent* pEvent)
     if (pEvent->type() == QEvent::EnabledChange && !isEnabled()) {
         finish();
         if (m_pEditor)
-            finishTyping(Ending::Cancel);
+            m_pEditor->end(false);
     }
     QWidget::changeEvent(pEvent);
 }
@@ -327,32 +350,19 @@ void OrvSliderSpinBox::type()
     const QString Shown = numberText();
     const double Number = m_Value * m_Factor;
     const bool Exact = std::abs(Shown.toDouble() - Number) <= std::abs(Number) * 1e-9;
-    m_pEditor = new QLineEdit(Exact ? Shown : QString::number(Number, 'g', TypedDigits), this);
+    m_TextBefore = Exact ? Shown : QString::number(Number, 'g', TypedDigits);
+    m_pEditor = new OrvInPlaceEdit(m_TextBefore, this);
     m_pEditor->setAlignment(m_Prefix.isEmpty() ? Qt::AlignCenter : Qt::AlignRight | Qt::AlignVCenter);
-    m_pEditor->setGeometry(rect());
-    m_pEditor->selectAll();
-    m_pEditor->installEventFilter(this);
-    m_pEditor->setCursor(Qt::IBeamCursor);
-    m_pEditor->show();
-    m_pEditor->setFocus(Qt::OtherFocusReason);
+    connect(m_pEditor, &OrvInPlaceEdit::ended, this, &OrvSliderSpinBox::onTypingEnded);
 }
 
-void OrvSliderSpinBox::finishTyping(Ending How)
+void OrvSliderSpinBox::onTypingEnded(QString Text, bool Committed)
 {
-    QLineEdit* pEditor = m_pEditor;
     m_pEditor = nullptr;
-    QString Text = pEditor->text().trimmed();
-    const bool Modified = pEditor->isModified() || Text != numberText();
-    const bool HadFocus = pEditor->hasFocus();
-    pEditor->removeEventFilter(this);
-    if (HadFocus)
-        setFocus(Qt::OtherFocusReason);
-    pEditor->hide();
-    pEditor->setParent(nullptr);
-    pEditor->deleteLater();
     update();
-    if (How == Ending::Cancel || !Modified)
+    if (!Committed || Text == m_TextBefore)
         return;
+    Text = Text.trimmed();
     if (!m_Suffix.isEmpty() && Text.endsWith(m_Suffix.trimmed()))
         Text.chop(m_Suffix.trimmed().size());
     bool Valid = false;
@@ -366,42 +376,6 @@ void OrvSliderSpinBox::finishTyping(Ending How)
     begin();
     take(Number);
     Q_EMIT editFinished();
-}
-
-bool OrvSliderSpinBox::eventFilter(QObject* pWatched, QEvent* pEvent)
-{
-    if (pWatched != m_pEditor)
-        return QWidget::eventFilter(pWatched, pEvent);
-    switch (pEvent->type()) {
-    case QEvent::KeyPress: {
-        const int Key = static_cast<QKeyEvent*>(pEvent)->key();
-        if (Key == Qt::Key_Escape) {
-            finishTyping(Ending::Cancel);
-            return true;
-        }
-        if (Key == Qt::Key_Return || Key == Qt::Key_Enter) {
-            finishTyping(Ending::Commit);
-            return true;
-        }
-        if (Key == Qt::Key_Tab || Key == Qt::Key_Backtab) {
-            // From number to number: the line edit stands at the end of the window's focus chain.
-            finishTyping(Ending::Commit);
-            focusNextPrevChild(Key == Qt::Key_Tab);
-            return true;
-        }
-        break;
-    }
-    case QEvent::ShortcutOverride:
-        pEvent->accept();
-        break;
-    case QEvent::FocusOut:
-        if (static_cast<QFocusEvent*>(pEvent)->reason() != Qt::PopupFocusReason)
-            finishTyping(Ending::Commit);
-        break;
-    default:
-        break;
-    }
-    return QWidget::eventFilter(pWatched, pEvent);
 }
 
 #include "moc_OrvSliderSpinBox.cpp"

@@ -6,11 +6,12 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
-class QLineEdit;
+class OrvInPlaceEdit;
 
-/// The number editor of all properties: drag to scrub, click to type, wheel and arrow keys to step. The range to drag
-/// in may be narrower than the range of what may be typed. Between editBegun and editFinished lies one edit of the
-/// user, be it a whole drag or a burst of steps, so that whoever listens can make it one undo step.
+/// The number editor of all properties: drag to scrub, click to type, wheel and arrow keys to step. The range
+/// to drag in may be narrower than the range of what may be typed. Between editBegun and editFinished lies
+/// one edit of the user, be it a whole drag or a burst of steps, so that whoever listens can make it one undo
+/// step.
 class ORVCOREMODULES_EXPORT OrvSliderSpinBox : public QWidget {
     Q_OBJECT
 
@@ -25,12 +26,15 @@ public:
     void setRange(double Minimum, double Maximum);
     /// What the width of the editor stands for; an empty one means that dragging counts steps.
     void setUiRange(double Minimum, double Maximum);
+    /// Above 1, small values get more of the width.
+    void setUiGamma(double Gamma);
     void setStep(double Step) { m_Step = Step; }
     /// 0 for whole numbers; as many as the user wants sliders to show, unless set.
     void setDecimals(int Decimals);
     int decimals() const { return m_Decimals; }
     void setSuffix(const QString& Suffix);
-    /// Shown and typed numbers are the value times the factor (100 for percent). Decimals count in what is shown.
+    /// Shown and typed numbers are the value times the factor (100 for percent). Decimals count in what is
+    /// shown.
     void setDisplayFactor(double Factor);
     /// Going past one end comes in at the other (angles, hues).
     void setWrapping(bool Wrapping) { m_Wrapping = Wrapping; }
@@ -54,9 +58,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* pEvent) override;
-    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
@@ -65,22 +67,27 @@ protected:
     void focusOutEvent(QFocusEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
 
+private Q_SLOTS:
+    void onTypingEnded(QString Text, bool Committed);
+
 private:
-    enum class Ending { Commit, Cancel };
     bool hasUiRange() const { return m_UiMaximum > m_UiMinimum; }
+    double shareFromValue(double Value) const;
+    double valueFromShare(double Share) const;
     double bounded(double Value) const;
     QString numberText() const;
     void begin();
     void finish();
     void take(double Value);
     void step(double Steps);
-    void finishTyping(Ending How);
 
-    double m_Value = 0.0, m_Minimum = 0.0, m_Maximum = 1.0, m_UiMinimum = 0.0, m_UiMaximum = 1.0, m_Step = 0.01;
-    double m_Factor = 1.0;
+    double m_Value = 0.0, m_Minimum = 0.0, m_Maximum = 1.0, m_UiMinimum = 0.0, m_UiMaximum = 1.0,
+           m_Step = 0.01;
+    double m_Factor = 1.0, m_UiGamma = 1.0;
     int m_Decimals;
     QString m_Prefix, m_Suffix;
-    QPointer<QLineEdit> m_pEditor;
+    QPointer<OrvInPlaceEdit> m_pEditor;
+    QString m_TextBefore; ///< what typing began with
     QTimer m_BurstEnd; ///< steps that follow each other closely are one edit
     QPoint m_PressPosition;
     double m_DragValue = 0.0; ///< unrounded

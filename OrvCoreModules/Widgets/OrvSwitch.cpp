@@ -12,7 +12,10 @@ OrvSwitch::OrvSwitch(QWidget* pParent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-QSize OrvSwitch::sizeHint() const { return {30, 18}; }
+QSize OrvSwitch::sizeHint() const
+{
+    return {30, 18};
+}
 
 void OrvSwitch::setChecked(bool Checked)
 {
@@ -36,7 +39,8 @@ void OrvSwitch::paintEvent(QPaintEvent*)
     QRectF Knob(0.0, 0.0, 10.0, 10.0);
     Knob.moveCenter({m_Checked ? Track.right() - 7.0 : Track.left() + 7.0, Track.center().y()});
     Painter.setPen(Qt::NoPen);
-    Painter.setBrush(m_Checked ? palette().color(QPalette::HighlightedText) : OrvPainting::dimTextColor(palette()));
+    Painter.setBrush(
+        m_Checked ? palette().color(QPalette::HighlightedText) : OrvPainting::dimTextColor(palette()));
     Painter.drawEllipse(Knob);
 }
 

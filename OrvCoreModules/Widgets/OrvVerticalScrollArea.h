@@ -4,7 +4,8 @@
 
 #include <QtWidgets/QScrollArea>
 
-/// Scrolls only up and down: its content is as wide as the area, and the area never narrower than its content.
+/// Scrolls only up and down: its content is as wide as the area, and the area never narrower than its
+/// content.
 class ORVCOREMODULES_EXPORT OrvVerticalScrollArea : public QScrollArea {
     Q_OBJECT
 

@@ -6,7 +6,7 @@ namespace {
 const QString PrecisionKey = QStringLiteral("Appearance/SliderPrecision");
 constexpr int DefaultPrecision = 3;
 constexpr int GreatestPrecision = 6;
-}
+} // namespace
 
 OrvAppearance& OrvAppearance::instance()
 {
@@ -15,7 +15,8 @@ OrvAppearance& OrvAppearance::instance()
 }
 
 OrvAppearance::OrvAppearance()
-    : m_SliderPrecision(qBound(0, OrvSettings().value(PrecisionKey, DefaultPrecision).toInt(), GreatestPrecision))
+    : m_SliderPrecision(
+        qBound(0, OrvSettings().value(PrecisionKey, DefaultPrecision).toInt(), GreatestPrecision))
 {
 }
 

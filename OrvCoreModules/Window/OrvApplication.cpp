@@ -11,7 +11,8 @@ bool hasScreen()
     return Platform != QLatin1String("offscreen") && Platform != QLatin1String("minimal");
 }
 
-/// Such attributes count only before the application object exists, so they are set on the way to its constructor.
+/// Such attributes count only before the application object exists, so they are set on the way to its
+/// constructor.
 int& withDisplayAttributes(int& ArgumentCount)
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

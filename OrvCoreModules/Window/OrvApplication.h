@@ -4,9 +4,9 @@
 
 #include <QtWidgets/QApplication>
 
-/// The program's application object: sets the names, the look and the display habits that every window shares.
-/// Whether the program is up and may ask the user is kept apart from the object, so that libraries can ask in any
-/// process, a test or a tool included.
+/// The program's application object: sets the names, the look and the display habits that every window
+/// shares. Whether the program is up and may ask the user is kept apart from the object, so that libraries
+/// can ask in any process, a test or a tool included.
 class ORVCOREMODULES_EXPORT OrvApplication : public QApplication {
     Q_OBJECT
 

@@ -7,8 +7,8 @@
 class QPoint;
 class QWidget;
 
-/// The short help texts behind the question marks, by key: registered by whoever knows the matter, else read from
-/// the help directory's file of that name.
+/// The short help texts behind the question marks, by key: registered by whoever knows the matter, else read
+/// from the help directory's file of that name.
 class ORVCOREMODULES_EXPORT OrvContextHelp {
 public:
     static void registerText(const QString& Key, const QString& RichText);

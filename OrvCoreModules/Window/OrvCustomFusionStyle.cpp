@@ -79,17 +79,33 @@ OrvCustomFusionStyle::OrvCustomFusionStyle()
 {
 }
 
-QColor OrvCustomFusionStyle::windowColor() { return {0x35, 0x35, 0x35}; }
-QColor OrvCustomFusionStyle::baseColor() { return {0x2b, 0x2b, 0x2b}; }
-QColor OrvCustomFusionStyle::textColor() { return {0xdc, 0xdc, 0xdc}; }
-QColor OrvCustomFusionStyle::borderColor() { return {0x1f, 0x1f, 0x1f}; }
-QColor OrvCustomFusionStyle::accentColor() { return {0x4b, 0x8b, 0xd0}; }
+QColor OrvCustomFusionStyle::windowColor()
+{
+    return {0x35, 0x35, 0x35};
+}
+QColor OrvCustomFusionStyle::baseColor()
+{
+    return {0x2b, 0x2b, 0x2b};
+}
+QColor OrvCustomFusionStyle::textColor()
+{
+    return {0xdc, 0xdc, 0xdc};
+}
+QColor OrvCustomFusionStyle::borderColor()
+{
+    return {0x1f, 0x1f, 0x1f};
+}
+QColor OrvCustomFusionStyle::accentColor()
+{
+    return {0x4b, 0x8b, 0xd0};
+}
 
 QPalette OrvCustomFusionStyle::standardPalette() const
 {
     const QColor DisabledText(0x7a, 0x7a, 0x7a);
-    QPalette Palette(textColor(), QColor(0x46, 0x46, 0x46), QColor(0x60, 0x60, 0x60), QColor(0x24, 0x24, 0x24),
-        QColor(0x3c, 0x3c, 0x3c), textColor(), Qt::white, baseColor(), windowColor());
+    QPalette Palette(textColor(), QColor(0x46, 0x46, 0x46), QColor(0x60, 0x60, 0x60),
+        QColor(0x24, 0x24, 0x24), QColor(0x3c, 0x3c, 0x3c), textColor(), Qt::white, baseColor(),
+        windowColor());
     Palette.setColor(QPalette::AlternateBase, QColor(0x30, 0x30, 0x30));
     Palette.setColor(QPalette::ButtonText, textColor());
     Palette.setColor(QPalette::ToolTipBase, QColor(0x22, 0x22, 0x22));
@@ -220,7 +236,8 @@ void OrvCustomFusionStyle::drawPrimitive(
     switch (Element) {
     case PE_PanelButtonCommand: {
         const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption);
-        drawButtonPanel(pPainter, pOption, pButton && (pButton->features & QStyleOptionButton::DefaultButton));
+        drawButtonPanel(
+            pPainter, pOption, pButton && (pButton->features & QStyleOptionButton::DefaultButton));
         return;
     }
     case PE_PanelButtonTool:
@@ -275,8 +292,8 @@ void OrvCustomFusionStyle::drawPrimitive(
     case PE_IndicatorSpinUp:
     case PE_IndicatorSpinDown:
         drawArrow(pPainter, pOption->rect, arrowOf(Element),
-            pOption->palette.color(
-                pOption->state & State_Enabled ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+            pOption->palette.color(pOption->state & State_Enabled ? QPalette::Active : QPalette::Disabled,
+                QPalette::ButtonText));
         return;
     case PE_IndicatorDockWidgetResizeHandle:
         drawSplitterHandle(pPainter, pOption);
@@ -325,7 +342,8 @@ void OrvCustomFusionStyle::drawControl(
     case CE_MenuBarItem:
         if (const auto* pItem = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption)) {
             const bool Open = pItem->state & (State_Selected | State_Sunken);
-            pPainter->fillRect(pItem->rect, Open ? pItem->palette.color(QPalette::Highlight) : windowColor().darker(108));
+            pPainter->fillRect(
+                pItem->rect, Open ? pItem->palette.color(QPalette::Highlight) : windowColor().darker(108));
             drawItemText(pPainter, pItem->rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
                 pItem->palette, pItem->state & State_Enabled, pItem->text, QPalette::ButtonText);
             return;
@@ -347,7 +365,8 @@ void OrvCustomFusionStyle::drawComplexControl(ComplexControl Control, const QSty
             return;
         }
         if (pSlider && !(pSlider->subControls & SC_SliderTickmarks)) {
-            drawSlider(pPainter, pSlider, proxy()->subControlRect(CC_Slider, pSlider, SC_SliderGroove, pWidget),
+            drawSlider(pPainter, pSlider,
+                proxy()->subControlRect(CC_Slider, pSlider, SC_SliderGroove, pWidget),
                 proxy()->subControlRect(CC_Slider, pSlider, SC_SliderHandle, pWidget));
             return;
         }
@@ -361,8 +380,8 @@ void OrvCustomFusionStyle::drawComplexControl(ComplexControl Control, const QSty
             QRect Arrow = pCombo->rect;
             Arrow.setLeft(Arrow.right() - ComboArrowWidth);
             drawArrow(pPainter, visualRect(pCombo->direction, pCombo->rect, Arrow), Qt::DownArrow,
-                pCombo->palette.color(
-                    pCombo->state & State_Enabled ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+                pCombo->palette.color(pCombo->state & State_Enabled ? QPalette::Active : QPalette::Disabled,
+                    QPalette::ButtonText));
             return;
         }
     }
@@ -376,9 +395,11 @@ void OrvCustomFusionStyle::drawComplexControl(ComplexControl Control, const QSty
                 QStyleOption Arrow(*pSpinBox);
                 Arrow.rect = proxy()->subControlRect(CC_SpinBox, pSpinBox, Step, pWidget);
                 const bool Possible = pSpinBox->stepEnabled
-                    & (Step == SC_SpinBoxUp ? QAbstractSpinBox::StepUpEnabled : QAbstractSpinBox::StepDownEnabled);
+                    & (Step == SC_SpinBoxUp ? QAbstractSpinBox::StepUpEnabled
+                                            : QAbstractSpinBox::StepDownEnabled);
                 Arrow.state.setFlag(State_Enabled, Possible && (pSpinBox->state & State_Enabled));
-                drawPrimitive(Step == SC_SpinBoxUp ? PE_IndicatorSpinUp : PE_IndicatorSpinDown, &Arrow, pPainter, pWidget);
+                drawPrimitive(Step == SC_SpinBoxUp ? PE_IndicatorSpinUp : PE_IndicatorSpinDown, &Arrow,
+                    pPainter, pWidget);
             }
             return;
         }

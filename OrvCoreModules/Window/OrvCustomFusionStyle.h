@@ -4,8 +4,8 @@
 
 #include <QtWidgets/QProxyStyle>
 
-/// The program's look: one dark, quiet style over Fusion, drawn with lines and shapes only, so that it is crisp at any
-/// scale. It draws what Fusion draws too light or too heavy and leaves the rest to it.
+/// The program's look: one dark, quiet style over Fusion, drawn with lines and shapes only, so that it is
+/// crisp at any scale. It draws what Fusion draws too light or too heavy and leaves the rest to it.
 class ORVCOREMODULES_EXPORT OrvCustomFusionStyle : public QProxyStyle {
     Q_OBJECT
 

@@ -8,8 +8,9 @@
 
 class QSvgRenderer;
 
-/// The engine of an icon that is one file, bitmap or SVG: opened when first needed, scaled to the size asked for from
-/// the "@2x" twin where the screen wants it, faded when disabled. Rendered sizes are kept in the pixmap cache.
+/// The engine of an icon that is one file, bitmap or SVG: opened when first needed, scaled to the size asked
+/// for from the "@2x" twin where the screen wants it, faded when disabled. Rendered sizes are kept in the
+/// pixmap cache.
 class OrvFileIconEngine : public QIconEngine {
 public:
     /// A relative name is one of the icon directory.

@@ -7,16 +7,12 @@
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QTextEdit>
 
-namespace {
-
-bool isTypedInto(const QWidget* pWidget)
+bool OrvGui::isTypedInto(const QWidget* pWidget)
 {
     return qobject_cast<const QLineEdit*>(pWidget) || qobject_cast<const QTextEdit*>(pWidget)
         || qobject_cast<const QPlainTextEdit*>(pWidget) || qobject_cast<const QAbstractSpinBox*>(pWidget)
         || qobject_cast<const QComboBox*>(pWidget);
 }
-
-} // namespace
 
 void OrvGui::stealFocusGently(QWidget* pWidget)
 {

@@ -6,8 +6,8 @@
 
 struct OrvDebugMessage;
 
-/// The debug channel as text, newest last, errors marked: the body of the Log palette. It takes the channel's sink for
-/// as long as it lives and keeps the last few thousand messages, whatever thread they come from.
+/// The debug channel as text, newest last, errors marked: the body of the Log palette. It takes the channel's
+/// sink for as long as it lives and keeps the last few thousand messages, whatever thread they come from.
 class ORVCOREMODULES_EXPORT OrvLogView : public QPlainTextEdit {
     Q_OBJECT
 

@@ -42,8 +42,8 @@ OrvMainWindow& OrvMainWindow::instance()
 
 OrvMainWindow::OrvMainWindow()
     : m_MenuOrder({QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Layers"),
-        QStringLiteral("Channels"), QStringLiteral("Shaders"), QStringLiteral("View"), QStringLiteral("Palettes"),
-        QStringLiteral("Help")})
+        QStringLiteral("Channels"), QStringLiteral("Shaders"), QStringLiteral("View"),
+        QStringLiteral("Palettes"), QStringLiteral("Help")})
 {
     setObjectName(QStringLiteral("OrvMainWindow"));
     resize(InitialSize);
@@ -121,7 +121,8 @@ void OrvMainWindow::setMenuOrder(const QStringList& Titles)
 
 void OrvMainWindow::onMenuChanged(const QString& ChangedWindow)
 {
-    if (ChangedWindow == Window && OrvMenuManager::instance().menus(Window).size() != menuBar()->actions().size())
+    if (ChangedWindow == Window
+        && OrvMenuManager::instance().menus(Window).size() != menuBar()->actions().size())
         rebuildMenuBar();
 }
 

@@ -11,8 +11,9 @@ class QLabel;
 class QProgressBar;
 class QToolButton;
 
-/// The one main window: menus from the menu manager, the status line, docked palettes around whatever the program
-/// makes its central widget. It is made on first use and lives as long as the process; it never touches the document.
+/// The one main window: menus from the menu manager, the status line, docked palettes around whatever the
+/// program makes its central widget. It is made on first use and lives as long as the process; it never
+/// touches the document.
 class ORVCOREMODULES_EXPORT OrvMainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -24,8 +25,8 @@ public:
 
     /// Arranges the palettes when there is no saved layout, or when the user asks for the default one.
     void setDefaultLayout(std::function<void()> Arrange) { m_ArrangeDefaultLayout = std::move(Arrange); }
-    /// Size, place and palettes as the user left them, else the default layout. Returns whether a layout was found.
-    /// Called once the palettes are registered.
+    /// Size, place and palettes as the user left them, else the default layout. Returns whether a layout was
+    /// found. Called once the palettes are registered.
     bool restoreLayout();
     void saveLayout() const;
 

@@ -143,8 +143,8 @@ bool OrvPalette::isInUse() const
     if (QApplication::mouseButtons() != Qt::NoButton || frameGeometry().contains(QCursor::pos()))
         return true;
     // What the user is in now: a menu, a dialog, another window.
-    for (const QWidget* pInFront :
-        {QApplication::activePopupWidget(), QApplication::activeModalWidget(), QApplication::activeWindow()}) {
+    for (const QWidget* pInFront : {QApplication::activePopupWidget(), QApplication::activeModalWidget(),
+             QApplication::activeWindow()}) {
         if (belongsTo(pInFront, this))
             return true;
     }

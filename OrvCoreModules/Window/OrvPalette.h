@@ -9,9 +9,9 @@
 
 class OrvPaletteHeader;
 
-/// A palette: a body widget under a header of our own, docked in the main window or floating. A floating palette that
-/// is pinnable and not pinned is a visitor, which closes by itself once the user has left it. It owns its body and
-/// knows nothing of what the body shows.
+/// A palette: a body widget under a header of our own, docked in the main window or floating. A floating
+/// palette that is pinnable and not pinned is a visitor, which closes by itself once the user has left it. It
+/// owns its body and knows nothing of what the body shows.
 class ORVCOREMODULES_EXPORT OrvPalette : public QDockWidget {
     Q_OBJECT
 

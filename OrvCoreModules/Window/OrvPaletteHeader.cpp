@@ -89,7 +89,8 @@ void OrvPaletteHeader::refresh()
 void OrvPaletteHeader::elideTitle()
 {
     const QString Title = m_Palette->headerTitle();
-    const QString Elided = m_TitleLabel->fontMetrics().elidedText(Title, Qt::ElideMiddle, m_TitleLabel->width());
+    const QString Elided
+        = m_TitleLabel->fontMetrics().elidedText(Title, Qt::ElideMiddle, m_TitleLabel->width());
     m_TitleLabel->setText(Elided);
     m_TitleLabel->setToolTip(Elided == Title ? QString() : Title);
 }
@@ -118,7 +119,8 @@ void OrvPaletteHeader::mousePressEvent(QMouseEvent* pEvent)
 void OrvPaletteHeader::paintEvent(QPaintEvent*)
 {
     QPainter Painter(this);
-    Painter.fillRect(rect(), OrvCustomFusionStyle::windowColor().lighter(m_Palette->isActiveWindow() ? 135 : 118));
+    Painter.fillRect(
+        rect(), OrvCustomFusionStyle::windowColor().lighter(m_Palette->isActiveWindow() ? 135 : 118));
     Painter.setPen(OrvCustomFusionStyle::borderColor());
     Painter.drawLine(rect().bottomLeft(), rect().bottomRight());
 }

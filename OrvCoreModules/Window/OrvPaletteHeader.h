@@ -6,8 +6,8 @@ class OrvPalette;
 class QLabel;
 class QToolButton;
 
-/// The title bar of a palette: icon, title and the buttons for help, pin, float and close. Owned by its palette, whose
-/// state it shows; dragging and double clicks are left to the dock widget.
+/// The title bar of a palette: icon, title and the buttons for help, pin, float and close. Owned by its
+/// palette, whose state it shows; dragging and double clicks are left to the dock widget.
 class OrvPaletteHeader : public QWidget {
     Q_OBJECT
 

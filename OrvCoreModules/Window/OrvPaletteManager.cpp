@@ -136,7 +136,8 @@ void OrvPaletteManager::restorePaletteSettings(QSettings& Settings)
     if (!m_Sidebar || !Settings.contains(SidebarModeKey))
         return;
     const int Mode = Settings.value(SidebarModeKey).toInt();
-    m_Sidebar->setPaletteOpenMode(Mode == OrvPaletteSidebar::Open ? OrvPaletteSidebar::Open : OrvPaletteSidebar::Dock);
+    m_Sidebar->setPaletteOpenMode(
+        Mode == OrvPaletteSidebar::Open ? OrvPaletteSidebar::Open : OrvPaletteSidebar::Dock);
 }
 
 void OrvPaletteManager::savePaletteSettings(QSettings& Settings, int Index, const OrvPalette* pPalette) const

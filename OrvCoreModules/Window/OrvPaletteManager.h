@@ -10,16 +10,17 @@ class OrvPalette;
 class OrvPaletteSidebar;
 class QSettings;
 
-/// All palettes that the program keeps at hand: puts them into the window, the sidebar and the Palettes menu, finds
-/// them by name and keeps where the user left them. Palettes belong to the main window; one that dies leaves the list.
+/// All palettes that the program keeps at hand: puts them into the window, the sidebar and the Palettes menu,
+/// finds them by name and keeps where the user left them. Palettes belong to the main window; one that dies
+/// leaves the list.
 class ORVCOREMODULES_EXPORT OrvPaletteManager : public QObject {
     Q_OBJECT
 
 public:
     static OrvPaletteManager& instance();
 
-    /// Docks the palette in the main window. One that is not shown at first start waits for the saved layout, for
-    /// the default layout or for the user.
+    /// Docks the palette in the main window. One that is not shown at first start waits for the saved layout,
+    /// for the default layout or for the user.
     void registerPalette(OrvPalette* pPalette, bool ShownAtFirstStart, const QString& IconFile);
 
     QList<OrvPalette*> palettes() const;
@@ -31,8 +32,8 @@ public:
     /// What concerns all palettes, in the settings' current group.
     void savePaletteSettings(QSettings& Settings) const;
     void restorePaletteSettings(QSettings& Settings);
-    /// What concerns one palette, under numbered keys. A key that is absent changes nothing; an entry that bears the
-    /// palette's own name counts before the one of that index.
+    /// What concerns one palette, under numbered keys. A key that is absent changes nothing; an entry that
+    /// bears the palette's own name counts before the one of that index.
     void savePaletteSettings(QSettings& Settings, int Index, const OrvPalette* pPalette) const;
     void restorePaletteSettings(QSettings& Settings, int Index, OrvPalette* pPalette);
 

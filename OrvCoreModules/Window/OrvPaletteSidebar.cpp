@@ -49,7 +49,8 @@ void OrvPaletteSidebar::addPalette(OrvPalette* pPalette)
 
     connect(pPalette, &OrvPalette::paletteActiveChanged, pButton, &QToolButton::setChecked);
     connect(pPalette, &QObject::destroyed, pButton, &QObject::deleteLater);
-    connect(pButton, &QToolButton::clicked, pPalette, [this, pPalette, pButton] { toggle(pPalette, pButton); });
+    connect(
+        pButton, &QToolButton::clicked, pPalette, [this, pPalette, pButton] { toggle(pPalette, pButton); });
 }
 
 void OrvPaletteSidebar::setPaletteOpenMode(PaletteOpenMode Mode)

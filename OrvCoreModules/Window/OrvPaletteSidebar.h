@@ -8,8 +8,8 @@ class OrvPalette;
 class QToolButton;
 class QVBoxLayout;
 
-/// The slim strip at the window's edge with a button for each palette. In its docking mode a button shows or hides the
-/// palette in the window; in its open mode it brings the palette up beside the strip as a visitor.
+/// The slim strip at the window's edge with a button for each palette. In its docking mode a button shows or
+/// hides the palette in the window; in its open mode it brings the palette up beside the strip as a visitor.
 class ORVCOREMODULES_EXPORT OrvPaletteSidebar : public QWidget {
     Q_OBJECT
 

@@ -47,7 +47,8 @@ bool OrvProgressDialog::step(int Done, int Total)
     m_Dialog->setValue(Done);
     // Until the modal dialog is up, clicks and keys would reach the document under work.
     QCoreApplication::processEvents(
-        m_Dialog->isVisible() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents, int(EventInterval));
+        m_Dialog->isVisible() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents,
+        int(EventInterval));
     m_Cancelled = m_Cancelled || m_Dialog->wasCanceled();
     return !m_Cancelled;
 }

@@ -9,9 +9,10 @@
 class QProgressDialog;
 class QWidget;
 
-/// Progress of long work that the user may cancel (import, export, save): a modal dialog that comes up once the work
-/// has taken a while. It runs the event loop from step(), so it suits work that nothing may interleave with but the
-/// window's own painting. In unattended runs no dialog is shown and nothing is cancelled.
+/// Progress of long work that the user may cancel (import, export, save): a modal dialog that comes up once
+/// the work has taken a while. It runs the event loop from step(), so it suits work that nothing may
+/// interleave with but the window's own painting. In unattended runs no dialog is shown and nothing is
+/// cancelled.
 class ORVCOREMODULES_EXPORT OrvProgressDialog {
 public:
     explicit OrvProgressDialog(const QString& Text, QWidget* pParent = nullptr);

@@ -4,8 +4,8 @@
 
 #include <QtCore/QString>
 
-/// Where the program's own files lie: in the directory named by the environment variable ORV_RESOURCES, else in
-/// "share/orvi" beside the directory of the executable.
+/// Where the program's own files lie: in the directory named by the environment variable ORV_RESOURCES, else
+/// in "share/orvi" beside the directory of the executable.
 class ORVCOREMODULES_EXPORT OrvResourceInfo {
 public:
     static OrvResourceInfo& instance();

@@ -46,8 +46,8 @@ void OrvStatusManager::enter(AutoProgress* pProgress)
 void OrvStatusManager::leave(AutoProgress* pProgress)
 {
     if (m_pInnermost != pProgress) {
-        OrvDebug("OrvStatusManager", __LINE__, QStringLiteral("[ !! ] Progress reports end out of order"), false,
-            false);
+        OrvDebug("OrvStatusManager", __LINE__, QStringLiteral("[ !! ] Progress reports end out of order"),
+            false, false);
         for (AutoProgress* pInner = m_pInnermost; pInner; pInner = pInner->m_pOuter) {
             if (pInner->m_pOuter == pProgress)
                 pInner->m_pOuter = pProgress->m_pOuter;

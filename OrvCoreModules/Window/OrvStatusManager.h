@@ -6,8 +6,8 @@
 #include <QtCore/QObject>
 #include <QtCore/QString>
 
-/// The status line and its progress bar. It keeps what is to be shown and says so by signals, which the main window
-/// shows at once; it works without a window, and it never runs the event loop.
+/// The status line and its progress bar. It keeps what is to be shown and says so by signals, which the main
+/// window shows at once; it works without a window, and it never runs the event loop.
 class ORVCOREMODULES_EXPORT OrvStatusManager : public QObject {
     Q_OBJECT
 
@@ -40,8 +40,8 @@ private:
     int m_MessageNumber = 0;
 };
 
-/// A progress report that is open for its lifetime. Its text shows at once, its bar once the delay is over. Reports
-/// nest; they are made and destroyed on the GUI thread, on the stack.
+/// A progress report that is open for its lifetime. Its text shows at once, its bar once the delay is over.
+/// Reports nest; they are made and destroyed on the GUI thread, on the stack.
 class ORVCOREMODULES_EXPORT OrvStatusManager::AutoProgress {
 public:
     AutoProgress(const QString& Text, int Maximum = 100, int Minimum = 0, int DelaySeconds = 1);
@@ -52,7 +52,8 @@ public:
     void setValue(int Value);
     const QString& text() const { return m_Text; }
 
-    /// A report that can be cancelled shows a button; whoever lets the event loop run looks here for the answer.
+    /// A report that can be cancelled shows a button; whoever lets the event loop run looks here for the
+    /// answer.
     void setCancellable(bool Cancellable) { m_Cancellable = Cancellable; }
     bool isCancelled() const { return m_Cancelled; }
 

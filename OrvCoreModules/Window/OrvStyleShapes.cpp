@@ -56,6 +56,14 @@ QColor accent(const QStyleOption* pOption)
     return isEnabled(pOption) ? Style::accentColor() : withAlpha(Style::accentColor(), 90);
 }
 
+/// Of check boxes and radio buttons, which must be seen on the ground of lists as well.
+QColor indicatorBorder(const QStyleOption* pOption)
+{
+    if (!isEnabled(pOption))
+        return Style::windowColor().lighter(130);
+    return Style::windowColor().lighter(isHovered(pOption) ? 260 : 190);
+}
+
 void drawBox(QPainter* pPainter, const QRectF& Rect, qreal Radius, const QColor& Fill, const QColor& Border)
 {
     pPainter->setPen(Border.isValid() ? QPen(Border, 1) : QPen(Qt::NoPen));
@@ -76,9 +84,12 @@ void OrvStyleShapes::drawButtonPanel(QPainter* pPainter, const QStyleOption* pOp
         Fill = Fill.darker(130);
     else if (isHovered(pOption))
         Fill = Fill.lighter(118);
-    const bool Focused = (pOption->state & QStyle::State_HasFocus) && (pOption->state & QStyle::State_KeyboardFocusChange);
-    const QColor Border = (IsDefault || Focused) && isEnabled(pOption) ? Style::accentColor() : Style::borderColor();
-    drawBox(pPainter, hairline(pOption->rect), FrameRadius, isEnabled(pOption) ? Fill : withAlpha(Fill, 120), Border);
+    const bool Focused
+        = (pOption->state & QStyle::State_HasFocus) && (pOption->state & QStyle::State_KeyboardFocusChange);
+    const QColor Border
+        = (IsDefault || Focused) && isEnabled(pOption) ? Style::accentColor() : Style::borderColor();
+    drawBox(pPainter, hairline(pOption->rect), FrameRadius, isEnabled(pOption) ? Fill : withAlpha(Fill, 120),
+        Border);
 }
 
 void OrvStyleShapes::drawToolButtonPanel(QPainter* pPainter, const QStyleOption* pOption)
@@ -114,7 +125,7 @@ void OrvStyleShapes::drawCheckBox(QPainter* pPainter, const QStyleOption* pOptio
     QRect Box(0, 0, Side, Side);
     Box.moveCenter(pOption->rect.center());
     const bool Set = pOption->state & (QStyle::State_On | QStyle::State_NoChange);
-    const QColor Border = isHovered(pOption) ? Style::windowColor().lighter(200) : Style::borderColor();
+    const QColor Border = indicatorBorder(pOption);
     drawBox(pPainter, hairline(Box), 2.5, Set ? accent(pOption) : Style::baseColor(), Border);
     pPainter->translate(Box.topLeft());
     pPainter->scale(Side, Side);
@@ -132,7 +143,7 @@ void OrvStyleShapes::drawRadioButton(QPainter* pPainter, const QStyleOption* pOp
     const qreal Side = qMin(pOption->rect.width(), pOption->rect.height()) - 1;
     const QPointF Center = QRectF(pOption->rect).center();
     const bool On = pOption->state & QStyle::State_On;
-    const QColor Border = isHovered(pOption) ? Style::windowColor().lighter(200) : Style::borderColor();
+    const QColor Border = indicatorBorder(pOption);
     pPainter->setPen(QPen(Border, 1));
     pPainter->setBrush(On ? accent(pOption) : Style::baseColor());
     pPainter->drawEllipse(Center, Side / 2 - 0.5, Side / 2 - 0.5);
@@ -143,7 +154,8 @@ void OrvStyleShapes::drawRadioButton(QPainter* pPainter, const QStyleOption* pOp
     pPainter->drawEllipse(Center, Side / 5, Side / 5);
 }
 
-void OrvStyleShapes::drawArrow(QPainter* pPainter, const QRect& Rect, Qt::ArrowType Direction, const QColor& Color)
+void OrvStyleShapes::drawArrow(
+    QPainter* pPainter, const QRect& Rect, Qt::ArrowType Direction, const QColor& Color)
 {
     const PainterState State(pPainter);
     const qreal Reach = qMin(4.0, qMin(Rect.width(), Rect.height()) / 2.5);
@@ -212,8 +224,8 @@ void OrvStyleShapes::drawHeaderSection(QPainter* pPainter, const QStyleOptionHea
     pPainter->fillRect(pOption->rect, Fill);
     const QRect& Rect = pOption->rect;
     pPainter->fillRect(QRect(Rect.left(), Rect.bottom(), Rect.width(), 1), Style::borderColor());
-    const bool Last
-        = pOption->position == QStyleOptionHeader::End || pOption->position == QStyleOptionHeader::OnlyOneSection;
+    const bool Last = pOption->position == QStyleOptionHeader::End
+        || pOption->position == QStyleOptionHeader::OnlyOneSection;
     if (!Last)
         pPainter->fillRect(QRect(Rect.right(), Rect.top() + 3, 1, Rect.height() - 7), Style::borderColor());
 }
@@ -248,7 +260,8 @@ void OrvStyleShapes::drawScrollBar(QPainter* pPainter, const QStyleOptionSlider*
     pPainter->fillRect(pOption->rect, Style::baseColor());
     if (Slider.isEmpty() || pOption->maximum == pOption->minimum)
         return;
-    const bool Dragged = (pOption->state & QStyle::State_Sunken) && (pOption->activeSubControls & QStyle::SC_ScrollBarSlider);
+    const bool Dragged = (pOption->state & QStyle::State_Sunken)
+        && (pOption->activeSubControls & QStyle::SC_ScrollBarSlider);
     QColor Fill = Style::windowColor().lighter(180);
     if (Dragged)
         Fill = Style::accentColor();

@@ -12,8 +12,8 @@ class QStyleOptionProgressBar;
 class QStyleOptionSlider;
 class QStyleOptionTab;
 
-/// The shapes that the program's style is made of. Each draws one part of a widget from its style option and leaves
-/// the painter as it was.
+/// The shapes that the program's style is made of. Each draws one part of a widget from its style option and
+/// leaves the painter as it was.
 namespace OrvStyleShapes {
 
 constexpr int FrameRadius = 3;
@@ -31,7 +31,8 @@ void drawTab(QPainter* pPainter, const QStyleOptionTab* pOption);
 void drawHeaderSection(QPainter* pPainter, const QStyleOptionHeader* pOption);
 void drawProgress(QPainter* pPainter, const QStyleOptionProgressBar* pOption);
 void drawScrollBar(QPainter* pPainter, const QStyleOptionSlider* pOption, const QRect& Slider);
-void drawSlider(QPainter* pPainter, const QStyleOptionSlider* pOption, const QRect& Groove, const QRect& Handle);
+void drawSlider(
+    QPainter* pPainter, const QStyleOptionSlider* pOption, const QRect& Groove, const QRect& Handle);
 void drawSplitterHandle(QPainter* pPainter, const QStyleOption* pOption);
 
 } // namespace OrvStyleShapes

@@ -37,7 +37,8 @@ QMenu* subMenu(const QMenu* pMenu, const QString& Title)
 
 } // namespace
 
-/// What a module does with its commands: slots of each shape, so that a test sees which one was called with what.
+/// What a module does with its commands: slots of each shape, so that a test sees which one was called with
+/// what.
 class CommandOwner : public QObject {
     Q_OBJECT
 
@@ -68,7 +69,8 @@ private Q_SLOTS:
     {
         auto* pAction = new QAction(QStringLiteral("Quick Find"), m_Owner.get());
         tree().registerAction(QStringLiteral("/Orvi/Paths/"), pAction);
-        for (const char* pKey : {"/Orvi/Paths/Quick Find", "Orvi/Paths/Quick Find", "/Orvi//Paths/Quick Find"})
+        for (const char* pKey :
+            {"/Orvi/Paths/Quick Find", "Orvi/Paths/Quick Find", "/Orvi//Paths/Quick Find"})
             QCOMPARE(tree().findAction(QLatin1String(pKey)), pAction);
         QVERIFY(!tree().hasAction(QStringLiteral("/Orvi/Paths")));
 
@@ -92,7 +94,8 @@ private Q_SLOTS:
             tree().registerAction(QStringLiteral("/Orvi/Order/") + Path.section('/', 0, -2),
                 new QAction(Path.section('/', -1), m_Owner.get()));
         }
-        tree().registerAction(QStringLiteral("/Orvi/Order 2"), new QAction(QStringLiteral("Other"), m_Owner.get()));
+        tree().registerAction(
+            QStringLiteral("/Orvi/Order 2"), new QAction(QStringLiteral("Other"), m_Owner.get()));
         QCOMPARE(tree().actionKeys(QStringLiteral("/Orvi/Order")),
             QStringList({"/Orvi/Order/Zoom", "/Orvi/Order/Align", "/Orvi/Order/Mask/Hide"}));
     }
@@ -116,7 +119,9 @@ private Q_SLOTS:
     {
         OrvActionCreator Creator(QStringLiteral("/Orvi/Slots"), m_Owner.get(), QString(), QString());
         Creator.create(QStringLiteral("Plain"), QString(), SLOT(plain()), QVariant(), QString())->trigger();
-        Creator.create(QStringLiteral("Relay"), QString(), SLOT(relay(QAction*)), QStringLiteral("me"), QString())
+        Creator
+            .create(
+                QStringLiteral("Relay"), QString(), SLOT(relay(QAction*)), QStringLiteral("me"), QString())
             ->trigger();
         OrvAction* pToggle
             = Creator.create(QStringLiteral("Toggle"), QString(), SLOT(toggled(bool)), QVariant(), QString());
@@ -215,7 +220,8 @@ private Q_SLOTS:
     {
         const auto Add = [this](const char* pText, const char* pSection, const char* pBefore) {
             menus().registerAction("PlaceWindow", "Edit", QString(),
-                new QAction(QLatin1String(pText), m_Owner.get()), QLatin1String(pSection), QLatin1String(pBefore));
+                new QAction(QLatin1String(pText), m_Owner.get()), QLatin1String(pSection),
+                QLatin1String(pBefore));
         };
         Add("Cut", "clip", "");
         Add("&Undo", "history", "Cut");

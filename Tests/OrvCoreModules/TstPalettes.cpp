@@ -58,7 +58,8 @@ private Q_SLOTS:
     void paletteCommandAndSidebarFollowThePalette()
     {
         OrvPalette* pPalette = createRegistered("History", false);
-        QAction* pCommand = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Palettes/History"));
+        QAction* pCommand
+            = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Palettes/History"));
         const QToolButton* pButton = sidebarButton("History");
         QVERIFY(pCommand && pButton);
         pCommand->trigger();

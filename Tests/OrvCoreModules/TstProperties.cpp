@@ -284,30 +284,43 @@ private Q_SLOTS:
         pImageNode->setImageSet(std::make_unique<OrvImageSet>(
             OrvUdimLayout(QSize(512, 256), {1001, 1002}), Format, OrvColor::black()));
         OrvSnChannelInputNode* pImages = network()->addNode(std::move(pImageNode));
-        QWidget* pImageEditor = shown(OrvNodePropertyEditors::create(pImages, QStringLiteral("Paint"), EditorOptions, m_pWindow));
-        QCOMPARE(pImageEditor->findChild<QLabel*>(QStringLiteral("imageSetSize"))->text(), QStringLiteral("512 x 256"));
+        QWidget* pImageEditor = shown(
+            OrvNodePropertyEditors::create(pImages, QStringLiteral("Paint"), EditorOptions, m_pWindow));
+        QCOMPARE(pImageEditor->findChild<QLabel*>(QStringLiteral("imageSetSize"))->text(),
+            QStringLiteral("512 x 256"));
         QCOMPARE(pImageEditor->findChild<QLabel*>(QStringLiteral("tileCount"))->text(), QStringLiteral("2"));
         QVERIFY(!pImageEditor->findChild<QLineEdit*>());
-        pImages->imageSet()->replace(OrvUdimLayout(QSize(64, 64)), Format, OrvColor::black(), OrvImageBuffer());
-        QCOMPARE(pImageEditor->findChild<QLabel*>(QStringLiteral("imageSetSize"))->text(), QStringLiteral("64 x 64"));
+        pImages->imageSet()->replace(
+            OrvUdimLayout(QSize(64, 64)), Format, OrvColor::black(), OrvImageBuffer());
+        QCOMPARE(pImageEditor->findChild<QLabel*>(QStringLiteral("imageSetSize"))->text(),
+            QStringLiteral("64 x 64"));
 
         // Any node at all can be renamed.
         OrvSnBaseNode* pGraph = add<OrvSnBaseNode>("Graph");
-        QLineEdit* pName = shown(OrvNodePropertyEditors::create(pGraph, QStringLiteral("Graph"), EditorOptions, m_pWindow))
-                               ->findChild<QLineEdit*>();
+        QLineEdit* pName
+            = shown(OrvNodePropertyEditors::create(pGraph, QStringLiteral("Graph"), EditorOptions, m_pWindow))
+                  ->findChild<QLineEdit*>();
         pName->selectAll();
         QTest::keyClicks(pName, QStringLiteral("Grunge"));
         QTest::keyClick(pName, Qt::Key_Return);
         QCOMPARE(pGraph->name(), QStringLiteral("Grunge"));
         OrvUndoManager::instance().undo();
         QCOMPARE(pName->text(), pGraph->name());
+        QTest::keyClicks(pName, QStringLiteral("xyz"));
+        QTest::keyClick(pName, Qt::Key_Escape);
+        QTest::keyClick(pName, Qt::Key_Return);
+        QCOMPARE(pName->text(), pGraph->name());
+        QVERIFY(OrvUndoManager::instance().stack()->canRedo());
     }
 
     void classesCanHaveEditorsOfTheirOwn()
     {
         OrvNodePropertyEditors::enter(OrvSnMergeNode::staticMetaObject,
-            [](OrvSnBaseNode*, const QString& Title, int, QWidget* pParent) { return new QLabel(Title, pParent); });
-        QWidget* pEditor = OrvNodePropertyEditors::create(add<OrvSnMergeNode>("Merge"), QStringLiteral("T"), 0, m_pWindow);
+            [](OrvSnBaseNode*, const QString& Title, int, QWidget* pParent) {
+                return new QLabel(Title, pParent);
+            });
+        QWidget* pEditor
+            = OrvNodePropertyEditors::create(add<OrvSnMergeNode>("Merge"), QStringLiteral("T"), 0, m_pWindow);
         QVERIFY(qobject_cast<QLabel*>(pEditor));
         OrvNodePropertyEditors::enter(OrvSnMergeNode::staticMetaObject,
             [](OrvSnBaseNode* pNode, const QString& Title, int Options, QWidget* pParent) {
@@ -318,8 +331,8 @@ private Q_SLOTS:
     void propertyViewOfAPlainObject()
     {
         auto* pBrush = new Brush;
-        OrvPropertyView* pView = shown(new OrvPropertyView(pBrush, m_pWindow, {{QString(), QStringLiteral("Brush")}}, 1,
-            PanelFlags, {QStringLiteral("secret")}, false));
+        OrvPropertyView* pView = shown(new OrvPropertyView(pBrush, m_pWindow,
+            {{QString(), QStringLiteral("Brush")}}, 1, PanelFlags, {QStringLiteral("secret")}, false));
         QCOMPARE(labels(pView), QStringList({"Brush Size", "Dab Count", "Tip Shape"}));
         QCOMPARE(pView->findChild<OrvExpandableListWidget*>()->title(), QStringLiteral("Brush"));
         QVERIFY(!pView->findChild<QScrollArea*>());
@@ -356,7 +369,8 @@ private Q_SLOTS:
         Brush Painted;
         const QStringList Hidden{QStringLiteral("secret")};
         // Without the flag for it nothing is left out, and there is a scroll area.
-        OrvPropertyView* pDialogView = shown(new OrvPropertyView(&Painted, m_pWindow, {}, 1, DialogFlags, Hidden, false));
+        OrvPropertyView* pDialogView
+            = shown(new OrvPropertyView(&Painted, m_pWindow, {}, 1, DialogFlags, Hidden, false));
         QVERIFY(labels(pDialogView).contains(QStringLiteral("Secret")));
         QVERIFY(!labels(pDialogView).contains(QStringLiteral("Internal")));
         QVERIFY(pDialogView->findChild<QScrollArea*>());
@@ -377,8 +391,8 @@ private Q_SLOTS:
     {
         OrvSnBaseNode* pNode = add<OrvSnBaseNode>("Graph");
         pNode->createUserAttribute({QStringLiteral("_state"), 1});
-        OrvPropertyView* pView
-            = shown(new OrvPropertyView(pNode, m_pWindow, {{QString(), QStringLiteral("Node")}}, 1, PanelFlags, {}, false));
+        OrvPropertyView* pView = shown(new OrvPropertyView(
+            pNode, m_pWindow, {{QString(), QStringLiteral("Node")}}, 1, PanelFlags, {}, false));
         QCOMPARE(labels(pView), QStringList{"Name"});
         const int Steps = undoCount();
         QLineEdit* pName = pView->findChild<QLineEdit*>();
@@ -399,7 +413,8 @@ private Q_SLOTS:
 
     void labelsReadWell()
     {
-        QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("imageSetDepthString")), QStringLiteral("Image Set Depth String"));
+        QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("imageSetDepthString")),
+            QStringLiteral("Image Set Depth String"));
         QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("BlendMode")), QStringLiteral("Blend Mode"));
         QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("std-dev_x2")), QStringLiteral("Std Dev X 2"));
         QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("useUDIM")), QStringLiteral("Use UDIM"));
@@ -495,7 +510,8 @@ private:
     template <class Node>
     static Node* add(const QByteArray& Type)
     {
-        return qobject_cast<Node*>(network()->addNode(OrvNodeRegistry::instance().create(QLatin1String(Type))));
+        return qobject_cast<Node*>(
+            network()->addNode(OrvNodeRegistry::instance().create(QLatin1String(Type))));
     }
     static int undoCount() { return OrvUndoManager::instance().stack()->index(); }
     static QVariant value(const OrvSnBaseNode* pNode, const char* pName)

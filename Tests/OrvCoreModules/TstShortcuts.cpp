@@ -29,7 +29,8 @@ public:
         auto* pLayout = new QVBoxLayout(this);
         pLayout->addWidget(Tree);
         pLayout->addWidget(Editor);
-        OrvActionHelpers::createAndRegisterShortcut(Tree, QKeySequence(Qt::Key_Delete), SLOT(removeRows()), this);
+        OrvActionHelpers::createAndRegisterShortcut(
+            Tree, QKeySequence(Qt::Key_Delete), SLOT(removeRows()), this);
     }
 
     QTreeWidget* Tree;
@@ -46,11 +47,12 @@ class SecondView : public QWidget {
 public:
     SecondView()
     {
-        OrvActionHelpers::createAndRegisterShortcut(this, QKeySequence(Qt::Key_Delete), SLOT(removeRows()), this);
+        OrvActionHelpers::createAndRegisterShortcut(
+            this, QKeySequence(Qt::Key_Delete), SLOT(removeRows()), this);
     }
 
 public Q_SLOTS:
-    void removeRows() {}
+    void removeRows() { }
 };
 
 /// Shortcuts as the user binds and presses them.
@@ -252,14 +254,22 @@ private Q_SLOTS:
     void combinationsReadWell()
     {
 #ifndef Q_OS_MACOS
-        QCOMPARE(OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Shift")), QStringLiteral("Ctrl+Shift"));
-        QCOMPARE(OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl + Alt")), QStringLiteral("Ctrl+Alt"));
+        QCOMPARE(OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Shift")),
+            QStringLiteral("Ctrl+Shift"));
+        QCOMPARE(OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl + Alt")),
+            QStringLiteral("Ctrl+Alt"));
 #endif
     }
 
 private:
-    static OrvShortcutManager& manager() { return OrvShortcutManager::instance(); }
-    static QKeySequence keys(const char* pText) { return QKeySequence(QLatin1String(pText)); }
+    static OrvShortcutManager& manager()
+    {
+        return OrvShortcutManager::instance();
+    }
+    static QKeySequence keys(const char* pText)
+    {
+        return QKeySequence(QLatin1String(pText));
+    }
 
     QAction* createAction(const char* pText, const char* pKeys)
     {

@@ -45,11 +45,13 @@ protected:
 };
 
 /// QTest's mouse moves name no buttons.
-void dragMouse(QWidget* pWidget, const QPoint& From, const QList<QPoint>& Way, Qt::KeyboardModifiers Keys = {})
+void dragMouse(
+    QWidget* pWidget, const QPoint& From, const QList<QPoint>& Way, Qt::KeyboardModifiers Keys = {})
 {
     QTest::mousePress(pWidget, Qt::LeftButton, Keys, From);
     for (const QPoint& Position : Way) {
-        QMouseEvent Move(QEvent::MouseMove, Position, pWidget->mapToGlobal(Position), Qt::NoButton, Qt::LeftButton, Keys);
+        QMouseEvent Move(
+            QEvent::MouseMove, Position, pWidget->mapToGlobal(Position), Qt::NoButton, Qt::LeftButton, Keys);
         QApplication::sendEvent(pWidget, &Move);
     }
     QTest::mouseRelease(pWidget, Qt::LeftButton, Keys, Way.last());
@@ -58,8 +60,8 @@ void dragMouse(QWidget* pWidget, const QPoint& From, const QList<QPoint>& Way, Q
 void turnWheel(QWidget* pWidget, int Steps)
 {
     const QPointF Middle = pWidget->rect().center();
-    QWheelEvent Wheel(Middle, pWidget->mapToGlobal(Middle.toPoint()), QPoint(), QPoint(0, 120 * Steps), Qt::NoButton,
-        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent Wheel(Middle, pWidget->mapToGlobal(Middle.toPoint()), QPoint(), QPoint(0, 120 * Steps),
+        Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(pWidget, &Wheel);
 }
 
@@ -323,8 +325,10 @@ private Q_SLOTS:
     void selectorFindsByWords()
     {
         OrvFilteredStringSelector* pSelector = shown(new OrvFilteredStringSelector);
-        const QString Cell = QStringLiteral("Procedural/Noise/Cell Noise"), Box = QStringLiteral("Filter/Blur/Box Blur"),
-                      Gauss = QStringLiteral("Filter/Blur/Gaussian Blur"), Blurred = QStringLiteral("Filter/Light/Blurred Glow"),
+        const QString Cell = QStringLiteral("Procedural/Noise/Cell Noise"),
+                      Box = QStringLiteral("Filter/Blur/Box Blur"),
+                      Gauss = QStringLiteral("Filter/Blur/Gaussian Blur"),
+                      Blurred = QStringLiteral("Filter/Light/Blurred Glow"),
                       Unblur = QStringLiteral("Filter/Sharpen/Unblur");
         pSelector->setStarsShown(true);
         pSelector->setSections({{QStringLiteral("Last Used"), {Gauss}}, {QStringLiteral("Empty"), {}},
@@ -364,15 +368,16 @@ private Q_SLOTS:
         QVERIFY(Chosen.isEmpty());
         QTest::mouseClick(pList->viewport(), Qt::LeftButton, {}, Row.center());
         QCOMPARE(Chosen.size(), 1);
-        QTest::mouseClick(pList->viewport(), Qt::LeftButton, {}, pList->visualItemRect(pList->item(0)).center());
+        QTest::mouseClick(
+            pList->viewport(), Qt::LeftButton, {}, pList->visualItemRect(pList->item(0)).center());
         QCOMPARE(Chosen.size(), 1);
     }
 
     void quickFindAnswersWithAPath()
     {
         const QString Gone = QStringLiteral("Procedural/Gone/Nobody");
-        OrvNodeQuickFindDialog Dialog(QPoint(10, 10), {QStringLiteral("Procedural")}, {QStringLiteral("Filter")}, {Gone},
-            {Gone}, m_pWindow);
+        OrvNodeQuickFindDialog Dialog(QPoint(10, 10), {QStringLiteral("Procedural")},
+            {QStringLiteral("Filter")}, {Gone}, {Gone}, m_pWindow);
         Dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&Dialog));
         OrvFilteredStringSelector* pSelector = Dialog.findChild<OrvFilteredStringSelector*>();
@@ -419,6 +424,13 @@ private Q_SLOTS:
         QCOMPARE(Begun.size(), 4);
         QCOMPARE(Finished.size(), 4);
 
+        // Small values have more room where the range asks for it.
+        pSlider->setUiGamma(3.0);
+        pSlider->setValue(0.0);
+        dragMouse(pSlider, {50, 10}, {{50 + 3 * Tenth, 10}, {50 + 5 * Tenth, 10}});
+        QVERIFY(qAbs(pSlider->value() - 10.0 / 8.0) < 0.1);
+        pSlider->setUiGamma(1.0);
+
         // Escape goes back to where the drag began.
         pSlider->setValue(5.0);
         QTest::mousePress(pSlider, Qt::LeftButton, {}, {50, 10});
@@ -429,7 +441,7 @@ private Q_SLOTS:
         QCOMPARE(pSlider->value(), 5.0);
         QTest::mouseRelease(pSlider, Qt::LeftButton, {}, {90, 10});
         QVERIFY(!pSlider->isTyping());
-        QCOMPARE(Finished.size(), 5);
+        QCOMPARE(Finished.size(), 6);
     }
 
     void sliderTakesTypedNumbers()
@@ -454,7 +466,8 @@ private Q_SLOTS:
         type(QStringLiteral("900"), Qt::Key_Return);
         QCOMPARE(pSlider->value(), 2.0);
         QCOMPARE(Finished.size(), 3);
-        for (const QString& Nonsense : {QStringLiteral("abc"), QStringLiteral("nan"), QStringLiteral("inf"), QString()})
+        for (const QString& Nonsense :
+            {QStringLiteral("abc"), QStringLiteral("nan"), QStringLiteral("inf"), QString()})
             type(Nonsense, Qt::Key_Return);
         type(QStringLiteral("30"), Qt::Key_Escape);
         QCOMPARE(pSlider->value(), 2.0);

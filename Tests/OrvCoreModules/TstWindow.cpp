@@ -63,7 +63,8 @@ private Q_SLOTS:
         QVERIFY(Missing.pixmap(16).isNull());
         QVERIFY(OrvIcon::createIconFromPath(QString()).isNull());
 
-        const QIcon Doubled = OrvIcon::createIconFromPath(OrvResourceInfo::iconPath() + QStringLiteral("//Late.png"));
+        const QIcon Doubled
+            = OrvIcon::createIconFromPath(OrvResourceInfo::iconPath() + QStringLiteral("//Late.png"));
         QCOMPARE(centerOf(Doubled.pixmap(16)), QColor(Qt::red));
     }
 

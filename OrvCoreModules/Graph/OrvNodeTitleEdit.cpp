@@ -1,0 +1,28 @@
+#include "OrvCoreModules/Graph/OrvNodeTitleEdit.h"
+
+#include "OrvCoreModules/Widgets/OrvInPlaceEdit.h"
+
+OrvNodeTitleEdit::OrvNodeTitleEdit(const QString& Text, const QRect& Area, QWidget* pCanvas)
+    : QWidget(pCanvas)
+{
+    // The keyboard goes back to the canvas.
+    setFocusProxy(pCanvas->focusProxy() ? pCanvas->focusProxy() : pCanvas);
+    setGeometry(Area);
+    show();
+    m_pEdit = new OrvInPlaceEdit(Text, this);
+    connect(m_pEdit, &OrvInPlaceEdit::ended, this, [this](const QString& Edited, bool Commit) {
+        m_Ended = true;
+        hide();
+        deleteLater();
+        if (Commit)
+            Q_EMIT committed(Edited);
+    });
+}
+
+void OrvNodeTitleEdit::end(bool Commit)
+{
+    if (!m_Ended)
+        m_pEdit->end(Commit);
+}
+
+#include "moc_OrvNodeTitleEdit.cpp"
