@@ -20,6 +20,7 @@ namespace {
 enum Page { PassThroughPage, BlendPage };
 constexpr int PassThroughButtonSize = 24;
 constexpr int AdvancedButtonSize = 16;
+constexpr int RowHeight = PassThroughButtonSize + 2; // whatever is shown
 
 void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
 
@@ -61,7 +62,7 @@ OrvLayerBlendRow::OrvLayerBlendRow(OrvLayerView* pLayerView)
         SLOT(onAdvancedBlendingChanged(bool)));
     connect(m_AdvancedBlendingOptionsPopup, SIGNAL(blendAmountChanged(bool)), pLayerView,
         SLOT(onBlendAmountChanged(bool)));
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setFixedHeight(RowHeight);
 }
 
 QWidget* OrvLayerBlendRow::createPassThroughPage()
@@ -96,39 +97,42 @@ QWidget* OrvLayerBlendRow::createBlendPage()
     connect(m_AdvancedBlendingButton, SIGNAL(released()), m_LayerView, SLOT(showAdvancedBlendingOptions()));
     setAdvancedIcon(false);
 
+    m_BlendLayout->addStretch();
     m_BlendLayout->addWidget(m_AdvancedBlendingButton);
     m_BlendLayout->addWidget(m_PassThroughButton);
     return pPage;
 }
 
-void OrvLayerBlendRow::showLayer(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
+void OrvLayerBlendRow::showLayer(OrvLayer* pLayer, OrvLayerStack* pLayerStack)
 {
     takeControlets();
-    OrvSnBaseNode* pNode = pLayer ? pLayer->blendNode() : OrvLayerManager::instance().dummyBlendNode();
-    m_BlendNode = pNode;
-    m_BlendModeWidget = addControlet(0, OrvMergeAttributes::BlendMode, pNode);
-    m_BlendAmountWidget = addControlet(1, OrvMergeAttributes::Amount, pNode);
-    m_AdvancedBlendingOptionsPopup->setBlendNode(pLayer ? pNode : nullptr);
-    if (pNode) {
-        connect(pNode, SIGNAL(userAttributeValueChanged(OrvCustomAttribute)), m_LayerView,
+    m_Layer = pLayer;
+    m_LayerStack = pLayerStack;
+    m_BlendNode = pLayer ? pLayer->blendNode() : OrvLayerManager::instance().dummyBlendNode();
+    m_BlendModeWidget = addControlet(0, OrvMergeAttributes::BlendMode);
+    m_BlendAmountWidget = addControlet(1, OrvMergeAttributes::Amount);
+    m_AdvancedBlendingOptionsPopup->setBlendNode(pLayer ? m_BlendNode : nullptr);
+    if (m_BlendNode) {
+        connect(m_BlendNode, SIGNAL(userAttributeValueChanged(OrvCustomAttribute)), m_LayerView,
             SLOT(onUserAttributeChanged(OrvCustomAttribute)));
-        connect(pNode, SIGNAL(userAttributeEnabledChanged(OrvCustomAttribute, QObject*)), m_LayerView,
+        connect(m_BlendNode, SIGNAL(userAttributeEnabledChanged(OrvCustomAttribute, QObject*)), m_LayerView,
             SLOT(onUserAttributeChanged(OrvCustomAttribute)));
     }
-    refresh(pLayer, pLayerStack);
+    refresh();
 }
 
-void OrvLayerBlendRow::refresh(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
+void OrvLayerBlendRow::refresh()
 {
-    const bool Modifiable = pLayer && pLayer->isBlendingModifiable();
+    const bool Modifiable = m_Layer && m_Layer->isBlendingModifiable();
     if (m_BlendModeWidget)
         m_BlendModeWidget->setEnabled(Modifiable);
-    if (m_BlendAmountWidget)
-        setAmountEnabled(m_BlendNode->userAttribute(OrvMergeAttributes::AmountEnabled).value().toBool(), pLayer);
+    if (m_BlendAmountWidget && m_BlendNode)
+        setAmountEnabled(m_BlendNode->userAttribute(OrvMergeAttributes::AmountEnabled).value().toBool());
+    m_AdvancedBlendingButton->show();
     m_AdvancedBlendingButton->setEnabled(Modifiable);
     setAdvancedIcon(m_BlendNode && m_BlendNode->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toBool());
 
-    const bool Group = pLayer && pLayerStack && OrvLayerStreamUtils::isLayerGroup(pLayer, pLayerStack);
+    const bool Group = m_Layer && m_LayerStack && OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerStack);
     m_PassThroughButton->setVisible(Group);
     m_PassThroughButton->setChecked(false);
     m_PassThroughButton->setEnabled(Modifiable);
@@ -137,13 +141,14 @@ void OrvLayerBlendRow::refresh(OrvLayer* pLayer, const OrvLayerStack* pLayerStac
         Group && OrvLayerStreamUtils::isLayerGroupPassThrough(m_BlendNode) ? PassThroughPage : BlendPage);
 }
 
+OrvLayer* OrvLayerBlendRow::layer() const { return m_Layer; }
+
 void OrvLayerBlendRow::clear()
 {
     takeControlets();
     m_AdvancedBlendingOptionsPopup->setBlendNode(nullptr);
     m_PassThroughButton->hide();
-    m_AdvancedBlendingButton->setEnabled(false);
-    setAdvancedIcon(false);
+    m_AdvancedBlendingButton->hide();
     m_Pages->setCurrentIndex(BlendPage);
 }
 
@@ -161,16 +166,20 @@ void OrvLayerBlendRow::takeControlets()
     if (m_BlendNode)
         disconnect(m_BlendNode, nullptr, m_LayerView, nullptr);
     m_BlendNode = nullptr;
+    m_Layer = nullptr;
+    m_LayerStack = nullptr;
 }
 
-QWidget* OrvLayerBlendRow::addControlet(int Position, const QString& AttributeName, OrvSnBaseNode* pNode)
+QWidget* OrvLayerBlendRow::addControlet(int Position, const QString& AttributeName)
 {
     constexpr int LabelWidth = 32, Spacing = 1, MinimumEditorWidth = 130, MaximumEditorWidth = 140;
     constexpr int Style = OrvUserAttributeControletManager::NoLabel | OrvUserAttributeControletManager::Compact;
-    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, pNode, m_Pages->widget(BlendPage),
+    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, m_BlendNode, m_Pages->widget(BlendPage),
         LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
-    if (pWidget)
+    if (pWidget) {
         m_BlendLayout->insertWidget(Position, pWidget);
+        pWidget->show();
+    }
     return pWidget;
 }
 
@@ -186,13 +195,23 @@ void OrvLayerBlendRow::setAdvancedIcon(bool Enabled)
         Enabled ? QStringLiteral("advancedBlendingEnabled.png") : QStringLiteral("advancedBlendingDisabled.png")));
 }
 
-void OrvLayerBlendRow::setAmountEnabled(bool Enabled, const OrvLayer* pLayer)
+void OrvLayerBlendRow::setAmountEnabled(bool Enabled)
 {
     if (!m_BlendAmountWidget) {
         report(__LINE__, "this->m_BlendAmountWidget is NULL");
         return;
     }
-    m_BlendAmountWidget->setEnabled(Enabled && pLayer && pLayer->isBlendingAmountModifiable());
+    m_BlendAmountWidget->setEnabled(Enabled && m_Layer && m_Layer->isBlendingAmountModifiable());
+}
+
+void OrvLayerBlendRow::followAttribute(const OrvCustomAttribute& Attribute)
+{
+    if (Attribute.name() == OrvMergeAttributes::AdvancedEnabled)
+        setAdvancedIcon(Attribute.value().toInt() != 0);
+    else if (Attribute.name() == OrvMergeAttributes::AmountEnabled)
+        setAmountEnabled(Attribute.value().toBool());
+    else if (Attribute.name() == OrvMergeAttributes::PassThrough)
+        refresh();
 }
 
 #include "moc_OrvLayerBlendRow.cpp"

@@ -4,6 +4,7 @@
 #include <QtWidgets/QWidget>
 
 class OrvAdvancedBlendingOptionsPopup;
+class OrvCustomAttribute;
 class OrvLayer;
 class OrvLayerStack;
 class OrvLayerView;
@@ -22,23 +23,25 @@ public:
     explicit OrvLayerBlendRow(OrvLayerView* pLayerView);
 
     /// Shows the layer's blending; without a layer the controls stand there without effect.
-    void showLayer(OrvLayer* pLayer, const OrvLayerStack* pLayerStack);
+    void showLayer(OrvLayer* pLayer, OrvLayerStack* pLayerStack);
     /// Reads again what can change while the layer stays: whether it may be edited, whether it is passed through.
-    void refresh(OrvLayer* pLayer, const OrvLayerStack* pLayerStack);
+    void refresh();
     void clear();
 
-    /// The node that the controls edit; null after clear().
-    OrvSnBaseNode* blendNode() const { return m_BlendNode; }
+    /// The layer shown; null without one.
+    OrvLayer* layer() const;
     void showAdvancedOptions();
     void setAdvancedIcon(bool Enabled);
     /// False greys the amount out; true does so, too, where the layer's amount may not be changed.
-    void setAmountEnabled(bool Enabled, const OrvLayer* pLayer);
+    void setAmountEnabled(bool Enabled);
+    /// An attribute of the blend node changed.
+    void followAttribute(const OrvCustomAttribute& Attribute);
 
 private:
     QWidget* createPassThroughPage();
     QWidget* createBlendPage();
     void takeControlets();
-    QWidget* addControlet(int Position, const QString& AttributeName, OrvSnBaseNode* pNode);
+    QWidget* addControlet(int Position, const QString& AttributeName);
 
     OrvLayerView* m_LayerView;
     QStackedLayout* m_Pages;
@@ -48,5 +51,7 @@ private:
     OrvAdvancedBlendingOptionsPopup* m_AdvancedBlendingOptionsPopup;
     QPointer<QWidget> m_BlendModeWidget;
     QPointer<QWidget> m_BlendAmountWidget;
-    QPointer<OrvSnBaseNode> m_BlendNode;
+    QPointer<OrvLayer> m_Layer;
+    QPointer<OrvLayerStack> m_LayerStack;
+    QPointer<OrvSnBaseNode> m_BlendNode; ///< of the layer, or one that belongs to none
 };

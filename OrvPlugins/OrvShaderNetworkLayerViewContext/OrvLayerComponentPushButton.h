@@ -5,22 +5,39 @@
 
 #include <QtCore/QPointer>
 
-/// The button of one component of a layer, its content or its mask, in the layer's row, which owns it. Dragged away it
-/// carries the identity of its node: the mask's own for a mask, the layer's for the content. What a click does is the
-/// row's affair.
+class OrvLayer;
+
+/// The button of one component of a layer, its content or its mask, in the layer's row, which owns it.
+/// Dragged away it carries the identity of its node: the mask's own for a mask, the layer's for the content.
+/// What a click does is the row's affair.
 class OrvLayerComponentPushButton : public OrvDraggablePushButton {
     Q_OBJECT
 
 public:
     explicit OrvLayerComponentPushButton(QWidget* pParent);
 
+    /// How the components of the layer can be dragged, as a tool tip.
+    static QString dragHint(const OrvLayer* pLayer);
+
     OrvSnBaseNode* componentNode() const { return m_ComponentNode; }
     void setComponentNode(OrvSnBaseNode* pNode) { m_ComponentNode = pNode; }
+    void setComponentIcon(const QIcon& Icon);
     /// The component is the one that is painted on.
     void setHighlighted(bool Highlighted);
 
     QMimeData* mimeData() const override;
 
+protected:
+    void dragEnterEvent(QDragEnterEvent* pEvent) override;
+    void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
+
 private:
+    void showIcon();
+    /// The layer whose mask the component is; null for other components.
+    OrvLayer* maskedLayer() const;
+
     QPointer<OrvSnBaseNode> m_ComponentNode;
+    QIcon m_ComponentIcon;
+    bool m_Highlighted = false;
 };

@@ -67,8 +67,9 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     : pLayout(new QGridLayout(pRow))
 {
     pVisibilityButton = createToolButton(pRow);
-    pVisibilityButton->setStyleSheet(QStringLiteral("QToolButton { border: none; } QToolButton:hover { border: none; } "
-                                                    "QToolButton:pressed { border: none; }"));
+    pVisibilityButton->setStyleSheet(
+        QStringLiteral("QToolButton { border: none; } QToolButton:hover { border: none; } "
+                       "QToolButton:pressed { border: none; }"));
     pNameLabel = new OrvEditLabel(pRow);
     pColorTag = createLabel(pRow, TagSize);
     pPaintButton = prepared(new OrvLayerComponentPushButton(pRow));

@@ -9,8 +9,9 @@ class QLabel;
 class QToolButton;
 class QWidget;
 
-/// The widgets of one layer row in their order, children of the row. Marks that a layer does not have keep their
-/// column free, so that the eye finds each kind of mark in one line from row to row. The row fills and connects them.
+/// The widgets of one layer row in their order, children of the row. Marks that a layer does not have keep
+/// their column free, so that the eye finds each kind of mark in one line from row to row. The row fills and
+/// connects them.
 struct OrvLayerRowContents {
     explicit OrvLayerRowContents(QWidget* pRow);
 

@@ -6,6 +6,7 @@
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 
+#include <QtGui/QPainter>
 #include <QtGui/QWindow>
 #include <QtWidgets/QAbstractButton>
 
@@ -13,7 +14,17 @@ using namespace OrvLayerViewContext;
 
 namespace {
 
-QIcon icon(const char* pFileName) { return OrvIcon::createIconFromFilename(QString::fromLatin1(pFileName)); }
+const QColor Shade(0, 0, 0, 190);
+
+QIcon icon(const char* pFileName)
+{
+    return OrvIcon::createIconFromFilename(QString::fromLatin1(pFileName));
+}
+
+QPixmap pixmap(const QIcon& Icon, const QAbstractButton* pButton, QIcon::Mode Mode)
+{
+    return Icon.pixmap(pButton->window()->windowHandle(), pButton->iconSize(), Mode);
+}
 
 LayerKindIcon kind(const OrvLayer* pLayer, const OrvLayerStack* pStack)
 {
@@ -59,14 +70,43 @@ QIcon OrvLayerRowIcons::mask(const OrvLayer* pLayer)
                                                 : "CustomProceduralLayerMask.16x16.svg");
 }
 
-QIcon OrvLayerRowIcons::maskStack() { return icon("AddMaskStack.16x16.png"); }
-QIcon OrvLayerRowIcons::adjustmentStack() { return icon("AddAdjustmentStack.16x16.png"); }
-QIcon OrvLayerRowIcons::visibility(bool Visible) { return icon(Visible ? "ShowAll.16x16.png" : "Hide.16x16.png"); }
-QIcon OrvLayerRowIcons::shared() { return icon("linked.16x16.png"); }
-QIcon OrvLayerRowIcons::sharedChannel() { return icon("SharedChannel.16x16.png"); }
-QIcon OrvLayerRowIcons::lock(bool Locked) { return icon(Locked ? "Lock.16x16.png" : "UnLock.16x16.png"); }
+QIcon OrvLayerRowIcons::maskStack()
+{
+    return icon("AddMaskStack.16x16.png");
+}
+QIcon OrvLayerRowIcons::adjustmentStack()
+{
+    return icon("AddAdjustmentStack.16x16.png");
+}
+QIcon OrvLayerRowIcons::visibility(bool Visible)
+{
+    return icon(Visible ? "ShowAll.16x16.png" : "Hide.16x16.png");
+}
+QIcon OrvLayerRowIcons::shared()
+{
+    return icon("linked.16x16.png");
+}
+QIcon OrvLayerRowIcons::sharedChannel()
+{
+    return icon("SharedChannel.16x16.png");
+}
+QIcon OrvLayerRowIcons::lock(bool Locked)
+{
+    return icon(Locked ? "Lock.16x16.png" : "UnLock.16x16.png");
+}
 
 QIcon OrvLayerRowIcons::paled(const QIcon& Icon, const QAbstractButton* pButton)
 {
-    return QIcon(Icon.pixmap(pButton->window()->windowHandle(), pButton->iconSize(), QIcon::Disabled));
+    return QIcon(pixmap(Icon, pButton, QIcon::Disabled));
+}
+
+QIcon OrvLayerRowIcons::darkened(const QIcon& Icon, const QAbstractButton* pButton)
+{
+    QPixmap Dark = pixmap(Icon, pButton, QIcon::Normal);
+    if (Dark.isNull())
+        return {};
+    QPainter Painter(&Dark);
+    Painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    Painter.fillRect(QRect({}, pButton->iconSize()), Shade);
+    return QIcon(Dark);
 }

@@ -20,5 +20,7 @@ QIcon sharedChannel();
 QIcon lock(bool Locked);
 /// The icon of a component that is switched off: pale, though its button can be clicked.
 QIcon paled(const QIcon& Icon, const QAbstractButton* pButton);
+/// The icon on the light ground of a highlighted button.
+QIcon darkened(const QIcon& Icon, const QAbstractButton* pButton);
 
 } // namespace OrvLayerRowIcons

@@ -22,33 +22,39 @@ bool isCachedUpTo(const OrvLayer* pLayer)
     return pLayer->blendNode() && pLayer->blendNode()->cacheActive() != OrvSnCacheInactive;
 }
 
-bool isBlocked(const OrvLayer* pSharer) { return !OrvLayerUtils::isLayerModifiable(pSharer); }
+bool isBlocked(const OrvLayer* pSharer)
+{
+    return !OrvLayerUtils::isLayerModifiable(pSharer);
+}
 
 QStringList reasonsToAsk(const OrvLayer* pLayer)
 {
     QStringList Reasons;
     if (pLayer->isDownstreamLocked())
-        Reasons += Row::tr(" * Ancestors of this layer are locked. Unlocking this layer will unlock its ancestors");
+        Reasons += Row::tr(
+            " * Ancestors of this layer are locked. Unlocking this layer will unlock its ancestors");
     if (isCachedUpTo(pLayer))
         Reasons += Row::tr(" * Up to this layer is cached. Unlocking this layer will remove the cache");
     if (pLayer->hasLayerCache())
         Reasons += Row::tr(" * This layer is cached. Unlocking this layer will remove the cache");
     if (pLayer->isDownstreamCached())
-        Reasons += Row::tr(" * This layer is part of a cached layer. Unlocking this layer will remove the cache.");
+        Reasons += Row::tr(
+            " * This layer is part of a cached layer. Unlocking this layer will remove the cache.");
     const QList<OrvLayer*> Sharers = pLayer->getOtherSharers();
     if (std::any_of(Sharers.cbegin(), Sharers.cend(), isBlocked)) {
-        Reasons += Row::tr(" * One of other shared layers that share resources with this layer is not modifiable due "
-                           "to locking and/or caching. Unlocking this layer will remove the lock and/or cache");
+        Reasons += Row::tr(
+            " * One of other shared layers that share resources with this layer is not modifiable due "
+            "to locking and/or caching. Unlocking this layer will remove the lock and/or cache");
     }
     return Reasons;
 }
 
 bool userAgrees(const QStringList& Reasons)
 {
-    const QStringList Lines = QStringList(Row::tr("This layer is locked due to the following situation:")) + Reasons
-        + QStringList(Row::tr("Would you like to unlock this layer?"));
-    return QMessageBox::question(&OrvMainWindow::instance(), Row::tr("Ancestor Locked"), Lines.join(QLatin1Char('\n')),
-               QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
+    const QStringList Lines = QStringList(Row::tr("This layer is locked due to the following situation:"))
+        + Reasons + QStringList(Row::tr("Would you like to unlock this layer?"));
+    return QMessageBox::question(&OrvMainWindow::instance(), Row::tr("Ancestor Locked"),
+               Lines.join(QLatin1Char('\n')), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
         == QMessageBox::Yes;
 }
 
@@ -74,7 +80,10 @@ void setOwnLock(OrvLayer* pLayer, bool Locked)
 
 } // namespace
 
-bool OrvLayerRowLock::isShownLocked(const OrvLayer* pLayer) { return pLayer->isLocked() || !pLayer->isModifiable(); }
+bool OrvLayerRowLock::isShownLocked(const OrvLayer* pLayer)
+{
+    return pLayer->isLocked() || !pLayer->isModifiable();
+}
 
 void OrvLayerRowLock::lock(OrvLayer* pLayer)
 {

@@ -35,9 +35,15 @@ void OrvLayerStackPopupButton::dragEnterEvent(QDragEnterEvent* pEvent)
     pEvent->accept();
 }
 
-void OrvLayerStackPopupButton::dragMoveEvent(QDragMoveEvent* pEvent) { pEvent->ignore(); }
+void OrvLayerStackPopupButton::dragMoveEvent(QDragMoveEvent* pEvent)
+{
+    pEvent->ignore();
+}
 
-void OrvLayerStackPopupButton::dragLeaveEvent(QDragLeaveEvent*) { m_HoverTimer.stop(); }
+void OrvLayerStackPopupButton::dragLeaveEvent(QDragLeaveEvent*)
+{
+    m_HoverTimer.stop();
+}
 
 void OrvLayerStackPopupButton::timerEvent(QTimerEvent* pEvent)
 {

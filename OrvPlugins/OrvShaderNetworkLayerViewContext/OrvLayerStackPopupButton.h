@@ -6,9 +6,9 @@
 #include <QtCore/QPointer>
 #include <QtWidgets/QToolButton>
 
-/// The button of a mask stack or an adjustment stack in a layer's row, which owns it. It opens the palette of the
-/// stack, also under a dragged layer that rests on it, so that the layer can be dropped there; it takes no drop
-/// itself.
+/// The button of a mask stack or an adjustment stack in a layer's row, which owns it. It opens the palette of
+/// the stack, also under a dragged layer that rests on it, so that the layer can be dropped there; it takes
+/// no drop itself.
 class OrvLayerStackPopupButton : public QToolButton {
     Q_OBJECT
 

@@ -14,6 +14,7 @@
 #include "OrvCoreModules/Window/OrvGui.h"
 #include "OrvCoreModules/Window/OrvResourceInfo.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCustomStyle.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragHover.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
@@ -35,11 +36,29 @@ constexpr int EmptyTextMargin = 16;
 /// Rows have their height before they have their widgets, and nothing of their own to paint but the background.
 class OrvLayerRowDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit OrvLayerRowDelegate(OrvLayerTreeView* pTreeView)
+        : QStyledItemDelegate(pTreeView)
+        , m_TreeView(pTreeView)
+    {
+    }
+
     QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
     {
         return {SmallestSize.width(), OrvLayerViewItemRowWidget::RowHeight};
     }
+
+    void paint(QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
+    {
+        QStyledItemDelegate::paint(pPainter, Option, Index);
+        // The picture under the cursor of a drag has no widgets of its own.
+        if (pPainter->device()->devType() != QInternal::Pixmap)
+            return;
+        if (QWidget* pRowWidget = m_TreeView->indexWidget(Index))
+            pRowWidget->render(pPainter, Option.rect.topLeft(), QRegion(), QWidget::DrawChildren);
+    }
+
+private:
+    OrvLayerTreeView* m_TreeView;
 };
 
 } // namespace
@@ -47,6 +66,7 @@ public:
 OrvLayerTreeView::OrvLayerTreeView(QWidget* pParent, OrvLayerView* pLayerView)
     : QTreeView(pParent)
     , m_LayerView(pLayerView)
+    , m_DragHover(new OrvLayerDragHover(pLayerView, this))
 {
     setHeaderHidden(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -95,8 +115,21 @@ void OrvLayerTreeView::disconnectSelectionRelay()
 
 void OrvLayerTreeView::setRowWidget(const QModelIndex& Index, QWidget* pWidget)
 {
+    // The base class would show the widget at once, and have it polished for that. Said to be shown already, it is
+    // left alone until it really comes into view.
+    pWidget->setParent(viewport());
+    pWidget->setAttribute(Qt::WA_WState_ExplicitShowHide, true);
+    pWidget->setAttribute(Qt::WA_WState_Hidden, false);
     setIndexWidget(Index, pWidget);
-    pWidget->hide();
+    pWidget->setAttribute(Qt::WA_WState_Hidden, true);
+}
+
+bool OrvLayerTreeView::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    // Qt offers to polish every new widget; those in view were polished when they were shown.
+    if (pEvent->type() == QEvent::PolishRequest)
+        return true;
+    return QTreeView::eventFilter(pWatched, pEvent);
 }
 
 void OrvLayerTreeView::rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last)
@@ -262,15 +295,41 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
         QTreeView::dragMoveEvent(pEvent);
         return;
     }
-    if (!mayLand(OrvLayerDragPayload::read(pData))) {
-        pEvent->setDropAction(Qt::IgnoreAction);
-        pEvent->ignore();
-        return;
+    m_DragHover->restAt(indexAt(pEvent->pos()));
+    bool Accepted = mayLand(OrvLayerDragPayload::read(pData));
+    if (Accepted) {
+        // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
+        pEvent->setDropAction(Qt::CopyAction);
+        setDropIndicatorShown(true);
+        QTreeView::dragMoveEvent(pEvent);
+        Accepted = pEvent->isAccepted() && wouldDrop(*pEvent);
     }
-    // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
-    pEvent->setDropAction(Qt::CopyAction);
-    QTreeView::dragMoveEvent(pEvent);
-    pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
+    setDropIndicatorShown(Accepted);
+    pEvent->setDropAction(Accepted ? OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers())
+                                   : Qt::IgnoreAction);
+    pEvent->setAccepted(Accepted);
+}
+
+bool OrvLayerTreeView::wouldDrop(const QDropEvent& Event)
+{
+    const QModelIndex Index = indexAt(Event.pos());
+    switch (dropIndicatorPosition()) {
+    case AboveItem:
+        return m_DragHover->wouldDrop(Event, Index.row(), Index.parent());
+    case BelowItem:
+        return m_DragHover->wouldDrop(Event, Index.row() + 1, Index.parent());
+    case OnItem:
+        return m_DragHover->wouldDrop(Event, -1, Index);
+    case OnViewport:
+        break;
+    }
+    return m_DragHover->wouldDrop(Event, -1, QModelIndex());
+}
+
+void OrvLayerTreeView::dragLeaveEvent(QDragLeaveEvent* pEvent)
+{
+    m_DragHover->leave();
+    QTreeView::dragLeaveEvent(pEvent);
 }
 
 bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
@@ -304,8 +363,12 @@ bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
 
 void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
 {
+    m_DragHover->leave();
     pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
     QTreeView::dropEvent(pEvent);
+    // Told of a move, the view that the rows come from would take them away; the document has moved them.
+    if (pEvent->dropAction() == Qt::MoveAction)
+        pEvent->setDropAction(Qt::CopyAction);
 }
 
 void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)

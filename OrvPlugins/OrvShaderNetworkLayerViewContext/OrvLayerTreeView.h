@@ -6,6 +6,7 @@
 #include <QtWidgets/QTreeView>
 
 class OrvLayer;
+class OrvLayerDragHover;
 class OrvLayerView;
 class OrvSnBaseNode;
 
@@ -30,6 +31,8 @@ public:
     /// Shown in the middle of a tree without rows.
     void setEmptyText(const QString& Text);
 
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
+
 Q_SIGNALS:
     void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
 
@@ -43,6 +46,7 @@ protected:
     void enterEvent(QEvent* pEvent) override;
     void leaveEvent(QEvent* pEvent) override;
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void dragLeaveEvent(QDragLeaveEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
@@ -59,9 +63,12 @@ private:
     QString branchStyleSheet() const;
     void removeRowWidgetsBelow(const QModelIndex& Parent);
     bool mayLand(const QVector<OrvSnBaseNode*>& Nodes) const;
+    /// Said as for the model, of the place that the base class just found.
+    bool wouldDrop(const QDropEvent& Event);
     void selectSharingRows(const QSet<OrvLayer*>& Deselected);
 
     OrvLayerView* m_LayerView;
+    OrvLayerDragHover* m_DragHover;
     QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
     bool m_PlainClick = false;
     QVector<QPointer<QWidget>> m_RowWidgetsInView;

@@ -17,7 +17,6 @@
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
-#include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -27,10 +26,16 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackChanges.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewAttributeFilter.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewColorTagFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewKindFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewNameFilter.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
@@ -48,6 +53,7 @@ const QString SettingsGroup = QStringLiteral("LayerView");
 const QString SplitterKey = QStringLiteral("SplitterSize");
 constexpr int RefreshInterval = 125; // ms
 constexpr int ParentCloseDelay = 20; // ms
+constexpr double FirstLayersShare = 0.6; // of the height, until the user moves the splitter
 const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
 
 void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
@@ -76,9 +82,7 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     : QWidget(pParent)
     , m_Palette(qobject_cast<OrvPalette*>(pParent))
 {
-    m_AddShaderLayerMenuAction = OrvActionTreeManager::instance().findAction(
-        OrvLayerViewContext::ShadersPath + QStringLiteral("/Add New Shader Layer"));
-    if (!m_AddShaderLayerMenuAction)
+    if (!OrvActionTreeManager::instance().hasAction(OrvLayerViewContext::AddShaderLayerAction))
         report(__LINE__,
             "[ !! ] Assertion 'NULL != m_AddShaderLayerMenuAction' failed: Action Menu not created");
     m_Splitter = new QSplitter(Qt::Vertical, this);
@@ -92,6 +96,7 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     m_Splitter->addWidget(m_PropertiesArea);
     m_Splitter->setCollapsible(1, true);
     m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
+    m_RowFilter = std::make_unique<OrvLayerViewRowFilter>(m_Model, m_View, m_FilterBar);
     m_StackChanges = new OrvLayerStackChanges(this);
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
@@ -115,6 +120,12 @@ QWidget* OrvLayerView::createLayersPane()
 {
     QWidget* pPane = new QWidget;
     QVBoxLayout* pLayout = createTightLayout(pPane, 1);
+    m_FilterBar = new OrvLayerViewFilterBar(this, pLayout);
+    for (OrvLayerViewFilterType* pFilterType :
+        std::initializer_list<OrvLayerViewFilterType*>{new OrvLayerViewNameFilter(this),
+            new OrvLayerViewKindFilter(this), new OrvLayerViewAttributeFilter(this),
+            new OrvLayerViewColorTagFilter(this)})
+        m_FilterBar->addFilter(pFilterType);
     m_BlendRow = new OrvLayerBlendRow(this);
     m_Model = new OrvLayerViewModel(this, this);
     m_View = new OrvLayerTreeView(pPane, this);
@@ -130,6 +141,7 @@ QWidget* OrvLayerView::createLayersPane()
 
 void OrvLayerView::connectParts()
 {
+    connect(m_FilterBar, SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
     m_View->connectSelectionRelay();
     connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
         SLOT(onCurrentIndexChanged(QModelIndex)));
@@ -188,7 +200,18 @@ void OrvLayerView::restoreSplitter()
     m_Splitter->setSizes({Height / 10 * 4, Height / 10 * 6});
     OrvSettings Settings;
     Settings.beginGroup(SettingsGroup);
-    m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+    m_SplitterIsSet = m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+void OrvLayerView::showEvent(QShowEvent* pEvent)
+{
+    QWidget::showEvent(pEvent);
+    // Only now is there a height to share out.
+    if (m_SplitterIsSet)
+        return;
+    const int LayersHeight = int(m_Splitter->height() * FirstLayersShare);
+    m_Splitter->setSizes({LayersHeight, m_Splitter->height() - LayersHeight});
+    m_SplitterIsSet = true;
 }
 
 OrvLayerStack* OrvLayerView::layerStack() const { return m_LayerStack; }
@@ -223,11 +246,7 @@ void OrvLayerView::renameCurrentLayer()
     if (!pRowWidget)
         return;
     m_View->scrollTo(m_View->currentIndex());
-    // A row has its parts once it was painted.
-    if (!pRowWidget->findChild<OrvEditLabel*>())
-        pRowWidget->repaint();
-    if (auto* pNameLabel = pRowWidget->findChild<OrvEditLabel*>())
-        pNameLabel->edit();
+    pRowWidget->editName();
 }
 
 // Refresh
@@ -306,6 +325,7 @@ void OrvLayerView::showStack(OrvLayerStack* pLayerStack)
         changeCurrentIndex(pLayer);
     }
     updateComponentButtons(OrvLayerManager::instance().currentLayer());
+    updateItemTreeFilteredStates();
     refreshProperties();
 }
 
@@ -408,11 +428,11 @@ void OrvLayerView::refreshProperties()
 {
     OrvLayer* pLayer = currentRowLayer();
     // Editors that are in use outlive a refresh: the user may be dragging one of their sliders.
-    if (!pLayer || m_BlendRow->blendNode() != pLayer->blendNode()) {
+    if (!pLayer || m_BlendRow->layer() != pLayer) {
         redrawProperties();
         return;
     }
-    m_BlendRow->refresh(pLayer, m_LayerStack);
+    m_BlendRow->refresh();
     m_PropertiesArea->refresh(pLayer);
 }
 
@@ -427,15 +447,7 @@ QList<QPointer<QWidget>> OrvLayerView::createPropertyWidgets(OrvLayer* Layer, QW
     return m_PropertiesArea->createEditors(Layer, Parent);
 }
 
-void OrvLayerView::onUserAttributeChanged(OrvCustomAttribute Attribute)
-{
-    if (Attribute.name() == OrvMergeAttributes::AdvancedEnabled)
-        onAdvancedBlendingChanged(Attribute.value().toInt() != 0);
-    else if (Attribute.name() == OrvMergeAttributes::AmountEnabled)
-        m_BlendRow->setAmountEnabled(Attribute.value().toBool(), currentRowLayer());
-    else if (Attribute.name() == OrvMergeAttributes::PassThrough)
-        m_BlendRow->refresh(currentRowLayer(), m_LayerStack);
-}
+void OrvLayerView::onUserAttributeChanged(OrvCustomAttribute Attribute) { m_BlendRow->followAttribute(Attribute); }
 
 void OrvLayerView::showAdvancedBlendingOptions() { m_BlendRow->showAdvancedOptions(); }
 
@@ -443,24 +455,11 @@ void OrvLayerView::onAdvancedBlendingChanged(bool Enabled) { m_BlendRow->setAdva
 
 void OrvLayerView::onBlendAmountChanged(bool Enabled)
 {
-    const OrvLayer* pLayer = currentRowLayer();
-    if (pLayer && m_BlendRow->blendNode())
-        m_BlendRow->setAmountEnabled(Enabled, pLayer);
+    if (m_BlendRow->layer())
+        m_BlendRow->setAmountEnabled(Enabled);
 }
 
-void OrvLayerView::onPassThroughChecked(bool PassThrough)
-{
-    const OrvLayer* pLayer = currentRowLayer();
-    if (!pLayer) {
-        report(__LINE__, "Layer is NULL");
-        return;
-    }
-    if (!pLayer->blendNode()) {
-        report(__LINE__, "BlendNode is NULL");
-        return;
-    }
-    OrvLayerStreamUtils::setLayerGroupPassThrough(pLayer->blendNode(), PassThrough);
-}
+void OrvLayerView::onPassThroughChecked(bool PassThrough) { m_Commands->setPassThrough(m_BlendRow->layer(), PassThrough); }
 
 // Commands
 
@@ -511,6 +510,14 @@ const QAction* OrvLayerView::sendingAction() const
         report(__LINE__, "pAction is NULL");
     return pAction;
 }
+
+void OrvLayerView::updateItemTreeFilteredStates(QStandardItem* pRootItem) { m_RowFilter->apply(pRootItem); }
+
+void OrvLayerView::updateItemTreeFilteredStates() { updateItemTreeFilteredStates(m_Model->invisibleRootItem()); }
+
+void OrvLayerView::updateShaderInputConnections() { requestRefresh(); }
+void OrvLayerView::createChannel() { m_Commands->createChannel(OrvLayerViewCommands::OrdinaryChannel); }
+void OrvLayerView::createMaterialChannel() { m_Commands->createChannel(OrvLayerViewCommands::MaterialChannel); }
 
 void OrvLayerView::switchActionsEnabled(OrvProject* Project) { m_ToolBar->setCommandsEnabled(Project); }
 

@@ -18,8 +18,10 @@ class OrvLayerStackChanges;
 class OrvLayerToolBar;
 class OrvLayerTreeView;
 class OrvLayerViewCommands;
+class OrvLayerViewFilterBar;
 class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
+class OrvLayerViewRowFilter;
 class OrvLayerViewRowSynchronizer;
 class OrvPalette;
 class OrvProject;
@@ -27,6 +29,7 @@ class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QAction;
 class QSplitter;
+class QStandardItem;
 
 /// Body of every Layers palette, which owns it: the layers of one stack as a tree, the commands that make and remove
 /// layers, blending and properties of the current one. It rebuilds itself from the host after every burst of changes
@@ -78,6 +81,12 @@ public Q_SLOTS:
     void refresh();
     void onCurrentIndexChanged(QModelIndex Current);
     void switchActionsEnabled(OrvProject* Project);
+    /// Hides and shows the item's row and those below it, or all rows, as the filter bar asks.
+    void updateItemTreeFilteredStates(QStandardItem* pRootItem);
+    void updateItemTreeFilteredStates();
+    void updateShaderInputConnections();
+    void createChannel();
+    void createMaterialChannel();
     QList<QPointer<QWidget>> createPropertyWidgets(OrvLayer* Layer, QWidget* Parent);
     void onUnrepresentableButtonClicked();
     void onRefreshTimerTimeout();
@@ -121,6 +130,7 @@ public Q_SLOTS:
 protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
+    void showEvent(QShowEvent* pEvent) override;
 
 private:
     QWidget* createLayersPane();
@@ -141,13 +151,15 @@ private:
     QPointer<OrvLayerStack> m_LayerStack;
     OrvLayerViewModel* m_Model = nullptr;
     OrvLayerTreeView* m_View = nullptr;
+    OrvLayerViewFilterBar* m_FilterBar = nullptr;
     OrvLayerBlendRow* m_BlendRow = nullptr;
     OrvLayerToolBar* m_ToolBar = nullptr;
     OrvLayerPropertiesArea* m_PropertiesArea = nullptr;
     QSplitter* m_Splitter = nullptr;
-    QPointer<QAction> m_AddShaderLayerMenuAction;
+    bool m_SplitterIsSet = false;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
     std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
+    std::unique_ptr<OrvLayerViewRowFilter> m_RowFilter;
     std::unique_ptr<OrvLayerViewCommands> m_Commands;
     OrvLayerStackChanges* m_StackChanges = nullptr;
 };

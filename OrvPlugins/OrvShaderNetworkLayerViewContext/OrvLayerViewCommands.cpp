@@ -1,10 +1,12 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
@@ -21,6 +23,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvTagColorSwatch.h"
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QAction>
@@ -176,8 +179,7 @@ void OrvLayerViewCommands::addShaderLayer()
 {
     if (!layerStack(__LINE__))
         return;
-    QAction* pAction = OrvActionTreeManager::instance().findAction(
-        OrvLayerViewContext::ShadersPath + QStringLiteral("/Add New Shader Layer"));
+    QAction* pAction = OrvActionTreeManager::instance().findAction(OrvLayerViewContext::AddShaderLayerAction);
     if (!pAction) {
         report(__LINE__, "Action is NULL");
         return;
@@ -191,6 +193,15 @@ void OrvLayerViewCommands::addShaderLayer()
     pAction->trigger();
     Shaders.setCurrentShader(pCurrentShaderNode);
     Shaders.setLayerShaderCreating(false);
+}
+
+void OrvLayerViewCommands::createChannel(ChannelKind Kind)
+{
+    const bool Material = Kind == MaterialChannel;
+    OrvUndoManager::AutoMacro Macro(
+        Material ? OrvLayerView::tr("Add Material Channel") : OrvLayerView::tr("Add Channel"));
+    if (!OrvShaderInputUtils::createShaderInput(Material))
+        Macro.cancel();
 }
 
 void OrvLayerViewCommands::groupLayers(OrvLayerCreateFlags Flags)
@@ -243,6 +254,16 @@ void OrvLayerViewCommands::paste()
         warn(OrvLayerView::tr("Layer Operation Failed"), Error);
 }
 
+void OrvLayerViewCommands::setPassThrough(OrvLayer* pGroup, bool PassThrough)
+{
+    if (!pGroup)
+        report(__LINE__, "Layer is NULL");
+    else if (!pGroup->blendNode())
+        report(__LINE__, "BlendNode is NULL");
+    else
+        OrvLayerStreamUtils::setLayerGroupPassThrough(pGroup->blendNode(), PassThrough);
+}
+
 void OrvLayerViewCommands::setSelectedColors(const QColor& Color)
 {
     const OrvLayerStack* pLayerStack = layerStack(__LINE__);
@@ -254,17 +275,9 @@ void OrvLayerViewCommands::setSelectedColors(const QColor& Color)
 
 void OrvLayerViewCommands::pickTagColors()
 {
-    const QString None = QStringLiteral("none");
-    const QMap<QString, QColor>& Colors = OrvLayerUtils::validLayerColors();
-    auto* pSwatch = new OrvBasicColorSwatch(Colors.size(), 1, m_LayerView, Qt::Popup);
+    OrvBasicColorSwatch* pSwatch = OrvTagColorSwatch::create(m_LayerView, Qt::Popup);
     pSwatch->setAttribute(Qt::WA_DeleteOnClose);
     pSwatch->setCheckable(false);
-    pSwatch->setColor(0, 0, QColor(), None, true, true);
-    int Cell = 1;
-    for (auto Color = Colors.cbegin(); Color != Colors.cend(); ++Color) {
-        if (Color.key() != None)
-            pSwatch->setColor(Cell++, 0, Color.value(), Color.key(), false, false);
-    }
     QObject::connect(
         pSwatch, SIGNAL(colorPicked(QColor)), m_LayerView, SLOT(setSelectedColors(const QColor&)));
     QObject::connect(pSwatch, SIGNAL(colorPicked(QColor)), pSwatch, SLOT(close()));

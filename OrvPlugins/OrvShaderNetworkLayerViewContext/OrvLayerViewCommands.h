@@ -14,6 +14,8 @@ class QColor;
 /// was refused. The palette owns them; its slots of the same names lead here.
 class OrvLayerViewCommands {
 public:
+    enum ChannelKind { OrdinaryChannel, MaterialChannel };
+
     explicit OrvLayerViewCommands(OrvLayerView* pLayerView);
 
     void addNewLayer();
@@ -29,6 +31,7 @@ public:
     void addProceduralLayer(const QString& Key);
     void addStackAdjustment(const QString& Key);
     void addShaderLayer();
+    void createChannel(ChannelKind Kind);
     void groupLayers(OrvLayerCreateFlags Flags);
     void duplicateLayers();
     void mergeLayers();
@@ -36,6 +39,7 @@ public:
     void cut();
     void copy();
     void paste();
+    void setPassThrough(OrvLayer* pGroup, bool PassThrough);
     void setSelectedColors(const QColor& Color);
     void pickTagColors();
     /// Lets the user find a node type by typing, and adds a layer of it.

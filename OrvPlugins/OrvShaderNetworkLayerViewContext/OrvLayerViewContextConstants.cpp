@@ -60,6 +60,7 @@ const QVector<QRegExp> ChannelNamePatterns{
 
 const QString ShadersPath = QStringLiteral("/Orvi/Layers/Shaders");
 const QString AddShaderPath = ShadersPath + QStringLiteral("/AddShader");
+const QString AddShaderLayerAction = ShadersPath + QStringLiteral("/Add New Shader Layer");
 const QString AddShaderKey = QStringLiteral("AddShader");
 const QString LayerShaderNodeType = QStringLiteral("OrvLayerShader");
 const QString LayerOfLayerShaderNodeType = QStringLiteral("OrvLayer_OrvLayerShader");

@@ -38,6 +38,7 @@ extern const QVector<QRegExp> ChannelNamePatterns;
 
 // Shaders.
 extern const QString ShadersPath, AddShaderPath;
+extern const QString AddShaderLayerAction;
 extern const QString AddShaderKey;
 extern const QString LayerShaderNodeType, LayerOfLayerShaderNodeType;
 

@@ -12,11 +12,12 @@
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
-#include "OrvCoreModules/Menus/OrvShortcutSequence.h"
 #include "OrvCoreModules/Menus/OrvToggleAction.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowContents.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowCost.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowLock.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
@@ -29,8 +30,6 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QLabel>
-
-#include <array>
 
 using namespace OrvLayerViewContext;
 
@@ -51,39 +50,15 @@ void setSheet(QWidget* pWidget, const QString& StyleSheet)
         pWidget->setStyleSheet(StyleSheet);
 }
 
-QString quotedName(const OrvLayer* pLayer) { return QStringLiteral(" '%1'").arg(pLayer->name()); }
-
-/// Red, green and blue up to 1. Green for a cheap layer, red for a costly one; blue where a cache saves the cost.
-std::array<double, 3> costColor(const OrvLayer* pLayer)
+QString quotedName(const OrvLayer* pLayer)
 {
-    if (pLayer->isDownstreamCached())
-        return {0.25, 0.5, 1};
-    if (pLayer->isCachedUpToHere() || pLayer->isLayerCached())
-        return {0, 0, 1};
-    const double Cost = qBound(0.0, pLayer->cost(), 1.0);
-    const bool HasIdleCache = pLayer->hasCacheUpToHere() || pLayer->hasLayerCache();
-    return {Cost, 1 - Cost, HasIdleCache ? 1.0 : 0.0};
-}
-
-QString dragHint(const OrvLayer* pLayer)
-{
-    using Row = OrvLayerViewItemRowWidget;
-    const QString Share = OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Shift"));
-    const QString Copy = OrvShortcutSequence::toUserFriendlyString(QStringLiteral("Ctrl+Alt"));
-    return Row::tr("Use Shift (or %1) and left-mouse drag to share layers.\n").arg(Share)
-        + Row::tr("Use Alt (or %2) and left-mouse drag to copy layers.\nUse left-mouse drag to move layers.\n\n")
-              .replace(QStringLiteral("%2"), Copy)
-        + (pLayer->isTaggedForCrossChannelSharing()
-                ? Row::tr("Note that layers can also be moved, copied and shared\n"
-                          "between the stacks of different channels.\n")
-                : Row::tr("Note that layers can also be moved and copied\n"
-                          "between the stacks of different channels.\n"));
+    return QStringLiteral(" '%1'").arg(pLayer->name());
 }
 
 } // namespace
 
 OrvLayerViewItemRowWidget::OrvLayerViewItemRowWidget(OrvLayer* pLayer, OrvLayerView* pLayerView)
-    : QWidget(pLayerView ? pLayerView->treeView()->viewport() : nullptr)
+    : QWidget(pLayerView->treeView()->viewport())
     , m_Layer(pLayer)
     , m_LayerView(pLayerView)
 {
@@ -91,11 +66,27 @@ OrvLayerViewItemRowWidget::OrvLayerViewItemRowWidget(OrvLayer* pLayer, OrvLayerV
 
 OrvLayerViewItemRowWidget::~OrvLayerViewItemRowWidget() = default;
 
-OrvLayer* OrvLayerViewItemRowWidget::layer() const { return m_Layer; }
+OrvLayer* OrvLayerViewItemRowWidget::layer() const
+{
+    return m_Layer;
+}
 
-QSize OrvLayerViewItemRowWidget::sizeHint() const { return {UsualWidth, RowHeight}; }
+bool OrvLayerViewItemRowWidget::checkLayer(int Line) const
+{
+    if (!m_Layer)
+        report(Line, QStringLiteral("m_Layer is NULL"));
+    return m_Layer;
+}
 
-QSize OrvLayerViewItemRowWidget::minimumSizeHint() const { return {0, RowHeight}; }
+QSize OrvLayerViewItemRowWidget::sizeHint() const
+{
+    return {UsualWidth, RowHeight};
+}
+
+QSize OrvLayerViewItemRowWidget::minimumSizeHint() const
+{
+    return {0, RowHeight};
+}
 
 void OrvLayerViewItemRowWidget::paintEvent(QPaintEvent*)
 {
@@ -136,23 +127,24 @@ void OrvLayerViewItemRowWidget::connectContents()
 
 void OrvLayerViewItemRowWidget::connectLayer()
 {
-    // The layer sends its managers' signals for itself alone: with thousands of rows at the managers, every change
-    // would ask every row.
+    // The layer sends its managers' signals for itself alone: with thousands of rows at the managers, every
+    // change would ask every row.
     connect(m_Layer, SIGNAL(enabledAsBoolChanged(bool)), this, SLOT(updateVisibilityIcon()));
     connect(m_Layer, SIGNAL(nameChanged(QString)), this, SLOT(updateEditLabelText()));
     connect(m_Layer, SIGNAL(colorChanged(QColor)), this, SLOT(updateColorTagWidget()));
     connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateCustomProceduralIcon()));
     connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateMaterialButton()));
     connect(m_Layer, SIGNAL(proceduralTypeChanged(int)), this, SLOT(updateCustomProceduralIcon()));
-    connect(&OrvLayerManager::instance(), SIGNAL(currentComponentChanged(OrvSnBaseNode*, OrvSnBaseNode*)), this,
-        SLOT(updateComponentButtons()));
+    connect(&OrvLayerManager::instance(), SIGNAL(currentComponentChanged(OrvSnBaseNode*, OrvSnBaseNode*)),
+        this, SLOT(updateComponentButtons()));
     connect(m_Layer, SIGNAL(maskEnabledChanged(bool)), this, SLOT(updateMaskIcon()));
     connect(m_Layer, SIGNAL(adjustmentEnabledChanged(bool)), this, SLOT(updateAdjustmentIcon()));
     connect(m_Layer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
     connect(m_Layer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(updateCostWidget()));
     connect(m_Layer, SIGNAL(cacheStateChanged()), this, SLOT(updateCostWidget()));
     connect(m_Layer, SIGNAL(selectedChanged(bool, OrvLayer*)), this, SLOT(onSelectedChanged(bool)));
-    connect(m_Layer, SIGNAL(nodeEnabledChanged(OrvSnBaseNode*, int)), this, SLOT(onNodeEnabledChanged(OrvSnBaseNode*)));
+    connect(m_Layer, SIGNAL(nodeEnabledChanged(OrvSnBaseNode*, int)), this,
+        SLOT(onNodeEnabledChanged(OrvSnBaseNode*)));
 }
 
 void OrvLayerViewItemRowWidget::updateContents()
@@ -177,10 +169,8 @@ void OrvLayerViewItemRowWidget::onLayerStateRefreshed()
 
 void OrvLayerViewItemRowWidget::setName(QString Name)
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     Name = Name.trimmed();
     if (!Name.isEmpty() && Name != m_Layer->name()) {
         OrvUndoManager::AutoMacro Macro(tr("Rename Layer '%1'").arg(m_Layer->name()));
@@ -216,27 +206,32 @@ void OrvLayerViewItemRowWidget::showPlainName()
         m_pContents->pNameLabel->clearDisplayText();
 }
 
+bool OrvLayerViewItemRowWidget::showsGroup() const
+{
+    return OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack());
+}
+
 bool OrvLayerViewItemRowWidget::isExpanded() const
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return false;
-    }
-    if (!OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack())) {
+    if (!showsGroup()) {
         report(__LINE__,
-            QStringLiteral("[ !! ] Assertion 'OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack())' "
-                           "failed: This should not be called for non-layer group %1")
+            QStringLiteral(
+                "[ !! ] Assertion 'OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerView->layerStack())' "
+                "failed: This should not be called for non-layer group %1")
                 .arg(m_Layer->name()));
         return false;
     }
     const OrvSnMergeNode* pNode = m_Layer->blendNode();
-    return !pNode || !pNode->exists(ExpandLayerGroupKey) || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
+    return !pNode || !pNode->exists(ExpandLayerGroupKey)
+        || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
 }
 
 void OrvLayerViewItemRowWidget::setExpanded(bool Expanded)
 {
     OrvSnMergeNode* pNode = m_Layer ? m_Layer->blendNode() : nullptr;
-    if (!pNode || isExpanded() == Expanded)
+    if (!pNode || !showsGroup() || isExpanded() == Expanded)
         return;
     if (pNode->exists(ExpandLayerGroupKey)) {
         pNode->setUserAttributeValue(ExpandLayerGroupKey, Expanded);
@@ -261,14 +256,13 @@ OrvLayerViewItemRowWidget::ComponentClick OrvLayerViewItemRowWidget::componentCl
 
 void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     if (componentClick() == RepeatedShiftClick)
         return;
     const bool Visible = !m_Layer->isVisible();
-    OrvUndoManager::AutoMacro Macro((Visible ? tr("Show Layer '%1'") : tr("Hide Layer '%1'")).arg(m_Layer->name()));
+    OrvUndoManager::AutoMacro Macro(
+        (Visible ? tr("Show Layer '%1'") : tr("Hide Layer '%1'")).arg(m_Layer->name()));
     m_Layer->setVisible(Visible);
     updateVisibilityIcon();
 }
@@ -299,25 +293,33 @@ void OrvLayerViewItemRowWidget::updateColorTagWidget()
     }
     const QColor Color = m_Layer->color();
     setSheet(m_pContents->pColorTag,
-        Color.isValid() ? QStringLiteral("QLabel { border-radius : 3px; background-color : rgb(%1,%2,%3); }")
-                              .arg(Color.red())
-                              .arg(Color.green())
-                              .arg(Color.blue())
-                        : QStringLiteral("QLabel { border-radius : 3px; background-color : rgba(0,0,0,0); }"));
+        Color.isValid()
+            ? QStringLiteral("QLabel { border-radius : 3px; background-color : rgb(%1,%2,%3); }")
+                  .arg(Color.red())
+                  .arg(Color.green())
+                  .arg(Color.blue())
+            : QStringLiteral("QLabel { border-radius : 3px; background-color : rgba(0,0,0,0); }"));
 }
 
 void OrvLayerViewItemRowWidget::updatePaintButton()
 {
     if (!m_pContents || !m_Layer)
         return;
-    m_pContents->pPaintButton->setIcon(OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
+    m_pContents->pPaintButton->setComponentIcon(
+        OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
     m_pContents->pPaintButton->setComponentNode(m_Layer->blendNode());
-    m_pContents->pPaintButton->setToolTip(dragHint(m_Layer));
+    m_pContents->pPaintButton->setToolTip(OrvLayerComponentPushButton::dragHint(m_Layer));
 }
 
-void OrvLayerViewItemRowWidget::updateCustomProceduralIcon() { updatePaintButton(); }
+void OrvLayerViewItemRowWidget::updateCustomProceduralIcon()
+{
+    updatePaintButton();
+}
 
-void OrvLayerViewItemRowWidget::updateMaterialButton() { updatePaintButton(); }
+void OrvLayerViewItemRowWidget::updateMaterialButton()
+{
+    updatePaintButton();
+}
 
 void OrvLayerViewItemRowWidget::updateComponentButtons()
 {
@@ -335,19 +337,21 @@ void OrvLayerViewItemRowWidget::updateMaskIcon()
     const bool IsStack = m_Layer->hasMaskStack();
     const bool Enabled = m_Layer->isMaskEnabled();
     const QString Toggle = Enabled ? tr("Shift + Click to Disable") : tr("Shift + Click to Enable");
-    const auto show = [Enabled](QAbstractButton* pButton, const QIcon& Icon, const QString& ToolTip) {
-        pButton->setIcon(Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton));
-        pButton->setToolTip(ToolTip);
+    const auto icon = [Enabled](const QIcon& Icon, const QAbstractButton* pButton) {
+        return Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton);
     };
-    m_pContents->pMaskStackButton->setPopupStack(m_Layer->maskStack());
-    m_pContents->pMaskStackButton->setVisible(IsStack);
-    if (IsStack)
-        show(m_pContents->pMaskStackButton, OrvLayerRowIcons::maskStack(), Toggle);
-    m_pContents->pMaskButton->setComponentNode(m_Layer->maskNode());
-    m_pContents->pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
-    if (!IsStack)
-        show(m_pContents->pMaskButton, OrvLayerRowIcons::mask(m_Layer),
-            tr("Mask") + QLatin1Char('\n') + Toggle + QStringLiteral("\n\n") + dragHint(m_Layer));
+    OrvLayerStackPopupButton* pStackButton = m_pContents->pMaskStackButton;
+    pStackButton->setVisible(IsStack);
+    pStackButton->setPopupStack(m_Layer->maskStack());
+    pStackButton->setIcon(icon(OrvLayerRowIcons::maskStack(), pStackButton));
+    pStackButton->setToolTip(Toggle);
+
+    OrvLayerComponentPushButton* pMaskButton = m_pContents->pMaskButton;
+    pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
+    pMaskButton->setComponentNode(m_Layer->maskNode());
+    pMaskButton->setComponentIcon(icon(OrvLayerRowIcons::mask(m_Layer), pMaskButton));
+    pMaskButton->setToolTip(
+        QStringList{tr("Mask"), Toggle, QString(), pMaskButton->dragHint(m_Layer)}.join(QLatin1Char('\n')));
     updateComponentButtons();
 }
 
@@ -366,8 +370,8 @@ void OrvLayerViewItemRowWidget::updateAdjustmentIcon()
 
 void OrvLayerViewItemRowWidget::updateSharingMarkers()
 {
-    const bool Shared
-        = m_Layer->isPaintComponentShared() || m_Layer->isMaskComponentShared() || m_Layer->isDownstreamShared();
+    const bool Shared = m_Layer->isPaintComponentShared() || m_Layer->isMaskComponentShared()
+        || m_Layer->isDownstreamShared();
     m_pContents->pSharedButton->setVisible(Shared);
     m_pContents->pSharedChannelButton->setVisible(
         m_Layer->isSharedShaderInput() || m_Layer->isTaggedForCrossChannelSharing());
@@ -377,12 +381,7 @@ void OrvLayerViewItemRowWidget::updateCostWidget()
 {
     if (!m_pContents || !m_Layer)
         return;
-    const auto [Red, Green, Blue] = costColor(m_Layer);
-    setSheet(m_pContents->pCost,
-        QStringLiteral("QLabel { background-color : rgb(%1,%2,%3); }")
-            .arg(int(Red * 255))
-            .arg(int(Green * 255))
-            .arg(int(Blue * 255)));
+    setSheet(m_pContents->pCost, OrvLayerRowCost::styleSheet(m_Layer));
     m_pContents->pCost->setToolTip(m_Layer->costDescription());
 }
 
@@ -398,10 +397,8 @@ void OrvLayerViewItemRowWidget::onSelectedChanged(bool Selected)
 
 void OrvLayerViewItemRowWidget::onLockedChanged(bool Locked)
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     if (OrvLayerRowLock::isShownLocked(m_Layer) == Locked)
         return;
     // A refresh while the user is asked may take the row away.
@@ -426,10 +423,8 @@ void OrvLayerViewItemRowWidget::updateLock()
 
 void OrvLayerViewItemRowWidget::makePaintComponentCurrent()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     {
         OrvUndoManager::AutoMacro Macro(tr("Make%1 Current").arg(quotedName(m_Layer)));
         OrvLayerStreamUtils::makePaintComponentCurrent(m_Layer, m_LayerView->layerStack());
@@ -478,10 +473,8 @@ void OrvLayerViewItemRowWidget::toggleMask()
 
 void OrvLayerViewItemRowWidget::onMaskComponentClicked()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     const ComponentClick Click = componentClick();
     if (Click == ShiftClick)
         toggleMask();
@@ -494,10 +487,8 @@ void OrvLayerViewItemRowWidget::onMaskComponentClicked()
 
 void OrvLayerViewItemRowWidget::onMaskStackClicked()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     const ComponentClick Click = componentClick();
     if (Click == ShiftClick)
         toggleMask();
@@ -509,10 +500,8 @@ void OrvLayerViewItemRowWidget::onMaskStackClicked()
 
 void OrvLayerViewItemRowWidget::onAdjustmentStackClicked()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     const ComponentClick Click = componentClick();
     if (Click == PlainClick)
         OrvLayerStackPopupButton::popup(m_Layer->adjustmentStack());
@@ -527,10 +516,8 @@ void OrvLayerViewItemRowWidget::onAdjustmentStackClicked()
 
 void OrvLayerViewItemRowWidget::showSharerList()
 {
-    if (!m_Layer) {
-        report(__LINE__, QStringLiteral("m_Layer is NULL"));
+    if (!checkLayer(__LINE__))
         return;
-    }
     OrvSharerListPopup* pPopup = new OrvSharerListPopup(this);
     const auto addLayers = [pPopup](const QString& Heading, const QList<OrvLayer*>& Layers) {
         if (!Layers.isEmpty())
@@ -547,18 +534,29 @@ void OrvLayerViewItemRowWidget::showSharerList()
     pPopup->popup();
 }
 
+void OrvLayerViewItemRowWidget::showLayerProperties()
+{
+    if (!checkLayer(__LINE__))
+        return;
+    auto* pDialog = new OrvLayerPropertyDialog(m_Layer, m_LayerView);
+    pDialog->setAttribute(Qt::WA_DeleteOnClose);
+    pDialog->show();
+}
+
 void OrvLayerViewItemRowWidget::contextMenuEvent(QContextMenuEvent* pEvent)
 {
     // Commands, and refreshing above all, may take the row away: the menu belongs to the view.
-    OrvMenu* pMenu
-        = OrvMenuManager::instance().makeMenu(QStringLiteral("MainWindow"), QStringLiteral("&Layers"), QString());
+    OrvMenu* pMenu = OrvMenuManager::instance().makeMenu(
+        QStringLiteral("MainWindow"), QStringLiteral("&Layers"), QString());
     pMenu->setParent(m_LayerView, pMenu->windowFlags());
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
     pMenu->addSeparator();
+    connect(pMenu->addAction(tr("Layer Properties")), SIGNAL(triggered()), this, SLOT(showLayerProperties()));
     if (QAction* pAddBakePoint
         = OrvActionTreeManager::instance().findAction(LayersPath + QStringLiteral("/Add Bake Point")))
         pMenu->addAction(pAddBakePoint);
-    connect(pMenu->addAction(tr("Refresh Layer View")), SIGNAL(triggered()), m_LayerView, SLOT(clearAndRefresh()));
+    connect(pMenu->addAction(tr("Refresh Layer View")), SIGNAL(triggered()), m_LayerView,
+        SLOT(clearAndRefresh()));
     pMenu->popup(pEvent->globalPos());
 }
 

@@ -10,9 +10,10 @@ class OrvLayerView;
 class OrvSnBaseNode;
 struct OrvLayerRowContents;
 
-/// One row of a Layers palette. The palette's tree owns it; it shows its layer, follows the layer's own signals and
-/// turns clicks into edits of the host, each one undo step, and it holds nothing of the document. A stack may have
-/// thousands of rows: the widgets of a row, and its connections, are made when it is painted for the first time.
+/// One row of a Layers palette. The palette's tree owns it; it shows its layer, follows the layer's own
+/// signals and turns clicks into edits of the host, each one undo step, and it holds nothing of the document.
+/// A stack may have thousands of rows: the widgets of a row, and its connections, are made when it is painted
+/// for the first time.
 class OrvLayerViewItemRowWidget : public QWidget {
     Q_OBJECT
 
@@ -58,6 +59,7 @@ public Q_SLOTS:
     void onAdjustmentStackClicked();
     void updateAdjustmentIcon();
     void showSharerList();
+    void showLayerProperties();
     /// Unlocking may ask the user; the row then shows what came of it.
     void onLockedChanged(bool Locked);
     void updateCostWidget();
@@ -75,6 +77,9 @@ private:
     enum ComponentClick { PlainClick, ShiftClick, RepeatedShiftClick };
     static ComponentClick componentClick();
 
+    /// Reports a layer that is gone.
+    bool checkLayer(int Line) const;
+    bool showsGroup() const;
     void createContents();
     void connectContents();
     void connectLayer();

@@ -4,9 +4,12 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
@@ -17,9 +20,10 @@
 #include <algorithm>
 
 OrvLayerViewItem::OrvLayerViewItem(const OrvLayer* pLayer)
+    : m_NamesLayer(pLayer && pLayer->blendNode())
 {
     setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled);
-    if (pLayer && pLayer->blendNode())
+    if (m_NamesLayer)
         setData(pLayer->blendNode()->uuidString(), OrvLayerViewUtils::NodeRole);
 }
 
@@ -36,6 +40,8 @@ OrvLayerViewModel::OrvLayerViewModel(OrvLayerView* pLayerView, QObject* pParent)
     : QStandardItemModel(0, 1, pParent)
     , m_LayerView(pLayerView)
 {
+    connect(this, &QAbstractItemModel::rowsInserted, this, &OrvLayerViewModel::enterRows);
+    connect(this, &QAbstractItemModel::rowsAboutToBeRemoved, this, &OrvLayerViewModel::leaveRows);
 }
 
 QStringList OrvLayerViewModel::mimeTypes() const
@@ -72,6 +78,11 @@ bool OrvLayerViewModel::canDropMimeData(
 bool OrvLayerViewModel::dropMimeData(
     const QMimeData* pData, Qt::DropAction, int Row, int, const QModelIndex& Parent)
 {
+    return dropHostContent(pData, Row, Parent) || dropLayers(pData, Row, Parent);
+}
+
+bool OrvLayerViewModel::dropHostContent(const QMimeData* pData, int Row, const QModelIndex& Parent) const
+{
     OrvDragAndDropManager& Drops = OrvDragAndDropManager::instance();
     if (!Drops.acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget))
         return false;
@@ -81,6 +92,33 @@ bool OrvLayerViewModel::dropMimeData(
     if (OrvLayer* pBelow = pTarget ? OrvLayerManager::instance().getLayer(pTarget, true) : nullptr)
         Parameters.insert(QStringLiteral("LayerBelow"), QVariant::fromValue<OrvLayer*>(pBelow));
     return Drops.drop(pData, OrvDragAndDropManager::LayerTreeTarget, Parameters);
+}
+
+bool OrvLayerViewModel::dropLayers(const QMimeData* pData, int Row, const QModelIndex& Parent) const
+{
+    const QVector<OrvSnBaseNode*> Nodes = OrvLayerDragPayload::read(pData);
+    if (Nodes.isEmpty())
+        return false;
+    const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers();
+    OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);
+    if (!pTarget) {
+        OrvDebug("OrvLayerViewModel", __LINE__,
+            QStringLiteral("The layer's new network has no Bottom Transparency node. "
+                           "The layer node was not properly connected"),
+            false, false);
+        return false;
+    }
+    const bool OntoItself = Action == Qt::MoveAction && Nodes.contains(pTarget);
+    if (OntoItself || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+        return false;
+    return OrvLayerDrop::inUndoStep([&] { return layerDrop(pData, Action, Row, Parent).carryOut(); });
+}
+
+OrvLayerDrop OrvLayerViewModel::layerDrop(
+    const QMimeData* pData, Qt::DropAction Action, int Row, const QModelIndex& Parent) const
+{
+    return OrvLayerDrop(OrvLayerDragPayload::read(pData), Action, OrvLayerDragPayload::readStack(pData),
+        dropTargetNode(Row, Parent), m_LayerView->layerStack());
 }
 
 Qt::DropActions OrvLayerViewModel::supportedDropActions() const
@@ -122,21 +160,14 @@ OrvLayer* OrvLayerViewModel::layerFromIndex(const QModelIndex& Index) const
 
 QList<OrvLayerViewItem*> OrvLayerViewModel::itemsFromLayer(const OrvLayer* pLayer) const
 {
-    QList<OrvLayerViewItem*> Items;
-    if (!pLayer || !pLayer->blendNode())
-        return Items;
-    const QString Uuid = pLayer->blendNode()->uuidString();
-    forEachItem([&](OrvLayerViewItem* pItem) {
-        if (pItem->data(OrvLayerViewUtils::NodeRole).toString() == Uuid)
-            Items.append(pItem);
-    });
-    return Items;
+    return pLayer && pLayer->blendNode() ? m_Items.values(pLayer->blendNode()->uuidString())
+                                         : QList<OrvLayerViewItem*>();
 }
 
 QModelIndex OrvLayerViewModel::indexFromLayer(const OrvLayer* pLayer) const
 {
     const QList<OrvLayerViewItem*> Items = itemsFromLayer(pLayer);
-    return Items.isEmpty() ? QModelIndex() : Items.first()->index();
+    return Items.isEmpty() ? QModelIndex() : indexFromItem(Items.first());
 }
 
 QItemSelection OrvLayerViewModel::rowsSharingContentWith(const QSet<OrvLayer*>& Layers) const
@@ -153,26 +184,34 @@ QItemSelection OrvLayerViewModel::rowsSharingContentWith(const QSet<OrvLayer*>& 
     QItemSelection Rows;
     if (Paint.isEmpty() && Masks.isEmpty())
         return Rows;
-    forEachItem([&](OrvLayerViewItem* pItem) {
+    for (const OrvLayerViewItem* pItem : m_Items) {
         OrvLayer* pLayer = pItem->rowWidget() ? pItem->rowWidget()->layer() : nullptr;
         if (pLayer && !Layers.contains(pLayer)
             && (Paint.contains(pLayer->paintImageSet()) || Masks.contains(pLayer->maskImageSet())))
             Rows.select(pItem->index(), pItem->index());
-    });
+    }
     return Rows;
 }
 
-void OrvLayerViewModel::forEachItem(const std::function<void(OrvLayerViewItem*)>& Visit) const
+void OrvLayerViewModel::enterRows(const QModelIndex& Parent, int First, int Last)
 {
-    QVector<const QStandardItem*> Parents{invisibleRootItem()};
-    while (!Parents.isEmpty()) {
-        const QStandardItem* pParent = Parents.takeLast();
-        for (int Row = 0; Row < pParent->rowCount(); ++Row) {
-            auto* pItem = static_cast<OrvLayerViewItem*>(pParent->child(Row));
-            Visit(pItem);
-            if (pItem->hasChildren())
-                Parents.append(pItem);
-        }
+    for (int Row = First; Row <= Last; ++Row) {
+        const QModelIndex Index = index(Row, 0, Parent);
+        if (auto* pItem = static_cast<OrvLayerViewItem*>(itemFromIndex(Index)))
+            m_Items.insert(pItem->data(OrvLayerViewUtils::NodeRole).toString(), pItem);
+        if (hasChildren(Index))
+            enterRows(Index, 0, rowCount(Index) - 1);
+    }
+}
+
+void OrvLayerViewModel::leaveRows(const QModelIndex& Parent, int First, int Last)
+{
+    for (int Row = First; Row <= Last; ++Row) {
+        const QModelIndex Index = index(Row, 0, Parent);
+        if (auto* pItem = static_cast<OrvLayerViewItem*>(itemFromIndex(Index)))
+            m_Items.remove(pItem->data(OrvLayerViewUtils::NodeRole).toString(), pItem);
+        if (hasChildren(Index))
+            leaveRows(Index, 0, rowCount(Index) - 1);
     }
 }
 

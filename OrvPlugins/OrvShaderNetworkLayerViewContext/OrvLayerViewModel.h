@@ -1,13 +1,13 @@
 #pragma once
 
+#include <QtCore/QHash>
 #include <QtCore/QItemSelection>
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
 #include <QtGui/QStandardItemModel>
 
-#include <functional>
-
 class OrvLayer;
+class OrvLayerDrop;
 class OrvLayerView;
 class OrvLayerViewItemRowWidget;
 class OrvSnBaseNode;
@@ -19,6 +19,7 @@ public:
     /// Null makes a warning row.
     explicit OrvLayerViewItem(const OrvLayer* pLayer);
 
+    bool namesLayer() const { return m_NamesLayer; }
     OrvLayerViewItemRowWidget* rowWidget() const;
     void setRowWidget(OrvLayerViewItemRowWidget* pRowWidget);
 
@@ -30,6 +31,7 @@ public:
 private:
     QPointer<OrvLayerViewItemRowWidget> m_RowWidget;
     int m_Order = 0;
+    bool m_NamesLayer;
 };
 
 /// The rows of a layer tree, one per layer, nested as groups are. The owning palette fills and orders them; the model
@@ -50,6 +52,9 @@ public:
 
     /// The node above which content dropped there is inserted; null where nothing can be.
     OrvSnBaseNode* dropTargetNode(int Row, const QModelIndex& Parent) const;
+    /// What dropping the dragged layers there would be.
+    OrvLayerDrop layerDrop(
+        const QMimeData* pData, Qt::DropAction Action, int Row, const QModelIndex& Parent) const;
 
     /// Null for an index without a layer.
     OrvLayer* layerFromIndex(const QModelIndex& Index) const;
@@ -60,8 +65,14 @@ public:
     /// The other rows that show paint or a mask of one of the layers.
     QItemSelection rowsSharingContentWith(const QSet<OrvLayer*>& Layers) const;
 
+private Q_SLOTS:
+    void enterRows(const QModelIndex& Parent, int First, int Last);
+    void leaveRows(const QModelIndex& Parent, int First, int Last);
+
 private:
-    void forEachItem(const std::function<void(OrvLayerViewItem*)>& Visit) const;
+    bool dropHostContent(const QMimeData* pData, int Row, const QModelIndex& Parent) const;
+    bool dropLayers(const QMimeData* pData, int Row, const QModelIndex& Parent) const;
 
     OrvLayerView* m_LayerView;
+    QMultiHash<QString, OrvLayerViewItem*> m_Items; ///< by the identity that they carry
 };

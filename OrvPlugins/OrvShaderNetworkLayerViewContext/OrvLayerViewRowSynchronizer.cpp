@@ -169,20 +169,23 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
         && shows(rowOf(pParent, Rows.size()), Layers[Rows.size()]))
         Rows.append(rowOf(pParent, Rows.size()));
 
-    // The warning row, and the rows from the first difference on, by their layers.
+    // Rows at the end that are right but for their place, a warning row below them aside.
+    int Present = pParent->rowCount();
     OrvLayerViewItem* pWarningRow = nullptr;
-    QHash<QString, int> Others;
-    for (int Row = Rows.size(); Row < pParent->rowCount(); ++Row) {
-        const QString Uuid = rowOf(pParent, Row)->data(OrvLayerViewUtils::NodeRole).toString();
-        if (Uuid.isEmpty())
-            pWarningRow = rowOf(pParent, Row);
-        else
-            Others.insert(Uuid, Row);
-    }
+    if (Present > Rows.size() && !rowOf(pParent, Present - 1)->namesLayer())
+        pWarningRow = rowOf(pParent, --Present);
+    int SameAtEnd = 0;
+    while (Rows.size() + SameAtEnd < qMin(WantedCount, Present)
+        && shows(rowOf(pParent, Present - 1 - SameAtEnd), Layers[WantedCount - 1 - SameAtEnd]))
+        ++SameAtEnd;
 
+    // In between, the rows by their layers.
+    QHash<QString, int> Others;
+    for (int Row = Rows.size(); Row < Present - SameAtEnd; ++Row)
+        Others.insert(rowOf(pParent, Row)->data(OrvLayerViewUtils::NodeRole).toString(), Row);
     QVector<int> KeptAt, FormerPlaces;
     int TakenCount = 0;
-    for (int Row = Rows.size(); Row < WantedCount; ++Row) {
+    for (int Row = Rows.size(); Row < WantedCount - SameAtEnd; ++Row) {
         const OrvLayer* pLayer = Layers[Row];
         const auto Other = Others.constFind(pLayer->blendNode()->uuidString());
         if (Other != Others.constEnd()) {
@@ -202,9 +205,12 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
             pItem->setRowWidget(nullptr);
     }
 
+    for (int Row = Present - SameAtEnd; Row < Present; ++Row)
+        Rows.append(rowOf(pParent, Row));
+
     if (!Wanted.Warning.isEmpty()) {
         const QWidget* pButton
-            = pWarningRow ? m_TreeView->indexWidget(m_Model->index(pWarningRow->row(), 0, ParentIndex)) : nullptr;
+            = pWarningRow ? m_TreeView->indexWidget(m_Model->index(Present, 0, ParentIndex)) : nullptr;
         const bool Stays = pButton && pButton->toolTip() == Wanted.Warning;
         Rows.append(Stays ? pWarningRow : new OrvLayerViewItem(nullptr));
     }

@@ -1,11 +1,18 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 
+#include "OrvCoreModules/Window/OrvIcon.h"
+
+#include <QtWidgets/QToolButton>
+
 OrvPanelToolBar::OrvPanelToolBar(const QString& RootMenu, QWidget* pParent)
     : QToolBar(pParent)
     , m_RootMenu(RootMenu)
 {
     setMovable(false);
     setStyleSheet(QStringLiteral("QToolBar {spacing:0; margin:0; padding:0;}"));
+    // Qt's own arrow for what finds no room is dark on dark.
+    if (auto* pExtension = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+        pExtension->setIcon(OrvIcon::createIconFromFilename(QStringLiteral("disclosureTriangleClosed.png")));
 }
 
 void OrvPanelToolBar::addPublishedAction(const QString& Root, const QString& Sub, QAction* pAction)

@@ -22,6 +22,7 @@ OrvSharerListPopup::OrvSharerListPopup(QWidget* pParent)
     setAttribute(Qt::WA_DeleteOnClose);
     setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
     m_List->setFrameShape(QFrame::NoFrame);
+    m_List->setMinimumSize(1, 1);
     m_List->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_List->setTextElideMode(Qt::ElideMiddle);
     QVBoxLayout* pLayout = new QVBoxLayout(this);
@@ -69,7 +70,8 @@ QSize OrvSharerListPopup::contentsSize() const
         Height += m_List->sizeHintForRow(Row);
     const int Around = 2 * (Margin + frameWidth());
     // Once the list scrolls, its bar takes width from the paths.
-    const int BarWidth = Height + Around > LargestSize.height() ? m_List->verticalScrollBar()->sizeHint().width() : 0;
+    const int BarWidth
+        = Height + Around > LargestSize.height() ? m_List->verticalScrollBar()->sizeHint().width() : 0;
     return {m_List->sizeHintForColumn(0) + BarWidth + Around, Height + Around};
 }
 

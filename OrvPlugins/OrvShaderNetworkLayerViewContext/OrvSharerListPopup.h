@@ -5,8 +5,8 @@
 class OrvSnBaseNode;
 class QListWidget;
 
-/// The list of those who share something, as a popup at the cursor. A click on one of them goes there. It destroys
-/// itself when it is closed, and edits nothing.
+/// The list of those who share something, as a popup at the cursor. A click on one of them goes there. It
+/// destroys itself when it is closed, and edits nothing.
 class OrvSharerListPopup : public QFrame {
     Q_OBJECT
 

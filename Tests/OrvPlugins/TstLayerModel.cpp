@@ -150,7 +150,11 @@ private Q_SLOTS:
         m_View->refresh();
         const auto isExpanded = [&] { return m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)); };
         QVERIFY(isExpanded());
+        QApplication::processEvents();
+        const QWidget* pInside = m_View->rowWidget(m_View->model()->indexFromLayer(Layers[2]));
+        QVERIFY(pInside->isVisible());
         m_View->treeView()->collapse(m_View->model()->indexFromLayer(pGroup));
+        QVERIFY(!pInside->isVisible());
         OrvLayerStreamUtils::insertLayerAfter(pGroup, Layers[0]->blendNode(), m_Channel);
         m_View->refresh();
         QCOMPARE(rowText(m_View.get()), QStringLiteral("G(C) A B"));

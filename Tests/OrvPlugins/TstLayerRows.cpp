@@ -1,30 +1,18 @@
-#include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Channels/OrvShaderInputUtils.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "LayersFixture.h"
+
 #include "OrvCore/Object/OrvDebug.h"
-#include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
-#include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
@@ -41,6 +29,7 @@
 
 #include <memory>
 
+using namespace LayersFixture;
 using namespace OrvLayerViewContext;
 
 /// The rows of the Layers palette on a real document, driven by mouse and keys.
@@ -67,10 +56,7 @@ private Q_SLOTS:
     void init()
     {
         OrvProjectManager::instance().newProject(QStringLiteral("Test"));
-        m_Channel = OrvShaderInputUtils::create(
-            networkOfTest(), QStringLiteral("Diffuse"), QSize(64, 64), GL_UNSIGNED_BYTE);
-        QVERIFY(m_Channel);
-        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
+        m_Channel = addChannel(QStringLiteral("Diffuse"));
         m_View->setLayerStack(m_Channel);
         m_Messages.clear();
     }
@@ -88,10 +74,9 @@ private Q_SLOTS:
     void rowsInViewAloneHaveContents()
     {
         for (int i = 0; i < 200; ++i)
-            addLayer(QStringLiteral("Layer %1").arg(i));
+            addLayer(m_Channel, QStringLiteral("Layer %1").arg(i));
         refresh();
-        const auto rowAt
-            = [this](int Index) { return m_View->rowWidget(m_View->model()->index(Index, 0)); };
+        const auto rowAt = [this](int Index) { return m_View->rowWidget(m_View->model()->index(Index, 0)); };
         QVERIFY(rowAt(0)->findChild<OrvEditLabel*>());
         QVERIFY(rowAt(199)->children().isEmpty());
         m_View->treeView()->scrollToBottom();
@@ -102,7 +87,7 @@ private Q_SLOTS:
     void makingRowsIsCheap()
     {
         constexpr int Count = 10000;
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         std::vector<std::unique_ptr<Row>> Rows;
         Rows.reserve(Count);
         QElapsedTimer Timer;
@@ -119,7 +104,7 @@ private Q_SLOTS:
 
     void contentsArePaintedAtOnce()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
         Row Fresh(pLayer, m_View);
         Fresh.resize(300, Row::RowHeight);
@@ -131,11 +116,12 @@ private Q_SLOTS:
 
     void marksStandInColumns()
     {
-        OrvLayer* pPlain = addLayer(QStringLiteral("Plain"));
-        OrvLayer* pRich = addLayer(QStringLiteral("A name that is much longer than the palette is wide, really"));
+        OrvLayer* pPlain = addLayer(m_Channel, QStringLiteral("Plain"));
+        OrvLayer* pRich = addLayer(
+            m_Channel, QStringLiteral("A name that is much longer than the palette is wide, really"));
         pRich->addMaskImageSet();
         addAdjustmentStack(pRich);
-        OrvLayer* pStacked = addLayer(QStringLiteral("Stacked"));
+        OrvLayer* pStacked = addLayer(m_Channel, QStringLiteral("Stacked"));
         pStacked->addMaskImageSet();
         pStacked->convertMaskToMaskStack();
         refresh();
@@ -151,9 +137,11 @@ private Q_SLOTS:
 
     void iconsTellTheKind()
     {
-        OrvLayer* pPaint = addLayer(QStringLiteral("Paint"));
-        OrvLayer* pAdjustment = m_Channel->createAdjustmentLayer(typeKey("^Filter/"), OrvLayerCreateFlags(30));
-        OrvLayer* pProcedural = m_Channel->createProceduralLayer(typeKey("^Procedural/"), OrvLayerCreateFlags(30));
+        OrvLayer* pPaint = addLayer(m_Channel, QStringLiteral("Paint"));
+        OrvLayer* pAdjustment
+            = m_Channel->createAdjustmentLayer(typeKey("^Filter/"), OrvLayerCreateFlags(30));
+        OrvLayer* pProcedural
+            = m_Channel->createProceduralLayer(typeKey("^Procedural/"), OrvLayerCreateFlags(30));
         OrvLayer* pGraph = m_Channel->createGraphLayer(OrvLayerCreateFlags(30));
         OrvLayer* pGroup = m_Channel->createGroupLayer(OrvLayerCreateFlags(30));
         refresh();
@@ -169,7 +157,7 @@ private Q_SLOTS:
 
     void nameIsEditedInTheRow()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         refresh();
         typeName(pLayer, QStringLiteral("  Rust "));
         QCOMPARE(pLayer->name(), QStringLiteral("Rust"));
@@ -185,7 +173,7 @@ private Q_SLOTS:
 
     void filteredNameIsEditedPlain()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         Row Fresh(pLayer, m_View);
         Fresh.resize(300, Row::RowHeight);
         Fresh.showFilteredName(QStringLiteral("D<b>ir</b>t"), QStringLiteral("Dirt"));
@@ -200,7 +188,7 @@ private Q_SLOTS:
 
     void visibilityTogglesAndFollowsUndo()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         refresh();
         QToolButton* pEye = row(pLayer)->findChildren<QToolButton*>().first();
         const QString ToolTip = pEye->toolTip();
@@ -216,7 +204,7 @@ private Q_SLOTS:
 
     void tagShowsItsColor()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         refresh();
         const QLabel* pTag = row(pLayer)->findChildren<QLabel*>().at(0);
         QCOMPARE(pTag->styleSheet(),
@@ -230,13 +218,16 @@ private Q_SLOTS:
 
     void costIsBlueWhereACacheSavesIt()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pGroup = groupOf({pLayer});
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pGroup = group(m_Channel, {pLayer}, QStringLiteral("Group"));
         refresh();
-        const auto sheet = [this](const OrvLayer* pOf) { return row(pOf)->findChildren<QLabel*>().at(1)->styleSheet(); };
+        const auto sheet
+            = [this](const OrvLayer* pOf) { return row(pOf)->findChildren<QLabel*>().at(1)->styleSheet(); };
         const double Cost = qBound(0.0, pLayer->cost(), 1.0);
         QCOMPARE(sheet(pLayer),
-            QStringLiteral("QLabel { background-color : rgb(%1,%2,0); }").arg(int(Cost * 255)).arg(int((1 - Cost) * 255)));
+            QStringLiteral("QLabel { background-color : rgb(%1,%2,0); }")
+                .arg(int(Cost * 255))
+                .arg(int((1 - Cost) * 255)));
         pLayer->blendNode()->setCacheActive(OrvSnCacheActive);
         QCOMPARE(sheet(pLayer), QStringLiteral("QLabel { background-color : rgb(0,0,255); }"));
         pGroup->blendNode()->setCacheActive(OrvSnCacheActive);
@@ -246,7 +237,7 @@ private Q_SLOTS:
 
     void lockAsksNothingForTheLayerAlone()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         refresh();
         const int UndoCount = undoIndex();
         QTest::mouseClick(lockButton(pLayer), Qt::LeftButton);
@@ -273,8 +264,8 @@ private Q_SLOTS:
     {
         QFETCH(int, Button);
         QFETCH(bool, Unlocked);
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pGroup = groupOf({pLayer});
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pGroup = group(m_Channel, {pLayer}, QStringLiteral("Group"));
         OrvLayer* pSharer = m_Channel->shareLayer(pLayer, OrvLayerCreateFlags(30));
         QVERIFY(pSharer);
         pGroup->setLocked(true);
@@ -305,8 +296,8 @@ private Q_SLOTS:
 
     void rowMayGoWhileTheUserIsAsked()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pGroup = groupOf({pLayer});
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pGroup = group(m_Channel, {pLayer}, QStringLiteral("Group"));
         pGroup->setLocked(true);
         refresh();
         QTimer::singleShot(0, this, [this] {
@@ -321,11 +312,12 @@ private Q_SLOTS:
 
     void componentButtonsChooseWhatIsPainted()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
-        OrvLayer* pAbove = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pAbove = addLayer(m_Channel, QStringLiteral("Rust"));
         refresh();
-        const QString Highlight = QStringLiteral("QPushButton:flat { background-color: lightgrey; border: none; }");
+        const QString Highlight
+            = QStringLiteral("QPushButton:flat { background-color: lightgrey; border: none; }");
         const QString Plain = QStringLiteral("QPushButton:flat { border: none; }");
 
         QTest::mouseClick(maskButton(pLayer), Qt::LeftButton);
@@ -346,10 +338,10 @@ private Q_SLOTS:
 
     void shiftClickSwitchesMaskAndAdjustments()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
         addAdjustmentStack(pLayer);
-        OrvLayer* pOther = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pOther = addLayer(m_Channel, QStringLiteral("Rust"));
         pOther->addMaskImageSet();
         refresh();
         QVERIFY(maskButton(pLayer)->toolTip().contains(QStringLiteral("Shift + Click to Disable")));
@@ -377,7 +369,7 @@ private Q_SLOTS:
 
     void stackButtonsOpenTheirStacks()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
         pLayer->convertMaskToMaskStack();
         addAdjustmentStack(pLayer);
@@ -390,7 +382,7 @@ private Q_SLOTS:
 
     void draggedLayerOpensTheStackItRestsOn()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         addAdjustmentStack(pLayer);
         refresh();
         OrvLayerStackPopupButton* pButton = adjustmentButton(pLayer);
@@ -415,7 +407,7 @@ private Q_SLOTS:
 
     void componentsCarryTheirNodes()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
         refresh();
         std::unique_ptr<QMimeData> pData(maskButton(pLayer)->mimeData());
@@ -429,8 +421,8 @@ private Q_SLOTS:
 
     void groupsRememberWhetherTheyAreUnfolded()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pGroup = groupOf({pLayer});
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pGroup = group(m_Channel, {pLayer}, QStringLiteral("Group"));
         refresh();
         const int UndoCount = undoIndex();
         QVERIFY(row(pGroup)->isExpanded());
@@ -445,13 +437,14 @@ private Q_SLOTS:
         QCOMPARE(undoIndex(), UndoCount);
 
         QVERIFY(!row(pLayer)->isExpanded());
-        QVERIFY(m_Messages.last().endsWith(QStringLiteral("This should not be called for non-layer group Dirt")));
+        QVERIFY(
+            m_Messages.last().endsWith(QStringLiteral("This should not be called for non-layer group Dirt")));
     }
 
     void sharersAreListedAndReached()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pLone = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pLone = addLayer(m_Channel, QStringLiteral("Rust"));
         OrvLayer* pSharer = m_Channel->shareLayer(pLayer, OrvLayerCreateFlags(30));
         pSharer->setName(QStringLiteral("Twin"));
         refresh();
@@ -478,7 +471,7 @@ private Q_SLOTS:
 
     void contextMenuRefreshesTheView()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         refresh();
         const QPointer<Row> pRow = row(pLayer);
         QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(60, 10), pRow->mapToGlobal(QPoint(60, 10)));
@@ -496,8 +489,8 @@ private Q_SLOTS:
 
     void selectedNameStaysReadable()
     {
-        OrvLayer* pLayer = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pOther = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pOther = addLayer(m_Channel, QStringLiteral("Rust"));
         refresh();
         QSignalSpy Spy(row(pOther), SIGNAL(selectedChanged(bool, OrvLayer*)));
         click(pLayer);
@@ -509,23 +502,19 @@ private Q_SLOTS:
     }
 
 private:
-    static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
     static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
     static QString undoText() { return OrvUndoManager::instance().stack()->undoText(); }
     static QString typeKey(const char* pPattern)
     {
-        return OrvShaderNetworkManager::instance().layerPathKeys().filter(QRegExp(QLatin1String(pPattern))).first();
+        return OrvShaderNetworkManager::instance()
+            .layerPathKeys()
+            .filter(QRegExp(QLatin1String(pPattern)))
+            .first();
     }
 
-    OrvLayer* addLayer(const QString& Name) const
+    static void addAdjustmentStack(OrvLayer* pLayer)
     {
-        return m_Channel->createPaintableLayer(OrvLayerCreateFlags(30), nullptr, Name, OrvColor::white());
-    }
-    static void addAdjustmentStack(OrvLayer* pLayer) { pLayer->addLayerAdjustmentLayerFromKey(typeKey("^Filter/")); }
-    OrvLayer* groupOf(const QList<OrvLayer*>& Layers) const
-    {
-        QString Error;
-        return m_Channel->groupLayers(Error, OrvLayerCreateFlags(30), Layers);
+        pLayer->addLayerAdjustmentLayerFromKey(typeKey("^Filter/"));
     }
 
     void refresh() const
@@ -536,7 +525,10 @@ private:
         m_View->treeView()->grab();
         QApplication::processEvents();
     }
-    Row* row(const OrvLayer* pLayer) const { return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer)); }
+    Row* row(const OrvLayer* pLayer) const
+    {
+        return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
+    }
     OrvEditLabel* nameLabel(const OrvLayer* pLayer) const { return row(pLayer)->findChild<OrvEditLabel*>(); }
     OrvLayerComponentPushButton* paintButton(const OrvLayer* pLayer) const
     {
@@ -558,8 +550,9 @@ private:
     QToolButton* toolButton(const OrvLayer* pLayer, int Index) const
     {
         QList<QToolButton*> Buttons = row(pLayer)->findChildren<QToolButton*>();
-        Buttons.erase(std::remove_if(Buttons.begin(), Buttons.end(),
-                          [](QToolButton* pButton) { return qobject_cast<OrvLayerStackPopupButton*>(pButton); }),
+        Buttons.erase(
+            std::remove_if(Buttons.begin(), Buttons.end(),
+                [](QToolButton* pButton) { return qobject_cast<OrvLayerStackPopupButton*>(pButton); }),
             Buttons.end());
         return Buttons.value(Index);
     }
@@ -568,7 +561,8 @@ private:
     static QList<QWidget*> visibleChildren(const QWidget* pWidget)
     {
         QList<QWidget*> Children = pWidget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
-        Children.erase(std::remove_if(Children.begin(), Children.end(), [](QWidget* pChild) { return pChild->isHidden(); }),
+        Children.erase(std::remove_if(Children.begin(), Children.end(),
+                           [](QWidget* pChild) { return pChild->isHidden(); }),
             Children.end());
         return Children;
     }

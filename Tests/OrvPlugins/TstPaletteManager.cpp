@@ -1,27 +1,17 @@
-#include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Channels/OrvShaderInputUtils.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "LayersFixture.h"
+
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
-#include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvDdi/Files/OrvDataBlockManager.h"
-#include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
@@ -30,6 +20,8 @@
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
+
+using namespace LayersFixture;
 
 /// The palettes of single layer stacks: opened, titled, retired and kept with their project.
 class TstPaletteManager : public QObject {
@@ -52,10 +44,8 @@ private Q_SLOTS:
     void init()
     {
         OrvProjectManager::instance().newProject(QStringLiteral("Test"), QStringLiteral("Robot"));
-        m_Channel = OrvShaderInputUtils::create(networkOfTest(), QStringLiteral("Diffuse"), QSize(64, 64),
-            GL_UNSIGNED_BYTE);
-        QVERIFY(m_Channel);
-        m_Layer = addLayer(QStringLiteral("Dirt"));
+        m_Channel = addChannel(QStringLiteral("Diffuse"));
+        m_Layer = addLayer(m_Channel, QStringLiteral("Dirt"));
         m_Messages.clear();
     }
 
@@ -156,7 +146,7 @@ private Q_SLOTS:
 
         reconnect(OrvSnNames::Over, pTop);
         QCOMPARE(stackPalettes().size(), 1);
-        OrvSnPassNode* pPlain = networkOfTest()->addNode(std::make_unique<OrvSnPassNode>());
+        OrvSnPassNode* pPlain = network()->addNode(std::make_unique<OrvSnPassNode>());
         m_Layer->blendNode()->connectInput(OrvSnNames::Over, pPlain);
         QTRY_VERIFY(stackPalettes().isEmpty());
     }
@@ -232,8 +222,10 @@ private Q_SLOTS:
         QTest::newRow("no INI") << QByteArray("\x00\xff\x7f{}[[", 7) << 0;
         QTest::newRow("negative") << QByteArray("[Palettes]\nNumber=-3\nName0=%mask\n") << 0;
         QTest::newRow("no number") << QByteArray("[Palettes]\nNumber=many\nName0=%mask\n") << 0;
-        QTest::newRow("more than there are") << QByteArray("[Palettes]\nNumber=2000000000\nName0=%mask\n") << 1;
-        QTest::newRow("twice the same") << QByteArray("[Palettes]\nNumber=2\nName0=%mask\nName1=%mask\n") << 1;
+        QTest::newRow("more than there are")
+            << QByteArray("[Palettes]\nNumber=2000000000\nName0=%mask\n") << 1;
+        QTest::newRow("twice the same")
+            << QByteArray("[Palettes]\nNumber=2\nName0=%mask\nName1=%mask\n") << 1;
         QTest::newRow("odd names are skipped")
             << QByteArray("[Palettes]\nNumber=4\nName0=a:b:c\nName1=gone:Mask\nName2=\nName3=%mask\n") << 1;
         QTest::newRow("a missing stack ends it")
@@ -271,8 +263,7 @@ private Q_SLOTS:
             Item.setData(Qt::UserRole, QVariant::fromValue<QObject*>(pNode));
             Q_EMIT pList->itemClicked(&Item);
         };
-        OrvShaderInput* pOther = OrvShaderInputUtils::create(
-            networkOfTest(), QStringLiteral("Bump"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Bump"));
         OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
 
         choose(m_Layer->blendNode());
@@ -288,7 +279,8 @@ private Q_SLOTS:
 
         choose(m_Layer->contentNode());
         QVERIFY(!Popup.isVisible());
-        QVERIFY(m_Messages.last().startsWith(QStringLiteral("The given node that shares a layer is not identified")));
+        QVERIFY(m_Messages.last().startsWith(
+            QStringLiteral("The given node that shares a layer is not identified")));
         choose(nullptr);
         QVERIFY(Popup.isVisible());
         QCOMPARE(m_Messages.last(), QStringLiteral("Node is NULL"));
@@ -309,8 +301,10 @@ private Q_SLOTS:
 
 private:
     static OrvLayerViewContextManager& manager() { return OrvLayerViewContextManager::instance(); }
-    static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
-    static OrvGeoEntity* entity() { return OrvProjectManager::instance().currentProject()->currentGeoEntity(); }
+    static OrvGeoEntity* entity()
+    {
+        return OrvProjectManager::instance().currentProject()->currentGeoEntity();
+    }
     static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
     static OrvPalette* layersPalette() { return OrvPaletteManager::find(QStringLiteral("Layers")); }
     static OrvLayerView* layerViewOf(const OrvPalette* pPalette)
@@ -323,10 +317,6 @@ private:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    OrvLayer* addLayer(const QString& Name) const
-    {
-        return m_Channel->createPaintableLayer(OrvLayerCreateFlags(30), nullptr, Name, OrvColor::white());
-    }
     OrvLayerStack* maskStack() const
     {
         m_Layer->addMaskImageSet();
@@ -335,8 +325,8 @@ private:
     OrvLayerStack* adjustmentStack() const
     {
         if (!m_Layer->hasAdjustmentStack()) {
-            const QStringList Keys
-                = OrvShaderNetworkManager::instance().layerPathKeys().filter(QRegExp(QStringLiteral("^Filter/")));
+            const QStringList Keys = OrvShaderNetworkManager::instance().layerPathKeys().filter(
+                QRegExp(QStringLiteral("^Filter/")));
             m_Layer->addLayerAdjustmentLayerFromKey(Keys.first());
         }
         return m_Layer->adjustmentStack();
@@ -382,7 +372,8 @@ private:
     void save() const
     {
         QString Error;
-        QVERIFY2(OrvProjectManager::instance().saveProjectAs(m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
+        QVERIFY2(OrvProjectManager::instance().saveProjectAs(
+                     m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
             qPrintable(Error));
     }
     void reopen()
@@ -390,9 +381,10 @@ private:
         OrvProjectManager::instance().closeProject();
         passEventLoop();
         QString Error;
-        QVERIFY2(OrvProjectManager::instance().openProject(m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
+        QVERIFY2(OrvProjectManager::instance().openProject(
+                     m_Directory.filePath(QStringLiteral("Test.orvi")), Error),
             qPrintable(Error));
-        m_Channel = OrvShaderInputManager::instance().getShaderInputsFromNetwork(networkOfTest()).first();
+        m_Channel = OrvShaderInputManager::instance().getShaderInputsFromNetwork(network()).first();
         m_Layer = m_Channel->layerList().first();
     }
 

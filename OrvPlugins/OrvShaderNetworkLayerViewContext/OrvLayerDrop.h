@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QVector>
+
+#include <functional>
+
+class OrvLayer;
+class OrvLayerStack;
+class OrvSnBaseNode;
+
+/// What dropping layers, channels, shaders or masks on a layer stack comes to: made for one drop, asked first
+/// whether it would be refused, then carried out. It knows nothing of views; trees and buttons find out where
+/// the drop lands.
+class OrvLayerDrop {
+    Q_DECLARE_TR_FUNCTIONS(OrvLayerDrop)
+
+public:
+    struct Result {
+        enum Code { Done = 0, Failed = 1, FailedWithMessage = 2 };
+        Code Outcome = Done;
+        QString Message;
+        bool isDone() const { return Outcome == Done; }
+    };
+
+    /// The nodes come to stand just above the target, in its stack: none for a mask that will be a stack
+    /// first. Those dragged out of a stack keep the order in which it shows them, and what a dragged group
+    /// holds stays inside it.
+    OrvLayerDrop(const QVector<OrvSnBaseNode*>& Nodes, Qt::DropAction Action,
+        const OrvLayerStack* pSourceStack, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
+
+    /// What can be told without a change: done when nothing is known to stand against it.
+    Result check() const;
+    /// Belongs into a macro that is cancelled unless all is done; see inUndoStep().
+    Result carryOut();
+
+    /// Does the work as one undo step, and takes it back and tells the user when it fails.
+    static bool inUndoStep(const std::function<Result()>& Work);
+
+private:
+    Result checkNode(OrvSnBaseNode* pNode) const;
+    Result checkLayer(OrvLayer* pLayer) const;
+    Result checkChannel(const OrvSnBaseNode* pNode) const;
+    Result checkShader(const OrvSnBaseNode* pNode) const;
+    Result checkMask(const OrvSnBaseNode* pNode) const;
+    bool isInPlace() const;
+
+    Result dropNode(OrvSnBaseNode* pNode);
+    Result dropLayer(OrvLayer* pLayer);
+    Result dropChannel(OrvSnBaseNode* pNode);
+    Result dropShader(OrvSnBaseNode* pNode);
+    Result dropMask(OrvSnBaseNode* pNode);
+    Result shareMask(const OrvSnBaseNode* pNode);
+    /// A new layer above the target that shows the node.
+    bool addLayer(OrvSnBaseNode* pContent, const QString& Name);
+    QString streamName() const;
+
+    QVector<OrvSnBaseNode*> m_Nodes;
+    Qt::DropAction m_Action;
+    OrvSnBaseNode* m_pTarget;
+    OrvLayerStack* m_pStack;
+    bool m_WithinMaterial; ///< all channels around the target hold shading results
+};

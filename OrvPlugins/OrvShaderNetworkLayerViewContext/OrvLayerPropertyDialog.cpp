@@ -1,0 +1,99 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCoreModules/Properties/OrvPropertyView.h"
+#include "OrvDdi/Image/OrvChannel.h"
+#include "OrvDdi/Image/OrvImageSet.h"
+
+#include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollArea>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QVBoxLayout>
+
+namespace {
+
+const QSize SmallestSize(600, 400);
+
+/// The contents stand at the top of what is scrolled.
+QScrollArea* createScrollArea(QVBoxLayout*& pContents)
+{
+    auto* pArea = new QScrollArea;
+    pArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    pArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    pArea->setWidgetResizable(true);
+    auto* pWidget = new QWidget;
+    auto* pLayout = new QVBoxLayout(pWidget);
+    pContents = new QVBoxLayout;
+    pContents->setSpacing(1);
+    pContents->setContentsMargins(1, 1, 1, 1);
+    pLayout->addLayout(pContents);
+    pLayout->addStretch();
+    pArea->setWidget(pWidget);
+    return pArea;
+}
+
+} // namespace
+
+OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent)
+    : QDialog(pParent)
+    , m_Modifiable(pLayer->isModifiable())
+{
+    setWindowTitle(tr("Layer Properties"));
+    setMinimumSize(SmallestSize);
+    auto* pTabs = new QTabWidget;
+    addImageSet(pTabs, tr("Paint"), pLayer->paintImageSet());
+    addImageSet(pTabs, tr("Mask"), pLayer->maskImageSet());
+
+    auto* pCloseButton = new QPushButton(tr("Close"));
+    connect(pCloseButton, SIGNAL(clicked()), this, SLOT(close()));
+    connect(pLayer, SIGNAL(destroyed()), this, SLOT(close()));
+    auto* pButtons = new QHBoxLayout;
+    pButtons->addStretch();
+    pButtons->addWidget(pCloseButton);
+
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(pTabs);
+    pLayout->addWidget(createLayerProperties(pLayer));
+    pLayout->addLayout(pButtons);
+}
+
+void OrvLayerPropertyDialog::addImageSet(QTabWidget* pTabs, const QString& Title, OrvImageSet* pImageSet)
+{
+    if (!pImageSet)
+        return;
+    QMap<QString, QString> ChannelNames;
+    for (const OrvChannel* pChannel : pImageSet->channels())
+        ChannelNames.insert(pChannel->name(), pChannel->name());
+    QVBoxLayout* pContents = nullptr;
+    QScrollArea* pArea = createScrollArea(pContents);
+    OrvPropertyView* pView = createView(pImageSet, ChannelNames, pArea);
+    pView->setObjectName(Title);
+    pContents->addWidget(pView);
+    pTabs->addTab(pArea, pView->objectName());
+}
+
+QWidget* OrvLayerPropertyDialog::createLayerProperties(const OrvLayer* pLayer)
+{
+    QVBoxLayout* pContents = nullptr;
+    QScrollArea* pArea = createScrollArea(pContents);
+    for (OrvSnBaseNode* pNode : std::initializer_list<OrvSnBaseNode*>{pLayer->blendNode(),
+             pLayer->adjustmentNode(), pLayer->secondaryAdjustmentNode(), pLayer->proceduralNode(),
+             pLayer->graphNode(), pLayer->shaderNode()}) {
+        if (pNode)
+            pContents->addWidget(createView(pNode, {}, pArea));
+    }
+    return pArea;
+}
+
+OrvPropertyView* OrvLayerPropertyDialog::createView(
+    QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent)
+{
+    auto* pView = new OrvPropertyView(pObject, pParent, GroupTitles, OrvPropertyView::GroupPerClass,
+        OrvPropertyView::Editable | OrvPropertyView::FollowChanges, {}, false);
+    pView->setEnabled(m_Modifiable);
+    return pView;
+}
+
+#include "moc_OrvLayerPropertyDialog.cpp"

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtWidgets/QDialog>
+
+class OrvImageSet;
+class OrvLayer;
+class OrvPropertyView;
+class QTabWidget;
+
+/// The properties of one layer, and of the images of its paint and its mask. Its editors work on the document
+/// directly; the dialog keeps no value itself, and it goes when the layer goes.
+class OrvLayerPropertyDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent);
+
+private:
+    void addImageSet(QTabWidget* pTabs, const QString& Title, OrvImageSet* pImageSet);
+    QWidget* createLayerProperties(const OrvLayer* pLayer);
+    OrvPropertyView* createView(
+        QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent);
+
+    const bool m_Modifiable; ///< a layer under a lock or a cache is only looked at
+};

@@ -1,0 +1,55 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+
+OrvLayerViewRowFilter::OrvLayerViewRowFilter(
+    OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView, const OrvLayerViewFilterBar* pFilterBar)
+    : m_Model(pModel)
+    , m_TreeView(pTreeView)
+    , m_FilterBar(pFilterBar)
+{
+}
+
+void OrvLayerViewRowFilter::apply(QStandardItem* pRootItem)
+{
+    if (!pRootItem) {
+        OrvLayerViewUtils::report(__LINE__, QStringLiteral("pItem is NULL"));
+        return;
+    }
+    m_Active = m_FilterBar->filterActive();
+    if (!m_Active && !m_RowsAreFiltered)
+        return;
+    const bool WholeTree = pRootItem == m_Model->invisibleRootItem();
+    m_RowsAreFiltered = m_Active || !WholeTree;
+    const QModelIndex Root = WholeTree ? QModelIndex() : pRootItem->index();
+    filter(pRootItem, Root, Root.parent());
+}
+
+bool OrvLayerViewRowFilter::filter(QStandardItem* pItem, const QModelIndex& Index, const QModelIndex& Parent)
+{
+    bool ShowsChild = false;
+    for (int Row = 0; Row < pItem->rowCount(); ++Row)
+        ShowsChild |= filter(pItem->child(Row), m_Model->index(Row, 0, Index), Index);
+
+    // The root has no row; a warning has one that says nothing of a layer.
+    OrvLayerViewItemRowWidget* pRowWidget
+        = Index.isValid() ? static_cast<OrvLayerViewItem*>(pItem)->rowWidget() : nullptr;
+    const OrvLayer* pLayer = pRowWidget ? pRowWidget->layer() : nullptr;
+    if (!pLayer)
+        return true;
+    const QString Text = m_Active ? m_FilterBar->filteredName(pLayer) : QString();
+    const bool Shown = !m_Active || ShowsChild || !Text.isEmpty();
+    // Hiding has the rows laid out anew once, however many there are; what stays as it is shall not.
+    if (m_TreeView->isRowHidden(Index.row(), Parent) == Shown)
+        m_TreeView->setRowHidden(Index.row(), Parent, !Shown);
+    if (!Text.isEmpty())
+        pRowWidget->showFilteredName(Text, pLayer->name());
+    else if (Shown)
+        pRowWidget->showPlainName();
+    return Shown;
+}

@@ -1,0 +1,80 @@
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Plugin/OrvPluginInterface.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+
+#include <QtCore/QPluginLoader>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+/// The module as the host finds it: a file in the plug-in directory.
+class TstModule : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message); });
+        OrvMenuManager::instance().addMenuSet(QStringLiteral("Panel"));
+        const QDir Directory(QString::fromLocal8Bit(qgetenv("ORV_PLUGINS")));
+        m_Loader.setFileName(Directory.filePath(QStringLiteral("libOrvShaderNetworkLayerViewContext")));
+    }
+
+    void cleanupTestCase() { OrvSetDebugSink({}); }
+
+    void rootObjectIsOne()
+    {
+        QObject* pRoot = m_Loader.instance();
+        QVERIFY2(pRoot, qPrintable(m_Loader.errorString()));
+        QCOMPARE(m_Loader.instance(), pRoot);
+        QCOMPARE(m_Loader.metaData().value(QStringLiteral("IID")).toString(),
+            QStringLiteral(OrvPluginInterface_iid));
+        QCOMPARE(m_Loader.metaData().value(QStringLiteral("className")).toString(),
+            QStringLiteral("OrvShaderNetworkLayerViewContextPlugin"));
+        const auto* pModule = qobject_cast<OrvPluginInterface*>(pRoot);
+        QVERIFY(pModule);
+        QCOMPARE(pModule->name(), QStringLiteral("Layer View Context"));
+        QCOMPARE(pModule->version(), 1);
+    }
+
+    void startBringsMenusAndPalettes()
+    {
+        auto* pModule = qobject_cast<OrvPluginInterface*>(m_Loader.instance());
+        QVERIFY(pModule);
+        QVERIFY(pModule->initialize());
+        QCOMPARE(m_Messages.first().Text, QStringLiteral("[ Plugin ] Shader Network - Layer View Context"));
+        QCOMPARE(m_Messages.first().File, QStringLiteral("OrvShaderNetworkLayerViewContextPlugin"));
+        QCOMPARE(m_Messages.first().Line, 20);
+
+        const QStringList Names{
+            QStringLiteral("Layers"), QStringLiteral("Channels"), QStringLiteral("Shaders")};
+        OrvMenuManager& Menus = OrvMenuManager::instance();
+        QCOMPARE(Menus.menuSets().mid(Menus.menuSets().indexOf(QStringLiteral("Layers"))), Names);
+        QCOMPARE(Menus.rootMenus(QStringLiteral("Panel")), Names);
+        QStringList Palettes;
+        for (const OrvPalette* pPalette : OrvPaletteManager::instance().palettes())
+            Palettes.append(pPalette->objectName());
+        QCOMPARE(Palettes,
+            QStringList({QStringLiteral("Shaders"), QStringLiteral("Channels"), QStringLiteral("Layers")}));
+        for (const char* pType :
+            {"OrvLayer*", "OrvSnBaseNode*", "OrvLayerCreateFlags", "OrvColor", "QItemSelection"})
+            QVERIFY(QMetaType::type(pType) != QMetaType::UnknownType);
+
+        const int MessageCount = m_Messages.size();
+        QVERIFY(pModule->pluginsInitialized());
+        QCOMPARE(m_Messages.size(), MessageCount);
+        QCOMPARE(Menus.rootMenus(QStringLiteral("Panel")), Names);
+    }
+
+private:
+    QTemporaryDir m_Directory;
+    QPluginLoader m_Loader;
+    QVector<OrvDebugMessage> m_Messages;
+};
+
+QTEST_MAIN(TstModule)
+#include "TstModule.moc"
