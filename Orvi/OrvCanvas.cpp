@@ -312,6 +312,7 @@ bool OrvCanvas::event(QEvent* pEvent)
 {
     if (pEvent->type() == QEvent::Enter) {
         m_PointerInside = true;
+        m_Pointer = static_cast<QEnterEvent*>(pEvent)->localPos();
         // The space bar must reach the canvas while the pointer is over it.
         OrvGui::stealFocusGently(this);
         updateCursor();

@@ -59,25 +59,25 @@ QString directory(const QString& Key)
         .toString();
 }
 
-/// Imports one image after the other under one progress dialog; failures are collected and told once.
-void importEach(const QString& Title, const QList<OrvUdimSet>& Sets,
+/// Imports one image after the other, under one progress dialog and in one undo step. Returns what failed, to be told
+/// once that is over.
+QStringList importEach(const QString& Title, const QList<OrvUdimSet>& Sets,
     const std::function<bool(const OrvUdimSet&, const OrvProgress&, QString&)>& Import)
 {
+    const OrvUndoManager::AutoMacro Macro(Title);
+    OrvProgressDialog Progress(Title, &OrvMainWindow::instance());
     QStringList Failures;
-    {
-        OrvProgressDialog Progress(Title, &OrvMainWindow::instance());
-        for (int Index = 0; Index < Sets.size() && !Progress.isCancelled(); ++Index) {
-            Progress.setText(OrvImportExport::tr("Reading %1").arg(QFileInfo(Sets[Index].Pattern).fileName()));
-            QString Error;
-            const auto step = [&](int Done, int Total) {
-                const int Share = Total > 0 ? 100 * Done / Total : 0;
-                return Progress.step(100 * Index + Share, 100 * Sets.size());
-            };
-            if (!Import(Sets[Index], step, Error) && !Progress.isCancelled())
-                Failures.append(Error);
-        }
+    for (int Index = 0; Index < Sets.size() && !Progress.isCancelled(); ++Index) {
+        Progress.setText(OrvImportExport::tr("Reading %1").arg(QFileInfo(Sets[Index].Pattern).fileName()));
+        QString Error;
+        const auto step = [&](int Done, int Total) {
+            const int Share = Total > 0 ? 100 * Done / Total : 0;
+            return Progress.step(100 * Index + Share, 100 * Sets.size());
+        };
+        if (!Import(Sets[Index], step, Error) && !Progress.isCancelled())
+            Failures.append(Error);
     }
-    OrvFailureMessage::show(Title, Failures);
+    return Failures;
 }
 
 } // namespace
@@ -215,19 +215,17 @@ void OrvImportExport::importChannels(const QStringList& Paths)
     const QList<OrvUdimSet> Sets = OrvImageImport::imageSets(Paths);
     OrvImageImport::takeTiles(pEntity, Sets);
     QPointer<OrvShaderInput> pFirst;
-    {
-        const OrvUndoManager::AutoMacro Macro(tr("Import Channels"));
-        importEach(tr("Import Channels"), Sets,
-            [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
-                OrvShaderInput* pChannel
-                    = OrvImageImport::importChannel(pEntity->shaderNetwork(), Set, Progress, Error);
-                if (!pFirst)
-                    pFirst = pChannel;
-                return pChannel != nullptr;
-            });
-    }
+    const QStringList Failures = importEach(tr("Import Channels"), Sets,
+        [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
+            OrvShaderInput* pChannel
+                = OrvImageImport::importChannel(pEntity->shaderNetwork(), Set, Progress, Error);
+            if (!pFirst)
+                pFirst = pChannel;
+            return pChannel != nullptr;
+        });
     if (pFirst)
         OrvShaderInputManager::instance().makeShaderInputCurrent(pFirst, true);
+    OrvFailureMessage::show(tr("Import Channels"), Failures);
 }
 
 void OrvImportExport::importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow)
@@ -236,14 +234,14 @@ void OrvImportExport::importLayers(const QStringList& Paths, OrvLayerStack* pSta
         return;
     const QPointer<OrvLayerStack> pTarget(pStack);
     QPointer<OrvLayer> pLast(pBelow);
-    const OrvUndoManager::AutoMacro Macro(tr("Import Layers"));
-    importEach(tr("Import Layers"), OrvImageImport::imageSets(Paths),
+    const QStringList Failures = importEach(tr("Import Layers"), OrvImageImport::imageSets(Paths),
         [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
             OrvLayer* pLayer = OrvImageImport::importPaintLayer(pTarget, pLast, Set, Progress, Error);
             if (pLayer)
                 pLast = pLayer;
             return pLayer != nullptr;
         });
+    OrvFailureMessage::show(tr("Import Layers"), Failures);
 }
 
 QStringList OrvImportExport::askForImages(const QString& Title)

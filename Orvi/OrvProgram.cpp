@@ -19,6 +19,7 @@
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Graph/OrvNodeGraphPalette.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
@@ -44,6 +45,10 @@ namespace {
 
 const QString ViewPath = QStringLiteral("/Orvi/View");
 const QString BrushPath = QStringLiteral("/Orvi/Brush");
+
+const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Channels"),
+    QStringLiteral("Layers"), QStringLiteral("Brush"), QStringLiteral("View"), QStringLiteral("Palettes"),
+    QStringLiteral("Help")};
 
 /// Those that others build upon come first, and so are destroyed last.
 void makeManagers()
@@ -137,10 +142,11 @@ void OrvProgram::loadPlugins()
                 OrvFailureMessage::show(tr("Plug-ins"), QStringLiteral("%1: %2").arg(One.File, One.Error));
         }
     }
+    Palettes.registerPalette(
+        new OrvNodeGraphPalette, false, OrvResourceInfo::iconPath() + QStringLiteral("/NodeGraph.png"));
     Palettes.registerPalette(new OrvHistoryPalette, false, OrvResourceInfo::iconPath() + QStringLiteral("/History.png"));
     OrvPanelToolBars::instance().publish();
-    OrvMainWindow::instance().setMenuOrder({tr("&File"), tr("&Edit"), tr("&View"), tr("&Brush"), tr("&Channels"),
-        tr("&Layers"), tr("&Palettes"), tr("&Help")});
+    OrvMainWindow::instance().setMenuOrder(MenuOrder);
     OrvMainWindow::instance().setDefaultLayout([] { arrangePalettes(); });
 }
 
@@ -157,6 +163,12 @@ void OrvProgram::arrangePalettes()
         pPalette->setFloating(false);
         Window.addDockWidget(pPalette == pLayers ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, pPalette);
         pPalette->show();
+    }
+    // The canvas has the room until somebody wants to see the graph below it.
+    if (OrvPalette* pGraph = OrvPaletteManager::find(QStringLiteral("Node Graph"))) {
+        pGraph->setFloating(false);
+        Window.addDockWidget(Qt::BottomDockWidgetArea, pGraph);
+        pGraph->hide();
     }
     if (pChannels && pShaders)
         Window.splitDockWidget(pChannels, pShaders, Qt::Vertical);

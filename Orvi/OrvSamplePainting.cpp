@@ -72,6 +72,7 @@ OrvSamplePainting::OrvSamplePainting(int Edge)
           {QRectF(620, 948, 680, 600), Cream}, {QRectF(620, 1580, 680, 420), Graphite},
           {QRectF(1332, 948, 668, 1052), Petrol}}
 {
+    shadeMasks();
 }
 
 QImage OrvSamplePainting::transparent() const
@@ -102,17 +103,20 @@ double OrvSamplePainting::distanceToPlates(double X, double Y) const
 }
 
 template <class Shade>
-QImage OrvSamplePainting::shadeGray(Shade shade) const
+QImage OrvSamplePainting::shadeGray(int Divisor, Shade shade) const
 {
-    QImage Image(m_Edge, m_Edge, QImage::Format_Grayscale8);
-    for (int Row = 0; Row < m_Edge; ++Row) {
+    const int Edge = std::max(1, m_Edge / Divisor);
+    QImage Image(Edge, Edge, QImage::Format_Grayscale8);
+    for (int Row = 0; Row < Edge; ++Row) {
         uchar* pOut = Image.scanLine(Row);
-        for (int Column = 0; Column < m_Edge; ++Column) {
-            const double Value = shade((Column + 0.5) * Unit / m_Edge, (Row + 0.5) * Unit / m_Edge);
+        for (int Column = 0; Column < Edge; ++Column) {
+            const double Value = shade((Column + 0.5) * Unit / Edge, (Row + 0.5) * Unit / Edge);
             pOut[Column] = uchar(std::lround(std::clamp(Value, 0.0, 1.0) * 255.0));
         }
     }
-    return Image;
+    return Edge == m_Edge ? Image
+                          : Image.scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                                .convertToFormat(QImage::Format_Grayscale8);
 }
 
 QVector<QPointF> OrvSamplePainting::rivetPlaces() const
@@ -336,17 +340,18 @@ void OrvSamplePainting::paintDrips(QPainter& Painter) const
 
 QImage OrvSamplePainting::rust() const
 {
-    QImage Image(m_Edge, m_Edge, QImage::Format_RGBA8888);
+    const int Edge = std::max(1, m_Edge / 2);
+    QImage Image(Edge, Edge, QImage::Format_RGBA8888);
     const QColor Deep(0x3b, 0x1c, 0x0e), Fresh(0xb4, 0x5f, 0x27);
-    for (int Row = 0; Row < m_Edge; ++Row) {
+    for (int Row = 0; Row < Edge; ++Row) {
         uchar* pOut = Image.scanLine(Row);
-        for (int Column = 0; Column < m_Edge; ++Column, pOut += 4) {
-            const double X = (Column + 0.5) * Unit / m_Edge, Y = (Row + 0.5) * Unit / m_Edge;
+        for (int Column = 0; Column < Edge; ++Column, pOut += 4) {
+            const double X = (Column + 0.5) * Unit / Edge, Y = (Row + 0.5) * Unit / Edge;
             // It begins at the edges of the plates and eats inwards where the clouds are dense.
-            const double Edge = std::exp(-std::abs(distanceToPlates(X, Y)) / 34.0);
+            const double Rim = std::exp(-std::abs(distanceToPlates(X, Y)) / 34.0);
             const double Cloud = clouds(X / 210.0, Y / 210.0, 21, 6);
             const double Grain = clouds(X / 14.0, Y / 14.0, 22, 3);
-            const double Amount = step(0.60, 0.74, Cloud * 0.78 + Edge * 0.24 + (Grain - 0.5) * 0.20);
+            const double Amount = step(0.60, 0.74, Cloud * 0.78 + Rim * 0.24 + (Grain - 0.5) * 0.20);
             const QColor Color = mixed(Fresh, Deep, std::clamp(Amount * 0.55 + (Grain - 0.35) * 0.9, 0.0, 1.0));
             pOut[0] = uchar(Color.red());
             pOut[1] = uchar(Color.green());
@@ -354,7 +359,8 @@ QImage OrvSamplePainting::rust() const
             pOut[3] = uchar(std::lround(Amount * 245.0));
         }
     }
-    QImage Painted = Image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QImage Painted = Image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                         .scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     QPainter Painter(&Painted);
     begin(Painter);
     paintDrips(Painter);
@@ -447,18 +453,14 @@ QImage OrvSamplePainting::sketch() const
     return Image;
 }
 
-QImage OrvSamplePainting::wornPaint() const
+void OrvSamplePainting::shadeMasks()
 {
-    return shadeGray([](double X, double Y) {
+    m_WornPaint = shadeGray(2, [](double X, double Y) {
         const double Cloud = clouds(X / 120.0, Y / 120.0, 31, 5);
-        const double Grain = clouds(X / 9.0, Y / 9.0, 32, 3);
+        const double Grain = clouds(X / 9.0, Y / 9.0, 32, 2);
         return 1.0 - step(0.60, 0.68, Cloud * 0.8 + Grain * 0.26);
     });
-}
-
-QImage OrvSamplePainting::dirtyCorners() const
-{
-    return shadeGray([this](double X, double Y) {
+    m_DirtyCorners = shadeGray(4, [this](double X, double Y) {
         const double Edge = std::exp(-std::abs(distanceToPlates(X, Y)) / 90.0);
         return step(0.25, 1.0, Edge * 0.9 + clouds(X / 260.0, Y / 160.0, 51, 5) * 0.45);
     });
@@ -466,7 +468,7 @@ QImage OrvSamplePainting::dirtyCorners() const
 
 QImage OrvSamplePainting::roughness() const
 {
-    return shadeGray([this](double X, double Y) {
+    return shadeGray(2, [this](double X, double Y) {
         const double Distance = distanceToPlates(X, Y);
         const double Paint = 0.34 + 0.12 * clouds(X / 180.0, Y / 180.0, 61, 5);
         const double Metal = 0.62 + 0.2 * clouds(X / 300.0, Y / 4.0, 62, 3);

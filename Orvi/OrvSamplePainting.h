@@ -28,9 +28,9 @@ public:
     QImage sketch() const;
 
     // Masks, 8-bit gray.
-    QImage wornPaint() const;
+    const QImage& wornPaint() const { return m_WornPaint; }
+    const QImage& dirtyCorners() const { return m_DirtyCorners; }
     QImage stripeArea() const;
-    QImage dirtyCorners() const;
 
     // Numbers from 0 to 1.
     QImage roughness() const;
@@ -48,9 +48,12 @@ private:
     void paintDrips(QPainter& Painter) const;
     /// Negative inside of a plate, in the painting's own units.
     double distanceToPlates(double X, double Y) const;
+    void shadeMasks();
+    /// Shades what is coarse at a part of the resolution.
     template <class Shade>
-    QImage shadeGray(Shade shade) const;
+    QImage shadeGray(int Divisor, Shade shade) const;
 
     int m_Edge;
     QVector<Plate> m_Plates;
+    QImage m_WornPaint, m_DirtyCorners;
 };

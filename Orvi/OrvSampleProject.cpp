@@ -169,10 +169,10 @@ void buildMarkings(OrvLayerStack* pStack, const OrvSamplePainting& Painting)
 void buildWeathering(OrvLayerStack* pStack, const OrvSamplePainting& Painting)
 {
     StackBuilder Weathering(pStack);
-    OrvLayer* pGrime = Weathering.procedural(tr("Grime"), "gegl:cell-noise");
+    OrvLayer* pGrime = Weathering.procedural(tr("Grime"), "gegl:perlin-noise");
     if (pGrime) {
-        setAttribute(pGrime->proceduralNode(), QStringLiteral("scale"), 0.35);
-        setAttribute(pGrime->proceduralNode(), QStringLiteral("iterations"), 4);
+        setAttribute(pGrime->proceduralNode(), QStringLiteral("scale"), 1.2);
+        setAttribute(pGrime->proceduralNode(), QStringLiteral("n"), 4);
     }
     maskWith(pGrime, Painting.dirtyCorners());
     blend(pGrime, "Multiply", 0.7);
@@ -180,12 +180,9 @@ void buildWeathering(OrvLayerStack* pStack, const OrvSamplePainting& Painting)
     OrvLayer* pRust = Weathering.paint(tr("Rust"), Painting.rust());
     tag(pRust, "red");
     if (pRust) {
-        OrvLayer* pSoften
-            = pRust->addLayerAdjustmentLayerFromKey(menuPathOf("gegl:gaussian-blur"), tr("Soften"));
-        if (pSoften) {
-            setAttribute(pSoften->adjustmentNode(), QStringLiteral("std-dev-x"), 1.2);
-            setAttribute(pSoften->adjustmentNode(), QStringLiteral("std-dev-y"), 1.2);
-        }
+        OrvLayer* pExpose = pRust->addLayerAdjustmentLayerFromKey(menuPathOf("gegl:exposure"), tr("Expose"));
+        if (pExpose)
+            setAttribute(pExpose->adjustmentNode(), QStringLiteral("exposure"), 0.2);
         OrvLayer* pSaturate
             = pRust->addLayerAdjustmentLayerFromKey(menuPathOf("gegl:saturation"), tr("Saturate"));
         if (pSaturate)
@@ -195,7 +192,8 @@ void buildWeathering(OrvLayerStack* pStack, const OrvSamplePainting& Painting)
     blend(Weathering.share(pRust, tr("Rust Shade")), "Multiply", 0.3);
 }
 
-void buildColor(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
+/// Returns the layer to begin to paint on.
+OrvLayer* buildColor(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
 {
     StackBuilder Layers(pChannel);
     Layers.paint(tr("Bare Metal"), Painting.bareMetal());
@@ -229,8 +227,7 @@ void buildColor(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
     OrvLayer* pGrade = Layers.adjustment(tr("Grade"), "gegl:color-temperature");
     if (pGrade)
         setAttribute(pGrade->adjustmentNode(), QStringLiteral("intended-temperature"), 6900.0);
-    if (pSplashes)
-        pSplashes->makeCurrent(false, true);
+    return pSplashes;
 }
 
 void buildRoughness(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
@@ -284,13 +281,14 @@ void OrvSampleProject::build(int Edge, const OrvProgress& Progress)
             return OrvShaderInputUtils::create(pNetwork, Name, Size, Depth, nullptr, Scalar);
         };
         OrvShaderInput* pColor = create(QStringLiteral("Color"), GL_UNSIGNED_BYTE, false);
-        buildColor(pColor, Painting);
+        OrvLayer* pFirst = buildColor(pColor, Painting);
         stepDone();
         buildRoughness(create(QStringLiteral("Roughness"), GL_UNSIGNED_BYTE, true), Painting);
         stepDone();
         buildDisplacement(create(QStringLiteral("Displacement"), GL_HALF_FLOAT, true), Painting);
         stepDone();
-        OrvShaderInputManager::instance().makeShaderInputCurrent(pColor, true);
+        if (pFirst)
+            pFirst->makeCurrent(false, true);
     }
 }
 

@@ -1,0 +1,290 @@
+#include "Tests/Orvi/OrvTestDocument.h"
+
+#include "Orvi/OrvBrushTool.h"
+#include "Orvi/OrvCanvas.h"
+
+#include <QtTest/QtTest>
+#include <QtGui/QWheelEvent>
+
+#include <functional>
+
+namespace {
+
+constexpr int SettleTime = 20000; // ms
+const QSize CanvasSize(400, 400);
+
+bool isNear(const QColor& One, const QColor& Other, int Tolerance = 2)
+{
+    return std::abs(One.red() - Other.red()) <= Tolerance && std::abs(One.green() - Other.green()) <= Tolerance
+        && std::abs(One.blue() - Other.blue()) <= Tolerance;
+}
+
+void wheel(QWidget& Widget, const QPoint& Position, int Units)
+{
+    QWheelEvent Event(Position, Widget.mapToGlobal(Position), QPoint(), QPoint(0, Units), Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Widget, &Event);
+}
+
+} // namespace
+
+/// The picture on the screen follows the document.
+class TstCanvas : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_pTool = std::make_unique<OrvBrushTool>();
+        OrvBrush Brush;
+        Brush.setSize(60);
+        Brush.setHardness(1.0);
+        Brush.setColor(Qt::blue);
+        m_pTool->setBrush(Brush);
+        m_pCanvas = newCanvas();
+    }
+    void cleanup()
+    {
+        m_pCanvas.reset();
+        m_pTool.reset();
+        OrvProjectManager::instance().closeProject();
+    }
+
+    void showsColorTransparencyAndNothing()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(256, 256));
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel, OrvColor(1.0f, 0.0f, 0.0f));
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {128, 128}), Qt::red));
+        QVERIFY(!isNear(shownAt(m_pCanvas.get(), {-6, 128}), Qt::red, 60));
+        // Half of the light through black is no middle gray on the screen.
+        pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.0);
+        const QColor One = shownAt(m_pCanvas.get(), {101, 101}), Other = shownAt(m_pCanvas.get(), {101, 109});
+        QVERIFY(One.red() == One.green() && Other.red() == Other.blue());
+        OrvProjectManager::instance().closeProject();
+        QVERIFY(isSettled(m_pCanvas.get()));
+        m_pCanvas->grab();
+    }
+
+    void scalarsAreShownAsTheNumbersThatTheyAre()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(256, 256), GL_HALF_FLOAT, true);
+        m_Document.newPaintLayer(pChannel, OrvColor(0.5f, 0.5f, 0.5f));
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {128, 128}), QColor(128, 128, 128)));
+        // In a colour channel half the light is brighter to the eye.
+        pChannel = m_Document.newChannel(QSize(256, 256), GL_HALF_FLOAT);
+        m_Document.newPaintLayer(pChannel, OrvColor(0.5f, 0.5f, 0.5f));
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {128, 128}), QColor(188, 188, 188)));
+    }
+
+    void followsEveryEdit_data()
+    {
+        QTest::addColumn<double>("Zoom");
+        QTest::newRow("fitted") << 0.0;
+        QTest::newRow("quarter") << 0.25;
+        QTest::newRow("actual size") << 1.0;
+        QTest::newRow("large") << 3.0;
+    }
+    void followsEveryEdit()
+    {
+        // After each edit the canvas that watched shows what one that is opened afterwards shows.
+        QFETCH(double, Zoom);
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(700, 500));
+        OrvLayer* pBase = m_Document.newPaintLayer(pChannel, OrvColor(0.6f, 0.3f, 0.1f));
+        OrvLayer* pTop = m_Document.newPaintLayer(pChannel);
+        OrvUndoManager& Undo = OrvUndoManager::instance();
+        const std::vector<std::pair<const char*, std::function<void()>>> Edits{
+            {"first stroke", [&] { stroke({{100, 100}, {600, 400}}); }},
+            {"second stroke", [&] { stroke({{600, 100}, {100, 400}}); }},
+            {"undo", [&] { Undo.undo(); }},
+            {"redo", [&] { Undo.redo(); }},
+            {"amount", [&] { pTop->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.4); }},
+            {"mode",
+                [&] {
+                    pTop->blendNode()->setUserAttributeValue(
+                        OrvMergeAttributes::BlendMode, QStringLiteral("Difference"));
+                }},
+            {"hidden", [&] { pBase->setVisible(false); }},
+            {"shown", [&] { pBase->setVisible(true); }},
+            {"blur above",
+                [&] {
+                    pChannel->createAdjustmentLayer(
+                        QStringLiteral("Filter/Blur/Gaussian Blur"), OrvTestDocument::LayerFlags);
+                }},
+            {"stroke below a blur",
+                [&] {
+                    pTop->makeCurrent(false, true);
+                    OrvLayerManager::instance().setCurrentComponent(pTop->paintNode());
+                    stroke({{350, 20}, {350, 480}});
+                }},
+            {"mask", [&] { pTop->addMaskImageSet(OrvLayer::FilledMask, OrvColor(0.5f, 0.5f, 0.5f)); }},
+            {"stroke on the mask",
+                [&] {
+                    OrvLayerManager::instance().setCurrentComponent(pTop->maskNode());
+                    stroke({{20, 250}, {680, 250}});
+                }},
+            {"layer removed", [&] { pChannel->deleteLayers({pTop}); }},
+            {"all undone",
+                [&] {
+                    while (Undo.stack()->canUndo() && Undo.stack()->index() > 3)
+                        Undo.undo();
+                }},
+        };
+        applyZoom(m_pCanvas.get(), Zoom);
+        for (const auto& Edit : Edits) {
+            QVERIFY(isSettled(m_pCanvas.get()));
+            Edit.second();
+            // Another look while the picture is still on its way must not disturb.
+            QApplication::processEvents();
+            m_pCanvas->grab();
+            QVERIFY(isSettled(m_pCanvas.get()));
+            const std::unique_ptr<OrvCanvas> pFresh = newCanvas();
+            applyZoom(pFresh.get(), Zoom);
+            QVERIFY(isSettled(pFresh.get()));
+            const QImage Followed = m_pCanvas->grab().toImage(), Fresh = pFresh->grab().toImage();
+            QVERIFY2(areAlike(Followed, Fresh), Edit.first);
+        }
+    }
+
+    void editsWhileThePictureIsComputed()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(1024, 1024));
+        m_Document.newPaintLayer(pChannel, OrvColor(0.2f, 0.5f, 0.7f));
+        OrvLayer* pTop = m_Document.newPaintLayer(pChannel);
+        stroke({{10, 10}, {900, 900}});
+        for (int Round = 0; Round < 40; ++Round) {
+            pTop->setVisible(Round % 2);
+            OrvLayer* pBlur = pChannel->createAdjustmentLayer(
+                QStringLiteral("Filter/Blur/Gaussian Blur"), OrvTestDocument::LayerFlags);
+            QTest::qWait(Round % 5);
+            pChannel->deleteLayers({pBlur});
+            if (Round % 10 == 9)
+                OrvUndoManager::instance().undo();
+        }
+        OrvShaderInputManager::instance().destroy(pChannel, OrvShaderInputManager::SharersAreDeleted);
+        QVERIFY(isSettled(m_pCanvas.get()));
+        OrvUndoManager::instance().undo();
+        OrvProjectManager::instance().closeProject();
+        QVERIFY(isSettled(m_pCanvas.get()));
+    }
+
+    void zoomsAtThePointerPansAndFits()
+    {
+        m_Document.newPaintLayer(m_Document.newChannel(QSize(512, 512)), OrvColor::white());
+        QVERIFY(isSettled(m_pCanvas.get()));
+        const double Fitted = m_pCanvas->zoom();
+        QVERIFY(Fitted < 1.0);
+        const QPoint Pointer(130, 260);
+        const QPointF Before = m_pCanvas->toPicture(Pointer);
+        wheel(*m_pCanvas, Pointer, 480);
+        QVERIFY(qFuzzyCompare(m_pCanvas->zoom(), 2.0 * Fitted));
+        QVERIFY(QLineF(m_pCanvas->toPicture(Pointer), Before).length() < 1.0);
+
+        const QPointF Corner = m_pCanvas->toPicture(QPoint(0, 0));
+        QTest::mousePress(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer);
+        QMouseEvent Move(QEvent::MouseMove, Pointer + QPoint(40, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+        QApplication::sendEvent(m_pCanvas.get(), &Move);
+        QTest::mouseRelease(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer + QPoint(40, 20));
+        const QPointF Moved = Corner - m_pCanvas->toPicture(QPoint(0, 0));
+        QVERIFY(QLineF(Moved * m_pCanvas->zoom(), QPointF(40, 20)).length() < 1.5);
+
+        for (int Step = 0; Step < 100; ++Step)
+            wheel(*m_pCanvas, Pointer, -480);
+        QVERIFY(m_pCanvas->zoom() >= OrvCanvasView::SmallestZoom);
+        m_pCanvas->fit();
+        QVERIFY(qFuzzyCompare(m_pCanvas->zoom(), Fitted));
+        m_pCanvas->showActualSize();
+        QCOMPARE(m_pCanvas->zoom(), 1.0);
+        QVERIFY(isSettled(m_pCanvas.get()));
+    }
+
+    void theMousePaintsAndPicksColors()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(512, 512));
+        m_Document.newPaintLayer(pChannel, OrvColor(0.0f, 1.0f, 0.0f));
+        OrvLayer* pTop = m_Document.newPaintLayer(pChannel);
+        QVERIFY(isSettled(m_pCanvas.get()));
+        const QPoint Place = m_pCanvas->toWidget(QPointF(256, 256)).toPoint();
+        QTest::mousePress(m_pCanvas.get(), Qt::LeftButton, Qt::NoModifier, Place);
+        QTest::mouseRelease(m_pCanvas.get(), Qt::LeftButton, Qt::NoModifier, Place);
+        QCOMPARE(OrvTestDocument::pixelsOf(pTop->paintImageSet()).pixelColor(256, 256), QColor(Qt::blue));
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {256, 246}), Qt::blue));
+        // What is seen is picked, whichever layer it comes from, and nothing is painted.
+        const int Steps = OrvTestDocument::historyLength();
+        QTest::mouseClick(m_pCanvas.get(), Qt::LeftButton, Qt::AltModifier,
+            m_pCanvas->toWidget(QPointF(20, 20)).toPoint());
+        QCOMPARE(m_pTool->brush().color(), QColor(Qt::green));
+        QCOMPARE(OrvTestDocument::historyLength(), Steps);
+    }
+
+    void tilesStandWhereTheirNumbersSay()
+    {
+        OrvShaderNetwork* pNetwork = m_Document.newProject();
+        pNetwork->geoEntity()->setUdimTiles({1001, 1002, 1011});
+        OrvShaderInput* pChannel = OrvShaderInputUtils::create(
+            pNetwork, QStringLiteral("Tiles"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
+        const QRect Upper = pChannel->layout().tileRect(1011);
+        pLayer->paintImageSet()->buffer().fill(OrvColor(1.0f, 0.0f, 0.0f), Upper);
+        pLayer->paintImageSet()->pixelsWritten(Upper);
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {32, 32}), Qt::red));
+        QVERIFY(!isNear(shownAt(m_pCanvas.get(), {32, 76}), Qt::red, 80));
+        // No tile 1012: neither picture nor checker pattern there.
+        const QColor Gap = shownAt(m_pCanvas.get(), {96, 32});
+        QVERIFY(isNear(Gap, shownAt(m_pCanvas.get(), {-4, 64}), 3));
+    }
+
+private:
+    std::unique_ptr<OrvCanvas> newCanvas() const
+    {
+        auto pCanvas = std::make_unique<OrvCanvas>(m_pTool.get());
+        pCanvas->resize(CanvasSize);
+        pCanvas->show();
+        return pCanvas;
+    }
+    static void applyZoom(OrvCanvas* pCanvas, double Zoom)
+    {
+        isSettled(pCanvas);
+        if (Zoom > 0.0) {
+            pCanvas->showActualSize();
+            wheel(*pCanvas, QPoint(200, 200), int(std::lround(480.0 * std::log2(Zoom))));
+        }
+    }
+    static bool isSettled(OrvCanvas* pCanvas)
+    {
+        QApplication::processEvents();
+        return QTest::qWaitFor([pCanvas] { return pCanvas->isSettled(); }, SettleTime);
+    }
+    static QColor shownAt(OrvCanvas* pCanvas, const QPointF& PicturePoint)
+    {
+        isSettled(pCanvas);
+        const double Ratio = pCanvas->devicePixelRatioF();
+        return pCanvas->grab().toImage().pixelColor((pCanvas->toWidget(PicturePoint) * Ratio).toPoint());
+    }
+    static bool areAlike(const QImage& One, const QImage& Other)
+    {
+        if (One.size() != Other.size())
+            return false;
+        for (int Row = 0; Row < One.height(); ++Row) {
+            for (int Column = 0; Column < One.width(); ++Column) {
+                if (!isNear(One.pixelColor(Column, Row), Other.pixelColor(Column, Row)))
+                    return false;
+            }
+        }
+        return true;
+    }
+    void stroke(const std::vector<QPointF>& Points)
+    {
+        QVERIFY(m_pTool->begin(Points.front()));
+        for (const QPointF& Point : Points)
+            m_pTool->moveTo(Point);
+        m_pTool->end();
+    }
+
+    OrvTestDocument m_Document;
+    std::unique_ptr<OrvBrushTool> m_pTool;
+    std::unique_ptr<OrvCanvas> m_pCanvas;
+};
+
+QTEST_MAIN(TstCanvas)
+#include "TstCanvas.moc"

@@ -1,0 +1,333 @@
+#include "Tests/Orvi/OrvTestDocument.h"
+
+#include "Orvi/OrvChannelExport.h"
+#include "Orvi/OrvImageImport.h"
+#include "Orvi/OrvImportExport.h"
+#include "Orvi/OrvProjectCommands.h"
+
+#include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QUrl>
+#include <QtTest/QtTest>
+
+namespace {
+
+const QSize ImageSize(48, 32);
+
+/// A picture whose every pixel differs from its neighbours.
+QImage pattern(const QSize& Size, QImage::Format Format = QImage::Format_RGBA8888)
+{
+    QImage Image(Size, Format);
+    for (int Y = 0; Y < Size.height(); ++Y) {
+        for (int X = 0; X < Size.width(); ++X)
+            Image.setPixelColor(X, Y, QColor(X * 5 % 256, Y * 7 % 256, (X + Y) * 3 % 256, 255 - (X * Y) % 97));
+    }
+    return Image;
+}
+
+} // namespace
+
+/// Image files in and out, good ones and bad ones.
+class TstImportExport : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { OrvApplication::appInstance().setPopupsAllowed(false); }
+    void init()
+    {
+        m_pNetwork = m_Document.newProject();
+        m_Error.clear();
+    }
+    void cleanup() { OrvProjectManager::instance().closeProject(); }
+
+    void anImageBecomesAChannelAndComesOutAsItWas()
+    {
+        const QImage Image = pattern(ImageSize);
+        OrvShaderInput* pChannel = import(save(QStringLiteral("rusty hull.png"), Image));
+        QVERIFY2(pChannel, qPrintable(m_Error));
+        QCOMPARE(pChannel->name(), QStringLiteral("rusty hull"));
+        QCOMPARE(pChannel->imageSetSize(), ImageSize);
+        QCOMPARE(int(pChannel->imageSetDepth()), GL_UNSIGNED_BYTE);
+        QVERIFY(!pChannel->isScalar());
+        QCOMPARE(OrvTestDocument::pixelsOf(baseOf(pChannel)->paintImageSet()), Image);
+
+        const QString Out = m_Document.filePath(QStringLiteral("out.png"));
+        QVERIFY2(OrvChannelExport::writeChannel(pChannel, Out, {}, m_Error), qPrintable(m_Error));
+        QVERIFY(areAlike(QImage(Out).convertToFormat(QImage::Format_RGBA8888), Image));
+
+        // One undo step, there and back.
+        QCOMPARE(OrvTestDocument::historyLength(), 1);
+        OrvUndoManager::instance().undo();
+        QVERIFY(channels().isEmpty());
+        OrvUndoManager::instance().redo();
+        QCOMPARE(channels().size(), 1);
+        QCOMPARE(OrvTestDocument::pixelsOf(baseOf(channels().first())->paintImageSet()), Image);
+        // A second file of that name gets a name of its own.
+        QVERIFY(import(m_Document.filePath(QStringLiteral("rusty hull.png"))));
+        QVERIFY(channels()[0]->name() != channels()[1]->name());
+    }
+
+    void numbersAreNotTakenForColors_data()
+    {
+        QTest::addColumn<QString>("Name");
+        QTest::addColumn<bool>("Gray");
+        QTest::newRow("gray") << QStringLiteral("anything") << true;
+        QTest::newRow("normals") << QStringLiteral("hull_Normal") << false;
+    }
+    void numbersAreNotTakenForColors()
+    {
+        QFETCH(QString, Name);
+        QFETCH(bool, Gray);
+        QImage Image(ImageSize, Gray ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
+        Image.fill(QColor(128, 128, 128));
+        OrvShaderInput* pChannel = import(save(Name + QStringLiteral(".png"), Image));
+        QVERIFY2(pChannel, qPrintable(m_Error));
+        QCOMPARE(pChannel->isScalar(), Gray);
+        // 128 of 255 is the number 0.502, not light of 0.216.
+        const float Value = OrvTestDocument::scalarAt(baseOf(pChannel)->paintImageSet(), {5, 5});
+        QVERIFY2(std::abs(Value - 128.0f / 255.0f) < 0.002f, qPrintable(QString::number(double(Value))));
+        const QString Out = m_Document.filePath(QStringLiteral("numbers.png"));
+        QVERIFY2(OrvChannelExport::writeChannel(pChannel, Out, {}, m_Error), qPrintable(m_Error));
+        QCOMPARE(QImage(Out).pixelColor(5, 5).red(), 128);
+    }
+
+    void floatsKeepWhatNoByteHolds()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize, GL_HALF_FLOAT);
+        m_Document.newPaintLayer(pChannel, OrvColor(4.0f, 0.25f, 0.0f));
+        for (const char* pFile : {"hdr.exr", "hdr.tif"}) {
+            const QString File = m_Document.filePath(QString::fromLatin1(pFile));
+            QVERIFY2(OrvChannelExport::writeChannel(pChannel, File, {}, m_Error), qPrintable(m_Error));
+            OrvShaderInput* pBack = import(File);
+            QVERIFY2(pBack, qPrintable(m_Error));
+            QVERIFY(int(pBack->imageSetDepth()) != GL_UNSIGNED_BYTE);
+            float Rgba[4] = {};
+            baseOf(pBack)->paintImageSet()->buffer().read(
+                QRect(3, 3, 1, 1), {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear}, Rgba);
+            QVERIFY(std::abs(Rgba[0] - 4.0f) < 0.01f && std::abs(Rgba[1] - 0.25f) < 0.001f && Rgba[3] == 1.0f);
+        }
+    }
+
+    void tilesAreOneImage()
+    {
+        for (const int Tile : {1001, 1002, 1012}) {
+            QImage Image(ImageSize, QImage::Format_RGB888);
+            Image.fill(QColor(Tile % 100 * 20, 40, 0));
+            save(QStringLiteral("grid.%1.png").arg(Tile), Image);
+        }
+        // Naming one brings its brothers along.
+        const QList<OrvUdimSet> Sets
+            = OrvImageImport::imageSets({m_Document.filePath(QStringLiteral("grid.1002.png"))});
+        QCOMPARE(Sets.size(), 1);
+        OrvImageImport::takeTiles(m_pNetwork->geoEntity(), Sets);
+        OrvShaderInput* pChannel = OrvImageImport::importChannel(m_pNetwork, Sets.first(), {}, m_Error);
+        QVERIFY2(pChannel, qPrintable(m_Error));
+        QCOMPARE(pChannel->name(), QStringLiteral("grid"));
+        QCOMPARE(pChannel->layout().tiles(), QVector<int>({1001, 1002, 1012}));
+        const QImage Pixels = OrvTestDocument::pixelsOf(baseOf(pChannel)->paintImageSet());
+        for (const int Tile : {1001, 1002, 1012})
+            QCOMPARE(Pixels.pixelColor(pChannel->layout().tileRect(Tile).center()).red(), Tile % 100 * 20);
+
+        QVERIFY2(OrvChannelExport::writeChannel(
+                     pChannel, m_Document.filePath(QStringLiteral("o_<UDIM>.png")), {}, m_Error),
+            qPrintable(m_Error));
+        QCOMPARE(QImage(m_Document.filePath(QStringLiteral("o_1012.png"))).pixelColor(1, 1).red(), 12 * 20);
+        QVERIFY(!QFile::exists(m_Document.filePath(QStringLiteral("o_1011.png"))));
+
+        // A tile that the object has not is named, and nothing is left of the attempt.
+        save(QStringLiteral("other.1033.png"), pattern(ImageSize));
+        QVERIFY(!import(m_Document.filePath(QStringLiteral("other.1033.png"))));
+        QVERIFY(m_Error.contains(QStringLiteral("1033")));
+        QCOMPARE(channels().size(), 1);
+    }
+
+    void layersAreScaledToTheirChannel()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(64, 64));
+        QImage Halves(7, 16, QImage::Format_RGBA8888);
+        Halves.fill(QColor(200, 100, 50));
+        for (int Y = 8; Y < 16; ++Y) {
+            for (int X = 0; X < 7; ++X)
+                Halves.setPixelColor(X, Y, Qt::transparent);
+        }
+        OrvLayer* pLayer = importLayer(pChannel, save(QStringLiteral("halves.png"), Halves));
+        QVERIFY2(pLayer, qPrintable(m_Error));
+        QCOMPARE(pLayer->name(), QStringLiteral("halves"));
+        QVERIFY(pLayer->isCurrent());
+        const QImage Pixels = OrvTestDocument::pixelsOf(pLayer->paintImageSet());
+        QCOMPARE(Pixels.pixelColor(0, 0), QColor(200, 100, 50));
+        QCOMPARE(Pixels.pixelColor(63, 20), QColor(200, 100, 50));
+        QCOMPARE(Pixels.pixelColor(30, 60).alpha(), 0);
+        // Between the halves colour fades by alpha and does not darken.
+        for (int Y = 0; Y < 64; ++Y) {
+            const QColor Color = Pixels.pixelColor(30, Y);
+            QVERIFY(Color.alpha() < 12 || std::abs(Color.red() - 200) <= 4);
+        }
+        // Shrinking averages: a fine checker becomes an even gray, in linear light.
+        QImage Checker(256, 256, QImage::Format_RGB888);
+        for (int Y = 0; Y < 256; ++Y) {
+            for (int X = 0; X < 256; ++X)
+                Checker.setPixelColor(X, Y, (X + Y) % 2 ? Qt::white : Qt::black);
+        }
+        OrvLayer* pGray = importLayer(pChannel, save(QStringLiteral("checker.png"), Checker));
+        QVERIFY(std::abs(OrvTestDocument::pixelsOf(pGray->paintImageSet()).pixelColor(31, 33).red() - 188) <= 2);
+    }
+
+    void badFilesAreNamedAndLeaveNothing_data()
+    {
+        QTest::addColumn<QString>("Name");
+        QTest::addColumn<QByteArray>("Contents");
+        QTest::newRow("missing") << QStringLiteral("missing.png") << QByteArray();
+        QTest::newRow("empty") << QStringLiteral("empty.exr") << QByteArray("");
+        QTest::newRow("text") << QStringLiteral("text.png") << QByteArray("This is no image.");
+        QTest::newRow("cut off") << QStringLiteral("cut.png") << QByteArray();
+        QTest::newRow("unknown type") << QStringLiteral("unknown.xyz") << QByteArray("xyz");
+    }
+    void badFilesAreNamedAndLeaveNothing()
+    {
+        QFETCH(QString, Name);
+        QFETCH(QByteArray, Contents);
+        const QString Path = m_Document.filePath(Name);
+        if (!Contents.isNull()) {
+            QFile File(Path);
+            QVERIFY(File.open(QIODevice::WriteOnly));
+            File.write(Contents);
+        } else if (Name == QLatin1String("cut.png")) {
+            save(Name, pattern(QSize(200, 200)));
+            QVERIFY(QFile::resize(Path, QFileInfo(Path).size() / 2));
+        }
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
+        m_pNetwork = pChannel->network();
+        m_Document.newPaintLayer(pChannel);
+        const int Steps = OrvTestDocument::historyLength();
+        QVERIFY(!import(Path));
+        QVERIFY2(m_Error.contains(Name), qPrintable(m_Error));
+        m_Error.clear();
+        QVERIFY(!importLayer(pChannel, Path));
+        QVERIFY2(m_Error.contains(Name), qPrintable(m_Error));
+        QCOMPARE(channels().size(), 1);
+        QCOMPARE(pChannel->layerList().size(), 1);
+        QCOMPARE(OrvTestDocument::historyLength(), Steps);
+    }
+
+    void theGoodOnesAmongBadOnesOpen()
+    {
+        OrvProjectCommands Projects;
+        OrvImportExport Commands(&Projects);
+        QFile Bad(m_Document.filePath(QStringLiteral("bad.png")));
+        QVERIFY(Bad.open(QIODevice::WriteOnly));
+        Bad.write("bad");
+        Bad.close();
+        Commands.openImagesAsProject({save(QStringLiteral("first.png"), pattern(ImageSize)), Bad.fileName(),
+            m_Document.filePath(QStringLiteral("nowhere.png")), save(QStringLiteral("second.png"), pattern(ImageSize))});
+        m_pNetwork = OrvProjectManager::instance().currentProject()->currentGeoEntity()->shaderNetwork();
+        QCOMPARE(channels().size(), 2);
+        QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("first"));
+        QCOMPARE(OrvProjectManager::instance().currentProject()->name(), QStringLiteral("first"));
+        // Without any good one there is no project.
+        Commands.openImagesAsProject({Bad.fileName()});
+        QVERIFY(!OrvProjectManager::instance().currentProject());
+    }
+
+    void dropsBecomeLayersAboveTheOneUnderThePointer()
+    {
+        OrvProjectCommands Projects;
+        const OrvImportExport Commands(&Projects);
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
+        OrvLayer* pLower = m_Document.newPaintLayer(pChannel);
+        OrvLayer* pUpper = m_Document.newPaintLayer(pChannel);
+        QMimeData Data;
+        Data.setUrls({QUrl::fromLocalFile(save(QStringLiteral("one.png"), pattern(ImageSize))),
+            QUrl::fromLocalFile(save(QStringLiteral("two.png"), pattern(ImageSize)))});
+        OrvDragAndDropManager& Drops = OrvDragAndDropManager::instance();
+        QVERIFY(Drops.acceptDragEnter(&Data, OrvDragAndDropManager::LayerTreeTarget));
+        QVERIFY(Drops.drop(&Data, OrvDragAndDropManager::LayerTreeTarget,
+            {{QStringLiteral("LayerStack"), QVariant::fromValue<OrvLayerStack*>(pChannel)},
+                {QStringLiteral("LayerBelow"), QVariant::fromValue(pLower)}}));
+        const QList<OrvLayer*> Layers = pChannel->layerList();
+        QCOMPARE(Layers.size(), 4);
+        QCOMPARE(Layers.first(), pUpper);
+        QCOMPARE(Layers[1]->name(), QStringLiteral("two"));
+        QCOMPARE(Layers[2]->name(), QStringLiteral("one"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(pChannel->layerList().size(), 2);
+
+        QMimeData Text;
+        Text.setUrls({QUrl::fromLocalFile(QStringLiteral("/nowhere/notes.txt"))});
+        QVERIFY(!Drops.acceptDragEnter(&Text, OrvDragAndDropManager::CanvasTarget));
+    }
+
+    void cancellingLeavesNothing()
+    {
+        const QString Path = save(QStringLiteral("large.png"), pattern(QSize(300, 300)));
+        const OrvUdimSet Set = OrvImageImport::imageSets({Path}).first();
+        QVERIFY(!OrvImageImport::importChannel(m_pNetwork, Set, [](int, int) { return false; }, m_Error));
+        QVERIFY(channels().isEmpty());
+        QCOMPARE(OrvTestDocument::historyLength(), 0);
+        OrvShaderInput* pChannel = import(Path);
+        const QString Out = m_Document.filePath(QStringLiteral("cancelled.png"));
+        QVERIFY(!OrvChannelExport::writeChannel(pChannel, Out, [](int, int) { return false; }, m_Error));
+        QVERIFY(!QFile::exists(Out));
+    }
+
+    void progressGrowsToItsEnd()
+    {
+        OrvShaderInput* pChannel = import(save(QStringLiteral("steps.png"), pattern(QSize(300, 700))));
+        int Last = -1, End = 0;
+        QVERIFY(OrvChannelExport::writeChannel(pChannel, m_Document.filePath(QStringLiteral("steps.tif")),
+            [&](int Done, int Total) {
+                const bool Grows = Done >= Last && Done <= Total;
+                Last = Done;
+                End = Total;
+                return Grows;
+            },
+            m_Error));
+        QCOMPARE(Last, End);
+    }
+
+private:
+    QString save(const QString& Name, const QImage& Image) const
+    {
+        const QString Path = m_Document.filePath(Name);
+        if (!Image.save(Path))
+            qWarning("%s", qPrintable(Path));
+        return Path;
+    }
+    OrvShaderInput* import(const QString& Path)
+    {
+        return OrvImageImport::importChannel(m_pNetwork, OrvImageImport::imageSets({Path}).first(), {}, m_Error);
+    }
+    OrvLayer* importLayer(OrvLayerStack* pStack, const QString& Path)
+    {
+        return OrvImageImport::importPaintLayer(
+            pStack, nullptr, OrvImageImport::imageSets({Path}).first(), {}, m_Error);
+    }
+    QList<OrvShaderInput*> channels() const
+    {
+        return OrvShaderInputManager::instance().getShaderInputsFromNetwork(m_pNetwork);
+    }
+    static OrvLayer* baseOf(const OrvShaderInput* pChannel) { return pChannel->layerList().last(); }
+    static bool areAlike(const QImage& One, const QImage& Other)
+    {
+        if (One.size() != Other.size())
+            return false;
+        for (int Y = 0; Y < One.height(); ++Y) {
+            for (int X = 0; X < One.width(); ++X) {
+                const QColor A = One.pixelColor(X, Y), B = Other.pixelColor(X, Y);
+                if (std::abs(A.red() - B.red()) > 1 || std::abs(A.green() - B.green()) > 1
+                    || std::abs(A.blue() - B.blue()) > 1 || A.alpha() != B.alpha())
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    OrvTestDocument m_Document;
+    OrvShaderNetwork* m_pNetwork = nullptr;
+    QString m_Error;
+};
+
+QTEST_MAIN(TstImportExport)
+#include "TstImportExport.moc"
