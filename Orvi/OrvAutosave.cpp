@@ -14,7 +14,7 @@
 #include <QtCore/QLockFile>
 #include <QtCore/QSettings>
 #include <QtCore/QStandardPaths>
-#include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
 
 namespace {
 
@@ -66,8 +66,9 @@ void OrvAutosave::onProjectCurrent()
 
 void OrvAutosave::request()
 {
-    // Never under the user's hand: a stroke or a drag comes first.
-    if (OrvUndoManager::instance().isInMacro() || QGuiApplication::mouseButtons() != Qt::NoButton)
+    // Never under the user's hand, nor in the midst of saving or importing.
+    if (OrvUndoManager::instance().isInMacro() || QApplication::mouseButtons() != Qt::NoButton
+        || QApplication::activeModalWidget())
         m_Delay.start();
     else
         saveNow();

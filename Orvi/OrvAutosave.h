@@ -9,9 +9,9 @@
 
 class QLockFile;
 
-/// Keeps a second, younger copy of the open project in its cache directory while there are unsaved changes, and finds
-/// copies that a crash left behind. A copy goes when its project is saved or closed. It never writes where the user
-/// saves.
+/// Keeps a second, younger copy of the open project in its cache directory while there are unsaved changes,
+/// and finds copies that a crash left behind. A copy goes when its project is saved or closed. It never
+/// writes where the user saves.
 class OrvAutosave : public QObject {
     Q_OBJECT
 
@@ -26,7 +26,8 @@ public:
     };
     /// Copies whose program is gone, not those of another one that runs.
     static QList<Copy> leftBehind();
-    /// Makes a project of a copy, opens it and takes the copy away. Returns the project's folder, empty on failure.
+    /// Makes a project of a copy, opens it and takes the copy away. Returns the project's folder, empty on
+    /// failure.
     static QString recover(const Copy& Left, QString& Error);
     static void discard(const Copy& Left);
 

@@ -53,7 +53,7 @@ OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
         pSlider->setSuffix(tr(" %"));
     }
 
-    m_pEraser->setText(tr("Erase"));
+    m_pEraser->setIcon(OrvIcon::createIconFromFilename(QStringLiteral("Eraser.png")));
     m_pEraser->setToolTip(tr("Erase instead of painting (E)"));
     m_pEraser->setCheckable(true);
     m_pEraser->setAutoRaise(true);

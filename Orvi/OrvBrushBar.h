@@ -7,7 +7,8 @@ class OrvColorSwatch;
 class OrvSliderSpinBox;
 class QToolButton;
 
-/// The strip with the brush's colour, size, hardness, opacity and eraser. It shows and sets what the brush tool keeps.
+/// The strip with the brush's colour, size, hardness, opacity and eraser. It shows and sets what the brush
+/// tool keeps.
 class OrvBrushBar : public QToolBar {
     Q_OBJECT
 

@@ -36,8 +36,8 @@ bool holdsNumbers(const OrvSnChannelInputNode* pNode)
         || (!Channels.isEmpty() && Channels.first()->isScalar());
 }
 
-/// What the brush's colour means in the pixels of a node: light of that colour, or the number that the display shows
-/// as it.
+/// What the brush's colour means in the pixels of a node: light of that colour, or the number that the
+/// display shows as it.
 OrvColor paintedColor(const OrvSnChannelInputNode* pNode, const QColor& Color)
 {
     OrvColor Painted = OrvColor::fromQColor(Color);
@@ -129,7 +129,8 @@ void OrvBrushStroke::composeSquare(const QRect& Piece)
     const bool Scalar = pImages->format().Kind == OrvPixelFormat::Scalar;
     const OrvPixelFormat Format{GL_FLOAT, pImages->format().Kind, OrvPixelFormat::Linear};
     const int Components = Format.componentCount();
-    std::vector<float> Pixels(std::size_t(Piece.width()) * std::size_t(Piece.height()) * std::size_t(Components));
+    std::vector<float> Pixels(
+        std::size_t(Piece.width()) * std::size_t(Piece.height()) * std::size_t(Components));
     if (m_Before.isNull()) {
         const OrvColor Fill = pImages->fillColor();
         for (std::size_t Index = 0; Index < Pixels.size(); ++Index)

@@ -14,16 +14,17 @@
 
 class OrvSnChannelInputNode;
 
-/// One stroke of the brush on a paint layer or a mask, from pressing to releasing. Pixels are painted as the brush
-/// moves, each time from those before the stroke, in linear light; the whole stroke becomes one undo step. Whoever
-/// starts it has made sure that the node may be changed.
+/// One stroke of the brush on a paint layer or a mask, from pressing to releasing. Pixels are painted as the
+/// brush moves, each time from those before the stroke, in linear light; the whole stroke becomes one undo
+/// step. Whoever starts it has made sure that the node may be changed.
 class OrvBrushStroke {
 public:
     /// Paints the first dab.
     OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const QPointF& Start);
     ~OrvBrushStroke();
 
-    /// The brush follows a smooth curve through the points and stays half a step behind until the stroke ends.
+    /// The brush follows a smooth curve through the points and stays half a step behind until the stroke
+    /// ends.
     void moveTo(const QPointF& Point);
     /// Paints the last half step and records the undo step.
     void finish();

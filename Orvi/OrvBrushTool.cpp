@@ -83,8 +83,9 @@ OrvSnChannelInputNode* OrvBrushTool::target(QString& Reason)
     const OrvLayer* pLayer = Layers.currentLayer();
     auto* pNode = qobject_cast<OrvSnChannelInputNode*>(Layers.currentComponent());
     if (!pNode || !pNode->imageSet() || !pNode->network()) {
-        Reason = pLayer ? tr("\"%1\" holds no pixels of its own: choose a paint layer or a mask").arg(pLayer->name())
-                        : tr("Choose a paint layer or a mask to paint on");
+        Reason = pLayer
+            ? tr("\"%1\" holds no pixels of its own: choose a paint layer or a mask").arg(pLayer->name())
+            : tr("Choose a paint layer or a mask to paint on");
         return nullptr;
     }
     if (!OrvLayerUtils::isModificationAllowedAt(pNode)) {
@@ -109,7 +110,8 @@ bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd)
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     if (pLayer && !pLayer->isVisible()) {
         OrvStatusManager::instance().showMessage(
-            tr("\"%1\" is hidden: what you paint will show with the layer").arg(pLayer->name()), MessageDuration);
+            tr("\"%1\" is hidden: what you paint will show with the layer").arg(pLayer->name()),
+            MessageDuration);
     }
     const bool Line = FromLastEnd && m_HasLastEnd;
     m_pStroke = std::make_unique<OrvBrushStroke>(pNode, m_Brush, Line ? m_LastEnd : Point);

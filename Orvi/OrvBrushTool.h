@@ -10,8 +10,8 @@
 class OrvBrushStroke;
 class OrvSnChannelInputNode;
 
-/// The brush in the user's hand: its settings, and the stroke being painted on the current component. It refuses where
-/// nothing may be painted and says why on the status line. It knows no widget.
+/// The brush in the user's hand: its settings, and the stroke being painted on the current component. It
+/// refuses where nothing may be painted and says why on the status line. It knows no widget.
 class OrvBrushTool : public QObject {
     Q_OBJECT
 
@@ -22,10 +22,12 @@ public:
     const OrvBrush& brush() const { return m_Brush; }
     void setBrush(const OrvBrush& Brush);
 
-    /// What a stroke would be painted on; null, with a reason, where there is nothing or it must not be changed.
+    /// What a stroke would be painted on; null, with a reason, where there is nothing or it must not be
+    /// changed.
     static OrvSnChannelInputNode* target(QString& Reason);
 
-    /// Starts a stroke at a point of the picture; one that goes on from the end of the last makes a straight line.
+    /// Starts a stroke at a point of the picture; one that goes on from the end of the last makes a straight
+    /// line.
     bool begin(const QPointF& Point, bool FromLastEnd = false);
     void moveTo(const QPointF& Point);
     void end();

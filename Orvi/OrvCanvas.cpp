@@ -217,7 +217,8 @@ void OrvCanvas::pickColor(const QPointF& WidgetPoint)
         return;
     Rgba[3] = 1.0f;
     OrvBrush Brush = m_pBrushTool->brush();
-    Brush.setColor(OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning()).pixelColor(0, 0));
+    Brush.setColor(
+        OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning()).pixelColor(0, 0));
     m_pBrushTool->setBrush(Brush);
 }
 

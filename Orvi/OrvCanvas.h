@@ -9,8 +9,8 @@
 
 class OrvBrushTool;
 
-/// The picture in the middle of the window: shows the current channel, follows every edit region by region, and takes
-/// the brush. It owns what it shows with (view, tiles, renderer) and keeps nothing of the document.
+/// The picture in the middle of the window: shows the current channel, follows every edit region by region,
+/// and takes the brush. It owns what it shows with (view, tiles, renderer) and keeps nothing of the document.
 class OrvCanvas : public QWidget {
     Q_OBJECT
 

@@ -69,7 +69,8 @@ void OrvCanvasOverlay::drawBackground(QPainter& Painter, const QRect& Viewport)
     Painter.fillRect(Viewport, BackgroundColor);
 }
 
-void OrvCanvasOverlay::drawChecker(QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View)
+void OrvCanvasOverlay::drawChecker(
+    QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View)
 {
     QRegion Tiles;
     for (const int Tile : Source.layout().tiles())
@@ -90,13 +91,15 @@ void OrvCanvasOverlay::drawTileBorders(
     for (const int Tile : Layout.tiles()) {
         const QRect Shown = deviceRect(View, Layout.tileRect(Tile));
         Painter.setPen(QPen(Several ? QColor(255, 255, 255, 60) : QColor(0, 0, 0, 140), 1.0));
-        Painter.drawRect(Shown.adjusted(Several ? 0 : -1, Several ? 0 : -1, Several ? -1 : 0, Several ? -1 : 0));
+        Painter.drawRect(
+            Shown.adjusted(Several ? 0 : -1, Several ? 0 : -1, Several ? -1 : 0, Several ? -1 : 0));
         if (!Several || Shown.width() < LeastLabelledTile * PixelRatio)
             continue;
         const QString Number = QString::number(Tile);
         const int Margin = int(4 * PixelRatio);
         const QSize TextSize = Painter.fontMetrics().size(0, Number) + QSize(2 * Margin, Margin);
-        const QRect Label(Shown.left(), Shown.bottom() - TextSize.height() + 1, TextSize.width(), TextSize.height());
+        const QRect Label(
+            Shown.left(), Shown.bottom() - TextSize.height() + 1, TextSize.width(), TextSize.height());
         Painter.fillRect(Label, QColor(0, 0, 0, 150));
         Painter.setPen(QColor(255, 255, 255, 210));
         Painter.drawText(Label, Qt::AlignCenter, Number);
@@ -111,10 +114,13 @@ void OrvCanvasOverlay::drawTitle(
     if (!pChannel)
         return;
     const QSize Size = pChannel->imageSetSize();
-    QString Facts = QStringLiteral("%1 \u00d7 %2   %3").arg(Size.width()).arg(Size.height()).arg(
-        pChannel->imageSetDepthAsString());
+    QString Facts = QStringLiteral("%1 \u00d7 %2   %3")
+                        .arg(Size.width())
+                        .arg(Size.height())
+                        .arg(pChannel->imageSetDepthAsString());
     if (Source.layout().tiles().size() > 1)
-        Facts += tr("   %n tiles").replace(QLatin1String("%n"), QString::number(Source.layout().tiles().size()));
+        Facts += tr("   %n tiles")
+                     .replace(QLatin1String("%n"), QString::number(Source.layout().tiles().size()));
     if (!Source.partName().isEmpty())
         Facts.prepend(Source.partName() + QStringLiteral("   "));
     Facts += QStringLiteral("   ") + zoomText(View.zoom());
@@ -129,7 +135,8 @@ void OrvCanvasOverlay::drawTitle(
     const QString Name = pChannel->name();
     const int NameWidth = NameMetrics.horizontalAdvance(Name);
     const int Height = NameMetrics.height() + Padding;
-    const QRect Chip(Padding, Padding, NameWidth + FactsMetrics.horizontalAdvance(Facts) + 3 * Padding, Height);
+    const QRect Chip(
+        Padding, Padding, NameWidth + FactsMetrics.horizontalAdvance(Facts) + 3 * Padding, Height);
     QPainterPath Shape;
     Shape.addRoundedRect(QRectF(Chip), 4 * PixelRatio, 4 * PixelRatio);
     Painter.fillPath(Shape, QColor(20, 20, 20, 190));
@@ -138,7 +145,8 @@ void OrvCanvasOverlay::drawTitle(
     Painter.drawText(Chip.adjusted(Padding, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, Name);
     Painter.setFont(FactsFont);
     Painter.setPen(QColor(170, 170, 170));
-    Painter.drawText(Chip.adjusted(NameWidth + 2 * Padding, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, Facts);
+    Painter.drawText(
+        Chip.adjusted(NameWidth + 2 * Padding, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, Facts);
     Painter.restore();
 }
 
@@ -150,7 +158,8 @@ void OrvCanvasOverlay::drawHint(QPainter& Painter, const QRect& Viewport, double
     Painter.setFont(overlayFont(PixelRatio, 1.5));
     const int Line = Painter.fontMetrics().height();
     const QRect Above = Viewport.adjusted(0, 0, 0, -Line);
-    Painter.drawText(Above, Qt::AlignCenter, Open ? tr("This object has no channel yet") : tr("Drop images or a project here"));
+    Painter.drawText(Above, Qt::AlignCenter,
+        Open ? tr("This object has no channel yet") : tr("Drop images or a project here"));
     Painter.setPen(QColor(110, 110, 110));
     Painter.setFont(overlayFont(PixelRatio));
     Painter.drawText(Viewport.adjusted(0, Line, 0, 0), Qt::AlignCenter,

@@ -5,14 +5,16 @@
 #include <QtCore/QMetaObject>
 
 #include <algorithm>
-#include <chrono>
 #include <vector>
 
 namespace {
 
-/// Between two pieces the engine is free for so long: its lock is not fair, and an edit must not wait for all of the
-/// picture.
+/// Between two parts the engine is free for so long: its lock is not fair, and an edit must not wait for all
+/// of the picture.
 constexpr std::chrono::microseconds Breath(100);
+constexpr std::chrono::milliseconds LongestPart(60);
+constexpr int SmallestPart = OrvCanvasRenderer::TileEdge / 2;
+constexpr std::size_t Components = 4;
 const OrvPixelFormat PixelFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
 /// A region of more rectangles costs more than the pixels between them.
 constexpr int MostRectangles = 64;
@@ -121,12 +123,28 @@ void OrvCanvasRenderer::noteInvalidated(const QRect& Region)
     postDelivery();
 }
 
-QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values) const
+QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values)
 {
-    const QSize Size = Wanted.Region.size();
-    std::vector<float> Pixels(std::size_t(Size.width()) * std::size_t(Size.height()) * 4);
-    m_pShown->render(Wanted.Region, 1.0 / (1 << Wanted.Level), PixelFormat, Pixels.data());
-    return OrvDisplayTransform::toImage(Pixels.data(), Size, Values);
+    const QRect& Region = Wanted.Region;
+    std::vector<float> Pixels(std::size_t(Region.width()) * std::size_t(Region.height()) * Components);
+    const int Stride = Region.width() * int(Components * sizeof(float));
+    for (int Top = Region.top(); Top <= Region.bottom(); Top += m_PartEdge) {
+        for (int Left = Region.left(); Left <= Region.right(); Left += m_PartEdge) {
+            const QRect Part = QRect(Left, Top, m_PartEdge, m_PartEdge).intersected(Region);
+            const std::size_t First = std::size_t(Top - Region.top()) * std::size_t(Region.width())
+                + std::size_t(Left - Region.left());
+            const auto Start = std::chrono::steady_clock::now();
+            m_pShown->render(
+                Part, 1.0 / (1 << Wanted.Level), PixelFormat, Pixels.data() + First * Components, Stride);
+            m_Slowest = std::max(m_Slowest, std::chrono::steady_clock::now() - Start);
+            std::this_thread::sleep_for(Breath);
+        }
+    }
+    // Edits wait for no more than a part: costly pictures are computed in smaller ones.
+    const bool Costly = m_Slowest > (m_PartEdge == TileEdge ? LongestPart : LongestPart / 4);
+    m_PartEdge = Costly ? SmallestPart : TileEdge;
+    m_Slowest /= 2;
+    return OrvDisplayTransform::toImage(Pixels.data(), Region.size(), Values);
 }
 
 void OrvCanvasRenderer::work()
@@ -144,7 +162,6 @@ void OrvCanvasRenderer::work()
         m_InvalidatedMeanwhile = QRegion();
         Lock.unlock();
         const QImage Pixels = compute(Wanted, Values);
-        std::this_thread::sleep_for(Breath);
         Lock.lock();
         m_Computing = false;
         if (Epoch == m_Epoch) {

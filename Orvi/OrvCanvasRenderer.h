@@ -9,6 +9,7 @@
 #include <QtGui/QImage>
 #include <QtGui/QRegion>
 
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -16,9 +17,10 @@
 
 class OrvEngineNode;
 
-/// Computes pieces of a picture in one thread of its own, newest wish first, so that the window never waits for the
-/// image engine. It owns one engine node to which the shown result is connected: results of the document may go at any
-/// time. Created, commanded and destroyed on the GUI thread; it keeps no finished pieces.
+/// Computes pieces of a picture in one thread of its own, newest wish first, so that the window never waits
+/// for the image engine. It owns one engine node to which the shown result is connected: results of the
+/// document may go at any time. Created, commanded and destroyed on the GUI thread; it keeps no finished
+/// pieces.
 class OrvCanvasRenderer : public QObject {
     Q_OBJECT
 
@@ -37,7 +39,8 @@ public:
 
     /// Shows another result, null for none. What was asked for before is forgotten.
     void setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values);
-    /// Replaces all wishes; those at the front are computed first. One that is being computed is not computed again.
+    /// Replaces all wishes; those at the front are computed first. One that is being computed is not computed
+    /// again.
     void setWishes(QVector<Piece> Wishes);
     /// Nothing is wished, computed or waiting to be delivered.
     bool isIdle() const;
@@ -58,13 +61,17 @@ private:
     };
 
     void work();
-    QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values) const;
+    QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values);
     void postDelivery();
     bool isOnItsWay(const Piece& Wanted) const;
     void noteInvalidated(const QRect& Region);
     Q_INVOKABLE void deliver();
 
     std::unique_ptr<OrvEngineNode> m_pShown;
+
+    // The thread's own: how much it computes at once, and the time that takes.
+    int m_PartEdge = TileEdge;
+    std::chrono::steady_clock::duration m_Slowest{};
 
     mutable std::mutex m_Mutex; ///< guards what follows; never held while the engine is asked for anything
     std::condition_variable m_Wake;

@@ -25,12 +25,14 @@ OrvCanvasSource::OrvCanvasSource(QObject* pParent)
     connect(&m_Update, &QTimer::timeout, this, &OrvCanvasSource::update);
 
     const auto request = [this] { requestUpdate(); };
-    connect(&OrvShaderInputManager::instance(), &OrvShaderInputManager::currentShaderInputChanged, this, request);
+    connect(
+        &OrvShaderInputManager::instance(), &OrvShaderInputManager::currentShaderInputChanged, this, request);
     connect(&OrvShaderInputManager::instance(), &OrvShaderInputManager::shaderInputRenamed, this,
         &OrvCanvasSource::descriptionChanged);
     connect(&OrvLayerManager::instance(), &OrvLayerManager::currentLayerChanged, this, request);
     connect(&OrvLayerManager::instance(), &OrvLayerManager::currentComponentChanged, this, request);
-    connect(&OrvLayerShaderManager::instance(), &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
+    connect(
+        &OrvLayerShaderManager::instance(), &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
     connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this, request);
     connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, request);
     // What is shown goes with its node, before anything is said about what comes instead.
@@ -108,7 +110,8 @@ void OrvCanvasSource::update()
         && pImageNode->imageSet()->format().Kind == OrvPixelFormat::Scalar;
     const bool Numbers = pChannel
         && (ScalarImage || pChannel->isScalar()
-            || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace() == OrvColorManager::raw());
+            || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace()
+                == OrvColorManager::raw());
     const auto Meaning = Numbers ? OrvDisplayTransform::Numbers : OrvDisplayTransform::Light;
 
     const bool Same = !m_ResultGone && pNode == m_pNode && pResult == m_pResult && Layout == m_Layout
@@ -121,8 +124,9 @@ void OrvCanvasSource::update()
     m_Meaning = Meaning;
     m_PartName = PartName;
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
-    watch(pImageNode ? pImageNode->imageSet()
-                     : (pChannel && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet() : nullptr);
+    watch(pImageNode                                            ? pImageNode->imageSet()
+            : (pChannel && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
+                                                                : nullptr);
     if (!Same)
         Q_EMIT changed();
     else if (!SameWords)

@@ -13,9 +13,9 @@ class OrvImageSet;
 class OrvShaderInput;
 class OrvSnBaseNode;
 
-/// Which result of the document the canvas shows: the current channel's, or what the current system shader says (one
-/// layer, a layer and all below, the painted component). It follows the document and tells when another result, or a
-/// result of another size, is to be shown. The canvas owns it; it computes nothing.
+/// Which result of the document the canvas shows: the current channel's, or what the current system shader
+/// says (one layer, a layer and all below, the painted component). It follows the document and tells when
+/// another result, or a result of another size, is to be shown. The canvas owns it; it computes nothing.
 class OrvCanvasSource : public QObject {
     Q_OBJECT
 

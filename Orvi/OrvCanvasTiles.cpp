@@ -19,7 +19,8 @@ QRect shrunk(const QRect& Rect, int Levels)
 {
     const int Scale = 1 << Levels;
     const auto down = [Scale](int Value) { return int(std::floor(double(Value) / Scale)); };
-    return QRect(QPoint(down(Rect.left()), down(Rect.top())), QPoint(down(Rect.right()), down(Rect.bottom())));
+    return QRect(
+        QPoint(down(Rect.left()), down(Rect.top())), QPoint(down(Rect.right()), down(Rect.bottom())));
 }
 
 /// Edges on whole device pixels: neighbours then meet without gap or overlap.
@@ -112,8 +113,7 @@ QVector<OrvCanvasRenderer::Piece> OrvCanvasTiles::wishes(
         double Distance;
     };
     const auto toPiece = [](const Key& Which, const QRegion& Missing) {
-        return OrvCanvasRenderer::Piece{
-            Which.Level, QPoint(Which.Column, Which.Row), Missing.boundingRect()};
+        return OrvCanvasRenderer::Piece{Which.Level, QPoint(Which.Column, Which.Row), Missing.boundingRect()};
     };
     std::vector<Wish> Wishes;
     int WholeTiles = 0;
@@ -172,7 +172,8 @@ void OrvCanvasTiles::draw(QPainter& Painter, const OrvCanvasView& View)
         for (const QRect& Rect : missingPart(Which))
             Missing += toDevice(Rect, Level);
     }
-    // An outdated tile is better than nothing, but one of another level that is up to date shows what was just done.
+    // An outdated tile is better than nothing, but one of another level that is up to date shows what was
+    // just done.
     struct Patch {
         Key Which;
         QRegion Shown;

@@ -9,8 +9,9 @@
 class OrvCanvasView;
 class QPainter;
 
-/// The pieces of the picture that have been computed, by level and tile, and which parts of them are out of date. The
-/// canvas owns it. Outdated pixels are kept and shown until new ones come, so that nothing flickers.
+/// The pieces of the picture that have been computed, by level and tile, and which parts of them are out of
+/// date. The canvas owns it. Outdated pixels are kept and shown until new ones come, so that nothing
+/// flickers.
 class OrvCanvasTiles {
 public:
     /// Another picture: nothing is known of it.
@@ -19,10 +20,11 @@ public:
     void invalidate(const QRegion& Region);
     void put(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
 
-    /// What is missing to show a part of the picture on a level: first a coarse view of all where much is missing, then
-    /// tile by tile, those near the focus first.
+    /// What is missing to show a part of the picture on a level: first a coarse view of all where much is
+    /// missing, then tile by tile, those near the focus first.
     QVector<OrvCanvasRenderer::Piece> wishes(int Level, const QRect& VisiblePart, const QPointF& Focus) const;
-    /// Tiles of the level, and where they are missing or outdated, coarser ones. The painter's unit is a device pixel.
+    /// Tiles of the level, and where they are missing or outdated, coarser ones. The painter's unit is a
+    /// device pixel.
     void draw(QPainter& Painter, const OrvCanvasView& View);
     /// Forgets tiles that were not drawn for the longest time.
     void trim();
@@ -38,7 +40,8 @@ private:
     };
     friend uint qHash(const Key& One, uint Seed = 0)
     {
-        return ::qHash(quint64(One.Level) << 48 ^ quint64(uint(One.Row)) << 24 ^ quint64(uint(One.Column)), Seed);
+        return ::qHash(
+            quint64(One.Level) << 48 ^ quint64(uint(One.Row)) << 24 ^ quint64(uint(One.Column)), Seed);
     }
     struct Tile {
         QImage Pixels;

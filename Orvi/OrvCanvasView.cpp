@@ -14,7 +14,8 @@ constexpr double LeastVisible = 48.0; // device pixels of the picture that no pa
 
 void OrvCanvasView::setViewport(const QSize& Size)
 {
-    const QPointF Moved((Size.width() - m_Viewport.width()) / 2.0, (Size.height() - m_Viewport.height()) / 2.0);
+    const QPointF Moved(
+        (Size.width() - m_Viewport.width()) / 2.0, (Size.height() - m_Viewport.height()) / 2.0);
     m_Viewport = Size;
     if (m_Fitted)
         fit();
@@ -36,8 +37,7 @@ void OrvCanvasView::fit()
     if (m_Content.isEmpty() || m_Viewport.isEmpty())
         return;
     const QSizeF Room = m_Viewport * (1.0 - 2.0 * FitMargin);
-    const double Zoom
-        = std::min(Room.width() / m_Content.width(), Room.height() / m_Content.height());
+    const double Zoom = std::min(Room.width() / m_Content.width(), Room.height() / m_Content.height());
     m_Zoom = std::clamp(Zoom, SmallestZoom, LargestZoom);
     const QPointF Centre(m_Viewport.width() / 2.0, m_Viewport.height() / 2.0);
     const QPointF Origin = Centre - m_Content.center() * m_Zoom;
@@ -65,8 +65,10 @@ void OrvCanvasView::keepInReach()
     const QRectF Shown = toViewport(m_Content);
     if (Shown.isEmpty() || m_Viewport.isEmpty())
         return;
-    const double Left = std::clamp(Shown.left(), LeastVisible - Shown.width(), m_Viewport.width() - LeastVisible);
-    const double Top = std::clamp(Shown.top(), LeastVisible - Shown.height(), m_Viewport.height() - LeastVisible);
+    const double Left
+        = std::clamp(Shown.left(), LeastVisible - Shown.width(), m_Viewport.width() - LeastVisible);
+    const double Top
+        = std::clamp(Shown.top(), LeastVisible - Shown.height(), m_Viewport.height() - LeastVisible);
     m_Origin += QPointF(Left - Shown.left(), Top - Shown.top());
     // Whole device pixels keep a picture at 100 % crisp.
     m_Origin = QPointF(std::round(m_Origin.x()), std::round(m_Origin.y()));

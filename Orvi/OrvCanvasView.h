@@ -5,8 +5,9 @@
 #include <QtCore/QRectF>
 #include <QtCore/QSize>
 
-/// Where the picture lies in the canvas: zoom and place. The canvas owns it; it knows nothing of pixels or widgets.
-/// Coordinates of the viewport are device pixels, so that a zoom of 1 shows each pixel of the picture as one.
+/// Where the picture lies in the canvas: zoom and place. The canvas owns it; it knows nothing of pixels or
+/// widgets. Coordinates of the viewport are device pixels, so that a zoom of 1 shows each pixel of the
+/// picture as one.
 class OrvCanvasView {
 public:
     static constexpr double SmallestZoom = 1.0 / 128.0;
@@ -20,7 +21,8 @@ public:
     /// Scales about a point of the viewport, which stays where it is in the picture.
     void zoomAt(const QPointF& ViewportPoint, double NewZoom);
     void panBy(const QPointF& Distance);
-    /// Shows all of the content, centred, and keeps doing so when the viewport changes, until zoomed or panned.
+    /// Shows all of the content, centred, and keeps doing so when the viewport changes, until zoomed or
+    /// panned.
     void fit();
     bool isFitted() const { return m_Fitted; }
 

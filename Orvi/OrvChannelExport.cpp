@@ -23,8 +23,7 @@ constexpr int StripHeight = 256; // rows evaluated at once
 bool evaluate(OrvEngineNode& Result, OrvImageBuffer& Buffer, const QRect& Rect, const OrvProgress& Progress)
 {
     const OrvPixelFormat Format{GL_FLOAT, Buffer.format().Kind, OrvPixelFormat::Linear};
-    std::vector<float> Pixels(
-        std::size_t(Rect.width()) * StripHeight * std::size_t(Format.componentCount()));
+    std::vector<float> Pixels(std::size_t(Rect.width()) * StripHeight * std::size_t(Format.componentCount()));
     for (int Top = Rect.top(); Top <= Rect.bottom(); Top += StripHeight) {
         if (!Progress(Top - Rect.top(), Rect.height()))
             return false;
@@ -40,7 +39,8 @@ bool evaluate(OrvEngineNode& Result, OrvImageBuffer& Buffer, const QRect& Rect, 
 QStringList OrvChannelExport::filesOf(const OrvShaderInput* pChannel, const QString& Path)
 {
     const QVector<int> Tiles = pChannel->layout().tiles();
-    if (Tiles.size() == 1 && !QFileInfo(Path).fileName().contains(QLatin1String("<UDIM>"), Qt::CaseInsensitive))
+    if (Tiles.size() == 1
+        && !QFileInfo(Path).fileName().contains(QLatin1String("<UDIM>"), Qt::CaseInsensitive))
         return {Path};
     QStringList Files;
     for (const int Tile : Tiles)

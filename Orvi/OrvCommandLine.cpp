@@ -43,7 +43,8 @@ void OrvCommandLine::takeFiles(const QStringList& Files)
             return fail(tr("Only one project can be open: '%1' and '%2' were named").arg(Project, Path));
     }
     if (!Project.isEmpty() && !Images.isEmpty())
-        fail(tr("Name either a project or images: '%1' is a project, '%2' is not").arg(Project, Images.first()));
+        fail(tr("Name either a project or images: '%1' is a project, '%2' is not")
+                 .arg(Project, Images.first()));
 }
 
 OrvCommandLine OrvCommandLine::parse(const QStringList& Arguments)

@@ -3,8 +3,8 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-/// What the user asked for on the command line. A value made by parse(); it checks the form of the arguments and never
-/// looks at a file's contents, and running it is up to others.
+/// What the user asked for on the command line. A value made by parse(); it checks the form of the arguments
+/// and never looks at a file's contents, and running it is up to others.
 class OrvCommandLine {
 public:
     enum Mode {
@@ -31,7 +31,10 @@ public:
     QString Channel, File; ///< Export: what is written, and where
     QString Directory; ///< Tour
 
-    bool needsWindow() const { return RequestedMode == Interactive || RequestedMode == Sample || RequestedMode == Tour; }
+    bool needsWindow() const
+    {
+        return RequestedMode == Interactive || RequestedMode == Sample || RequestedMode == Tour;
+    }
 
     static QString helpText();
     static QString versionText();

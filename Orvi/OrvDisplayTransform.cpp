@@ -10,8 +10,8 @@ namespace {
 
 constexpr int CurveSteps = 1 << 16;
 
-/// 8-bit values of the sRGB curve (IEC 61966-2-1). Even where it is steepest, one step of the table is a twentieth of
-/// an 8-bit value.
+/// 8-bit values of the sRGB curve (IEC 61966-2-1). Even where it is steepest, one step of the table is a
+/// twentieth of an 8-bit value.
 const std::array<uchar, CurveSteps>& srgbCurve()
 {
     static const std::array<uchar, CurveSteps> Curve = [] {

@@ -2,8 +2,8 @@
 
 #include <QtGui/QImage>
 
-/// Turns computed pixels into what the screen is sent. Stateless and safe from any thread; it changes pictures on
-/// their way to the screen only, never the document.
+/// Turns computed pixels into what the screen is sent. Stateless and safe from any thread; it changes
+/// pictures on their way to the screen only, never the document.
 namespace OrvDisplayTransform {
 
 enum Meaning {
@@ -11,8 +11,8 @@ enum Meaning {
     Numbers ///< scalar or vector values, shown as they are
 };
 
-/// Straight RGBA rows of floats, one after the other, as premultiplied 32-bit pixels; alpha is clamped to 0 to 1.
-/// Light goes to the display's colour space; the pixels may be changed on the way.
+/// Straight RGBA rows of floats, one after the other, as premultiplied 32-bit pixels; alpha is clamped to 0
+/// to 1. Light goes to the display's colour space; the pixels may be changed on the way.
 QImage toImage(float* pPixels, const QSize& Size, Meaning Values);
 
 } // namespace OrvDisplayTransform

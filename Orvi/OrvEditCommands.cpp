@@ -18,8 +18,10 @@ OrvEditCommands::OrvEditCommands(QObject* pParent)
     Shortcuts.setDefaultShortcut(
         Path + QStringLiteral("/") + tr("Redo"), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_Z));
     OrvActionCreator Creator(Path, this, QStringLiteral("MainWindow/&Edit"), QString());
-    m_pUndo = Creator.createAndAddToMenu(tr("Undo"), QString(), SLOT(undo()), QVariant(), QString());
-    m_pRedo = Creator.createAndAddToMenu(tr("Redo"), QString(), SLOT(redo()), QVariant(), QString());
+    m_pUndo = Creator.createAndAddToMenu(
+        tr("Undo"), QStringLiteral("Undo.png"), SLOT(undo()), QVariant(), QString());
+    m_pRedo = Creator.createAndAddToMenu(
+        tr("Redo"), QStringLiteral("Redo.png"), SLOT(redo()), QVariant(), QString());
     Creator.addMenuSeparator();
     Creator.createAndAddToMenu(
         tr("Keyboard Shortcuts"), QString(), SLOT(editShortcuts()), QVariant(), QString());
@@ -49,7 +51,8 @@ void OrvEditCommands::updateTexts()
 {
     const QUndoStack* pStack = OrvUndoManager::instance().stack();
     const auto name = [](const QString& Command, const QString& Step) {
-        return Step.isEmpty() ? Command : QStringLiteral("%1 %2").arg(Command, Step).replace('&', QLatin1String("&&"));
+        return Step.isEmpty() ? Command
+                              : QStringLiteral("%1 %2").arg(Command, Step).replace('&', QLatin1String("&&"));
     };
     m_pUndo->setText(name(tr("Undo"), pStack->undoText()));
     m_pUndo->setEnabled(pStack->canUndo());

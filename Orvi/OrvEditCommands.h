@@ -4,8 +4,8 @@
 
 class QAction;
 
-/// The Edit menu: undo and redo, named after what they take back or bring again, and the shortcut editor. Owned by
-/// the program.
+/// The Edit menu: undo and redo, named after what they take back or bring again, and the shortcut editor.
+/// Owned by the program.
 class OrvEditCommands : public QObject {
     Q_OBJECT
 

@@ -2,8 +2,8 @@
 
 #include <QtCore/QAbstractListModel>
 
-/// The undo history as a list: the state as opened, then one row per step. Steps that are undone are shown dimmed. It
-/// wraps the history and copies nothing of it.
+/// The undo history as a list: the state as opened, then one row per step. Steps that are undone are shown
+/// dimmed. It wraps the history and copies nothing of it.
 class OrvHistoryModel : public QAbstractListModel {
     Q_OBJECT
 

@@ -16,7 +16,8 @@ OrvHistoryPalette::OrvHistoryPalette(QWidget* pParent)
         pView->setCurrentIndex(pModel->index(pModel->presentRow()));
         pView->scrollTo(pView->currentIndex());
     };
-    connect(pView, &QListView::clicked, pModel, [pModel](const QModelIndex& Index) { pModel->goTo(Index.row()); });
+    connect(pView, &QListView::clicked, pModel,
+        [pModel](const QModelIndex& Index) { pModel->goTo(Index.row()); });
     connect(pModel, &OrvHistoryModel::presentRowChanged, pView, showPresent);
     showPresent();
     setBodyWidget(pView);

@@ -28,8 +28,9 @@ constexpr int CommandFlags
 bool isNamedAfterNumbers(const QString& Name)
 {
     static const QRegularExpression Pattern(
-        QStringLiteral("(^|[^a-z])(normals?|nrm|bump|height|heightmap|displacement|disp|vector|roughness|rough|gloss|"
-                       "metal(ness|lic)?|occlusion|ao|mask|opacity|specular)([^a-z]|$)"),
+        QStringLiteral(
+            "(^|[^a-z])(normals?|nrm|bump|height|heightmap|displacement|disp|vector|roughness|rough|gloss|"
+            "metal(ness|lic)?|occlusion|ao|mask|opacity|specular)([^a-z]|$)"),
         QRegularExpression::CaseInsensitiveOption);
     return Pattern.match(Name).hasMatch();
 }
@@ -59,7 +60,8 @@ QList<OrvUdimSet> OrvImageImport::imageSets(const QStringList& Paths)
     for (const QString& Path : Paths) {
         const QString Absolute = QFileInfo(Path).absoluteFilePath();
         // A file that was named must exist for its own message; its brothers come only if it does.
-        const QStringList Set = QFileInfo::exists(Absolute) ? OrvUdimSet::brothersOf(Absolute) : QStringList{Absolute};
+        const QStringList Set
+            = QFileInfo::exists(Absolute) ? OrvUdimSet::brothersOf(Absolute) : QStringList{Absolute};
         for (const QString& File : Set) {
             if (!Files.contains(File))
                 Files.append(File);

@@ -12,18 +12,19 @@ class OrvLayerStack;
 class OrvShaderInput;
 class OrvShaderNetwork;
 
-/// Brings image files into the document: as channels of their own or as paint layers. Each call is one undo step; a
-/// failed or cancelled one leaves nothing behind and says why in a sentence that names the file. It asks no questions.
+/// Brings image files into the document: as channels of their own or as paint layers. Each call is one undo
+/// step; a failed or cancelled one leaves nothing behind and says why in a sentence that names the file. It
+/// asks no questions.
 class OrvImageImport {
     Q_DECLARE_TR_FUNCTIONS(OrvImageImport)
 
 public:
-    /// A channel named after the files, of their size and depth, with the image as its base layer. Files named after
-    /// normals, heights and the like are taken as numbers, not as colour.
+    /// A channel named after the files, of their size and depth, with the image as its base layer. Files
+    /// named after normals, heights and the like are taken as numbers, not as colour.
     static OrvShaderInput* importChannel(
         OrvShaderNetwork* pNetwork, const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error);
-    /// A paint layer above another one, or above the current one when that is null. Images of other sizes are scaled
-    /// to the tiles of the channel.
+    /// A paint layer above another one, or above the current one when that is null. Images of other sizes are
+    /// scaled to the tiles of the channel.
     static OrvLayer* importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, const OrvUdimSet& Files,
         const OrvProgress& Progress, QString& Error);
 
@@ -36,6 +37,6 @@ public:
     static QList<OrvUdimSet> imageSets(const QStringList& Paths);
 
 private:
-    static bool fillImages(OrvImageSet& Images, bool Numbers, const OrvUdimSet& Files, const OrvProgress& Progress,
-        QString& Error);
+    static bool fillImages(OrvImageSet& Images, bool Numbers, const OrvUdimSet& Files,
+        const OrvProgress& Progress, QString& Error);
 };

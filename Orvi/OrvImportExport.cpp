@@ -59,8 +59,8 @@ QString directory(const QString& Key)
         .toString();
 }
 
-/// Imports one image after the other, under one progress dialog and in one undo step. Returns what failed, to be told
-/// once that is over.
+/// Imports one image after the other, under one progress dialog and in one undo step. Returns what failed, to
+/// be told once that is over.
 QStringList importEach(const QString& Title, const QList<OrvUdimSet>& Sets,
     const std::function<bool(const OrvUdimSet&, const OrvProgress&, QString&)>& Import)
 {
@@ -100,11 +100,13 @@ OrvImportExport::~OrvImportExport()
 
 void OrvImportExport::createActions()
 {
-    OrvActionCreator Creator(QStringLiteral("/Orvi/File"), this, QStringLiteral("MainWindow/&File"), QString());
-    Creator.createAndAddToMenu(
-        tr("Import Images as Channels"), QString(), SLOT(importChannelsFromDialog()), QVariant(), QString());
+    OrvActionCreator Creator(
+        QStringLiteral("/Orvi/File"), this, QStringLiteral("MainWindow/&File"), QString());
+    Creator.createAndAddToMenu(tr("Import Images as Channels"), QStringLiteral("Import.png"),
+        SLOT(importChannelsFromDialog()), QVariant(), QString());
     Creator.setActionSetName(QStringLiteral("ProjectOnly"));
-    Creator.createAndAddToMenu(tr("Export All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
+    Creator.createAndAddToMenu(tr("Export All Channels"), QStringLiteral("Export.png"),
+        SLOT(exportAllChannels()), QVariant(), QString());
     Creator.addMenuSeparator();
 
     Creator.setActionPath(QStringLiteral("/Orvi/Channels/Images"));
@@ -113,9 +115,11 @@ void OrvImportExport::createActions()
     Creator.createAndAddToMenu(
         tr("Images as Channels"), QString(), SLOT(importChannelsFromDialog()), QVariant(), QString());
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Export"));
-    Creator.createAndAddToMenu(tr("All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
+    Creator.createAndAddToMenu(
+        tr("All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/Export &Flattened"));
-    Creator.createAndAddToMenu(tr("Current Channel"), QString(), SLOT(exportChannel()), QVariant(), QString());
+    Creator.createAndAddToMenu(
+        tr("Current Channel"), QString(), SLOT(exportChannel()), QVariant(), QString());
 
     Creator.setActionPath(QStringLiteral("/Orvi/Layers/Images"));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Import"));
@@ -132,7 +136,8 @@ void OrvImportExport::registerDrops()
 {
     OrvDragAndDropManager::Handler Handler;
     Handler.MimeTypes = QStringList{UriList};
-    Handler.Accepts = [](const QMimeData& Data) { return !OrvImageImport::imagePaths(localPaths(Data)).isEmpty(); };
+    Handler.Accepts
+        = [](const QMimeData& Data) { return !OrvImageImport::imagePaths(localPaths(Data)).isEmpty(); };
     Handler.Drop = [this](const QMimeData& Data, const QVariantMap& Place) {
         return dropOnLayers(*this, Data, Place);
     };
@@ -199,7 +204,8 @@ void OrvImportExport::openImagesAsProject(const QStringList& Paths)
     m_pProjects->makeNew(OrvImageImport::imageSets(Paths).first().BaseName);
     importChannels(Paths);
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
-    const QList<OrvShaderInput*> Channels = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
+    const QList<OrvShaderInput*> Channels
+        = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
     if (Channels.isEmpty())
         OrvProjectManager::instance().closeProject();
 }
@@ -215,8 +221,8 @@ void OrvImportExport::importChannels(const QStringList& Paths)
     const QList<OrvUdimSet> Sets = OrvImageImport::imageSets(Paths);
     OrvImageImport::takeTiles(pEntity, Sets);
     QPointer<OrvShaderInput> pFirst;
-    const QStringList Failures = importEach(tr("Import Channels"), Sets,
-        [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
+    const QStringList Failures = importEach(
+        tr("Import Channels"), Sets, [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
             OrvShaderInput* pChannel
                 = OrvImageImport::importChannel(pEntity->shaderNetwork(), Set, Progress, Error);
             if (!pFirst)
@@ -280,8 +286,9 @@ void OrvImportExport::exportNode(const OrvSnBaseNode* pNode, const QString& Name
     bool Written = false, Cancelled = false;
     {
         OrvProgressDialog Progress(tr("Exporting %1").arg(Name), &OrvMainWindow::instance());
-        Written = OrvChannelExport::writeNode(pNode, pChannel, Path,
-            [&Progress](int Done, int Total) { return Progress.step(Done, Total); }, Error);
+        Written = OrvChannelExport::writeNode(
+            pNode, pChannel, Path, [&Progress](int Done, int Total) { return Progress.step(Done, Total); },
+            Error);
         Cancelled = Progress.isCancelled();
     }
     if (Written) {
@@ -330,8 +337,8 @@ void OrvImportExport::exportAllChannels()
             OrvShaderInput* pChannel = Channels[Index];
             Progress.setText(tr("Exporting %1").arg(pChannel->name()));
             // What no 8-bit file can hold goes to EXR.
-            const QString Suffix
-                = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
+            const QString Suffix = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png")
+                                                                                 : QStringLiteral("exr");
             QString Error;
             const auto step = [&](int Done, int Total) {
                 const int Share = Total > 0 ? 100 * Done / Total : 0;

@@ -10,9 +10,9 @@ class OrvProjectCommands;
 class OrvSnBaseNode;
 class QMimeData;
 
-/// The commands that bring images in and out, with their dialogs, progress and messages, and what images do when they
-/// are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window channels. Owned by
-/// the program; the work itself is OrvImageImport's and OrvChannelExport's.
+/// The commands that bring images in and out, with their dialogs, progress and messages, and what images do
+/// when they are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window
+/// channels. Owned by the program; the work itself is OrvImageImport's and OrvChannelExport's.
 class OrvImportExport : public QObject {
     Q_OBJECT
 
@@ -20,8 +20,8 @@ public:
     explicit OrvImportExport(OrvProjectCommands* pProjects, QObject* pParent = nullptr);
     ~OrvImportExport() override;
 
-    /// A new project with one channel for each image, named after the first. Files that cannot be read are named in
-    /// one message; the others are there.
+    /// A new project with one channel for each image, named after the first. Files that cannot be read are
+    /// named in one message; the others are there.
     void openImagesAsProject(const QStringList& Paths);
     void importChannels(const QStringList& Paths);
     void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow);

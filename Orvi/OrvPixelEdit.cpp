@@ -4,8 +4,8 @@
 
 #include "OrvDdi/Image/OrvImageSet.h"
 
-OrvPixelEdit::OrvPixelEdit(OrvSnChannelInputNode* pNode, const OrvImageBuffer& Before, const OrvImageBuffer& After,
-    const QVector<QRect>& Touched, const QString& Text)
+OrvPixelEdit::OrvPixelEdit(OrvSnChannelInputNode* pNode, const OrvImageBuffer& Before,
+    const OrvImageBuffer& After, const QVector<QRect>& Touched, const QString& Text)
     : QUndoCommand(Text)
     , m_pNode(pNode)
     , m_Before(Before)

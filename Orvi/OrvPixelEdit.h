@@ -8,8 +8,8 @@
 
 class OrvSnChannelInputNode;
 
-/// The undo step of pixels that were painted. It holds copy-on-write snapshots and puts back the rectangles that the
-/// painting touched, so that it costs the memory of those alone. Recording it runs nothing.
+/// The undo step of pixels that were painted. It holds copy-on-write snapshots and puts back the rectangles
+/// that the painting touched, so that it costs the memory of those alone. Recording it runs nothing.
 class OrvPixelEdit : public QUndoCommand {
 public:
     /// A null snapshot stands for the image set's fill colour.

@@ -11,11 +11,13 @@
 #include "Orvi/OrvImportExport.h"
 #include "Orvi/OrvProjectCommands.h"
 #include "Orvi/OrvSampleProject.h"
+#include "Orvi/OrvStartupTrace.h"
 
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
+#include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
@@ -28,6 +30,8 @@
 #include "OrvCoreModules/Plugin/OrvPluginInterface.h"
 #include "OrvCoreModules/Plugin/OrvPluginLoader.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvCoreModules/Window/OrvLogView.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -45,6 +49,8 @@ namespace {
 
 const QString ViewPath = QStringLiteral("/Orvi/View");
 const QString BrushPath = QStringLiteral("/Orvi/Brush");
+const QString LastUsedNodesKey = QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore");
+constexpr int LastUsedNodes = 8;
 
 const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Channels"),
     QStringLiteral("Layers"), QStringLiteral("Brush"), QStringLiteral("View"), QStringLiteral("Palettes"),
@@ -68,10 +74,20 @@ void makeManagers()
     OrvPaletteManager::instance();
 }
 
+/// How many node types the quick find remembers is the user's to choose, in the settings file.
+void writeDefaultSettings()
+{
+    OrvSettings Settings;
+    if (!Settings.contains(LastUsedNodesKey))
+        Settings.setValue(LastUsedNodesKey, LastUsedNodes);
+}
+
 } // namespace
 
 OrvProgram::OrvProgram()
 {
+    QApplication::setWindowIcon(OrvIcon::createIconFromFilename(QStringLiteral("Orvi.png")));
+    writeDefaultSettings();
     makeManagers();
     makeParts();
     makeMenus();
@@ -102,29 +118,32 @@ void OrvProgram::makeParts()
 
 void OrvProgram::makeMenus()
 {
-    OrvActionCreator File(QStringLiteral("/Orvi/File"), m_pProjectCommands, QStringLiteral("MainWindow/&File"), QString());
+    OrvActionCreator File(
+        QStringLiteral("/Orvi/File"), m_pProjectCommands, QStringLiteral("MainWindow/&File"), QString());
     OrvShortcutManager& Shortcuts = OrvShortcutManager::instance();
     Shortcuts.setDefaultShortcut(QStringLiteral("/Orvi/File/") + tr("Quit"), QKeySequence::Quit);
     File.createAndAddToMenu(tr("Quit"), QString(), SLOT(quit()), QVariant(), QString());
 
     OrvActionCreator View(ViewPath, m_pCanvas, QStringLiteral("MainWindow/&View"), QString());
-    const auto addView = [&](const QString& Text, const char* pSlot, const QKeySequence& Keys) {
-        Shortcuts.setDefaultShortcut(ViewPath + QLatin1Char('/') + Text, Keys);
-        View.createAndAddToMenu(Text, QString(), pSlot, QVariant(), QString());
-    };
-    addView(tr("Zoom In"), SLOT(zoomIn()), QKeySequence(Qt::CTRL + Qt::Key_Plus));
-    addView(tr("Zoom Out"), SLOT(zoomOut()), QKeySequence(Qt::CTRL + Qt::Key_Minus));
-    addView(tr("Actual Size"), SLOT(showActualSize()), QKeySequence(Qt::CTRL + Qt::Key_1));
-    addView(tr("Fit"), SLOT(fit()), QKeySequence(Qt::Key_F));
+    const auto addView
+        = [&](const QString& Text, const QString& Icon, const char* pSlot, const QKeySequence& Keys) {
+              Shortcuts.setDefaultShortcut(ViewPath + QLatin1Char('/') + Text, Keys);
+              View.createAndAddToMenu(Text, Icon, pSlot, QVariant(), QString());
+          };
+    addView(tr("Zoom In"), QString(), SLOT(zoomIn()), QKeySequence(Qt::CTRL + Qt::Key_Plus));
+    addView(tr("Zoom Out"), QString(), SLOT(zoomOut()), QKeySequence(Qt::CTRL + Qt::Key_Minus));
+    addView(tr("Actual Size"), QString(), SLOT(showActualSize()), QKeySequence(Qt::CTRL + Qt::Key_1));
+    addView(tr("Fit"), QStringLiteral("ZoomFit.png"), SLOT(fit()), QKeySequence(Qt::Key_F));
 
     OrvActionCreator Brush(BrushPath, m_pBrushTool, QStringLiteral("MainWindow/&Brush"), QString());
-    const auto addBrush = [&](const QString& Text, const char* pSlot, const QKeySequence& Keys) {
-        Shortcuts.setDefaultShortcut(BrushPath + QLatin1Char('/') + Text, Keys);
-        Brush.createAndAddToMenu(Text, QString(), pSlot, QVariant(), QString());
-    };
-    addBrush(tr("Larger"), SLOT(growBrush()), QKeySequence(Qt::Key_BracketRight));
-    addBrush(tr("Smaller"), SLOT(shrinkBrush()), QKeySequence(Qt::Key_BracketLeft));
-    addBrush(tr("Erase"), SLOT(toggleEraser()), QKeySequence(Qt::Key_E));
+    const auto addBrush
+        = [&](const QString& Text, const QString& Icon, const char* pSlot, const QKeySequence& Keys) {
+              Shortcuts.setDefaultShortcut(BrushPath + QLatin1Char('/') + Text, Keys);
+              Brush.createAndAddToMenu(Text, Icon, pSlot, QVariant(), QString());
+          };
+    addBrush(tr("Larger"), QString(), SLOT(growBrush()), QKeySequence(Qt::Key_BracketRight));
+    addBrush(tr("Smaller"), QString(), SLOT(shrinkBrush()), QKeySequence(Qt::Key_BracketLeft));
+    addBrush(tr("Erase"), QStringLiteral("Eraser.png"), SLOT(toggleEraser()), QKeySequence(Qt::Key_E));
 
     OrvActionCreator Help(QStringLiteral("/Orvi/Help"), this, QStringLiteral("MainWindow/&Help"), QString());
     Help.createAndAddToMenu(tr("Open Sample Project"), QString(), SLOT(openSample()), QVariant(), QString());
@@ -134,7 +153,6 @@ void OrvProgram::makeMenus()
 
 void OrvProgram::loadPlugins()
 {
-    OrvPaletteManager& Palettes = OrvPaletteManager::instance();
     OrvPluginLoader& Plugins = OrvPluginLoader::instance();
     if (!Plugins.loadAll()) {
         for (const OrvPluginLoader::Plugin& One : Plugins.plugins()) {
@@ -142,12 +160,23 @@ void OrvProgram::loadPlugins()
                 OrvFailureMessage::show(tr("Plug-ins"), QStringLiteral("%1: %2").arg(One.File, One.Error));
         }
     }
-    Palettes.registerPalette(
-        new OrvNodeGraphPalette, false, OrvResourceInfo::iconPath() + QStringLiteral("/NodeGraph.png"));
-    Palettes.registerPalette(new OrvHistoryPalette, false, OrvResourceInfo::iconPath() + QStringLiteral("/History.png"));
+    registerPalettes();
     OrvPanelToolBars::instance().publish();
     OrvMainWindow::instance().setMenuOrder(MenuOrder);
     OrvMainWindow::instance().setDefaultLayout([] { arrangePalettes(); });
+}
+
+void OrvProgram::registerPalettes()
+{
+    OrvPaletteManager& Palettes = OrvPaletteManager::instance();
+    const QString IconPath = OrvResourceInfo::iconPath();
+    Palettes.registerPalette(new OrvNodeGraphPalette, false, IconPath + QStringLiteral("/NodeGraph.png"));
+    Palettes.registerPalette(new OrvHistoryPalette, false, IconPath + QStringLiteral("/History.png"));
+    auto* pLog = new OrvPalette;
+    pLog->setBodyWidget(new OrvLogView(pLog));
+    pLog->setObjectName(tr("Log"));
+    pLog->setWindowTitle(tr("Log"));
+    Palettes.registerPalette(pLog, false, IconPath + QStringLiteral("/simple_collection_view.png"));
 }
 
 void OrvProgram::arrangePalettes()
@@ -161,7 +190,8 @@ void OrvProgram::arrangePalettes()
         if (!pPalette)
             continue;
         pPalette->setFloating(false);
-        Window.addDockWidget(pPalette == pLayers ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, pPalette);
+        Window.addDockWidget(
+            pPalette == pLayers ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, pPalette);
         pPalette->show();
     }
     // The canvas has the room until somebody wants to see the graph below it.
@@ -186,6 +216,7 @@ void OrvProgram::start(const OrvCommandLine& Line)
 {
     OrvMainWindow& Window = OrvMainWindow::instance();
     Window.restoreLayout();
+    new OrvStartupTrace(this);
     Window.show();
     // The window is painted before anything slow begins.
     QTimer::singleShot(0, this, [this, Line] {
@@ -253,7 +284,8 @@ void OrvProgram::showAbout()
     QString Plugins;
     for (const OrvPluginLoader::Plugin& One : OrvPluginLoader::instance().plugins()) {
         if (One.pInterface)
-            Plugins += QStringLiteral("<br>%1 - %2").arg(One.pInterface->name(), One.pInterface->description());
+            Plugins
+                += QStringLiteral("<br>%1 - %2").arg(One.pInterface->name(), One.pInterface->description());
     }
     QMessageBox::about(&OrvMainWindow::instance(), tr("About Orvi"),
         tr("<b>Orvi %1</b><p>A layered texture-painting studio.</p><p>Plug-ins:%2</p>")

@@ -13,9 +13,9 @@ class OrvEditCommands;
 class OrvImportExport;
 class OrvProjectCommands;
 
-/// The program with a window, put together: makes the managers in the order in which they need each other, the
-/// window's own parts, and the plug-ins, arranges the palettes and opens what was asked for. Made after the
-/// application object, destroyed before it; it does no work of its own afterwards.
+/// The program with a window, put together: makes the managers in the order in which they need each other,
+/// the window's own parts, and the plug-ins, arranges the palettes and opens what was asked for. Made after
+/// the application object, destroyed before it; it does no work of its own afterwards.
 class OrvProgram : public QObject {
     Q_OBJECT
 
@@ -35,6 +35,7 @@ private:
     void makeParts();
     void makeMenus();
     void loadPlugins();
+    static void registerPalettes();
     static void arrangePalettes();
     void open(const OrvCommandLine& Line);
     void offerRecovery();

@@ -52,20 +52,22 @@ void OrvProjectCommands::createActions()
 {
     OrvShortcutManager& Shortcuts = OrvShortcutManager::instance();
     OrvActionCreator Creator(ActionPath, this, MenuPath, QString());
-    const auto create = [&](const QString& Text, const char* pSlot, const QKeySequence& Keys) {
-        Shortcuts.setDefaultShortcut(ActionPath + QLatin1Char('/') + Text, Keys);
-        return Creator.createAndAddToMenu(Text, QString(), pSlot, QVariant(), QString());
-    };
-    create(tr("New Project"), SLOT(newProject()), QKeySequence::New);
-    create(tr("Open Project"), SLOT(openProject()), QKeySequence::Open);
+    const auto create
+        = [&](const QString& Text, const QString& Icon, const char* pSlot, const QKeySequence& Keys) {
+              Shortcuts.setDefaultShortcut(ActionPath + QLatin1Char('/') + Text, Keys);
+              Creator.createAndAddToMenu(Text, Icon, pSlot, QVariant(), QString());
+          };
+    create(tr("New Project"), QStringLiteral("New.png"), SLOT(newProject()), QKeySequence::New);
+    create(tr("Open Project"), QStringLiteral("Open.png"), SLOT(openProject()), QKeySequence::Open);
     // The sub-menu takes its place here, even while it is empty.
     OrvMenuManager::instance().addSeparator(
         QStringLiteral("MainWindow"), QStringLiteral("&File"), QStringLiteral("Open &Recent"));
     Creator.addMenuSeparator();
     Creator.setActionSetName(ProjectOnlySet);
-    create(tr("Save Project"), SLOT(saveProject()), QKeySequence::Save);
-    create(tr("Save Project As"), SLOT(saveProjectAs()), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S));
-    create(tr("Close Project"), SLOT(closeProject()), QKeySequence::Close);
+    create(tr("Save Project"), QStringLiteral("Save.png"), SLOT(saveProject()), QKeySequence::Save);
+    create(tr("Save Project As"), QString(), SLOT(saveProjectAs()),
+        QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S));
+    create(tr("Close Project"), QString(), SLOT(closeProject()), QKeySequence::Close);
     Creator.addMenuSeparator();
 }
 
@@ -138,7 +140,8 @@ bool OrvProjectCommands::open(const QString& Path)
     QString Error;
     bool Opened = false;
     {
-        OrvProgressDialog Progress(tr("Opening %1").arg(QFileInfo(Path).completeBaseName()), &OrvMainWindow::instance());
+        OrvProgressDialog Progress(
+            tr("Opening %1").arg(QFileInfo(Path).completeBaseName()), &OrvMainWindow::instance());
         Opened = OrvProjectManager::instance().openProject(
             Path, Error, [&Progress](int Done, int Total) { return Progress.step(Done, Total); });
         if (Progress.isCancelled())
@@ -160,7 +163,8 @@ bool OrvProjectCommands::saveTo(const QString& Path)
     QString Error;
     bool Saved = false;
     {
-        OrvProgressDialog Progress(tr("Saving %1").arg(QFileInfo(Path).completeBaseName()), &OrvMainWindow::instance());
+        OrvProgressDialog Progress(
+            tr("Saving %1").arg(QFileInfo(Path).completeBaseName()), &OrvMainWindow::instance());
         Saved = OrvProjectManager::instance().saveProjectAs(
             Path, Error, [&Progress](int Done, int Total) { return Progress.step(Done, Total); });
         if (Progress.isCancelled())
@@ -172,7 +176,8 @@ bool OrvProjectCommands::saveTo(const QString& Path)
     }
     rememberDirectory(Path);
     m_Recent.add(Path);
-    OrvStatusManager::instance().showMessage(tr("Saved %1").arg(QDir::toNativeSeparators(Path)), MessageDuration);
+    OrvStatusManager::instance().showMessage(
+        tr("Saved %1").arg(QDir::toNativeSeparators(Path)), MessageDuration);
     return true;
 }
 

@@ -5,8 +5,8 @@
 
 class QAction;
 
-/// The projects opened last, newest first, kept in the settings and offered in the File menu. Those that are gone from
-/// the disk are not shown.
+/// The projects opened last, newest first, kept in the settings and offered in the File menu. Those that are
+/// gone from the disk are not shown.
 class OrvRecentProjects : public QObject {
     Q_OBJECT
 

@@ -28,8 +28,8 @@ double OrvSampleNoise::clouds(double X, double Y, quint32 Seed, int Octaves)
         const auto Column = qint64(Left), Row = qint64(Top);
         const double Across = step(0.0, 1.0, X - Left), Down = step(0.0, 1.0, Y - Top);
         const quint32 OctaveSeed = Seed + quint32(Octave) * 101;
-        const double Upper = hash(Column, Row, OctaveSeed) * (1.0 - Across)
-            + hash(Column + 1, Row, OctaveSeed) * Across;
+        const double Upper
+            = hash(Column, Row, OctaveSeed) * (1.0 - Across) + hash(Column + 1, Row, OctaveSeed) * Across;
         const double Lower = hash(Column, Row + 1, OctaveSeed) * (1.0 - Across)
             + hash(Column + 1, Row + 1, OctaveSeed) * Across;
         Sum += Weight * (Upper * (1.0 - Down) + Lower * Down);

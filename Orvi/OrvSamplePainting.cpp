@@ -27,7 +27,8 @@ const QRectF StripeBand(650.0, 1618.0, 620.0, 312.0);
 QColor mixed(const QColor& One, const QColor& Other, double Share)
 {
     const auto mix = [Share](int From, int To) { return int(std::lround(From + (To - From) * Share)); };
-    return QColor(mix(One.red(), Other.red()), mix(One.green(), Other.green()), mix(One.blue(), Other.blue()));
+    return QColor(
+        mix(One.red(), Other.red()), mix(One.green(), Other.green()), mix(One.blue(), Other.blue()));
 }
 
 QFont letters(double Height, int Weight = QFont::Black)
@@ -147,7 +148,8 @@ QImage OrvSamplePainting::bareMetal() const
         for (int Column = 0; Column < m_Edge; ++Column, pOut += 4) {
             const double X = (Column + 0.5) * Unit / m_Edge, Y = (Row + 0.5) * Unit / m_Edge;
             const double Brushed = clouds(X / 420.0, Y / 3.0, 11, 3);
-            const QColor Color = mixed(Dark, Light, 0.65 * Brushed + 0.35 * clouds(X / 300.0, Y / 300.0, 12, 3));
+            const QColor Color
+                = mixed(Dark, Light, 0.65 * Brushed + 0.35 * clouds(X / 300.0, Y / 300.0, 12, 3));
             pOut[0] = uchar(Color.red());
             pOut[1] = uchar(Color.green());
             pOut[2] = uchar(Color.blue());
@@ -166,7 +168,8 @@ QImage OrvSamplePainting::plates() const
         // A soft shadow into the gap, then the sheet, its lit upper and shaded lower edge.
         for (int Ring = 6; Ring > 0; --Ring) {
             Painter.setBrush(QColor(0, 0, 0, 22));
-            Painter.drawRoundedRect(One.Rect.adjusted(-Ring * 2, -Ring, Ring * 2, Ring * 3), CornerRadius, CornerRadius);
+            Painter.drawRoundedRect(
+                One.Rect.adjusted(-Ring * 2, -Ring, Ring * 2, Ring * 3), CornerRadius, CornerRadius);
         }
         QLinearGradient Sheen(One.Rect.topLeft(), One.Rect.bottomRight());
         Sheen.setColorAt(0.0, One.Paint.lighter(116));
@@ -294,13 +297,15 @@ QImage OrvSamplePainting::lettering() const
     Painter.drawText(QPointF(1420, 738), QStringLiteral("OPEN VALVE B BEFORE A"));
     Painter.drawText(QPointF(1420, 782), QStringLiteral("MAX 4.2 BAR / 60 \u00b0C"));
     Painter.setPen(Qt::NoPen);
-    const QPointF Arrow[] = {{1420, 824}, {1800, 824}, {1800, 800}, {1850, 834}, {1800, 868}, {1800, 844}, {1420, 844}};
+    const QPointF Arrow[]
+        = {{1420, 824}, {1800, 824}, {1800, 800}, {1850, 834}, {1800, 868}, {1800, 844}, {1420, 844}};
     Painter.setBrush(Orange);
     Painter.drawPolygon(Arrow, 7);
 
     // A roundel: rings, cross and a wedge.
     const QPointF Centre(318, 1330);
-    for (const auto& Ring : {std::pair<double, QColor>(190, Cream), {160, Orange}, {128, Cream}, {64, Petrol}}) {
+    for (const auto& Ring :
+        {std::pair<double, QColor>(190, Cream), {160, Orange}, {128, Cream}, {64, Petrol}}) {
         Painter.setBrush(Ring.second);
         Painter.drawEllipse(Centre, Ring.first, Ring.first);
     }
@@ -352,7 +357,8 @@ QImage OrvSamplePainting::rust() const
             const double Cloud = clouds(X / 210.0, Y / 210.0, 21, 6);
             const double Grain = clouds(X / 14.0, Y / 14.0, 22, 3);
             const double Amount = step(0.60, 0.74, Cloud * 0.78 + Rim * 0.24 + (Grain - 0.5) * 0.20);
-            const QColor Color = mixed(Fresh, Deep, std::clamp(Amount * 0.55 + (Grain - 0.35) * 0.9, 0.0, 1.0));
+            const QColor Color
+                = mixed(Fresh, Deep, std::clamp(Amount * 0.55 + (Grain - 0.35) * 0.9, 0.0, 1.0));
             pOut[0] = uchar(Color.red());
             pOut[1] = uchar(Color.green());
             pOut[2] = uchar(Color.blue());
@@ -401,8 +407,9 @@ QImage OrvSamplePainting::splashes() const
         double Size;
         QColor Color;
     };
-    for (const Splash& One : {Splash{{1010, 262}, 92, QColor(0x37, 0xb6, 0xa4)}, Splash{{1760, 1560}, 74, Cream},
-             Splash{{470, 1080}, 54, QColor(0x37, 0xb6, 0xa4)}, Splash{{1186, 1058}, 40, Petrol}}) {
+    for (const Splash& One :
+        {Splash{{1010, 262}, 92, QColor(0x37, 0xb6, 0xa4)}, Splash{{1760, 1560}, 74, Cream},
+            Splash{{470, 1080}, 54, QColor(0x37, 0xb6, 0xa4)}, Splash{{1186, 1058}, 40, Petrol}}) {
         Painter.setBrush(One.Color);
         QPainterPath Blob;
         Blob.setFillRule(Qt::WindingFill);
@@ -422,7 +429,8 @@ QImage OrvSamplePainting::splashes() const
         }
         for (int Run = 0; Run < 4; ++Run) {
             const double X = One.Centre.x() + One.Size * Random.next(-0.7, 0.7);
-            const double Length = One.Size * Random.next(0.9, 2.6), Width = One.Size * Random.next(0.07, 0.13);
+            const double Length = One.Size * Random.next(0.9, 2.6),
+                         Width = One.Size * Random.next(0.07, 0.13);
             Blob.addRoundedRect(QRectF(X - Width, One.Centre.y(), 2 * Width, Length), Width, Width);
             Blob.addEllipse(QPointF(X, One.Centre.y() + Length - Width), Width * 1.35, Width * 1.35);
         }
@@ -490,17 +498,21 @@ std::vector<float> OrvSamplePainting::heights() const
     // Rivets are domes on top.
     const double Scale = m_Edge / Unit;
     for (const QPointF& Place : rivetPlaces()) {
-        const QRect Around = QRectF(Place - QPointF(RivetRadius, RivetRadius), QSizeF(2 * RivetRadius, 2 * RivetRadius))
-                                 .toAlignedRect();
-        const int Left = std::max(0, int(Around.left() * Scale)), Top = std::max(0, int(Around.top() * Scale));
+        const QRect Around
+            = QRectF(Place - QPointF(RivetRadius, RivetRadius), QSizeF(2 * RivetRadius, 2 * RivetRadius))
+                  .toAlignedRect();
+        const int Left = std::max(0, int(Around.left() * Scale)),
+                  Top = std::max(0, int(Around.top() * Scale));
         const int Right = std::min(m_Edge - 1, int(std::ceil(Around.right() * Scale)));
         const int Bottom = std::min(m_Edge - 1, int(std::ceil(Around.bottom() * Scale)));
         for (int Row = Top; Row <= Bottom; ++Row) {
             for (int Column = Left; Column <= Right; ++Column) {
-                const double Away = std::hypot((Column + 0.5) / Scale - Place.x(), (Row + 0.5) / Scale - Place.y());
+                const double Away
+                    = std::hypot((Column + 0.5) / Scale - Place.x(), (Row + 0.5) / Scale - Place.y());
                 const double Dome = 1.0 - Away * Away / (RivetRadius * RivetRadius);
                 if (Dome > 0.0)
-                    Heights[std::size_t(Row) * std::size_t(m_Edge) + std::size_t(Column)] += float(0.3 * std::sqrt(Dome));
+                    Heights[std::size_t(Row) * std::size_t(m_Edge) + std::size_t(Column)]
+                        += float(0.3 * std::sqrt(Dome));
             }
         }
     }

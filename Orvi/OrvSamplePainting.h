@@ -9,8 +9,8 @@
 
 class QPainter;
 
-/// Paints the pictures of the sample project: a weathered, riveted hull, plate by plate. The same pictures each time,
-/// at any size; it knows nothing of documents. Colours are straight RGBA, masks and heights gray.
+/// Paints the pictures of the sample project: a weathered, riveted hull, plate by plate. The same pictures
+/// each time, at any size; it knows nothing of documents. Colours are straight RGBA, masks and heights gray.
 class OrvSamplePainting {
 public:
     explicit OrvSamplePainting(int Edge);

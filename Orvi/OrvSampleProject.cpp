@@ -46,10 +46,12 @@ void writePixels(OrvImageSet* pImages, const QImage& Picture)
     if (!pImages || Picture.isNull())
         return;
     if (Picture.format() == QImage::Format_Grayscale8) {
-        pImages->buffer().write(pImages->extent(), EightBitNumbers, Picture.constBits(), Picture.bytesPerLine());
+        pImages->buffer().write(
+            pImages->extent(), EightBitNumbers, Picture.constBits(), Picture.bytesPerLine());
     } else {
         const QImage Straight = Picture.convertToFormat(QImage::Format_RGBA8888);
-        pImages->buffer().write(pImages->extent(), EightBitColor, Straight.constBits(), Straight.bytesPerLine());
+        pImages->buffer().write(
+            pImages->extent(), EightBitColor, Straight.constBits(), Straight.bytesPerLine());
     }
     pImages->pixelsWritten(pImages->extent());
 }
@@ -120,7 +122,8 @@ public:
     }
     OrvLayer* share(OrvLayer* pShared, const QString& Name)
     {
-        OrvLayer* pLayer = m_pStack && pShared ? take(m_pStack->shareLayer(pShared, PlacementFlags)) : nullptr;
+        OrvLayer* pLayer
+            = m_pStack && pShared ? take(m_pStack->shareLayer(pShared, PlacementFlags)) : nullptr;
         if (pLayer)
             pLayer->setName(Name);
         return pLayer;
@@ -154,10 +157,11 @@ void buildMarkings(OrvLayerStack* pStack, const OrvSamplePainting& Painting)
         OrvLayer* pWear = pMaskStack->createPaintableLayer(
             OrvColor::clear(), PlacementFlags, Area.isEmpty() ? nullptr : Area.first(), tr("Wear"));
         if (pWear)
-            writePixels(pWear->paintImageSet(), Painting.wornPaint().convertToFormat(QImage::Format_RGBA8888));
+            writePixels(
+                pWear->paintImageSet(), Painting.wornPaint().convertToFormat(QImage::Format_RGBA8888));
         blend(pWear, "Multiply");
-        OrvLayer* pFading
-            = pMaskStack->createProceduralLayer(menuPathOf("gegl:perlin-noise"), PlacementFlags, pWear, tr("Fading"));
+        OrvLayer* pFading = pMaskStack->createProceduralLayer(
+            menuPathOf("gegl:perlin-noise"), PlacementFlags, pWear, tr("Fading"));
         blend(pFading, "Multiply", 0.4);
     }
 
@@ -258,7 +262,8 @@ void buildDisplacement(OrvShaderInput* pChannel, const OrvSamplePainting& Painti
 
 QString OrvSampleProject::path()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/Hull Sample.orvi");
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
+        + QStringLiteral("/Hull Sample.orvi");
 }
 
 void OrvSampleProject::build(int Edge, const OrvProgress& Progress)

@@ -4,8 +4,8 @@
 
 #include <QtCore/QString>
 
-/// The project that shows what the program can do, built through the document's own operations: channels of three
-/// depths and layers of every kind that palettes show. It asks no questions.
+/// The project that shows what the program can do, built through the document's own operations: channels of
+/// three depths and layers of every kind that palettes show. It asks no questions.
 namespace OrvSampleProject {
 
 /// Where the user's copy lies.

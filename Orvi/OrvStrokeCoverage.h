@@ -10,8 +10,9 @@
 
 class OrvBrush;
 
-/// How much each pixel is covered by one stroke: the most that any of its dabs covers, so that a stroke that crosses
-/// itself grows no darker and soft edges stay soft however close the dabs lie. Sparse, in squares; owned by the stroke.
+/// How much each pixel is covered by one stroke: the most that any of its dabs covers, so that a stroke that
+/// crosses itself grows no darker and soft edges stay soft however close the dabs lie. Sparse, in squares;
+/// owned by the stroke.
 class OrvStrokeCoverage {
 public:
     static constexpr int SquareEdge = 128;

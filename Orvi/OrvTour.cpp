@@ -6,10 +6,9 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -29,6 +28,7 @@
 namespace {
 
 const QSize WindowSize(1600, 1000);
+const QSize GraphSize(1100, 700);
 constexpr int QuietTime = 400; // ms without anything left to compute; longer than any refresh timer
 constexpr int Patience = 60 * 1000; // ms
 
@@ -37,6 +37,12 @@ void sendMouse(QWidget* pWidget, QEvent::Type Type, const QPointF& Point, Qt::Mo
     const Qt::MouseButton Button = Type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
     QMouseEvent Event(Type, Point, pWidget->mapToGlobal(Point.toPoint()), Button, Buttons, Qt::NoModifier);
     QApplication::sendEvent(pWidget, &Event);
+}
+
+void click(QWidget* pWidget, const QPointF& Point)
+{
+    sendMouse(pWidget, QEvent::MouseButtonPress, Point, Qt::LeftButton);
+    sendMouse(pWidget, QEvent::MouseButtonRelease, Point, Qt::NoButton);
 }
 
 } // namespace
@@ -82,25 +88,39 @@ void OrvTour::showPalette(const QString& Name)
     picture(QStringLiteral("palette-") + Name.toLower(), pPalette);
 }
 
-OrvLayer* OrvTour::select(const QString& LayerName)
+bool OrvTour::select(const QString& LayerName)
 {
-    const OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
-    const QList<OrvLayer*> Layers = pChannel ? pChannel->allLayers() : QList<OrvLayer*>();
-    for (OrvLayer* pLayer : Layers) {
-        if (pLayer->name() != LayerName)
+    settle();
+    OrvPalette* pLayers = OrvPaletteManager::find(QStringLiteral("Layers"));
+    const QTreeView* pTree = pLayers ? pLayers->findChild<QTreeView*>() : nullptr;
+    for (OrvEditLabel* pLabel : pTree ? pTree->findChildren<OrvEditLabel*>() : QList<OrvEditLabel*>()) {
+        if (pLabel->text() != LayerName || !pLabel->isVisible())
             continue;
-        pLayer->makeCurrent(false, true);
+        const QPointF Place = pLabel->mapTo(pTree->viewport(), pLabel->rect().center());
+        click(pTree->viewport(), Place);
         settle();
-        return pLayer;
+        return true;
     }
     m_Failures.append(LayerName);
-    return nullptr;
+    return false;
 }
 
 void OrvTour::visitPalettes()
 {
-    for (const char* pName : {"Layers", "Channels", "Shaders", "History"})
+    for (const char* pName : {"Layers", "Channels", "History", "Shaders"})
         showPalette(QString::fromLatin1(pName));
+    OrvPalette* pGraph = OrvPaletteManager::find(QStringLiteral("Node Graph"));
+    if (!pGraph) {
+        m_Failures.append(QStringLiteral("Node Graph"));
+        return;
+    }
+    pGraph->setFloating(true);
+    pGraph->open();
+    pGraph->resize(GraphSize);
+    settle();
+    QMetaObject::invokeMethod(pGraph, "frameAll");
+    picture(QStringLiteral("palette-node-graph"), pGraph);
+    pGraph->close();
 }
 
 void OrvTour::visitPropertyEditors()
@@ -120,9 +140,7 @@ void OrvTour::visitMaskStack()
     const QList<OrvPalette*> Before = OrvMainWindow::instance().findChildren<OrvPalette*>();
     for (QWidget* pButton : pLayers->findChildren<QWidget*>()) {
         if (pButton->inherits("OrvLayerStackPopupButton") && pButton->isVisible()) {
-            const QPointF Centre = QRectF(pButton->rect()).center();
-            sendMouse(pButton, QEvent::MouseButtonPress, Centre, Qt::LeftButton);
-            sendMouse(pButton, QEvent::MouseButtonRelease, Centre, Qt::NoButton);
+            click(pButton, QRectF(pButton->rect()).center());
         }
     }
     settle();
@@ -133,7 +151,8 @@ void OrvTour::visitMaskStack()
         ++Found;
         pPalette->resize(340, 520);
         const QString Title = pPalette->windowTitle().section(QLatin1Char('/'), -1).toLower();
-        picture(QStringLiteral("stack-") + QString(Title).replace(QLatin1Char(' '), QLatin1Char('-')), pPalette);
+        picture(
+            QStringLiteral("stack-") + QString(Title).replace(QLatin1Char(' '), QLatin1Char('-')), pPalette);
         pPalette->close();
     }
     if (Found == 0)
@@ -148,6 +167,8 @@ void OrvTour::visitQuickFind()
         m_Failures.append(QStringLiteral("Quick Find"));
         return;
     }
+    // The command is one of the palette that has the focus.
+    QApplication::setActiveWindow(&OrvMainWindow::instance());
     if (QTreeView* pTree = pLayers->findChild<QTreeView*>())
         pTree->setFocus();
     settle();

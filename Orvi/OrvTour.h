@@ -4,11 +4,11 @@
 #include <QtCore/QStringList>
 
 class OrvCanvas;
-class OrvLayer;
 class QWidget;
 
-/// Plays a short tour over the real program, off screen, and writes a picture of each stop: for the manual and for
-/// whoever wants to see what changed. It acts as a user would and waits until the program has settled before it looks.
+/// Plays a short tour over the real program, off screen, and writes a picture of each stop: for the manual
+/// and for whoever wants to see what changed. It acts as a user would and waits until the program has settled
+/// before it looks.
 class OrvTour {
 public:
     OrvTour(OrvCanvas* pCanvas, const QString& Directory);
@@ -20,7 +20,8 @@ private:
     void settle() const;
     void picture(const QString& Name, QWidget* pWidget = nullptr);
     void showPalette(const QString& Name);
-    OrvLayer* select(const QString& LayerName);
+    /// Clicks the layer's row.
+    bool select(const QString& LayerName);
     void visitPalettes();
     void visitPropertyEditors();
     void visitMaskStack();

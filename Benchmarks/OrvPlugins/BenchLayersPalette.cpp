@@ -2,97 +2,24 @@
 // in plain Qt. The 125 ms for which a palette collects changes are left out: refreshes are called at once.
 
 #include "Benchmarks/OrvPlugins/FloorTree.h"
+#include "Benchmarks/OrvPlugins/LayersBenchmark.h"
 #include "Benchmarks/RatioReporter.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
-#include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Image/OrvColor.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 
 #include <malloc.h>
 
+using namespace LayersBenchmark;
+
 namespace {
-
-const QSize PaletteSize(360, 800);
-
-/// Until nothing is left to be laid out or painted.
-void settle()
-{
-    for (int Round = 0; Round < 3; ++Round)
-        QCoreApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-/// A channel of that many layers: each tenth is a group that holds the nine before it.
-OrvShaderInput* makeChannel(int LayerCount)
-{
-    const OrvUndoManager::NoRecording NoRecording;
-    OrvShaderInput* pChannel = OrvShaderInputUtils::create(OrvShaderNetworkManager::instance().currentShaderNetwork(),
-        QStringLiteral("Channel %1").arg(LayerCount), QSize(256, 256), GL_UNSIGNED_BYTE);
-    QList<OrvLayer*> Members;
-    for (int Index = 0; Index < LayerCount; ++Index) {
-        if (Index % 10 == 9) {
-            QString Error;
-            pChannel->groupLayers(Error, OrvLayerCreateFlags(), Members, nullptr, QStringLiteral("Group %1").arg(Index));
-            Members.clear();
-        } else {
-            Members.append(pChannel->createPaintableLayer(
-                OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer %1").arg(Index), OrvColor()));
-        }
-    }
-    return pChannel;
-}
-
-OrvShaderInput* channelOf(int LayerCount)
-{
-    static QHash<int, OrvShaderInput*> s_Channels;
-    OrvShaderInput*& pChannel = s_Channels[LayerCount];
-    if (!pChannel)
-        pChannel = makeChannel(LayerCount);
-    OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
-    settle();
-    return pChannel;
-}
-
-class Palette {
-public:
-    explicit Palette(OrvShaderInput* pChannel)
-        : m_View(nullptr, 0)
-    {
-        m_View.resize(PaletteSize);
-        m_View.show();
-        settle();
-        m_View.setLayerStack(pChannel);
-    }
-    OrvLayerView& view() { return m_View; }
-    void refresh()
-    {
-        m_View.refresh();
-        settle();
-    }
-
-private:
-    OrvLayerView m_View;
-};
-
-std::unique_ptr<FloorTree> makeFloor()
-{
-    auto pTree = std::make_unique<FloorTree>();
-    pTree->resize(PaletteSize);
-    pTree->show();
-    settle();
-    return pTree;
-}
 
 void build(benchmark::State& State, int LayerCount)
 {

@@ -9,6 +9,7 @@ namespace {
 
 constexpr int RowHeight = 24;
 constexpr int ChildCount = 12;
+constexpr int NameRole = Qt::UserRole + 3;
 
 class FloorRow : public QWidget {
 public:
@@ -39,8 +40,9 @@ protected:
 
 class FloorItem : public QStandardItem {
 public:
-    FloorItem()
+    explicit FloorItem(const QString& Name = QString())
     {
+        setData(Name, NameRole);
         setData(QStringLiteral("{0123456789abcdef0123456789abcdef}"), Qt::UserRole + 2);
         setSizeHint(QSize(0, RowHeight));
         setEditable(false);
@@ -65,7 +67,7 @@ void FloorTree::build(int RowCount)
     QList<QStandardItem*> Top;
     QStandardItem* pGroup = nullptr;
     for (int Row = 0; Row < RowCount; ++Row) {
-        auto* pItem = new FloorItem;
+        auto* pItem = new FloorItem(QStringLiteral("Layer %1").arg(Row));
         if (Row % 10 == 0) {
             pGroup = pItem;
             Top.append(pItem);
@@ -108,6 +110,26 @@ void FloorTree::moveLastRowToTop()
     m_Model.insertRow(0, Taken);
     scheduleDelayedItemsLayout();
     setRowWidget(m_Model.index(0, 0));
+}
+
+void FloorTree::filterRows(const QString& Text)
+{
+    scheduleDelayedItemsLayout();
+    filterRows(Text, QModelIndex());
+}
+
+bool FloorTree::filterRows(const QString& Text, const QModelIndex& Parent)
+{
+    bool AnyShown = false;
+    for (int Row = 0; Row < m_Model.rowCount(Parent); ++Row) {
+        const QModelIndex Index = m_Model.index(Row, 0, Parent);
+        const bool ShowsChild = filterRows(Text, Index);
+        const bool Shown
+            = ShowsChild || m_Model.data(Index, NameRole).toString().contains(Text, Qt::CaseInsensitive);
+        setRowHidden(Row, Parent, !Shown);
+        AnyShown |= Shown;
+    }
+    return AnyShown;
 }
 
 void FloorTree::updateEditorGeometries()

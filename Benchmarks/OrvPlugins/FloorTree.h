@@ -18,6 +18,8 @@ public:
     void insertRowOnTop();
     /// Takes the last row of the top level and puts it on top, with a new widget.
     void moveLastRowToTop();
+    /// Hides the rows whose names lack the text, unless they hold one that does not.
+    void filterRows(const QString& Text);
 
 protected:
     void updateEditorGeometries() override;
@@ -25,6 +27,7 @@ protected:
 private:
     void setRowWidget(const QModelIndex& Index);
     void setRowWidgets(const QModelIndex& Parent);
+    bool filterRows(const QString& Text, const QModelIndex& Parent);
 
     QStandardItemModel m_Model;
     QVector<QPointer<QWidget>> m_Shown;

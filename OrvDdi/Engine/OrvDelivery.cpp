@@ -22,6 +22,7 @@ struct Order {
 GeglNode* pDeliveryNode = nullptr;
 GeglNode* pConnectedTarget = nullptr; ///< stays connected until another one is rendered
 bool IsRendering = false;
+int Level = 0;
 Order* pOrder = nullptr; ///< null: the pixels are asked for as a buffer
 
 struct DeliveryOperation {
@@ -99,7 +100,7 @@ void clear(const GeglRectangle& Region, int BytesPerPixel, void* pPixels, int St
             static_cast<char*>(pPixels) + qsizetype(Row) * Stride, 0, size_t(Region.width) * BytesPerPixel);
 }
 
-/// Between the mipmap levels the engine interpolates; its result is then brought into the caller's format.
+/// Leaves the scaling to the engine; its result is then brought into the caller's format.
 void renderScaled(const GeglRectangle& Region, double Scale, OrvPixelLayout Layout, void* pPixels, int Stride)
 {
     std::vector<float> Premultiplied(size_t(Region.width) * size_t(Region.height) * 4);
@@ -110,6 +111,18 @@ void renderScaled(const GeglRectangle& Region, double Scale, OrvPixelLayout Layo
             Premultiplied.data() + qsizetype(Row) * Region.width * 4, Region.width,
             static_cast<char*>(pPixels) + qsizetype(Row) * Stride);
     }
+}
+
+/// Straight into the caller's memory.
+void renderAtLevel(const GeglRectangle& Region, OrvPixelLayout Layout, void* pPixels, int Stride)
+{
+    Order Wanted{Region, Level, Layout, pPixels, Stride, false};
+    pOrder = &Wanted;
+    gegl_node_blit(pDeliveryNode, 1.0 / (1 << Level), &Region, babl_format("RaGaBaA float"), nullptr,
+        GEGL_AUTO_ROWSTRIDE, GEGL_BLIT_DEFAULT);
+    pOrder = nullptr;
+    if (!Wanted.Done)
+        clear(Region, orvBytesPerPixel(Layout), pPixels, Stride);
 }
 
 } // namespace
@@ -130,18 +143,12 @@ void OrvDelivery::render(GeglNode* pTarget, const GeglRectangle& Region, double 
 {
     connectTo(pTarget);
     IsRendering = true;
-    const int Level = levelOf(Scale);
-    if (Scale * (1 << Level) == 1.0) {
-        Order Wanted{Region, Level, Layout, pPixels, Stride, false};
-        pOrder = &Wanted;
-        gegl_node_blit(pDeliveryNode, Scale, &Region, babl_format("RaGaBaA float"), nullptr,
-            GEGL_AUTO_ROWSTRIDE, GEGL_BLIT_DEFAULT);
-        pOrder = nullptr;
-        if (!Wanted.Done)
-            clear(Region, orvBytesPerPixel(Layout), pPixels, Stride);
-    } else {
+    Level = levelOf(Scale);
+    if (Scale * (1 << Level) == 1.0)
+        renderAtLevel(Region, Layout, pPixels, Stride);
+    else
         renderScaled(Region, Scale, Layout, pPixels, Stride);
-    }
+    Level = 0;
     IsRendering = false;
 }
 
@@ -156,4 +163,20 @@ void OrvDelivery::forget(const GeglNode* pNode)
         return;
     gegl_node_disconnect(pDeliveryNode, "input");
     pConnectedTarget = nullptr;
+}
+
+int OrvDelivery::currentLevel()
+{
+    return Level;
+}
+
+OrvDelivery::FullScale::FullScale()
+    : m_Outer(Level)
+{
+    Level = 0;
+}
+
+OrvDelivery::FullScale::~FullScale()
+{
+    Level = m_Outer;
 }

@@ -18,4 +18,19 @@ bool isTarget(const GeglNode* pNode);
 /// The node is about to go.
 void forget(const GeglNode* pNode);
 
+/// The mipmap level at which the engine computes just now.
+int currentLevel();
+
+/// While it lives, an evaluation at full scale takes place within a reduced one.
+class FullScale {
+public:
+    FullScale();
+    ~FullScale();
+    FullScale(const FullScale&) = delete;
+    FullScale& operator=(const FullScale&) = delete;
+
+private:
+    const int m_Outer;
+};
+
 } // namespace OrvDelivery

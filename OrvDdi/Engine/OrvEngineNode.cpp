@@ -3,13 +3,14 @@
 #include "OrvDdi/Engine/OrvBlendOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvOperationMenu.h"
 #include "OrvDdi/Engine/OrvOperationParameters.h"
+#include "OrvDdi/Engine/OrvOperationReach.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -19,10 +20,6 @@ namespace {
 /// Stands for the whole plane; the engine's own infinite rectangle overflows when operations widen it.
 constexpr int PlaneEdge = 1 << 20;
 constexpr GeglRectangle Plane = {-PlaneEdge, -PlaneEdge, 2 * PlaneEdge, 2 * PlaneEdge};
-/// Reach of operations that look at the whole image, and where such are taken to begin: what they need
-/// depends on where one asks.
-constexpr int Unlimited = PlaneEdge;
-constexpr int FarReach = 1024;
 
 GeglRectangle engineRect(const QRect& Rect)
 {
@@ -46,56 +43,6 @@ GeglNode* newNode(const char* pOperation)
     return pNode;
 }
 
-/// Operations that compute more than they are asked for, mostly the whole image, because any pixel may depend
-/// on any.
-bool computesMoreThanAsked(GeglNode* pNode)
-{
-    static const auto* pPlainClass = static_cast<GeglOperationClass*>(g_type_class_ref(GEGL_TYPE_OPERATION));
-    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
-    return pOperation
-        && GEGL_OPERATION_GET_CLASS(pOperation)->get_cached_region != pPlainClass->get_cached_region;
-}
-
-/// The engine's recursive Gaussian filter asks for whole rows, though what lies beyond some deviations has no
-/// share that could be seen. Unlimited for other operations.
-int gaussianReach(GeglNode* pNode)
-{
-    if (!gegl_node_find_property(pNode, "std-dev"))
-        return Unlimited;
-    double Deviation = 0.0;
-    gegl_node_get(pNode, "std-dev", &Deviation, nullptr);
-    return int(std::ceil(Deviation * 6.0)) + 1;
-}
-
-/// How far away from a pixel an operation looks, measured with a rectangle where something changed.
-int reachOf(GeglNode* pNode, const GeglRectangle& Rect)
-{
-    int Reach = 0;
-    if (GSList* pChildren = gegl_node_get_children(pNode)) {
-        // Operations made of others do not know their reach, and asking them would never end.
-        for (GSList* pChild = pChildren; pChild; pChild = pChild->next)
-            Reach = std::min(Unlimited, Reach + reachOf(GEGL_NODE(pChild->data), Rect));
-        g_slist_free(pChildren);
-        return Reach;
-    }
-    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
-    for (const char* pPad : {"input", "aux"}) {
-        if (!pOperation || !gegl_node_has_pad(pNode, pPad))
-            continue;
-        const GeglRectangle Needed = gegl_operation_get_required_for_output(pOperation, pPad, &Rect);
-        const GeglRectangle* pWhole = gegl_operation_source_get_bounding_box(pOperation, pPad);
-        if (pWhole && !gegl_rectangle_is_empty(pWhole) && gegl_rectangle_contains(&Needed, pWhole))
-            return Unlimited;
-        const double Sides[] = {double(Rect.x) - Needed.x, double(Rect.y) - Needed.y,
-            double(Needed.x) + Needed.width - Rect.x - Rect.width,
-            double(Needed.y) + Needed.height - Rect.y - Rect.height};
-        const double Widest = *std::max_element(std::begin(Sides), std::end(Sides));
-        if (!gegl_rectangle_is_empty(&Needed))
-            Reach = std::max(Reach, Widest > FarReach ? Unlimited : int(Widest));
-    }
-    return std::min(Reach, gaussianReach(pNode));
-}
-
 } // namespace
 
 /// Belongs to its OrvEngineNode. When that goes while others still read from it, it is abandoned:
@@ -103,7 +50,7 @@ int reachOf(GeglNode* pNode, const GeglRectangle& Rect)
 /// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
 /// the next evaluation.
 struct OrvEngineNode::SubGraph {
-    enum Kind { Blend, Source, Uniform, Operation };
+    enum Kind { Blend, Source, Uniform, Operation, Pass };
 
     explicit SubGraph(Kind What)
         : WhichKind(What)
@@ -223,17 +170,20 @@ void OrvEngineNode::SubGraph::tellDownstream()
     }
 }
 
-/// Only blend steps understand descriptions of pictures, and only one reader may have a blend computed for it
-/// alone; a colour is computed in no time.
+/// Only blend and pass steps understand descriptions of pictures, and only one reader may have a blend
+/// computed for it alone; a colour is computed in no time.
 void OrvEngineNode::SubGraph::updateDeferral()
 {
-    const bool BlendsOnly = !Readers.empty()
-        && std::all_of(
-            Readers.begin(), Readers.end(), [](const SubGraph* p) { return p->WhichKind == Blend; });
+    const bool IsUnderstood = !Readers.empty()
+        && std::all_of(Readers.begin(), Readers.end(),
+            [](const SubGraph* p) { return p->WhichKind == Blend || p->WhichKind == Pass; });
+    const bool IsForOne = IsUnderstood && Readers.size() == 1 && !Cached;
     if (WhichKind == Blend)
-        OrvBlendOperation::setDeferred(pInput, BlendsOnly && Readers.size() == 1 && !Cached);
+        OrvBlendOperation::setDeferred(pInput, IsForOne);
+    else if (WhichKind == Pass)
+        OrvOutputOperation::setDeferred(pInput, IsForOne);
     else if (WhichKind == Uniform)
-        OrvSourceOperations::setDeferred(pInput, BlendsOnly);
+        OrvSourceOperations::setDeferred(pInput, IsUnderstood);
 }
 
 void OrvEngineNode::SubGraph::invalidate(const GeglRectangle& Region) const
@@ -254,7 +204,7 @@ int OrvEngineNode::SubGraph::reach(const GeglRectangle& Rect)
     if (!ReachKnown) {
         // Operations learn what they will need when the engine prepares them.
         gegl_node_get_bounding_box(pInput);
-        Reach = reachOf(pInput, Rect);
+        Reach = OrvOperationReach::of(pInput, Rect);
         ReachKnown = true;
     }
     return Reach;
@@ -284,7 +234,7 @@ int OrvEngineNode::SubGraph::reachDownstream(const GeglRectangle& Rect)
         if (Pending.size() > Before)
             continue;
         Pending.pop_back();
-        Settled.emplace(pNode, std::min(Unlimited, Widest + pNode->reach(Rect)));
+        Settled.emplace(pNode, std::min(OrvOperationReach::Unlimited, Widest + pNode->reach(Rect)));
     }
     return Settled[this];
 }
@@ -339,7 +289,9 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& Ope
     if (!gegl_node_has_pad(pGraph->pInput, "output"))
         return nullptr;
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
-    if (computesMoreThanAsked(pGraph->pInput)) // which must not happen again for every region
+    OrvOutputOperation::setFullScale(pGraph->pOutput, orvNeedsFullScale(Name.constData()));
+    if (OrvOperationReach::computesMoreThanAsked(
+            pGraph->pInput)) // which must not happen again for every region
         g_object_set(pGraph->pInput, "cache-policy", GEGL_CACHE_POLICY_ALWAYS, nullptr);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
@@ -347,7 +299,7 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& Ope
 std::unique_ptr<OrvEngineNode> OrvEngineNode::createPass()
 {
     const OrvEngine::Lock Lock;
-    auto pGraph = std::make_unique<SubGraph>(SubGraph::Operation);
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Pass);
     pGraph->pInput = pGraph->pOutput = newNode(OrvOutputOperation::Name);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
@@ -369,6 +321,11 @@ void OrvEngineNode::connectInput(Pad Input, OrvEngineNode* pSource)
     if (pPrevious)
         pPrevious->removeIfUnread();
     m_pGraph->parametersChanged();
+}
+
+bool OrvEngineNode::readsFrom(Pad Input, const OrvEngineNode* pSource) const
+{
+    return m_pGraph->Sources[Input] == (pSource ? pSource->m_pGraph.get() : nullptr);
 }
 
 void OrvEngineNode::setBlend(const OrvBlendParameters& Parameters)
@@ -415,7 +372,7 @@ bool OrvEngineNode::setParameter(const QString& Name, const QVariant& Value)
 void OrvEngineNode::setExtent(const QRect& Extent)
 {
     const OrvEngine::Lock Lock;
-    if (m_pGraph->WhichKind != SubGraph::Operation)
+    if (m_pGraph->WhichKind != SubGraph::Operation && m_pGraph->WhichKind != SubGraph::Pass)
         return;
     OrvOutputOperation::setExtent(m_pGraph->pOutput, Extent.isEmpty() ? GeglRectangle{} : engineRect(Extent));
     m_pGraph->invalidate(Plane);
@@ -425,11 +382,11 @@ void OrvEngineNode::setCached(bool Cached)
 {
     const OrvEngine::Lock Lock;
     // Pixels of a source are there already, a colour needs no memory.
-    const bool IsBlend = m_pGraph->WhichKind == SubGraph::Blend;
-    if ((!IsBlend && m_pGraph->WhichKind != SubGraph::Operation) || m_pGraph->Cached == Cached)
+    const bool IsSource = m_pGraph->WhichKind == SubGraph::Source || m_pGraph->WhichKind == SubGraph::Uniform;
+    if (IsSource || m_pGraph->Cached == Cached)
         return;
     m_pGraph->Cached = Cached;
-    if (IsBlend)
+    if (m_pGraph->WhichKind == SubGraph::Blend)
         OrvBlendOperation::setCached(m_pGraph->pOutput, Cached);
     else
         OrvOutputOperation::setCached(m_pGraph->pOutput, Cached);
@@ -447,8 +404,9 @@ void OrvEngineNode::pixelsWritten(const QRect& Region)
     // where it reaches everything downstream.
     const GeglRectangle Written = engineRect(Region);
     const int Reach = m_pGraph->reachDownstream(Written);
-    m_pGraph->invalidate(
-        Reach >= Unlimited ? Plane : engineRect(Region.adjusted(-Reach, -Reach, Reach, Reach)));
+    m_pGraph->invalidate(Reach >= OrvOperationReach::Unlimited
+            ? Plane
+            : engineRect(Region.adjusted(-Reach, -Reach, Reach, Reach)));
 }
 
 QRect OrvEngineNode::boundingBox() const

@@ -32,6 +32,8 @@ public:
 
     /// Null disconnects. A pad that the node does not have is ignored.
     void connectInput(Pad Input, OrvEngineNode* pSource);
+    /// What is connected there; null: nothing is, or the node has no such pad.
+    bool readsFrom(Pad Input, const OrvEngineNode* pSource) const;
 
     void setBlend(const OrvBlendParameters& Parameters); ///< blend nodes
     void setBuffer(const OrvImageBuffer& Buffer); ///< source nodes
@@ -39,7 +41,7 @@ public:
     /// Operation nodes. Values as OrvOperationRegistry describes the parameter; false for an unknown name or a value
     /// that cannot be converted.
     bool setParameter(const QString& Name, const QVariant& Value);
-    /// Crops the result of an operation node that has no bounds of its own; an empty rectangle lifts the crop.
+    /// Crops the result of an operation or pass node; an empty rectangle lifts the crop.
     void setExtent(const QRect& Extent);
     /// Keeps the result so that what is above can change without computing it again.
     void setCached(bool Cached);

@@ -1,5 +1,6 @@
 #include "OrvDdi/Engine/OrvOutputOperation.h"
 
+#include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 namespace {
@@ -8,6 +9,8 @@ struct OutputOperation {
     GeglOperationFilter Parent;
     GeglRectangle Extent;
     bool Cached;
+    bool Deferred;
+    bool FullScale;
 };
 
 struct OutputOperationClass {
@@ -47,27 +50,51 @@ GeglRectangle sameRegion(GeglOperation*, const char*, const GeglRectangle* pRegi
     return *pRegion;
 }
 
+/// A reduced evaluation does not enter what is below: it is evaluated by itself then.
+GeglRectangle requiredForOutput(GeglOperation* pOperation, const char*, const GeglRectangle* pRegion)
+{
+    return instance(pOperation)->FullScale && OrvDelivery::currentLevel() > 0 ? GeglRectangle{} : *pRegion;
+}
+
+gboolean processAtFullScale(
+    GeglOperation* pOperation, GeglOperationContext* pContext, const GeglRectangle* pRegion)
+{
+    const OrvDelivery::FullScale FullScale;
+    GeglBuffer* pResult = gegl_buffer_new(pRegion, babl_format("RaGaBaA float"));
+    gegl_node_blit_buffer(pOperation->node, pResult, pRegion, 0, GEGL_ABYSS_NONE);
+    // Whoever reads it at a reduced scale gets averages.
+    gegl_operation_context_take_object(pContext, "output", G_OBJECT(pResult));
+    return TRUE;
+}
+
 gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, const char*,
     const GeglRectangle* pRegion, int Level)
 {
+    const OutputOperation* pSelf = instance(pOperation);
+    if (pSelf->FullScale && Level > 0)
+        return processAtFullScale(pOperation, pContext, pRegion);
     GObject* pInput = gegl_operation_context_get_object(pContext, "input");
     if (!pInput)
         return FALSE;
-    if (instance(pOperation)->Cached) {
+    const bool IsCropped = !gegl_rectangle_is_empty(&pSelf->Extent);
+    const OrvPicture::Pointer pPicture = OrvPicture::of(pInput);
+    const bool IsDescription
+        = pPicture->kind() == OrvPicture::Blend || pPicture->kind() == OrvPicture::Uniform;
+    const bool PassesDescriptions
+        = !IsCropped && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node));
+    if (pSelf->Cached || (IsDescription && !PassesDescriptions)) {
         const GeglRectangle Region{
             pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
-        OrvPictureProgram(OrvPicture::of(pInput))
-            .renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+        OrvPictureProgram(pPicture).renderTo(
+            gegl_operation_context_get_target(pContext, "output"), Region, Level);
         return TRUE;
     }
-    GeglBuffer* pBuffer = GEGL_BUFFER(pInput);
-    const GeglRectangle& Extent = instance(pOperation)->Extent;
-    if (gegl_rectangle_is_empty(&Extent)
-        || gegl_rectangle_contains(&Extent, gegl_buffer_get_extent(pBuffer))) {
+    if (IsDescription || !IsCropped
+        || gegl_rectangle_contains(&pSelf->Extent, gegl_buffer_get_extent(GEGL_BUFFER(pInput)))) {
         gegl_operation_context_set_object(pContext, "output", pInput);
         return TRUE;
     }
-    GeglBuffer* pInside = gegl_buffer_create_sub_buffer(pBuffer, &Extent);
+    GeglBuffer* pInside = gegl_buffer_create_sub_buffer(GEGL_BUFFER(pInput), &pSelf->Extent);
     gegl_object_set_has_forked(G_OBJECT(pInside));
     gegl_operation_context_take_object(pContext, "output", G_OBJECT(pInside));
     return TRUE;
@@ -78,7 +105,7 @@ void output_operation_class_init(OutputOperationClass* pClass)
     GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
     pOperationClass->prepare = prepare;
     pOperationClass->get_bounding_box = boundingBox;
-    pOperationClass->get_required_for_output = sameRegion;
+    pOperationClass->get_required_for_output = requiredForOutput;
     pOperationClass->get_invalidated_by_change = sameRegion;
     pOperationClass->process = process;
     gegl_operation_class_set_keys(pOperationClass, "name", OrvOutputOperation::Name, "title", "Output",
@@ -103,4 +130,14 @@ void OrvOutputOperation::setCached(GeglNode* pNode, bool Cached)
 {
     instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
     g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+}
+
+void OrvOutputOperation::setDeferred(GeglNode* pNode, bool Deferred)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+}
+
+void OrvOutputOperation::setFullScale(GeglNode* pNode, bool FullScale)
+{
+    instance(gegl_node_get_gegl_operation(pNode))->FullScale = FullScale;
 }

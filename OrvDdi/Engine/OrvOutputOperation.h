@@ -11,6 +11,10 @@ constexpr char Name[] = "orv:output";
 void registerType();
 /// An empty extent lifts the crop.
 void setExtent(GeglNode* pNode, const GeglRectangle& Extent);
+/// Computes reduced views from the result at full scale.
+void setFullScale(GeglNode* pNode, bool FullScale);
 void setCached(GeglNode* pNode, bool Cached);
+/// Whether whoever reads the output understands descriptions (see OrvPicture).
+void setDeferred(GeglNode* pNode, bool Deferred);
 
 } // namespace OrvOutputOperation

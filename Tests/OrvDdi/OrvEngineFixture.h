@@ -82,9 +82,8 @@ inline std::vector<float> rendered(OrvEngineNode& Node, const QRect& Region, dou
 
 /// The same, asked for in small pieces as a canvas does. The engine computes a piece again as a whole when
 /// any part of it is stale, so that only pieces show what a cache has kept wrongly.
-inline std::vector<float> renderedInPieces(OrvEngineNode& Node, const QRect& Region)
+inline std::vector<float> renderedInPieces(OrvEngineNode& Node, const QRect& Region, int Edge = 8)
 {
-    constexpr int Edge = 8;
     std::vector<float> Result(size_t(Region.width() * Region.height()) * 4);
     for (int Y = Region.top(); Y <= Region.bottom(); Y += Edge) {
         for (int X = Region.left(); X <= Region.right(); X += Edge) {

@@ -196,6 +196,29 @@ void TstEngine::extentsAndPasses()
     QCOMPARE(pixelOf(*pPass, 5, 5), OrvColor::clear());
     pPass->connectInput(OrvEngineNode::Base, pSource.get());
     QVERIFY(difference(rendered(*pPass, Canvas), rendered(*pSource, Canvas)) < 1e-6f);
+    // Between blends, above them, with several readers, cropped and cached: nothing but the crop changes
+    // pixels.
+    const auto pLayer = blend(pSource.get(), pCropped.get(), OrvBlendMode::Multiply);
+    const auto pDirect = blend(pLayer.get(), pSource.get(), OrvBlendMode::Screen, 0.5f);
+    const std::vector<float> Expected = rendered(*pDirect, Canvas);
+    pPass->connectInput(OrvEngineNode::Base, pLayer.get());
+    pDirect->connectInput(OrvEngineNode::Base, pPass.get());
+    const auto pShown = OrvEngineNode::createPass(), pFiltered = operation("gegl:box-blur", nullptr);
+    pShown->connectInput(OrvEngineNode::Base, pDirect.get());
+    QVERIFY(difference(rendered(*pShown, Canvas), Expected) < 1e-6f);
+    pFiltered->connectInput(OrvEngineNode::Base, pShown.get());
+    QVERIFY(pFiltered->setParameter("radius", 0));
+    QVERIFY(difference(rendered(*pFiltered, Canvas), Expected) < 1e-5f);
+    pFiltered->connectInput(OrvEngineNode::Base, pPass.get());
+    QVERIFY(difference(rendered(*pShown, Canvas), Expected) < 1e-6f);
+    pPass->setCached(true);
+    QVERIFY(difference(rendered(*pShown, Canvas), Expected) < 1e-6f);
+    pPass->setCached(false);
+    pShown->setExtent(QRect(10, 10, 20, 20));
+    QCOMPARE(pShown->boundingBox(), QRect(10, 10, 20, 20));
+    QVERIFY(difference(rendered(*pShown, QRect(10, 10, 20, 20)), rendered(*pDirect, QRect(10, 10, 20, 20)))
+        < 1e-6f);
+    QCOMPARE(pixelOf(*pShown, 9, 10), OrvColor::clear());
 }
 
 /// Dabs below cached results: what is shown afterwards is what a new graph shows.
@@ -209,7 +232,7 @@ void TstEngine::cachedResultsFollowEdits()
     const auto pTop = blend(pBase.get(), pSharpen.get(), OrvBlendMode::Overlay);
     for (OrvEngineNode* pCached : {pBlur.get(), pSharpen.get(), pTop.get()})
         pCached->setCached(true);
-    renderedInPieces(*pTop, Canvas);
+    renderedInPieces(*pTop, Canvas, 20);
     const auto fresh = [&] {
         const auto pNewSource = source(Pixels), pNewBlur = operation("gegl:gaussian-blur", pNewSource.get());
         pNewBlur->setParameter("std-dev-x", 4.0);
@@ -220,16 +243,16 @@ void TstEngine::cachedResultsFollowEdits()
         {QRect(120, 120, 20, 16), QRect(0, 0, 3, 3), QRect(290, 190, 40, 40), QRect(140, 60, 1, 1)}) {
         Pixels.fill(OrvColor(3.0f, 0.0f, 1.0f), Dab);
         pSource->pixelsWritten(Dab);
-        QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+        QVERIFY(difference(renderedInPieces(*pTop, Canvas, 20), fresh()) < 2e-3f);
     }
     // Parameters and connections below reach the caches as well.
     pBlur->setParameter("std-dev-x", 1.0);
     pBlur->setParameter("std-dev-x", 4.0);
-    QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+    QVERIFY(difference(renderedInPieces(*pTop, Canvas, 20), fresh()) < 2e-3f);
     const auto pOther = source(picture(Canvas, 5)); // never computed before
     pBlur->connectInput(OrvEngineNode::Base, pOther.get());
     Pixels = picture(Canvas, 5);
-    QVERIFY(difference(renderedInPieces(*pTop, Canvas), fresh()) < 2e-3f);
+    QVERIFY(difference(renderedInPieces(*pTop, Canvas, 20), fresh()) < 2e-3f);
 }
 
 void TstEngine::cachesSwitchedOffAndOn()
@@ -309,6 +332,23 @@ void TstEngine::scaledViews()
     const std::vector<float> Result = rendered(*pTop, Part, 0.25);
     QVERIFY(qAbs(Result[(72 * 256 + 136) * 4 + 2] - 0.5f) < 2e-3f);
     QVERIFY(qAbs(Result[(72 * 256 + 126) * 4 + 2] - 0.125f) < 2e-3f);
+
+    // A filter, cached and not, shows the same as one that has never been seen before; so does a copy of the
+    // pixels.
+    for (const bool Cached : {false, true}) {
+        const auto pBlur = operation("gegl:gaussian-blur", pTop.get()), pAbove = blend(pBlur.get(), nullptr);
+        pBlur->setParameter("std-dev-x", 12.0);
+        pBlur->setCached(Cached);
+        rendered(*pAbove, Part, 0.25);
+        Pixels.fill(OrvColor(Cached, 0, 4), QRect(300, 100, 90, 50));
+        pBase->pixelsWritten(QRect(300, 100, 90, 50));
+        const OrvImageBuffer Copy = Pixels.snapshot();
+        const auto pCopy = source(Copy), pFresh = blend(pCopy.get(), pOver.get()),
+                   pFreshBlur = operation("gegl:gaussian-blur", pFresh.get());
+        pFreshBlur->setParameter("std-dev-x", 12.0);
+        QVERIFY(difference(rendered(*pAbove, Part, 0.25), rendered(*pFreshBlur, Part, 0.25)) < 2e-3f);
+        QVERIFY(difference(rendered(*pTop, Part, 0.25), rendered(*pFresh, Part, 0.25)) < 2e-3f);
+    }
 }
 
 void TstEngine::highStacks()

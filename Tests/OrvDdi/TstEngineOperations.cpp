@@ -49,6 +49,8 @@ private Q_SLOTS:
     void filters();
     void procedurals_data() { addOperations(true); }
     void procedurals();
+    void reducedViews_data();
+    void reducedViews();
     void everyParameterTakesItsLimits_data();
     void everyParameterTakesItsLimits();
     void valuesAreConverted();
@@ -174,6 +176,47 @@ void TstEngineOperations::procedurals()
             B(PieceFirst, PieceFirst + Part.width() * 4);
         QVERIFY(difference(A, B) < 1e-4f);
     }
+    QVERIFY2(Complaints.isEmpty(), qPrintable(Complaints.join('\n')));
+}
+
+void TstEngineOperations::reducedViews_data()
+{
+    everyParameterTakesItsLimits_data();
+}
+
+/// Seen at quarter scale, every operation shows what the full result looks like from further away.
+void TstEngineOperations::reducedViews()
+{
+    QFETCH(QString, Name);
+    Complaints.clear();
+    // Blocks that fill whole pixels of the reduced view: no operation is given mixed colours there.
+    const QRect Wide(0, 0, 256, 192), Reduced(0, 0, 64, 48);
+    OrvImageBuffer Pixels(Wide, floatColor());
+    QRandomGenerator Random(4);
+    for (int Block = 0; Block < 16 * 12; ++Block) {
+        const OrvColor Color(
+            float(Random.bounded(1.0)), float(Random.bounded(1.0)), float(Random.bounded(1.0)));
+        Pixels.fill(Color, QRect(Block % 16 * 16, Block / 16 * 16, 16, 16));
+    }
+    const auto pSource = source(Pixels), pNode = operation(Name, pSource.get()),
+               pTop = blend(nullptr, pNode.get());
+    pNode->setExtent(Wide);
+    const std::vector<float> Full = rendered(*pTop, Wide), Quarter = rendered(*pTop, Reduced, 0.25);
+    double Sum = 0.0;
+    for (int Y = 0; Y < Reduced.height(); ++Y) {
+        for (int X = 0; X < Reduced.width(); ++X) {
+            for (int Component = 0; Component < 4; ++Component) {
+                double Average = 0.0;
+                for (int Part = 0; Part < 16; ++Part) {
+                    const int Pixel = (Y * 4 + Part / 4) * Wide.width() + X * 4 + Part % 4;
+                    Average += double(Full[size_t(Pixel * 4 + Component)]) / 16;
+                }
+                Sum += std::abs(Average - double(Quarter[size_t((Y * Reduced.width() + X) * 4 + Component)]));
+            }
+        }
+    }
+    Sum /= Reduced.width() * Reduced.height() * 4;
+    QVERIFY2(Sum < 4e-3, qPrintable(QString::number(Sum)));
     QVERIFY2(Complaints.isEmpty(), qPrintable(Complaints.join('\n')));
 }
 
