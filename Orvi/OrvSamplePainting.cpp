@@ -31,6 +31,11 @@ QColor mixed(const QColor& One, const QColor& Other, double Share)
         mix(One.red(), Other.red()), mix(One.green(), Other.green()), mix(One.blue(), Other.blue()));
 }
 
+uchar gray(double Value)
+{
+    return uchar(std::lround(std::clamp(Value, 0.0, 1.0) * 255.0));
+}
+
 QFont letters(double Height, int Weight = QFont::Black)
 {
     QFont Font(QStringLiteral("DejaVu Sans Condensed"));
@@ -103,21 +108,20 @@ double OrvSamplePainting::distanceToPlates(double X, double Y) const
     return Nearest;
 }
 
-template <class Shade>
-QImage OrvSamplePainting::shadeGray(int Divisor, Shade shade) const
+template <class Pixel, class Shade>
+QImage OrvSamplePainting::shaded(QImage::Format Format, int Divisor, Shade shade) const
 {
     const int Edge = std::max(1, m_Edge / Divisor);
-    QImage Image(Edge, Edge, QImage::Format_Grayscale8);
+    QImage Image(Edge, Edge, Format);
     for (int Row = 0; Row < Edge; ++Row) {
-        uchar* pOut = Image.scanLine(Row);
-        for (int Column = 0; Column < Edge; ++Column) {
-            const double Value = shade((Column + 0.5) * Unit / Edge, (Row + 0.5) * Unit / Edge);
-            pOut[Column] = uchar(std::lround(std::clamp(Value, 0.0, 1.0) * 255.0));
-        }
+        auto* pOut = reinterpret_cast<Pixel*>(Image.scanLine(Row));
+        for (int Column = 0; Column < Edge; ++Column)
+            pOut[Column] = shade((Column + 0.5) * Unit / Edge, (Row + 0.5) * Unit / Edge);
     }
-    return Edge == m_Edge ? Image
-                          : Image.scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-                                .convertToFormat(QImage::Format_Grayscale8);
+    if (Edge == m_Edge)
+        return Image;
+    return Image.scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(Format);
 }
 
 QVector<QPointF> OrvSamplePainting::rivetPlaces() const
@@ -141,22 +145,11 @@ QVector<QPointF> OrvSamplePainting::rivetPlaces() const
 
 QImage OrvSamplePainting::bareMetal() const
 {
-    QImage Image(m_Edge, m_Edge, QImage::Format_RGBA8888);
     const QColor Dark(0x2a, 0x2c, 0x2d), Light(0x62, 0x66, 0x67);
-    for (int Row = 0; Row < m_Edge; ++Row) {
-        uchar* pOut = Image.scanLine(Row);
-        for (int Column = 0; Column < m_Edge; ++Column, pOut += 4) {
-            const double X = (Column + 0.5) * Unit / m_Edge, Y = (Row + 0.5) * Unit / m_Edge;
-            const double Brushed = clouds(X / 420.0, Y / 3.0, 11, 3);
-            const QColor Color
-                = mixed(Dark, Light, 0.65 * Brushed + 0.35 * clouds(X / 300.0, Y / 300.0, 12, 3));
-            pOut[0] = uchar(Color.red());
-            pOut[1] = uchar(Color.green());
-            pOut[2] = uchar(Color.blue());
-            pOut[3] = 255;
-        }
-    }
-    return Image;
+    return shaded<QRgb>(QImage::Format_ARGB32, 1, [&](double X, double Y) {
+        const double Brushed = clouds(X / 420.0, Y / 3.0, 11, 3);
+        return mixed(Dark, Light, 0.65 * Brushed + 0.35 * clouds(X / 300.0, Y / 300.0, 12, 3)).rgb();
+    });
 }
 
 QImage OrvSamplePainting::plates() const
@@ -345,28 +338,19 @@ void OrvSamplePainting::paintDrips(QPainter& Painter) const
 
 QImage OrvSamplePainting::rust() const
 {
-    const int Edge = std::max(1, m_Edge / 2);
-    QImage Image(Edge, Edge, QImage::Format_RGBA8888);
     const QColor Deep(0x3b, 0x1c, 0x0e), Fresh(0xb4, 0x5f, 0x27);
-    for (int Row = 0; Row < Edge; ++Row) {
-        uchar* pOut = Image.scanLine(Row);
-        for (int Column = 0; Column < Edge; ++Column, pOut += 4) {
-            const double X = (Column + 0.5) * Unit / Edge, Y = (Row + 0.5) * Unit / Edge;
-            // It begins at the edges of the plates and eats inwards where the clouds are dense.
-            const double Rim = std::exp(-std::abs(distanceToPlates(X, Y)) / 34.0);
-            const double Cloud = clouds(X / 210.0, Y / 210.0, 21, 6);
-            const double Grain = clouds(X / 14.0, Y / 14.0, 22, 3);
-            const double Amount = step(0.60, 0.74, Cloud * 0.78 + Rim * 0.24 + (Grain - 0.5) * 0.20);
-            const QColor Color
-                = mixed(Fresh, Deep, std::clamp(Amount * 0.55 + (Grain - 0.35) * 0.9, 0.0, 1.0));
-            pOut[0] = uchar(Color.red());
-            pOut[1] = uchar(Color.green());
-            pOut[2] = uchar(Color.blue());
-            pOut[3] = uchar(std::lround(Amount * 245.0));
-        }
-    }
-    QImage Painted = Image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
-                         .scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage Stains = shaded<QRgb>(QImage::Format_ARGB32, 2, [&](double X, double Y) {
+        // It begins at the edges of the plates and eats inwards where the clouds are dense.
+        const double Rim = std::exp(-std::abs(distanceToPlates(X, Y)) / 34.0);
+        const double Cloud = clouds(X / 210.0, Y / 210.0, 21, 6);
+        const double Grain = clouds(X / 14.0, Y / 14.0, 22, 3);
+        const double Amount = step(0.60, 0.74, Cloud * 0.78 + Rim * 0.24 + (Grain - 0.5) * 0.20);
+        const double Age = std::clamp(Amount * 0.55 + (Grain - 0.35) * 0.9, 0.0, 1.0);
+        QColor Color = mixed(Fresh, Deep, Age);
+        Color.setAlpha(int(std::lround(Amount * 245.0)));
+        return Color.rgba();
+    });
+    QImage Painted = Stains.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter Painter(&Painted);
     begin(Painter);
     paintDrips(Painter);
@@ -463,24 +447,24 @@ QImage OrvSamplePainting::sketch() const
 
 void OrvSamplePainting::shadeMasks()
 {
-    m_WornPaint = shadeGray(2, [](double X, double Y) {
+    m_WornPaint = shaded<uchar>(QImage::Format_Grayscale8, 2, [](double X, double Y) {
         const double Cloud = clouds(X / 120.0, Y / 120.0, 31, 5);
         const double Grain = clouds(X / 9.0, Y / 9.0, 32, 2);
-        return 1.0 - step(0.60, 0.68, Cloud * 0.8 + Grain * 0.26);
+        return gray(1.0 - step(0.60, 0.68, Cloud * 0.8 + Grain * 0.26));
     });
-    m_DirtyCorners = shadeGray(4, [this](double X, double Y) {
+    m_DirtyCorners = shaded<uchar>(QImage::Format_Grayscale8, 4, [this](double X, double Y) {
         const double Edge = std::exp(-std::abs(distanceToPlates(X, Y)) / 90.0);
-        return step(0.25, 1.0, Edge * 0.9 + clouds(X / 260.0, Y / 160.0, 51, 5) * 0.45);
+        return gray(step(0.25, 1.0, Edge * 0.9 + clouds(X / 260.0, Y / 160.0, 51, 5) * 0.45));
     });
 }
 
 QImage OrvSamplePainting::roughness() const
 {
-    return shadeGray(2, [this](double X, double Y) {
+    return shaded<uchar>(QImage::Format_Grayscale8, 2, [this](double X, double Y) {
         const double Distance = distanceToPlates(X, Y);
         const double Paint = 0.34 + 0.12 * clouds(X / 180.0, Y / 180.0, 61, 5);
         const double Metal = 0.62 + 0.2 * clouds(X / 300.0, Y / 4.0, 62, 3);
-        return Paint + (Metal - Paint) * step(-4.0, 4.0, Distance);
+        return gray(Paint + (Metal - Paint) * step(-4.0, 4.0, Distance));
     });
 }
 

@@ -50,8 +50,8 @@ private:
     double distanceToPlates(double X, double Y) const;
     void shadeMasks();
     /// Shades what is coarse at a part of the resolution.
-    template <class Shade>
-    QImage shadeGray(int Divisor, Shade shade) const;
+    template <class Pixel, class Shade>
+    QImage shaded(QImage::Format Format, int Divisor, Shade shade) const;
 
     int m_Edge;
     QVector<Plate> m_Plates;

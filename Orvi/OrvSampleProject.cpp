@@ -240,7 +240,7 @@ void buildRoughness(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
     Layers.paint(tr("Base"), Painting.roughness());
     OrvLayer* pDust = Layers.procedural(tr("Dust"), "gegl:simplex-noise");
     maskWith(pDust, Painting.dirtyCorners());
-    blend(pDust, "Screen", 0.4);
+    blend(pDust, "Screen", 0.25);
     OrvLayer* pGrade = Layers.adjustment(tr("Contrast"), "gegl:brightness-contrast");
     if (pGrade)
         setAttribute(pGrade->adjustmentNode(), QStringLiteral("contrast"), 1.1);

@@ -27,7 +27,8 @@ bool OrvStartupTrace::eventFilter(QObject* pWatched, QEvent* pEvent)
             this,
             [this] {
                 OrvDebug("OrvStartupTrace", __LINE__,
-                    QStringLiteral("[ -- ] First layers shown after %1 ms").arg(m_Elapsed.elapsed()), false, false);
+                    QStringLiteral("[ -- ] First layers shown after %1 ms").arg(m_Elapsed.elapsed()), false,
+                    false);
                 deleteLater();
             },
             Qt::QueuedConnection);

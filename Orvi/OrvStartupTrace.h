@@ -3,8 +3,8 @@
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 
-/// Writes one line to the log when the first rows of the "Layers" palette are on the screen: how long the program took
-/// to start. It deletes itself then.
+/// Writes one line to the log when the first rows of the "Layers" palette are on the screen: how long the
+/// program took to start. It deletes itself then.
 class OrvStartupTrace : public QObject {
     Q_OBJECT
 

@@ -1,5 +1,6 @@
-// What a key stroke in the filter bar of the Layers palette costs, from the changed text to the painted tree, next to
-// the same search in a plain tree of row widgets. Each round types what passes all rows, some, none, and clears it.
+// What a key stroke in the filter bar of the Layers palette costs, from the changed text to the painted tree,
+// next to the same search in a plain tree of row widgets. Each round types what passes all rows, some, none,
+// and clears it.
 
 #include "Benchmarks/OrvPlugins/FloorTree.h"
 #include "Benchmarks/OrvPlugins/LayersBenchmark.h"
@@ -71,7 +72,8 @@ int main(int ArgumentCount, char** pArguments)
     OrvProjectManager::instance().newProject(QStringLiteral("Benchmark"));
     for (const int LayerCount : {1000, 10000}) {
         const auto add = [LayerCount](const char* pName, void (*pMeasured)(benchmark::State&, int)) {
-            RatioReporter::measure(std::string(pName) + ", " + std::to_string(LayerCount) + " layers",
+            RatioReporter::measure(
+                std::string(pName) + ", " + std::to_string(LayerCount) + " layers",
                 [LayerCount, pMeasured](benchmark::State& State) { pMeasured(State, LayerCount); }, 0.3);
         };
         add("floor: key stroke", floorKeyStroke);

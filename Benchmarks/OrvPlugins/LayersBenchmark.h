@@ -7,7 +7,8 @@
 class FloorTree;
 class OrvShaderInput;
 
-/// What the benchmarks of the Layers palette share: stacks of any size, a palette that shows one, and the floor.
+/// What the benchmarks of the Layers palette share: stacks of any size, a palette that shows one, and the
+/// floor.
 namespace LayersBenchmark {
 
 /// Until nothing is left to be laid out or painted.

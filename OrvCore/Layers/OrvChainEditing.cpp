@@ -1,5 +1,7 @@
 #include "OrvCore/Layers/OrvChainEditing.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -9,6 +11,7 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 
+#include "OrvDdi/Image/OrvImageResampling.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QSet>
@@ -135,6 +138,28 @@ void removeUnused(OrvSnBaseNode* pNode)
         if (OrvLayerManager::instance().currentComponent() == pUnused)
             OrvLayerManager::instance().setCurrentComponent(nullptr);
         pUnused->network()->removeNode(pUnused);
+    }
+}
+
+void fitImages(OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout)
+{
+    const auto seenElsewhere = [&Layout](const OrvSnBaseNode* pNode) {
+        const QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pNode, QString());
+        return std::any_of(Channels.begin(), Channels.end(),
+            [&Layout](const OrvShaderInput* pChannel) { return pChannel->layout() != Layout; });
+    };
+    for (OrvSnBaseNode* pNode : nodesOf({pMerge}, Channels::AreLimits)) {
+        auto* pImages = qobject_cast<OrvSnChannelInputNode*>(pNode);
+        const bool HasExtent = pNode->exists(OrvSnOperationNode::ExtentAttribute);
+        if ((!HasExtent && (!pImages || pImages->imageSet()->layout() == Layout)) || seenElsewhere(pNode))
+            continue;
+        if (HasExtent) {
+            pNode->setUserAttributeValue(OrvSnOperationNode::ExtentAttribute, Layout.extent().size());
+            continue;
+        }
+        const OrvImageSet& Images = *pImages->imageSet();
+        pImages->replaceImages(Layout, Images.format(), Images.fillColor(),
+            OrvImageResampling::fitted(Images.snapshot(), Images.layout(), Layout));
     }
 }
 

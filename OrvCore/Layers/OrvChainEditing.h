@@ -46,6 +46,9 @@ ORVCORE_EXPORT OrvSnChannelInputNode* addImageNode(OrvShaderNetwork* pNetwork, c
 ORVCORE_EXPORT bool insertAbove(OrvSnMergeNode* pMerge, OrvSnBaseNode* pTarget);
 /// Closes the chains around the merge node; its content and mask stay connected to it.
 ORVCORE_EXPORT void takeOut(OrvSnMergeNode* pMerge);
+/// Brings the images that the merge node's layer holds to another layout; those that are seen in channels of
+/// other layouts too stay as they are.
+ORVCORE_EXPORT void fitImages(OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout);
 /// Removes the node, and whatever is then read by nothing, unless it is read itself, a channel or a shader.
 ORVCORE_EXPORT void removeUnused(OrvSnBaseNode* pNode);
 

@@ -28,19 +28,57 @@ QString tr(const char* pText)
 
 double operationCost(const OrvOperation& Operation)
 {
-    // By group of the menu; operations within one are of a kind.
-    static const QHash<QString, double> ByGroup{
-        {QStringLiteral("Filter/Color"), 3.0},
-        {QStringLiteral("Filter/Blur"), 95.0},
-        {QStringLiteral("Filter/Sharpen"), 60.0},
-        {QStringLiteral("Filter/Noise"), 40.0},
-        {QStringLiteral("Filter/Distort"), 25.0},
-        {QStringLiteral("Filter/Artistic"), 120.0},
+    // Measured with default parameters on noise: the median of each group of the menu, and what is far from
+    // it.
+    static const QHash<QString, double> Measured{
+        {QStringLiteral("Filter/Adjust"), 12.0},
+        {QStringLiteral("Filter/Adjust/Stretch Saturation and Value"), 210.0},
+        {QStringLiteral("Filter/Adjust/Dither"), 60.0},
+        {QStringLiteral("Filter/Adjust/Posterize"), 55.0},
+        {QStringLiteral("Filter/Color"), 37.0},
+        {QStringLiteral("Filter/Color/Darkroom Negative"), 170.0},
+        {QStringLiteral("Filter/Color/Warp Colors"), 115.0},
+        {QStringLiteral("Filter/Color/Saturation"), 4.0},
+        {QStringLiteral("Filter/Color/Temperature"), 4.0},
+        {QStringLiteral("Filter/Color/Grayscale"), 6.0},
+        {QStringLiteral("Filter/Color/Monochrome Mixer"), 5.0},
+        {QStringLiteral("Filter/Color/Color Overlay"), 2.0},
+        {QStringLiteral("Filter/Blur"), 230.0},
+        {QStringLiteral("Filter/Blur/Mean Curvature"), 1400.0},
+        {QStringLiteral("Filter/Blur/Nearest Neighbor Smoothing"), 900.0},
+        {QStringLiteral("Filter/Blur/Bilateral"), 870.0},
+        {QStringLiteral("Filter/Blur/Gaussian Blur"), 55.0},
+        {QStringLiteral("Filter/Blur/Lens Blur"), 50.0},
+        {QStringLiteral("Filter/Blur/Wavelet Blur"), 37.0},
+        {QStringLiteral("Filter/Blur/Box Blur"), 20.0},
+        {QStringLiteral("Filter/Sharpen"), 58.0},
+        {QStringLiteral("Filter/Sharpen/High Pass"), 210.0},
+        {QStringLiteral("Filter/Noise"), 140.0},
+        {QStringLiteral("Filter/Noise/Hurl"), 55.0},
+        {QStringLiteral("Filter/Noise/Pick"), 45.0},
+        {QStringLiteral("Filter/Edge"), 65.0},
+        {QStringLiteral("Filter/Surface"), 19.0},
+        {QStringLiteral("Filter/Light"), 65.0},
+        {QStringLiteral("Filter/Light/Long Shadow"), 165.0},
+        {QStringLiteral("Filter/Stylize"), 90.0},
+        {QStringLiteral("Filter/Stylize/Pixelize"), 15.0},
+        {QStringLiteral("Filter/Tone Mapping"), 62.0},
+        {QStringLiteral("Filter/Transform"), 5.0},
+        {QStringLiteral("Filter/Transform/Little Planet"), 105.0},
+        {QStringLiteral("Filter/Transform/Spherize"), 80.0},
+        {QStringLiteral("Filter/Transform/Panorama"), 76.0},
+        {QStringLiteral("Filter/Transform/Make Seamless"), 57.0},
+        {QStringLiteral("Filter/Math"), 5.0},
+        {QStringLiteral("Procedural/Noise"), 40.0},
+        {QStringLiteral("Procedural/Noise/Cell Noise"), 95.0},
+        {QStringLiteral("Procedural/Gradient"), 10.0},
+        {QStringLiteral("Procedural/Gradient/Conical Gradient"), 26.0},
+        {QStringLiteral("Procedural/Pattern"), 5.0},
+        {QStringLiteral("Procedural/Basic"), 2.0},
     };
-    constexpr double OtherFilter = 30.0;
-    constexpr double OtherProcedural = 20.0;
-    return ByGroup.value(Operation.MenuPath.section(QLatin1Char('/'), 0, 1),
-        Operation.Procedural ? OtherProcedural : OtherFilter);
+    constexpr double Unmeasured = 50.0;
+    const QString Group = Operation.MenuPath.section(QLatin1Char('/'), 0, 1);
+    return Measured.value(Operation.MenuPath, Measured.value(Group, Unmeasured));
 }
 
 struct Memory {

@@ -447,9 +447,9 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
     QList<OrvLayer*> Layers;
     for (auto Merge = Merges.rbegin(); Merge != Merges.rend(); ++Merge) {
         if (!OrvChainEditing::insertAbove(*Merge, pTarget)) {
-            Macro.cancel();
             Error = tr("Layers cannot be pasted here: '%1' shares a channel that would then show itself")
                         .arg((*Merge)->name());
+            Macro.cancel();
             return {};
         }
         pTarget = *Merge;

@@ -83,11 +83,16 @@ bool insertLayerAfter(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* p
     if (pTarget == pMerge || pMerge->inputNode(OrvSnNames::Base) == pTarget)
         return true;
     OrvUndoManager::AutoMacro Macro(tr("Move Layer '%1'").arg(pLayer->name()));
+    const OrvUdimLayout Before = OrvImageSettings::ofLayer(pMerge).Layout;
     OrvChainEditing::takeOut(pMerge);
-    if (OrvChainEditing::insertAbove(pMerge, pTarget))
-        return true;
-    Macro.cancel();
-    return false;
+    if (!OrvChainEditing::insertAbove(pMerge, pTarget)) {
+        Macro.cancel();
+        return false;
+    }
+    const OrvUdimLayout After = OrvImageSettings::ofLayer(pMerge).Layout;
+    if (After != Before)
+        OrvChainEditing::fitImages(pMerge, After);
+    return true;
 }
 
 OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack)

@@ -2,20 +2,30 @@
 
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
 #include <QtCore/QRect>
 #include <QtCore/QSet>
 
+#include <random>
+
 namespace {
 
 constexpr OrvEngineNode::Pad Pads[] = {OrvEngineNode::Base, OrvEngineNode::Over, OrvEngineNode::Mask};
+
+/// Nodes whose engine nodes are to be connected anew.
+QSet<OrvSnBaseNode*>& stale()
+{
+    static QSet<OrvSnBaseNode*> Nodes;
+    return Nodes;
+}
 
 /// Nodes whose result follows that of an alias, besides those that its outputs feed.
 const OrvSnBaseNode* hiddenReader(const OrvSnBaseNode* pNode)
@@ -50,41 +60,80 @@ OrvEngineNode* OrvNodeEvaluation::existing(const OrvSnBaseNode* pNode)
     return pProvider ? pProvider->m_pEngineNode.get() : nullptr;
 }
 
-void OrvNodeEvaluation::connectPads(OrvSnBaseNode* pNode)
+OrvSnBaseNode* OrvNodeEvaluation::withNewEngineNode(const OrvSnBaseNode* pNode)
 {
-    const QStringList Inputs = pNode->enginePadInputs();
-    for (int Index = 0; Index < Inputs.size(); ++Index) {
-        if (!Inputs[Index].isEmpty())
-            pNode->m_pEngineNode->connectInput(Pads[Index], existing(pNode->inputNode(Inputs[Index])));
+    auto* pMade = const_cast<OrvSnBaseNode*>(pNode);
+    pMade->m_pEngineNode = pMade->createEngineNode();
+    if (!pMade->m_pEngineNode)
+        // An operation that this machine's engine lacks passes its input on.
+        pMade->m_pEngineNode = OrvEngineNode::createPass();
+    pMade->updateEngineNode(*pMade->m_pEngineNode);
+    return pMade;
+}
+
+void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
+{
+    struct Link {
+        OrvEngineNode* pReader;
+        OrvEngineNode::Pad Pad;
+        OrvEngineNode* pSource;
+    };
+    const int FirstNew = Nodes.size();
+    std::vector<Link> Changed, New;
+    for (int Index = 0; Index < Nodes.size(); ++Index) {
+        const QStringList Inputs = Nodes[Index]->enginePadInputs();
+        for (int Position = 0; Position < Inputs.size(); ++Position) {
+            if (Inputs[Position].isEmpty())
+                continue;
+            const OrvSnBaseNode* pSource = provider(Nodes[Index]->inputNode(Inputs[Position]));
+            if (pSource && !pSource->m_pEngineNode)
+                Nodes.append(withNewEngineNode(pSource));
+            OrvEngineNode* pReader = Nodes[Index]->m_pEngineNode.get();
+            OrvEngineNode* pWanted = pSource ? pSource->m_pEngineNode.get() : nullptr;
+            if (!pReader->readsFrom(Pads[Position], pWanted))
+                (Index < FirstNew ? Changed : New).push_back({pReader, Pads[Position], pWanted});
+        }
     }
+    // With every connection the engine walks through all that lies above and below it. In order along a chain of n
+    // layers that is n * n steps; in a random one the pieces that are joined stay short, and it is n * log n. New nodes
+    // first, while nothing lies below them.
+    std::minstd_rand Random;
+    std::shuffle(New.begin(), New.end(), Random);
+    std::shuffle(Changed.begin(), Changed.end(), Random);
+    if (Changed.size() > 1) {
+        // What was must not close a loop with what comes.
+        for (const Link& One : Changed)
+            One.pReader->connectInput(One.Pad, nullptr);
+    }
+    for (const std::vector<Link>* pLinks : {&New, &Changed}) {
+        for (const Link& One : *pLinks)
+            One.pReader->connectInput(One.Pad, One.pSource);
+    }
+}
+
+void OrvNodeEvaluation::update()
+{
+    if (stale().isEmpty())
+        return;
+    QVector<OrvSnBaseNode*> Nodes;
+    for (OrvSnBaseNode* pNode : qAsConst(stale())) {
+        if (pNode->m_pEngineNode)
+            Nodes.append(pNode);
+    }
+    stale().clear();
+    connectAll(Nodes);
+    for (const OrvSnBaseNode* pNode : qAsConst(Nodes))
+        updateBlends(pNode);
 }
 
 OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
 {
+    update();
     const OrvSnBaseNode* pWanted = provider(pNode);
     if (!pWanted)
         return nullptr;
-    // First all engine nodes that are missing, then their connections from the top down: the engine looks for loops
-    // upstream of whatever is connected, where then is nothing yet.
-    QVector<OrvSnBaseNode*> Made;
-    const auto make = [&Made](const OrvSnBaseNode* pProvider) {
-        if (!pProvider || pProvider->m_pEngineNode)
-            return;
-        auto* pNode = const_cast<OrvSnBaseNode*>(pProvider);
-        pNode->m_pEngineNode = pNode->createEngineNode();
-        if (!pNode->m_pEngineNode)
-            // An operation that this machine's engine lacks passes its input on.
-            pNode->m_pEngineNode = OrvEngineNode::createPass();
-        pNode->updateEngineNode(*pNode->m_pEngineNode);
-        Made.append(pNode);
-    };
-    make(pWanted);
-    for (int Index = 0; Index < Made.size(); ++Index) {
-        for (const QString& InputName : Made[Index]->enginePadInputs())
-            make(provider(Made[Index]->inputNode(InputName)));
-    }
-    for (OrvSnBaseNode* pNode : qAsConst(Made))
-        connectPads(pNode);
+    if (!pWanted->m_pEngineNode)
+        connectAll({withNewEngineNode(pWanted)});
     return pWanted->m_pEngineNode.get();
 }
 
@@ -108,7 +157,7 @@ void OrvNodeEvaluation::groupBottomChanged(OrvSnBaseNode* pTop)
     const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pTop).Targets;
     for (const OrvChainTargets::Target& Target : Targets)
         updateBlends(Target.pNode);
-    reconnect(pBottom->consumers());
+    markReaders(pBottom->consumers());
 }
 
 void OrvNodeEvaluation::inputReconnected(
@@ -124,10 +173,10 @@ void OrvNodeEvaluation::inputReconnected(
             groupBottomChanged(pFormerSource);
         }
     }
-    reconnect({{pNode, InputName}});
+    markReaders({{pNode, InputName}});
 }
 
-void OrvNodeEvaluation::reconnect(QVector<OrvSnBaseNode::Consumer> Pending)
+void OrvNodeEvaluation::markReaders(QVector<OrvSnBaseNode::Consumer> Pending)
 {
     const auto appendReaders = [&Pending](const OrvSnBaseNode* pAlias) {
         for (const OrvSnBaseNode::Consumer& One : pAlias->consumers())
@@ -149,13 +198,12 @@ void OrvNodeEvaluation::reconnect(QVector<OrvSnBaseNode::Consumer> Pending)
                     Pending.append(One);
             }
         }
-        if (!pChanged->m_pEngineNode)
-            continue;
-        const int Pad = pChanged->enginePadInputs().indexOf(Changed.InputName);
-        if (Pad >= 0)
-            pChanged->m_pEngineNode->connectInput(Pads[Pad], result(pChanged->inputNode(Changed.InputName)));
-        updateBlends(pChanged);
+        if (pChanged->m_pEngineNode)
+            stale().insert(pChanged);
     }
+    const OrvUndoManager& Undo = OrvUndoManager::instance();
+    if (!Undo.isInMacro() && !Undo.isRestoring())
+        update();
 }
 
 void OrvNodeEvaluation::parametersChanged(OrvSnBaseNode* pNode)
@@ -177,12 +225,12 @@ void OrvNodeEvaluation::replaced(OrvSnBaseNode* pNode)
     if (!pNode->m_pEngineNode)
         return;
     removed(pNode);
-    for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
-        inputReconnected(One.pNode, One.InputName);
+    markReaders(pNode->consumers());
+    update(); // whoever shows it may be painting on it now
 }
 
 void OrvNodeEvaluation::removed(OrvSnBaseNode* pNode)
 {
+    stale().remove(pNode);
     pNode->m_pEngineNode.reset();
 }
-

@@ -11,7 +11,8 @@ class OrvEngineNode;
 
 /// Keeps the image engine's graph in step with the document's. Engine nodes are made when a result is first asked
 /// for, so that a document that nobody looks at costs nothing; afterwards every edit of a node reaches its engine
-/// node through the operations below. Edits of the document call them; nobody else needs to.
+/// node through the operations below, connections at the end of the whole edit or when a result is asked for before.
+/// Edits of the document call them; nobody else needs to.
 class ORVCORE_EXPORT OrvNodeEvaluation {
 public:
     /// What the node yields, null for nothing (transparent). The engine node belongs to the document and stays valid
@@ -28,10 +29,14 @@ public:
     static void replaced(OrvSnBaseNode* pNode);
     static void removed(OrvSnBaseNode* pNode);
 
+    /// Connects engine nodes as the document's nodes are connected now; at the end of an edit.
+    static void update();
+
 private:
     static const OrvSnBaseNode* provider(const OrvSnBaseNode* pNode);
     static OrvEngineNode* existing(const OrvSnBaseNode* pNode);
-    static void connectPads(OrvSnBaseNode* pNode);
-    static void reconnect(QVector<OrvSnBaseNode::Consumer> Pending);
+    static void markReaders(QVector<OrvSnBaseNode::Consumer> Pending);
+    static void connectAll(QVector<OrvSnBaseNode*> Nodes);
+    static OrvSnBaseNode* withNewEngineNode(const OrvSnBaseNode* pNode);
     static void updateBlends(const OrvSnBaseNode* pNode);
 };

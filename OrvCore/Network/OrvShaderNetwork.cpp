@@ -9,6 +9,7 @@
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
+#include <QtCore/QHash>
 #include <QtCore/QPointer>
 #include <QtWidgets/QUndoCommand>
 
@@ -87,11 +88,23 @@ OrvShaderNetwork::~OrvShaderNetwork()
 
 void OrvShaderNetwork::clear()
 {
-    // Engine nodes refer to each other across nodes; they go before any node does.
+    // Engine nodes refer to each other across nodes; they go before any node does, readers before what they read.
+    QHash<const OrvSnBaseNode*, int> Readers;
+    QVector<OrvSnBaseNode*> Unread;
     for (OrvSnBaseNode* pNode : qAsConst(m_Nodes)) {
+        Readers.insert(pNode, pNode->consumers().size());
+        if (pNode->consumers().isEmpty())
+            Unread.append(pNode);
+    }
+    while (!Unread.isEmpty()) {
+        OrvSnBaseNode* pNode = Unread.takeLast();
+        OrvNodeEvaluation::removed(pNode);
         if (OrvShaderNetwork* pNested = pNode->nestedNetwork())
             pNested->clear();
-        OrvNodeEvaluation::removed(pNode);
+        for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
+            if (Input.pNode && --Readers[Input.pNode] == 0)
+                Unread.append(Input.pNode);
+        }
     }
     while (!m_Nodes.isEmpty())
         applyRemoval(m_Nodes.last());

@@ -1,6 +1,14 @@
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 
+#include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
+
+OrvShaderNetworkManager::OrvShaderNetworkManager()
+{
+    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, &OrvNodeEvaluation::update);
+}
 
 OrvShaderNetworkManager& OrvShaderNetworkManager::instance()
 {

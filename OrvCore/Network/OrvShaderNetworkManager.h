@@ -65,7 +65,7 @@ Q_SIGNALS:
 private:
     friend class OrvSnBaseNode;
     friend class OrvShaderNetwork;
-    OrvShaderNetworkManager() = default;
+    OrvShaderNetworkManager();
     void structureChanged() { ++m_Revision; }
 
     QPointer<OrvShaderNetwork> m_pCurrent;

@@ -3,7 +3,11 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 
+class OrvColor;
+class OrvImageBuffer;
 class OrvImageSet;
+class OrvUdimLayout;
+struct OrvPixelFormat;
 
 /// Holds the images of a paintable layer or mask.
 class ORVCORE_EXPORT OrvSnChannelInputNode : public OrvSnBaseNode {
@@ -19,6 +23,10 @@ public:
     OrvImageSet* imageSet() const { return m_pImageSet; }
     /// To be called once, before the node enters a network.
     void setImageSet(std::unique_ptr<OrvImageSet> pImageSet);
+    /// Puts other images in place of those that are there, of another layout or format even. Undoable; a null
+    /// buffer is the fill colour everywhere.
+    void replaceImages(const OrvUdimLayout& Layout, const OrvPixelFormat& Format, const OrvColor& Fill,
+        const OrvImageBuffer& Pixels);
 
     void describe(OrvNodeDescription& Description) const override;
     void adopt(const OrvNodeDescription& Description) override;

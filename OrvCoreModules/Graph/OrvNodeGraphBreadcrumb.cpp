@@ -48,18 +48,22 @@ void OrvNodeGraphBreadcrumb::showWayTo(OrvShaderNetwork* pNetwork)
 
 void OrvNodeGraphBreadcrumb::addStep(OrvShaderNetwork* pNetwork, bool Last)
 {
+    if (Last) {
+        auto* pHere = new QLabel(nameOf(pNetwork), this);
+        pHere->setContentsMargins(4, 0, 4, 0);
+        m_pLayout->addWidget(pHere);
+        return;
+    }
     auto* pButton = new QToolButton(this);
     pButton->setAutoRaise(true);
     pButton->setText(nameOf(pNetwork));
-    pButton->setEnabled(!Last);
     const QPointer<OrvShaderNetwork> pTarget = pNetwork;
     connect(pButton, &QToolButton::clicked, this, [this, pTarget] {
         if (pTarget)
             Q_EMIT networkChosen(pTarget);
     });
     m_pLayout->addWidget(pButton);
-    if (!Last)
-        m_pLayout->addWidget(new QLabel(QString(QChar(0x203a)), this));
+    m_pLayout->addWidget(new QLabel(QString(QChar(0x203a)), this));
 }
 
 #include "moc_OrvNodeGraphBreadcrumb.cpp"

@@ -168,10 +168,10 @@ void remove(const QVector<OrvSnBaseNode*>& Nodes, const QVector<OrvSnBaseNode::C
     QVector<OrvSnBaseNode*> Removable;
     for (OrvSnBaseNode* pNode : Nodes) {
         const QString Reason = removalRefusal(pNode);
-        if (Reason.isEmpty())
-            Removable.append(pNode);
-        else
+        if (!Reason.isEmpty())
             refuse(Reason);
+        else if (!Removable.contains(pNode))
+            Removable.append(pNode);
     }
     if (Removable.isEmpty()) {
         disconnect(Wires);
@@ -198,7 +198,8 @@ QVector<OrvSnBaseNode*> duplicate(const QVector<OrvSnBaseNode*>& Nodes)
     }
     if (Originals.isEmpty())
         return {};
-    const OrvUndoManager::AutoMacro Macro(macroText(tr("Duplicate '%1'"), tr("Duplicate %1 Nodes"), Originals));
+    const OrvUndoManager::AutoMacro Macro(
+        macroText(tr("Duplicate '%1'"), tr("Duplicate %1 Nodes"), Originals));
     const QVector<OrvSnBaseNode*> Copies
         = OrvNodeSubgraph::capture(Originals).instantiate(Originals.first()->network());
     for (OrvSnBaseNode* pCopy : Copies) {
@@ -248,8 +249,8 @@ void toggleLocked(const QVector<OrvSnBaseNode*>& Nodes)
 {
     if (Nodes.isEmpty())
         return;
-    const bool Lock
-        = std::any_of(Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pNode) { return !pNode->locked(); });
+    const bool Lock = std::any_of(
+        Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pNode) { return !pNode->locked(); });
     const OrvUndoManager::AutoMacro Macro(Lock ? macroText(tr("Lock '%1'"), tr("Lock %1 Nodes"), Nodes)
                                                : macroText(tr("Unlock '%1'"), tr("Unlock %1 Nodes"), Nodes));
     for (OrvSnBaseNode* pNode : Nodes)

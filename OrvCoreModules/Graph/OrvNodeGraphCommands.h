@@ -11,8 +11,8 @@
 
 class OrvShaderNetwork;
 
-/// The edits of the node graph, made of the document's own. Each is one undo step named after what it does; one that is
-/// not allowed changes nothing and says why in the status line. They know nodes, no items.
+/// The edits of the node graph, made of the document's own. Each is one undo step named after what it does;
+/// one that is not allowed changes nothing and says why in the status line. They know nodes, no items.
 namespace OrvNodeGraphCommands {
 
 /// An output that feeds, and the input that it is to feed.
@@ -30,8 +30,9 @@ ORVCOREMODULES_EXPORT bool disconnect(const QVector<OrvSnBaseNode::Consumer>& In
 /// Moves the end of a connection from one input to another.
 ORVCOREMODULES_EXPORT bool reconnect(const OrvSnBaseNode::Consumer& From, const Link& To);
 
-/// Takes the nodes out; what they passed on from their preferred inputs goes on without them. Channels, the output of
-/// a graph, and nodes that are locked or cached stay. The wires are inputs that are freed in the same step.
+/// Takes the nodes out; what they passed on from their preferred inputs goes on without them. Channels, the
+/// output of a graph, and nodes that are locked or cached stay. The wires are inputs that are freed in the
+/// same step.
 ORVCOREMODULES_EXPORT void remove(
     const QVector<OrvSnBaseNode*>& Nodes, const QVector<OrvSnBaseNode::Consumer>& Wires);
 ORVCOREMODULES_EXPORT QVector<OrvSnBaseNode*> duplicate(const QVector<OrvSnBaseNode*>& Nodes);

@@ -38,8 +38,8 @@ const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
 const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
 
 const QString OutputKey = QStringLiteral("GraphOutput");
-const QStringList PlainKeys{QStringLiteral("ImageSet"), QStringLiteral("Merge"), QStringLiteral("BottomTransparency"),
-    QStringLiteral("Pass"), QStringLiteral("Graph"), OutputKey};
+const QStringList PlainKeys{QStringLiteral("ImageSet"), QStringLiteral("Merge"),
+    QStringLiteral("BottomTransparency"), QStringLiteral("Pass"), QStringLiteral("Graph"), OutputKey};
 
 QString tr(const char* pText)
 {
@@ -65,7 +65,8 @@ void equip(OrvSnBaseNode* pNode)
     const OrvImageSettings Settings
         = OrvImageSettings::ofChannel(OrvShaderInputManager::instance().currentShaderInput());
     if (auto* pImages = qobject_cast<OrvSnChannelInputNode*>(pNode)) {
-        pImages->setImageSet(std::make_unique<OrvImageSet>(Settings.Layout, Settings.Paint, OrvColor::clear()));
+        pImages->setImageSet(
+            std::make_unique<OrvImageSet>(Settings.Layout, Settings.Paint, OrvColor::clear()));
     } else if (const auto* pGraph = qobject_cast<const OrvSnGraphNode*>(pNode)) {
         // The inside comes and goes with the node.
         const OrvUndoManager::NoRecording NoRecording;
@@ -132,10 +133,12 @@ OrvSnBaseNode* add(const QString& Key, const Place& Where)
     return pAdded;
 }
 
-void fillMenu(QMenu* pMenu, const OrvShaderNetwork* pNetwork, const std::function<void(const QString& Key)>& Chosen)
+void fillMenu(
+    QMenu* pMenu, const OrvShaderNetwork* pNetwork, const std::function<void(const QString& Key)>& Chosen)
 {
     const auto addEntry = [&Chosen](QMenu* pParent, const QString& Text, const QString& Key) {
-        QObject::connect(pParent->addAction(Text), &QAction::triggered, pParent, [Chosen, Key] { Chosen(Key); });
+        QObject::connect(
+            pParent->addAction(Text), &QAction::triggered, pParent, [Chosen, Key] { Chosen(Key); });
     };
     const OrvShaderNetworkManager& Manager = OrvShaderNetworkManager::instance();
     QHash<QString, QMenu*> Menus;
@@ -159,14 +162,16 @@ QString find(QWidget* pWidget, const QPoint& Position)
     Settings.beginGroup(SettingsGroup);
     QStringList LastUsed = Settings.value(LastUsedKey).toStringList();
     OrvNodeQuickFindDialog Dialog(Position, OrvLayerUtils::getProceduralLayerGroups(),
-        OrvLayerUtils::getAdjustmentLayerGroups(), LastUsed, Settings.value(FavouritesKey).toStringList(), pWidget);
+        OrvLayerUtils::getAdjustmentLayerGroups(), LastUsed, Settings.value(FavouritesKey).toStringList(),
+        pWidget);
     Dialog.exec();
     Settings.setValue(FavouritesKey, Dialog.favourites());
     const QString Path = Dialog.chosenPath();
     if (!Path.isEmpty()) {
         LastUsed.removeAll(Path);
         LastUsed.prepend(Path);
-        Settings.setValue(LastUsedKey, QStringList(LastUsed.mid(0, qMax(0, Settings.value(LimitKey).toInt()))));
+        Settings.setValue(
+            LastUsedKey, QStringList(LastUsed.mid(0, qMax(0, Settings.value(LimitKey).toInt()))));
     }
     return Path;
 }

@@ -62,7 +62,8 @@ void OrvAreaSelectGesture::select(const QRectF& Area)
 {
     const QHash<const OrvSnBaseNode*, OrvNodeItem*>& Items = scene()->nodeItems();
     for (auto Item = Items.begin(); Item != Items.end(); ++Item) {
-        const bool Touched = Area.isValid() && Item.value()->body().translated(Item.value()->pos()).intersects(Area);
+        const bool Touched
+            = Area.isValid() && Item.value()->body().translated(Item.value()->pos()).intersects(Area);
         Item.value()->setSelected(Touched || m_Kept.contains(Item.key()));
     }
 }
@@ -202,9 +203,9 @@ void OrvWireGesture::moveTo(const QPointF& Place)
 void OrvWireGesture::finish()
 {
     // Undone from under the mouse, one of the ends may be gone.
-    const bool Whole = fixedItem() && (!m_Wanted.pTarget || (scene()->item(m_Wanted.pTarget) && scene()->item(m_Wanted.pSource)))
-        && (!m_Detached.pNode || scene()->item(m_Detached.pNode));
-    if (!Whole)
+    const auto isThere = [this](const OrvSnBaseNode* pNode) { return !pNode || scene()->item(pNode); };
+    if (!fixedItem() || !isThere(m_Wanted.pSource) || !isThere(m_Wanted.pTarget)
+        || !isThere(m_Detached.pNode))
         return;
     if (m_Detached.pNode && m_Wanted.pTarget)
         OrvNodeGraphCommands::reconnect(m_Detached, m_Wanted);
@@ -213,8 +214,6 @@ void OrvWireGesture::finish()
     else if (m_Wanted.pTarget)
         OrvNodeGraphCommands::connect(m_Wanted);
 }
-
-void OrvWireGesture::cancel() { }
 
 QPainterPath OrvWireGesture::curve() const
 {

@@ -7,8 +7,8 @@
 
 class QPainter;
 
-/// What the mouse does between press and release. The view makes one when the mouse has moved far enough, leads it,
-/// and deletes it. Nodes that leave meanwhile are looked up anew: it never holds on to an item.
+/// What the mouse does between press and release. The view makes one when the mouse has moved far enough,
+/// leads it, and deletes it. Nodes that leave meanwhile are looked up anew: it never holds on to an item.
 class OrvNodeGraphGesture {
 public:
     explicit OrvNodeGraphGesture(OrvNodeGraphScene* pScene)
@@ -49,7 +49,8 @@ private:
 /// Selects the nodes that a rectangle touches, besides those given.
 class OrvAreaSelectGesture : public OrvNodeGraphGesture {
 public:
-    OrvAreaSelectGesture(OrvNodeGraphScene* pScene, const QPointF& Start, const QVector<OrvSnBaseNode*>& Kept);
+    OrvAreaSelectGesture(
+        OrvNodeGraphScene* pScene, const QPointF& Start, const QVector<OrvSnBaseNode*>& Kept);
     void moveTo(const QPointF& Place) override;
     void finish() override { }
     void cancel() override;
@@ -64,15 +65,15 @@ private:
     QRectF m_Area;
 };
 
-/// Draws a wire from a connector: a free input looks for an output, an output for an input, and an input that is fed
-/// lets its wire go.
+/// Draws a wire from a connector: a free input looks for an output, an output for an input, and an input that
+/// is fed lets its wire go.
 class OrvWireGesture : public OrvNodeGraphGesture {
 public:
     OrvWireGesture(OrvNodeGraphScene* pScene, const OrvNodeGraphScene::Spot& From);
     ~OrvWireGesture() override;
     void moveTo(const QPointF& Place) override;
     void finish() override;
-    void cancel() override;
+    void cancel() override { }
     void paint(QPainter* pPainter) const override;
     QRectF extent() const override;
 

@@ -13,8 +13,8 @@ constexpr qreal BlockGap = 70.0; // between channels
 constexpr qreal WireHeight = 60.0; // kept free where the wire of a row passes by
 constexpr QPointF CascadeStep(24.0, 24.0);
 
-/// One run of the layout. Columns come from the depth of the nodes, each node as far right as what it feeds allows;
-/// rows from walking down the chains and keeping, per column, what is taken so far.
+/// One run of the layout. Columns come from the depth of the nodes, each node as far right as what it feeds
+/// allows; rows from walking down the chains and keeping, per column, what is taken so far.
 class Arrangement {
 public:
     Arrangement(const QVector<OrvSnBaseNode*>& Nodes, const OrvNodeGraphLayout::Height& HeightOf);
@@ -91,7 +91,7 @@ void Arrangement::connectMembers(const QHash<const OrvSnBaseNode*, int>& Indices
 bool Arrangement::isLoose(const Member& One) const
 {
     return One.Readers.isEmpty() && One.Sources == QVector<int>{NoNode}
-        && !One.pNode->hasTag(OrvSnNames::ShaderInputTag);
+    && !One.pNode->hasTag(OrvSnNames::ShaderInputTag);
 }
 
 void Arrangement::assignColumns()
@@ -160,8 +160,8 @@ void Arrangement::placeBlock(int Terminal)
     if (Top > 0.0)
         Top += BlockGap;
     m_Taken.fill(Top);
-    // Everything under one branch is placed before the next branch to the right: it stays together. Without recursion,
-    // chains can be nested as deeply as they are long.
+    // Everything under one branch is placed before the next branch to the right: it stays together. Without
+    // recursion, chains can be nested as deeply as they are long.
     QVector<Branch> Pending{{Terminal, Top}};
     while (!Pending.isEmpty()) {
         const Branch Next = Pending.takeLast();
@@ -210,7 +210,8 @@ OrvNodeGraphLayout::Places Arrangement::places() const
 
 } // namespace
 
-OrvNodeGraphLayout::Places OrvNodeGraphLayout::arrange(const QVector<OrvSnBaseNode*>& Nodes, const Height& HeightOf)
+OrvNodeGraphLayout::Places OrvNodeGraphLayout::arrange(
+    const QVector<OrvSnBaseNode*>& Nodes, const Height& HeightOf)
 {
     return Arrangement(Nodes, HeightOf).places();
 }

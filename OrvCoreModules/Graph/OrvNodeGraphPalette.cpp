@@ -49,15 +49,18 @@ OrvNodeGraphPalette::OrvNodeGraphPalette(QWidget* pParent)
     createBody();
     createShortcuts();
     OrvContextHelp::registerText(HelpKey,
-        tr("<b>Node Graph</b><p>Drag from an output to an input to connect them; drag a wire off an input to free it. "
-           "Tab adds a node, F frames the selection, the middle mouse button or Space moves the canvas. Double-click "
+        tr("<b>Node Graph</b><p>Drag from an output to an input to connect them; drag a wire off an input to "
+           "free it. "
+           "Tab adds a node, F frames the selection, the middle mouse button or Space moves the canvas. "
+           "Double-click "
            "a graph to see what is inside.</p>"));
     setContextHelpKey(HelpKey);
 
     const auto* pManager = &OrvShaderNetworkManager::instance();
     connect(pManager, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
         &OrvNodeGraphPalette::onCurrentNetworkChanged);
-    connect(pManager, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvNodeGraphPalette::onNodeDeregistered);
+    connect(
+        pManager, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvNodeGraphPalette::onNodeDeregistered);
     connect(pManager, &OrvShaderNetworkManager::nodeFocusRequested, this, &OrvNodeGraphPalette::focusOnNode);
     connect(this, &QDockWidget::visibilityChanged, m_pScene, &OrvNodeGraphScene::setActive);
     connect(m_pScene, &OrvNodeGraphScene::selectionRead, this, &OrvNodeGraphPalette::showSelection);
@@ -357,7 +360,8 @@ void OrvNodeGraphPalette::showMenu(const QPoint& GlobalPosition, const QPointF& 
     Menu.addMenu(pAdd);
     OrvNodeGraphCreation::fillMenu(pAdd, network(), [&](const QString& Key) { addFromKey(Key, Place); });
     Menu.addSeparator();
-    const int Count = m_pScene->selectedNodes().size();
+    const QVector<OrvSnBaseNode*> Nodes = m_pScene->selectedNodes();
+    const int Count = Nodes.size();
     const bool Single = Count == 1;
     const auto add = [&](const QString& Text, bool Enabled, auto Slot) {
         Menu.addAction(Text, this, Slot)->setEnabled(Enabled);
@@ -366,10 +370,15 @@ void OrvNodeGraphPalette::showMenu(const QPoint& GlobalPosition, const QPointF& 
     add(tr("Leave Graph"), network()->container() != nullptr, &OrvNodeGraphPalette::leaveGraph);
     Menu.addSeparator();
     add(tr("Rename"), Single, &OrvNodeGraphPalette::renameNode);
-    add(tr("Enable or Disable"), Count > 0, &OrvNodeGraphPalette::toggleEnabled);
-    add(tr("Lock or Unlock"), Count > 0, &OrvNodeGraphPalette::toggleLocked);
+    const bool AllEnabled = std::all_of(
+        Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pNode) { return pNode->enabledAsBool(); });
+    const bool AllLocked
+        = std::all_of(Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pNode) { return pNode->locked(); });
+    add(AllEnabled ? tr("Disable") : tr("Enable"), Count > 0, &OrvNodeGraphPalette::toggleEnabled);
+    add(AllLocked && Count > 0 ? tr("Unlock") : tr("Lock"), Count > 0, &OrvNodeGraphPalette::toggleLocked);
     add(tr("Duplicate"), Count > 0, &OrvNodeGraphPalette::duplicateSelection);
-    add(tr("Delete"), Count > 0 || !m_pScene->selectedWires().isEmpty(), &OrvNodeGraphPalette::deleteSelection);
+    add(tr("Delete"), Count > 0 || !m_pScene->selectedWires().isEmpty(),
+        &OrvNodeGraphPalette::deleteSelection);
     Menu.addSeparator();
     add(Count > 1 ? tr("Arrange Selected") : tr("Arrange All"), true, &OrvNodeGraphPalette::arrange);
     add(tr("Select All"), true, &OrvNodeGraphPalette::selectAll);

@@ -12,9 +12,9 @@ class OrvNodePropertiesPane;
 class OrvShaderNetwork;
 class QSplitter;
 
-/// The palette "Node Graph": the nodes of the current object's network, or of a network nested in it, with their
-/// wires, and the properties of the one that is selected. It wires canvas, properties and commands together, and does
-/// nothing while it is hidden.
+/// The palette "Node Graph": the nodes of the current object's network, or of a network nested in it, with
+/// their wires, and the properties of the one that is selected. It wires canvas, properties and commands
+/// together, and does nothing while it is hidden.
 class ORVCOREMODULES_EXPORT OrvNodeGraphPalette : public OrvPalette {
     Q_OBJECT
 

@@ -36,12 +36,14 @@ void OrvNodeGraphScene::listen()
 {
     const auto* pManager = &OrvShaderNetworkManager::instance();
     connect(pManager, &OrvShaderNetworkManager::nodeRegistered, this, &OrvNodeGraphScene::onNodeRegistered);
-    connect(pManager, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvNodeGraphScene::onNodeDeregistered);
+    connect(
+        pManager, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvNodeGraphScene::onNodeDeregistered);
     connect(pManager,
         QOverload<OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*>::of(
             &OrvShaderNetworkManager::nodeReconnected),
         this, &OrvNodeGraphScene::onNodeReconnected);
-    connect(pManager, &OrvShaderNetworkManager::nodePositionChanged, this, &OrvNodeGraphScene::onNodePositionChanged);
+    connect(pManager, &OrvShaderNetworkManager::nodePositionChanged, this,
+        &OrvNodeGraphScene::onNodePositionChanged);
     connect(pManager, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvNodeGraphScene::noteNode);
     connect(pManager, &OrvShaderNetworkManager::nodeTagsChanged, this, &OrvNodeGraphScene::noteNode);
     connect(pManager, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvNodeGraphScene::noteNode);
@@ -120,8 +122,8 @@ void OrvNodeGraphScene::onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode* pNo
     }
 }
 
-void OrvNodeGraphScene::onNodeReconnected(
-    OrvShaderNetwork*, QString, OrvSnBaseNode* pNode, OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
+void OrvNodeGraphScene::onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode* pNode,
+    OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
 {
     if (!shows(pNode))
         return;
@@ -190,7 +192,8 @@ void OrvNodeGraphScene::addMissingItems()
         m_Noted.insert(pNode);
         // Other nodes are selected here alone, layers in the palettes too.
         if (const OrvLayer* pLayer = Layers.getLayer(pNode, true))
-            connect(pLayer, &OrvLayer::selectedChanged, this, &OrvNodeGraphScene::noteSelection, Qt::UniqueConnection);
+            connect(pLayer, &OrvLayer::selectedChanged, this, &OrvNodeGraphScene::noteSelection,
+                Qt::UniqueConnection);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrvCoreModules/OrvCoreModulesExport.h"
+
 #include "OrvCore/Network/OrvShaderNetwork.h"
 
 #include <QtCore/QHash>
@@ -13,9 +15,10 @@ class OrvNodeItem;
 class OrvSnBaseNode;
 class OrvWireItem;
 
-/// The items of one network's nodes and wires, kept in step with the document: what changes is noted as it happens and
-/// shown together a moment later. A scene that nobody looks at holds no items and does nothing. It edits nothing.
-class OrvNodeGraphScene : public QGraphicsScene {
+/// The items of one network's nodes and wires, kept in step with the document: what changes is noted as it
+/// happens and shown together a moment later. A scene that nobody looks at holds no items and does nothing.
+/// It edits nothing.
+class ORVCOREMODULES_EXPORT OrvNodeGraphScene : public QGraphicsScene {
     Q_OBJECT
 
 public:

@@ -8,8 +8,8 @@ class QKeySequence;
 class QShortcut;
 class QWidget;
 
-/// The keys of the node graph, which users can list and rebind like all others. While the canvas has the keyboard they
-/// win over the same keys of the whole window, which Qt alone would call ambiguous.
+/// The keys of the node graph, which users can list and rebind like all others. While the canvas has the
+/// keyboard they win over the same keys of the whole window, which Qt alone would call ambiguous.
 class OrvNodeGraphShortcuts : public QObject {
     Q_OBJECT
 

@@ -23,7 +23,8 @@ namespace {
 
 constexpr qreal LeastZoom = 0.03, GreatestZoom = 2.5;
 constexpr qreal ReadableZoom = 0.8;
-constexpr qreal LegibleZoom = 0.25, StartZoom = 0.6; // a graph too large to be read as a whole is entered in its middle
+constexpr qreal LegibleZoom = 0.25,
+                StartZoom = 0.6; // a graph too large to be read as a whole is entered in its middle
 constexpr qreal ConnectorZoom = 0.3; // below this zoom connectors are too small to aim at
 constexpr qreal FrameMargin = 40.0;
 constexpr qreal GridStep = 100.0;
@@ -60,6 +61,7 @@ OrvNodeGraphView::OrvNodeGraphView(OrvNodeGraphScene* pScene, QWidget* pParent)
     setFocusPolicy(Qt::StrongFocus);
     setAcceptDrops(true);
     viewport()->setAcceptDrops(true);
+    viewport()->setMouseTracking(true);
     connect(pScene, &OrvNodeGraphScene::networkChanged, this, &OrvNodeGraphView::onNetworkChanged);
     connect(pScene, &OrvNodeGraphScene::synchronized, this, &OrvNodeGraphView::onSynchronized);
 }
@@ -82,7 +84,7 @@ void OrvNodeGraphView::setZoom(qreal Zoom, const QPoint& FixedPoint)
     verticalScrollBar()->setValue(verticalScrollBar()->value() + Drift.y());
 }
 
-void OrvNodeGraphView::frame(const QRectF& Area)
+void OrvNodeGraphView::fit(const QRectF& Area)
 {
     if (Area.isEmpty())
         return;
@@ -92,17 +94,28 @@ void OrvNodeGraphView::frame(const QRectF& Area)
     centerOn(Area.center());
 }
 
-void OrvNodeGraphView::frameAll()
+QRectF OrvNodeGraphView::contentRect() const
 {
     QRectF Area;
     for (const OrvNodeItem* pItem : graph()->nodeItems())
         Area |= pItem->sceneBoundingRect();
-    frame(Area);
+    return Area;
+}
+
+void OrvNodeGraphView::frame(const QRectF& Area)
+{
+    takeOver();
+    fit(Area);
+}
+
+void OrvNodeGraphView::frameAll()
+{
+    frame(contentRect());
 }
 
 void OrvNodeGraphView::frameStart()
 {
-    frameAll();
+    fit(contentRect());
     const QRectF Selected = graph()->nodesRect(graph()->selectedNodes());
     if (zoom() >= LegibleZoom || Selected.isEmpty())
         return;
@@ -147,8 +160,11 @@ void OrvNodeGraphView::editTitle(OrvSnBaseNode* pNode)
 
 void OrvNodeGraphView::keepSight()
 {
-    if (m_pShown && !m_FollowsContent)
-        m_Sights.insert(m_pShown, {zoom(), middle()});
+    if (!m_pShown || m_FollowsContent)
+        return;
+    if (!m_Sights.contains(m_pShown))
+        connect(m_pShown, &QObject::destroyed, this, [this](QObject* pGone) { m_Sights.remove(pGone); });
+    m_Sights.insert(m_pShown, {zoom(), middle()});
 }
 
 void OrvNodeGraphView::onNetworkChanged(OrvShaderNetwork* pNetwork)
@@ -161,8 +177,6 @@ void OrvNodeGraphView::onNetworkChanged(OrvShaderNetwork* pNetwork)
     m_FollowsContent = true;
     if (!pNetwork)
         return;
-    connect(
-        pNetwork, &QObject::destroyed, this, [this](QObject* pGone) { m_Sights.remove(pGone); });
     const auto Known = m_Sights.constFind(pNetwork);
     if (Known == m_Sights.cend()) {
         frameStart();
@@ -214,7 +228,7 @@ void OrvNodeGraphView::keyPressEvent(QKeyEvent* pEvent)
     if (pEvent->key() == Qt::Key_Space) {
         if (!pEvent->isAutoRepeat()) {
             m_SpaceHeld = true;
-            updatePanCursor();
+            updateCursor();
         }
         return;
     }
@@ -228,15 +242,17 @@ void OrvNodeGraphView::keyReleaseEvent(QKeyEvent* pEvent)
         return;
     }
     m_SpaceHeld = false;
-    updatePanCursor();
+    updateCursor();
 }
 
-void OrvNodeGraphView::updatePanCursor()
+void OrvNodeGraphView::updateCursor(bool OnConnector)
 {
     if (m_Panning)
         viewport()->setCursor(Qt::ClosedHandCursor);
     else if (m_SpaceHeld)
         viewport()->setCursor(Qt::OpenHandCursor);
+    else if (OnConnector)
+        viewport()->setCursor(Qt::CrossCursor);
     else
         viewport()->unsetCursor();
 }
@@ -246,7 +262,7 @@ void OrvNodeGraphView::startPan(const QPoint& Position)
     takeOver();
     m_Panning = true;
     m_PannedAt = Position;
-    updatePanCursor();
+    updateCursor();
 }
 
 void OrvNodeGraphView::wheelEvent(QWheelEvent* pEvent)
@@ -332,8 +348,8 @@ void OrvNodeGraphView::mouseMoveEvent(QMouseEvent* pEvent)
         return;
     }
     if (!m_Pressed || !graph()->network()) {
-        // Tool tips come with this.
-        QGraphicsView::mouseMoveEvent(pEvent);
+        const OrvNodeGraphScene::Spot Spot = graph()->spotAt(mapToScene(pEvent->pos()), showsConnectors());
+        updateCursor(Spot.Input >= 0 || Spot.Output >= 0);
         return;
     }
     const bool FarEnough
@@ -371,7 +387,7 @@ void OrvNodeGraphView::mouseReleaseEvent(QMouseEvent* pEvent)
     pEvent->accept();
     if (m_Panning && (pEvent->button() == Qt::MiddleButton || pEvent->button() == Qt::LeftButton)) {
         m_Panning = false;
-        updatePanCursor();
+        updateCursor();
         return;
     }
     if (pEvent->button() != Qt::LeftButton || !m_Pressed)
@@ -425,7 +441,8 @@ void OrvNodeGraphView::dragMoveEvent(QDragMoveEvent* pEvent)
 
 void OrvNodeGraphView::dropEvent(QDropEvent* pEvent)
 {
-    const QVariantMap Parameters{{QStringLiteral("Network"), QVariant::fromValue<QObject*>(graph()->network())},
+    const QVariantMap Parameters{
+        {QStringLiteral("Network"), QVariant::fromValue<QObject*>(graph()->network())},
         {QStringLiteral("Position"), mapToScene(pEvent->pos())}};
     pEvent->setAccepted(OrvDragAndDropManager::instance().drop(
         pEvent->mimeData(), OrvDragAndDropManager::NodeGraphTarget, Parameters));

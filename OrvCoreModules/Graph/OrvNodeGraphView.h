@@ -15,8 +15,8 @@ class OrvNodeGraphScene;
 class OrvNodeTitleEdit;
 class OrvSnBaseNode;
 
-/// The canvas of the node graph: zoom, pan and what the mouse does, each drag being a gesture of its own. It remembers
-/// per network what was in sight. What is to be edited is decided by gestures and by the palette.
+/// The canvas of the node graph: zoom, pan and what the mouse does, each drag being a gesture of its own. It
+/// remembers per network what was in sight. What is to be edited is decided by gestures and by the palette.
 class ORVCOREMODULES_EXPORT OrvNodeGraphView : public QGraphicsView {
     Q_OBJECT
 
@@ -73,6 +73,8 @@ private:
     QPointF middle() const { return mapToScene(viewport()->rect().center()); }
     bool showsConnectors() const;
     void setZoom(qreal Zoom, const QPoint& FixedPoint);
+    QRectF contentRect() const;
+    void fit(const QRectF& Area);
     /// All of a small graph, the surroundings of what is selected in a large one.
     void frameStart();
     void keepSight();
@@ -81,11 +83,12 @@ private:
 
     void press(QMouseEvent* pEvent);
     void selectOnPress(const QPoint& Position, Qt::KeyboardModifiers Modifiers);
-    std::unique_ptr<OrvNodeGraphGesture> gestureFrom(const QPoint& Position, Qt::KeyboardModifiers Modifiers) const;
+    std::unique_ptr<OrvNodeGraphGesture> gestureFrom(
+        const QPoint& Position, Qt::KeyboardModifiers Modifiers) const;
     void leadGesture(const QPoint& Position);
     void endGesture(bool Finish);
     void startPan(const QPoint& Position);
-    void updatePanCursor();
+    void updateCursor(bool OnConnector = false);
 
     OrvNodeGraphScene* m_pScene;
     std::unique_ptr<OrvNodeGraphGesture> m_pGesture;

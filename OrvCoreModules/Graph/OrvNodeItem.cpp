@@ -10,7 +10,8 @@
 namespace {
 
 constexpr qreal NearScale = 0.45; // below this scale text is no more than dirt
-constexpr qreal FarTextScale = 0.25, FarTextPixels = 9.0; // between the two the title alone, at a size of its own
+constexpr qreal FarTextScale = 0.25,
+                FarTextPixels = 9.0; // between the two the title alone, at a size of its own
 constexpr qreal Corner = 4.0;
 constexpr qreal ConnectorRadius = 4.5;
 constexpr qreal ConnectorReach = 10.0; // how far beside it the mouse may be
@@ -56,7 +57,8 @@ OrvNodeItem::OrvNodeItem(OrvSnBaseNode* pNode)
 {
     setFlags(ItemIsSelectable | ItemSendsScenePositionChanges | ItemSendsGeometryChanges);
     setZValue(1.0);
-    setToolTip(m_Look.TypeLabel == m_Look.Title ? m_Look.Title : m_Look.Title + QLatin1Char('\n') + m_Look.TypeLabel);
+    setToolTip(m_Look.TypeLabel == m_Look.Title ? m_Look.Title
+                                                : m_Look.Title + QLatin1Char('\n') + m_Look.TypeLabel);
 }
 
 OrvNodeItem::~OrvNodeItem()
@@ -70,7 +72,8 @@ void OrvNodeItem::refresh()
     if (!m_pNode)
         return;
     const OrvNodeLook Before = std::exchange(m_Look, OrvNodeLook::of(m_pNode));
-    setToolTip(m_Look.TypeLabel == m_Look.Title ? m_Look.Title : m_Look.Title + QLatin1Char('\n') + m_Look.TypeLabel);
+    setToolTip(m_Look.TypeLabel == m_Look.Title ? m_Look.Title
+                                                : m_Look.Title + QLatin1Char('\n') + m_Look.TypeLabel);
     if (Before.size() != m_Look.size())
         prepareGeometryChange();
     if (Before.Inputs != m_Look.Inputs || Before.Outputs != m_Look.Outputs) {

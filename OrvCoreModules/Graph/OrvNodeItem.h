@@ -1,15 +1,16 @@
 #pragma once
 
 #include "OrvCoreModules/Graph/OrvNodeLook.h"
+#include "OrvCoreModules/OrvCoreModulesExport.h"
 
 #include <QtWidgets/QGraphicsItem>
 
 class OrvSnBaseNode;
 class OrvWireItem;
 
-/// One node on the node graph's canvas. The scene makes it, tells it when its node has changed, and deletes it once
-/// the node has left; until then it paints what it last knew. It edits nothing.
-class OrvNodeItem : public QGraphicsItem {
+/// One node on the node graph's canvas. The scene makes it, tells it when its node has changed, and deletes
+/// it once the node has left; until then it paints what it last knew. It edits nothing.
+class ORVCOREMODULES_EXPORT OrvNodeItem : public QGraphicsItem {
 public:
     enum { Type = UserType + 1 };
 

@@ -5,6 +5,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
@@ -53,7 +54,10 @@ void lookLike(OrvNodeLook& Look, QRgb Color, const char* pIcon)
 void addMergeLook(OrvNodeLook& Look, OrvSnMergeNode* pMerge)
 {
     const bool Group = pMerge->holdsGroup();
-    lookLike(Look, 0x3f5f86, !Group ? "Layers" : pMerge->isPassThrough() ? "LayerGroupPassThrough" : "Folder");
+    lookLike(Look, 0x3f5f86,
+        !Group                        ? "Layers"
+            : pMerge->isPassThrough() ? "LayerGroupPassThrough"
+                                      : "Folder");
     const double Amount = pMerge->userAttribute(OrvMergeAttributes::Amount).value().toDouble();
     Look.Details << pMerge->userAttribute(OrvMergeAttributes::BlendMode).value().toString();
     Look.Details << QStringLiteral("%1 %").arg(qRound(Amount * 100.0));
@@ -79,6 +83,8 @@ void addKindLook(OrvNodeLook& Look, OrvSnBaseNode* pNode)
     } else if (const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode)) {
         lookLike(Look, 0x96474a, "Channel");
         Look.Details << sizeText(pChannel->layout().tileSize()) << pChannel->imageSetDepthString();
+    } else if (OrvLayerUtils::isLayer(pNode)) {
+        lookLike(Look, 0x3f5f86, "Multi_Channel_Group");
     } else if (pNode->hasTag(OrvSnNames::ShaderTag)) {
         lookLike(Look, 0x8b4a7c, "Shader");
     } else if (qobject_cast<const OrvSnGraphNode*>(pNode)) {

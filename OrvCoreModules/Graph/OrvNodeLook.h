@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrvCoreModules/OrvCoreModulesExport.h"
+
 #include <QtCore/QPointF>
 #include <QtCore/QSizeF>
 #include <QtCore/QStringList>
@@ -8,9 +10,9 @@
 
 class OrvSnBaseNode;
 
-/// Everything that the item of a node shows, read from the node when that has changed, and where its parts lie. A
-/// value: painting needs no node, so that one that is gone can still be on the screen for a moment.
-struct OrvNodeLook {
+/// Everything that the item of a node shows, read from the node when that has changed, and where its parts
+/// lie. A value: painting needs no node, so that one that is gone can still be on the screen for a moment.
+struct ORVCOREMODULES_EXPORT OrvNodeLook {
     static constexpr qreal Width = 164.0;
     static constexpr qreal TitleHeight = 22.0;
     static constexpr qreal RowHeight = 16.0;

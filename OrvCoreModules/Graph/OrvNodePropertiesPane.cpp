@@ -49,12 +49,16 @@ OrvNodePropertiesPane::OrvNodePropertiesPane(QWidget* pParent)
         m_pName->setText(OrvNodeLook::titleOf(m_pNode));
     });
     const auto* pManager = &OrvShaderNetworkManager::instance();
-    connect(pManager, &OrvShaderNetworkManager::nodeDeregistered, this, &OrvNodePropertiesPane::onNodeDeregistered);
-    connect(pManager, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvNodePropertiesPane::onNodeStateChanged);
-    connect(pManager, &OrvShaderNetworkManager::nodeLockedChanged, this, &OrvNodePropertiesPane::onNodeStateChanged);
-    connect(pManager, &OrvShaderNetworkManager::nodeBlockedChanged, this, &OrvNodePropertiesPane::onNodeStateChanged);
-    connect(
-        pManager, &OrvShaderNetworkManager::nodeCacheActiveChanged, this, &OrvNodePropertiesPane::onNodeStateChanged);
+    connect(pManager, &OrvShaderNetworkManager::nodeDeregistered, this,
+        &OrvNodePropertiesPane::onNodeDeregistered);
+    connect(pManager, &OrvShaderNetworkManager::nodeNameChanged, this,
+        &OrvNodePropertiesPane::onNodeStateChanged);
+    connect(pManager, &OrvShaderNetworkManager::nodeLockedChanged, this,
+        &OrvNodePropertiesPane::onNodeStateChanged);
+    connect(pManager, &OrvShaderNetworkManager::nodeBlockedChanged, this,
+        &OrvNodePropertiesPane::onNodeStateChanged);
+    connect(pManager, &OrvShaderNetworkManager::nodeCacheActiveChanged, this,
+        &OrvNodePropertiesPane::onNodeStateChanged);
     showNode(nullptr, tr("No node is selected"));
 }
 
@@ -91,8 +95,8 @@ void OrvNodePropertiesPane::addBlending(QWidget* pEditors, QVBoxLayout* pLayout)
     if (!qobject_cast<OrvSnMergeNode*>(m_pNode))
         return;
     for (const QString& Attribute : {OrvMergeAttributes::BlendMode, OrvMergeAttributes::Amount}) {
-        QWidget* pControlet = OrvUserAttributeControletManager::create(
-            Attribute, m_pNode, pEditors, BlendLabelWidth, BlendSpacing, BlendLeastWidth, BlendGreatestWidth, 0);
+        QWidget* pControlet = OrvUserAttributeControletManager::create(Attribute, m_pNode, pEditors,
+            BlendLabelWidth, BlendSpacing, BlendLeastWidth, BlendGreatestWidth, 0);
         if (pControlet)
             pLayout->addWidget(pControlet);
     }

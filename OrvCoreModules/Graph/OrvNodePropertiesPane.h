@@ -10,8 +10,8 @@ class OrvSnBaseNode;
 class QLabel;
 class QVBoxLayout;
 
-/// The properties of the one selected node beside the canvas: its name and kind, how a merge node blends, and the
-/// editor of its kind. It follows the node, and is empty without one.
+/// The properties of the one selected node beside the canvas: its name and kind, how a merge node blends, and
+/// the editor of its kind. It follows the node, and is empty without one.
 class OrvNodePropertiesPane : public OrvVerticalScrollArea {
     Q_OBJECT
 

@@ -4,8 +4,8 @@
 
 class OrvInPlaceEdit;
 
-/// The editor over the title of a node on the canvas: a line edit with a place of its own. It renames nothing itself,
-/// and goes by itself when it has ended.
+/// The editor over the title of a node on the canvas: a line edit with a place of its own. It renames nothing
+/// itself, and goes by itself when it has ended.
 class OrvNodeTitleEdit : public QWidget {
     Q_OBJECT
 

@@ -49,7 +49,8 @@ QPainterPath OrvWireItem::curve(const QPointF& Output, const QPointF& Input)
 void OrvWireItem::follow()
 {
     const QPointF Output = m_pSource->outputPoint(m_OutputName), Input = m_pTarget->inputPoint(m_InputName);
-    if (m_Curve.elementCount() > 0 && QPointF(m_Curve.elementAt(0)) == Output && m_Curve.currentPosition() == Input)
+    if (m_Curve.elementCount() > 0 && QPointF(m_Curve.elementAt(0)) == Output
+        && m_Curve.currentPosition() == Input)
         return;
     prepareGeometryChange();
     m_Curve = curve(Output, Input);
@@ -66,7 +67,9 @@ QPainterPath OrvWireItem::shape() const
 void OrvWireItem::paint(QPainter* pPainter, const QStyleOptionGraphicsItem*, QWidget*)
 {
     const bool AtSelection = m_pSource->isSelected() || m_pTarget->isSelected();
-    QPen Pen(isSelected() ? OrvCustomFusionStyle::accentColor().lighter(130) : AtSelection ? Attached : Plain,
+    QPen Pen(isSelected() ? OrvCustomFusionStyle::accentColor().lighter(130)
+            : AtSelection ? Attached
+                          : Plain,
         isSelected() ? 2.5 : 1.6);
     if (QStyleOptionGraphicsItem::levelOfDetailFromTransform(pPainter->worldTransform()) < NearScale) {
         Pen.setWidth(0);

@@ -1,16 +1,19 @@
 #pragma once
 
+#include "OrvCoreModules/OrvCoreModulesExport.h"
+
 #include <QtWidgets/QGraphicsItem>
 
 class OrvNodeItem;
 
-/// One connection on the node graph's canvas, from an output to an input. It belongs to the two node items that it
-/// joins: either of them takes it along when it goes.
-class OrvWireItem : public QGraphicsItem {
+/// One connection on the node graph's canvas, from an output to an input. It belongs to the two node items
+/// that it joins: either of them takes it along when it goes.
+class ORVCOREMODULES_EXPORT OrvWireItem : public QGraphicsItem {
 public:
     enum { Type = UserType + 2 };
 
-    OrvWireItem(OrvNodeItem* pSource, const QString& OutputName, OrvNodeItem* pTarget, const QString& InputName);
+    OrvWireItem(
+        OrvNodeItem* pSource, const QString& OutputName, OrvNodeItem* pTarget, const QString& InputName);
     ~OrvWireItem() override;
 
     int type() const override { return Type; }

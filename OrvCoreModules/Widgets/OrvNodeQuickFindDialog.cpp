@@ -34,7 +34,7 @@ OrvNodeQuickFindDialog::OrvNodeQuickFindDialog(const QPoint& Position, const QSt
     setWindowTitle(tr("Find Node"));
     m_pSelector = new OrvFilteredStringSelector(this);
     m_pSelector->setStarsShown(true);
-    QLabel* pHint = new QLabel(tr("Return adds the layer, Ctrl+D marks a favourite"), this);
+    QLabel* pHint = new QLabel(tr("Return adds it, Ctrl+D marks a favourite"), this);
     pHint->setEnabled(false);
     QVBoxLayout* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(8, 8, 8, 6);

@@ -22,7 +22,10 @@ constexpr int PassThroughButtonSize = 24;
 constexpr int AdvancedButtonSize = 16;
 constexpr int RowHeight = PassThroughButtonSize + 2; // whatever is shown
 
-void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+void report(int Line, const char* Message)
+{
+    OrvLayerViewUtils::report(Line, QLatin1String(Message));
+}
 
 QHBoxLayout* createTightRow(QWidget* pWidget)
 {
@@ -34,8 +37,8 @@ QHBoxLayout* createTightRow(QWidget* pWidget)
 
 QPushButton* createPassThroughButton(OrvLayerView* pLayerView)
 {
-    auto* pButton
-        = new QPushButton(OrvIcon::createIconFromFilename(QStringLiteral("LayerGroupPassThrough.png")), QString());
+    auto* pButton = new QPushButton(
+        OrvIcon::createIconFromFilename(QStringLiteral("LayerGroupPassThrough.png")), QString());
     pButton->setFlat(true);
     pButton->setCheckable(true);
     pButton->setFocusPolicy(Qt::NoFocus);
@@ -130,7 +133,8 @@ void OrvLayerBlendRow::refresh()
         setAmountEnabled(m_BlendNode->userAttribute(OrvMergeAttributes::AmountEnabled).value().toBool());
     m_AdvancedBlendingButton->show();
     m_AdvancedBlendingButton->setEnabled(Modifiable);
-    setAdvancedIcon(m_BlendNode && m_BlendNode->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toBool());
+    setAdvancedIcon(
+        m_BlendNode && m_BlendNode->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toBool());
 
     const bool Group = m_Layer && m_LayerStack && OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerStack);
     m_PassThroughButton->setVisible(Group);
@@ -141,7 +145,10 @@ void OrvLayerBlendRow::refresh()
         Group && OrvLayerStreamUtils::isLayerGroupPassThrough(m_BlendNode) ? PassThroughPage : BlendPage);
 }
 
-OrvLayer* OrvLayerBlendRow::layer() const { return m_Layer; }
+OrvLayer* OrvLayerBlendRow::layer() const
+{
+    return m_Layer;
+}
 
 void OrvLayerBlendRow::clear()
 {
@@ -173,9 +180,10 @@ void OrvLayerBlendRow::takeControlets()
 QWidget* OrvLayerBlendRow::addControlet(int Position, const QString& AttributeName)
 {
     constexpr int LabelWidth = 32, Spacing = 1, MinimumEditorWidth = 130, MaximumEditorWidth = 140;
-    constexpr int Style = OrvUserAttributeControletManager::NoLabel | OrvUserAttributeControletManager::Compact;
-    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, m_BlendNode, m_Pages->widget(BlendPage),
-        LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
+    constexpr int Style
+        = OrvUserAttributeControletManager::NoLabel | OrvUserAttributeControletManager::Compact;
+    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, m_BlendNode,
+        m_Pages->widget(BlendPage), LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
     if (pWidget) {
         m_BlendLayout->insertWidget(Position, pWidget);
         pWidget->show();
@@ -191,8 +199,9 @@ void OrvLayerBlendRow::showAdvancedOptions()
 
 void OrvLayerBlendRow::setAdvancedIcon(bool Enabled)
 {
-    m_AdvancedBlendingButton->setIcon(OrvIcon::createIconFromFilename(
-        Enabled ? QStringLiteral("advancedBlendingEnabled.png") : QStringLiteral("advancedBlendingDisabled.png")));
+    m_AdvancedBlendingButton->setIcon(
+        OrvIcon::createIconFromFilename(Enabled ? QStringLiteral("advancedBlendingEnabled.png")
+                                                : QStringLiteral("advancedBlendingDisabled.png")));
 }
 
 void OrvLayerBlendRow::setAmountEnabled(bool Enabled)

@@ -13,9 +13,9 @@ class QHBoxLayout;
 class QPushButton;
 class QStackedLayout;
 
-/// How the current layer of a Layers palette is blended: blend mode, amount and the advanced options, or for a group
-/// in pass-through mode the button that ends it. The palette owns the row and tells it what is current; the editors
-/// in it change the blend node themselves.
+/// How the current layer of a Layers palette is blended: blend mode, amount and the advanced options, or for
+/// a group in pass-through mode the button that ends it. The palette owns the row and tells it what is
+/// current; the editors in it change the blend node themselves.
 class OrvLayerBlendRow : public QWidget {
     Q_OBJECT
 
@@ -24,7 +24,8 @@ public:
 
     /// Shows the layer's blending; without a layer the controls stand there without effect.
     void showLayer(OrvLayer* pLayer, OrvLayerStack* pLayerStack);
-    /// Reads again what can change while the layer stays: whether it may be edited, whether it is passed through.
+    /// Reads again what can change while the layer stays: whether it may be edited, whether it is passed
+    /// through.
     void refresh();
     void clear();
 

@@ -10,7 +10,8 @@
 
 namespace {
 
-void popupNodeTypes(OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot, const QPoint& Position)
+void popupNodeTypes(
+    OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot, const QPoint& Position)
 {
     auto* pMenu = new OrvMenu(pLayerView);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
@@ -30,7 +31,8 @@ void OrvLayerCreationMenus::popupProcedurals(OrvLayerView* pLayerView)
 {
     const QPoint Position = QCursor::pos();
     OrvLayerViewUtils::report(__LINE__,
-        QString::asprintf("[ -- ] About to show procedural main menu at (%d, %d)", Position.x(), Position.y()));
-    popupNodeTypes(pLayerView, OrvLayerUtils::getProceduralLayerGroups(), SLOT(addProceduralLayerFromAction()),
-        Position);
+        QString::asprintf(
+            "[ -- ] About to show procedural main menu at (%d, %d)", Position.x(), Position.y()));
+    popupNodeTypes(pLayerView, OrvLayerUtils::getProceduralLayerGroups(),
+        SLOT(addProceduralLayerFromAction()), Position);
 }

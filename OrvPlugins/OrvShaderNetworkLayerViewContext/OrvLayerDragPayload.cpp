@@ -25,7 +25,10 @@ void writeText(QMimeData& Mime, const QString& Format, const QString& Text)
 
 } // namespace
 
-QString OrvLayerDragPayload::mimeType() { return OrvLayerViewContext::LayerMimeType; }
+QString OrvLayerDragPayload::mimeType()
+{
+    return OrvLayerViewContext::LayerMimeType;
+}
 
 void OrvLayerDragPayload::write(QMimeData& Mime, const QStringList& Uuids)
 {

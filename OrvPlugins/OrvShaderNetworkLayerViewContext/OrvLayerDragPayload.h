@@ -8,8 +8,8 @@ class OrvLayerStack;
 class OrvSnBaseNode;
 class QMimeData;
 
-/// What a dragged layer, channel or shader carries: the identities of its nodes, and for layers also the stack that
-/// they are dragged out of.
+/// What a dragged layer, channel or shader carries: the identities of its nodes, and for layers also the
+/// stack that they are dragged out of.
 namespace OrvLayerDragPayload {
 
 QString mimeType();

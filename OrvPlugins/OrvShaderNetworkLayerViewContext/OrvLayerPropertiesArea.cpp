@@ -47,7 +47,8 @@ QVector<OrvLayerPropertiesArea::Part> OrvLayerPropertiesArea::parts(const OrvLay
     };
     add(pLayer->adjustmentNode(), OrvLayerView::tr("Adjustment : %1"));
     add(pLayer->secondaryAdjustmentNode(), OrvLayerView::tr("Secondary Adjustment : %1"));
-    if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer) || OrvLayerStreamUtils::isMaterialLayer(pLayer)) {
+    if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer)
+        || OrvLayerStreamUtils::isMaterialLayer(pLayer)) {
         OrvSnBaseNode* pOver = pLayer->overNode();
         const bool IsMaterial = pOver && pOver->hasTag(QStringLiteral("_material"));
         add(pOver, IsMaterial ? OrvLayerView::tr("Material : %1") : QString());

@@ -9,8 +9,9 @@ class OrvLayer;
 class OrvSnBaseNode;
 class QVBoxLayout;
 
-/// The lower pane of a Layers palette, which owns it: one property editor per node that the current layer consists of.
-/// The editors follow and change the nodes themselves, so they stay for as long as the nodes and their titles do.
+/// The lower pane of a Layers palette, which owns it: one property editor per node that the current layer
+/// consists of. The editors follow and change the nodes themselves, so they stay for as long as the nodes and
+/// their titles do.
 class OrvLayerPropertiesArea : public OrvVerticalScrollArea {
     Q_OBJECT
 

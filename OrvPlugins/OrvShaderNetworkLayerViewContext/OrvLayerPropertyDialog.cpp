@@ -1,6 +1,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvDdi/Image/OrvChannel.h"
@@ -38,6 +39,7 @@ QScrollArea* createScrollArea(QVBoxLayout*& pContents)
 
 OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent)
     : QDialog(pParent)
+    , m_BlendNode(pLayer->blendNode())
     , m_Modifiable(pLayer->isModifiable())
 {
     setWindowTitle(tr("Layer Properties"));
@@ -49,6 +51,8 @@ OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParen
     auto* pCloseButton = new QPushButton(tr("Close"));
     connect(pCloseButton, SIGNAL(clicked()), this, SLOT(close()));
     connect(pLayer, SIGNAL(destroyed()), this, SLOT(close()));
+    connect(&OrvShaderNetworkManager::instance(), SIGNAL(nodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)),
+        this, SLOT(onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)));
     auto* pButtons = new QHBoxLayout;
     pButtons->addStretch();
     pButtons->addWidget(pCloseButton);
@@ -57,6 +61,12 @@ OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParen
     pLayout->addWidget(pTabs);
     pLayout->addWidget(createLayerProperties(pLayer));
     pLayout->addLayout(pButtons);
+}
+
+void OrvLayerPropertyDialog::onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
+{
+    if (pNode == m_BlendNode)
+        close();
 }
 
 void OrvLayerPropertyDialog::addImageSet(QTabWidget* pTabs, const QString& Title, OrvImageSet* pImageSet)

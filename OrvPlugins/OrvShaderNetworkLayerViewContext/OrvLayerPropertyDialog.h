@@ -5,6 +5,8 @@
 class OrvImageSet;
 class OrvLayer;
 class OrvPropertyView;
+class OrvShaderNetwork;
+class OrvSnBaseNode;
 class QTabWidget;
 
 /// The properties of one layer, and of the images of its paint and its mask. Its editors work on the document
@@ -15,11 +17,15 @@ class OrvLayerPropertyDialog : public QDialog {
 public:
     OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent);
 
+private Q_SLOTS:
+    void onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
+
 private:
     void addImageSet(QTabWidget* pTabs, const QString& Title, OrvImageSet* pImageSet);
     QWidget* createLayerProperties(const OrvLayer* pLayer);
     OrvPropertyView* createView(
         QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent);
 
+    const OrvSnBaseNode* const m_BlendNode; ///< to be recognised only
     const bool m_Modifiable; ///< a layer under a lock or a cache is only looked at
 };

@@ -6,16 +6,17 @@
 class OrvLayerView;
 class OrvSnBaseNode;
 
-/// Finds out whether nodes that change concern the stack that a Layers palette shows, and asks the palette, which owns
-/// it, for a refresh then. A burst of changes costs one walk over the graph, none at all while a refresh is pending.
+/// Finds out whether nodes that change concern the stack that a Layers palette shows, and asks the palette,
+/// which owns it, for a refresh then. A burst of changes costs one walk over the graph, none at all while a
+/// refresh is pending.
 class OrvLayerStackChanges : public QObject {
     Q_OBJECT
 
 public:
     explicit OrvLayerStackChanges(OrvLayerView* pLayerView);
 
-    void noteReconnection(const QString& InputName, const OrvSnBaseNode* pNode, const OrvSnBaseNode* pNewInputNode,
-        const OrvSnBaseNode* pOldInputNode);
+    void noteReconnection(const QString& InputName, const OrvSnBaseNode* pNode,
+        const OrvSnBaseNode* pNewInputNode, const OrvSnBaseNode* pOldInputNode);
     void noteChange(const OrvSnBaseNode* pNode);
     /// The palette shows everything as it is now.
     void forget() { m_ChangedNodes.clear(); }

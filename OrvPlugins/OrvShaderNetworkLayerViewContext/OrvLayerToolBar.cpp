@@ -53,7 +53,8 @@ QAction* OrvLayerToolBar::addCommand(const QString& Text, const char* pIcon, con
 void OrvLayerToolBar::addColorTagButton()
 {
     const QString Text = tr("Assign a color tag to the selected items");
-    auto* pButton = new QPushButton(OrvIcon::createIconFromFilename(QStringLiteral("ColorTag.png")), QString(), this);
+    auto* pButton
+        = new QPushButton(OrvIcon::createIconFromFilename(QStringLiteral("ColorTag.png")), QString(), this);
     pButton->setObjectName(QStringLiteral("ColorPopupButton"));
     pButton->setFlat(true);
     pButton->setFocusPolicy(Qt::NoFocus);
@@ -80,6 +81,9 @@ void OrvLayerToolBar::setCommandsEnabled(bool Enabled)
         pAction->setEnabled(Enabled);
 }
 
-void OrvLayerToolBar::setMultiChannelLayerEnabled(bool Enabled) { m_MultiChannelLayerAction->setEnabled(Enabled); }
+void OrvLayerToolBar::setMultiChannelLayerEnabled(bool Enabled)
+{
+    m_MultiChannelLayerAction->setEnabled(Enabled);
+}
 
 #include "moc_OrvLayerToolBar.cpp"

@@ -6,8 +6,8 @@
 
 class OrvLayerView;
 
-/// The tool bar of a Layers palette, which owns it and carries out its commands. It knows which of them are meant for
-/// material stacks and which for ordinary ones.
+/// The tool bar of a Layers palette, which owns it and carries out its commands. It knows which of them are
+/// meant for material stacks and which for ordinary ones.
 class OrvLayerToolBar : public OrvPanelToolBar {
     Q_OBJECT
 

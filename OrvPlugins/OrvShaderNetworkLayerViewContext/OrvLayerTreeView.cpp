@@ -33,7 +33,8 @@ namespace {
 const QSize SmallestSize(40, 50);
 constexpr int EmptyTextMargin = 16;
 
-/// Rows have their height before they have their widgets, and nothing of their own to paint but the background.
+/// Rows have their height before they have their widgets, and nothing of their own to paint but the
+/// background.
 class OrvLayerRowDelegate : public QStyledItemDelegate {
 public:
     explicit OrvLayerRowDelegate(OrvLayerTreeView* pTreeView)
@@ -47,12 +48,14 @@ public:
         return {SmallestSize.width(), OrvLayerViewItemRowWidget::RowHeight};
     }
 
-    void paint(QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
+    void paint(
+        QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
     {
         QStyledItemDelegate::paint(pPainter, Option, Index);
         // The picture under the cursor of a drag has no widgets of its own.
         if (pPainter->device()->devType() != QInternal::Pixmap)
             return;
+        pPainter->fillRect(Option.rect, Option.palette.brush(QPalette::Active, QPalette::Highlight));
         if (QWidget* pRowWidget = m_TreeView->indexWidget(Index))
             pRowWidget->render(pPainter, Option.rect.topLeft(), QRegion(), QWidget::DrawChildren);
     }
@@ -115,8 +118,8 @@ void OrvLayerTreeView::disconnectSelectionRelay()
 
 void OrvLayerTreeView::setRowWidget(const QModelIndex& Index, QWidget* pWidget)
 {
-    // The base class would show the widget at once, and have it polished for that. Said to be shown already, it is
-    // left alone until it really comes into view.
+    // The base class would show the widget at once, and have it polished for that. Said to be shown already,
+    // it is left alone until it really comes into view.
     pWidget->setParent(viewport());
     pWidget->setAttribute(Qt::WA_WState_ExplicitShowHide, true);
     pWidget->setAttribute(Qt::WA_WState_Hidden, false);
@@ -157,8 +160,23 @@ void OrvLayerTreeView::setEmptyText(const QString& Text)
     viewport()->update();
 }
 
+void OrvLayerTreeView::scheduleRowLayout()
+{
+    m_RowLayoutPending = true;
+    scheduleDelayedItemsLayout();
+}
+
+void OrvLayerTreeView::doItemsLayout()
+{
+    m_RowLayoutPending = false;
+    QTreeView::doItemsLayout();
+}
+
 void OrvLayerTreeView::updateEditorGeometries()
 {
+    // Looking for the rows in view would lay them all out at once, for every group that is filled in between.
+    if (m_RowLayoutPending)
+        return;
     QVector<QPointer<QWidget>> InView;
     const int Bottom = viewport()->height();
     for (QModelIndex Index = indexAt(QPoint(0, 0)); Index.isValid(); Index = indexBelow(Index)) {
@@ -219,7 +237,8 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
             if (pCurrentLayer && pLayer != pCurrentLayer)
                 NotCurrentYet = Index;
         }
-        // The tree's current row can stay while the host's current layer went elsewhere: the row asks for it back.
+        // The tree's current row can stay while the host's current layer went elsewhere: the row asks for it
+        // back.
         if (NotCurrentYet.isValid() && NotCurrentYet == currentIndex())
             Q_EMIT currentIndexChanged(NotCurrentYet, NotCurrentYet);
     }
@@ -305,8 +324,8 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
         Accepted = pEvent->isAccepted() && wouldDrop(*pEvent);
     }
     setDropIndicatorShown(Accepted);
-    pEvent->setDropAction(Accepted ? OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers())
-                                   : Qt::IgnoreAction);
+    pEvent->setDropAction(
+        Accepted ? OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()) : Qt::IgnoreAction);
     pEvent->setAccepted(Accepted);
 }
 
@@ -383,7 +402,20 @@ void OrvLayerTreeView::currentChanged(const QModelIndex& Current, const QModelIn
     Q_EMIT currentIndexChanged(Current, Previous);
 }
 
-QSize OrvLayerTreeView::viewportSizeHint() const { return QTreeView::viewportSizeHint(); }
+QStyleOptionViewItem OrvLayerTreeView::viewOptions() const
+{
+    QStyleOptionViewItem Options = QTreeView::viewOptions();
+    // A style sheet paints the branches of a selected row in the palette's current colours, whatever the
+    // row's are.
+    if (!(Options.state & QStyle::State_Active))
+        Options.palette.setCurrentColorGroup(QPalette::Inactive);
+    return Options;
+}
+
+QSize OrvLayerTreeView::viewportSizeHint() const
+{
+    return QTreeView::viewportSizeHint();
+}
 
 void OrvLayerTreeView::paintEvent(QPaintEvent* pEvent)
 {
@@ -392,8 +424,8 @@ void OrvLayerTreeView::paintEvent(QPaintEvent* pEvent)
         return;
     QPainter Painter(viewport());
     Painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
-    const QRect Place = viewport()->rect().adjusted(
-        EmptyTextMargin, EmptyTextMargin, -EmptyTextMargin, -EmptyTextMargin);
+    const QRect Place
+        = viewport()->rect().adjusted(EmptyTextMargin, EmptyTextMargin, -EmptyTextMargin, -EmptyTextMargin);
     Painter.drawText(Place, Qt::AlignCenter | Qt::TextWordWrap, m_EmptyText);
 }
 

@@ -10,9 +10,9 @@ class OrvLayerDragHover;
 class OrvLayerView;
 class OrvSnBaseNode;
 
-/// The tree of a Layers palette, which owns it: shows the rows, relays what the user selects to the host's layers, and
-/// says where a drag of layers may land. Thousands of rows each have a widget; only those in view are placed and
-/// shown. It edits nothing of the document.
+/// The tree of a Layers palette, which owns it: shows the rows, relays what the user selects to the host's
+/// layers, and says where a drag of layers may land. Thousands of rows each have a widget; only those in view
+/// are placed and shown. It edits nothing of the document.
 class OrvLayerTreeView : public QTreeView {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     /// scheduleRowLayout() and the layout that follows.
     void setRowWidget(const QModelIndex& Index, QWidget* pWidget);
     /// Puts the layout of the rows off until somebody needs it.
-    void scheduleRowLayout() { scheduleDelayedItemsLayout(); }
+    void scheduleRowLayout();
     /// Shown in the middle of a tree without rows.
     void setEmptyText(const QString& Text);
 
@@ -51,12 +51,14 @@ protected:
     void keyPressEvent(QKeyEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void scrollContentsBy(int X, int Y) override;
+    QStyleOptionViewItem viewOptions() const override;
     QSize viewportSizeHint() const override;
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
     void startDrag(Qt::DropActions SupportedActions) override;
 
 protected Q_SLOTS:
     void updateEditorGeometries() override;
+    void doItemsLayout() override;
     void rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last) override;
 
 private:
@@ -71,6 +73,7 @@ private:
     OrvLayerDragHover* m_DragHover;
     QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
     bool m_PlainClick = false;
+    bool m_RowLayoutPending = false;
     QVector<QPointer<QWidget>> m_RowWidgetsInView;
     QString m_EmptyText;
 };

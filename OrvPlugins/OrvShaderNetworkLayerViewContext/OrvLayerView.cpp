@@ -28,7 +28,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewAttributeFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewColorTagFilter.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
@@ -56,7 +55,10 @@ constexpr int ParentCloseDelay = 20; // ms
 constexpr double FirstLayersShare = 0.6; // of the height, until the user moves the splitter
 const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
 
-void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+void report(int Line, const char* Message)
+{
+    OrvLayerViewUtils::report(Line, QLatin1String(Message));
+}
 
 QVBoxLayout* createTightLayout(QWidget* pWidget, int Spacing)
 {
@@ -90,13 +92,14 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     createTightLayout(this, 0)->addWidget(m_Splitter);
     m_Splitter->addWidget(createLayersPane());
     // The palette of a single stack is about its layers' contents; blending has its row above.
-    m_PropertiesArea = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
-                                                                         : OrvLayerPropertiesArea::BlendNode::Shown,
-        this);
+    m_PropertiesArea
+        = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
+                                                            : OrvLayerPropertiesArea::BlendNode::Shown,
+            this);
     m_Splitter->addWidget(m_PropertiesArea);
     m_Splitter->setCollapsible(1, true);
     m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
-    m_RowFilter = std::make_unique<OrvLayerViewRowFilter>(m_Model, m_View, m_FilterBar);
+    m_RowFilter = new OrvLayerViewRowFilter(m_Model, m_View, m_FilterBar, this);
     m_StackChanges = new OrvLayerStackChanges(this);
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
@@ -121,10 +124,9 @@ QWidget* OrvLayerView::createLayersPane()
     QWidget* pPane = new QWidget;
     QVBoxLayout* pLayout = createTightLayout(pPane, 1);
     m_FilterBar = new OrvLayerViewFilterBar(this, pLayout);
-    for (OrvLayerViewFilterType* pFilterType :
-        std::initializer_list<OrvLayerViewFilterType*>{new OrvLayerViewNameFilter(this),
-            new OrvLayerViewKindFilter(this), new OrvLayerViewAttributeFilter(this),
-            new OrvLayerViewColorTagFilter(this)})
+    for (OrvLayerViewFilterType* pFilterType : std::initializer_list<OrvLayerViewFilterType*>{
+             new OrvLayerViewNameFilter(this), new OrvLayerViewKindFilter(this),
+             new OrvLayerViewAttributeFilter(this), new OrvLayerViewColorTagFilter(this)})
         m_FilterBar->addFilter(pFilterType);
     m_BlendRow = new OrvLayerBlendRow(this);
     m_Model = new OrvLayerViewModel(this, this);
@@ -154,13 +156,14 @@ void OrvLayerView::connectHost()
 {
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
     connect(pNetworks,
-        SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)), this,
+        SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)),
+        this,
         SLOT(onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)));
-    for (const char* pSignal : {SIGNAL(nodeLockedChanged(OrvSnBaseNode*, bool)),
-             SIGNAL(nodeBlockedChanged(OrvSnBaseNode*, bool)),
-             SIGNAL(nodeCacheActiveChanged(OrvSnBaseNode*, OrvSnBaseNodeCacheActiveState)),
-             SIGNAL(nodeUserAttributeRemoved(OrvSnBaseNode*, QString)),
-             SIGNAL(nodeUserAttributeCreated(OrvSnBaseNode*, QString)), SIGNAL(nodeRefreshed(OrvSnBaseNode*))})
+    for (const char* pSignal :
+        {SIGNAL(nodeLockedChanged(OrvSnBaseNode*, bool)), SIGNAL(nodeBlockedChanged(OrvSnBaseNode*, bool)),
+            SIGNAL(nodeCacheActiveChanged(OrvSnBaseNode*, OrvSnBaseNodeCacheActiveState)),
+            SIGNAL(nodeUserAttributeRemoved(OrvSnBaseNode*, QString)),
+            SIGNAL(nodeUserAttributeCreated(OrvSnBaseNode*, QString)), SIGNAL(nodeRefreshed(OrvSnBaseNode*))})
         connect(pNetworks, pSignal, this, SLOT(onNodeChanged(OrvSnBaseNode*)));
     connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(onProjectClosing()));
     connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*, OrvShaderNetwork*)), this,
@@ -172,7 +175,8 @@ void OrvLayerView::connectHost()
 
     OrvProjectManager* pProjects = &OrvProjectManager::instance();
     connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(redrawProperties()));
-    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
+    connect(
+        pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
     connect(pProjects, SIGNAL(projectClosed()), this, SLOT(onProjectClosing()));
 
     OrvMenuManager* pMenus = &OrvMenuManager::instance();
@@ -188,10 +192,14 @@ void OrvLayerView::connectHost()
 
 void OrvLayerView::registerShortcuts()
 {
-    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::Key_Delete), SLOT(removeLayers()), this);
-    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_X), SLOT(cut()), this);
-    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_C), SLOT(copy()), this);
-    OrvActionHelpers::createAndRegisterShortcut(m_View, QKeySequence(Qt::CTRL + Qt::Key_V), SLOT(paste()), this);
+    OrvActionHelpers::createAndRegisterShortcut(
+        m_View, QKeySequence(Qt::Key_Delete), SLOT(removeLayers()), this);
+    OrvActionHelpers::createAndRegisterShortcut(
+        m_View, QKeySequence(Qt::CTRL + Qt::Key_X), SLOT(cut()), this);
+    OrvActionHelpers::createAndRegisterShortcut(
+        m_View, QKeySequence(Qt::CTRL + Qt::Key_C), SLOT(copy()), this);
+    OrvActionHelpers::createAndRegisterShortcut(
+        m_View, QKeySequence(Qt::CTRL + Qt::Key_V), SLOT(paste()), this);
 }
 
 void OrvLayerView::restoreSplitter()
@@ -214,7 +222,10 @@ void OrvLayerView::showEvent(QShowEvent* pEvent)
     m_SplitterIsSet = true;
 }
 
-OrvLayerStack* OrvLayerView::layerStack() const { return m_LayerStack; }
+OrvLayerStack* OrvLayerView::layerStack() const
+{
+    return m_LayerStack;
+}
 
 void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
 {
@@ -225,15 +236,30 @@ void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
     Q_EMIT layerStackChanged(pLayerStack);
 }
 
-void OrvLayerView::makeLayerStackCurrent() { OrvLayerManager::instance().setCurrentLayerStack(m_LayerStack); }
+void OrvLayerView::makeLayerStackCurrent()
+{
+    OrvLayerManager::instance().setCurrentLayerStack(m_LayerStack);
+}
 
-void OrvLayerView::setDragEnabled(bool Enabled) { m_View->setDragEnabled(Enabled); }
+void OrvLayerView::setDragEnabled(bool Enabled)
+{
+    m_View->setDragEnabled(Enabled);
+}
 
-OrvPalette* OrvLayerView::parentPalette() { return m_Palette; }
+OrvPalette* OrvLayerView::parentPalette()
+{
+    return m_Palette;
+}
 
-OrvLayer* OrvLayerView::layerFromIndex(const QModelIndex& Index) const { return m_Model->layerFromIndex(Index); }
+OrvLayer* OrvLayerView::layerFromIndex(const QModelIndex& Index) const
+{
+    return m_Model->layerFromIndex(Index);
+}
 
-OrvLayer* OrvLayerView::currentRowLayer() const { return layerFromIndex(m_View->currentIndex()); }
+OrvLayer* OrvLayerView::currentRowLayer() const
+{
+    return layerFromIndex(m_View->currentIndex());
+}
 
 OrvLayerViewItemRowWidget* OrvLayerView::rowWidget(const QModelIndex& Index) const
 {
@@ -267,7 +293,10 @@ void OrvLayerView::clearAndRefresh()
     refresh();
 }
 
-void OrvLayerView::onRefreshTimerTimeout() { refresh(); }
+void OrvLayerView::onRefreshTimerTimeout()
+{
+    refresh();
+}
 
 void OrvLayerView::refresh()
 {
@@ -343,7 +372,10 @@ void OrvLayerView::onLayerStateRefreshed()
         requestRefresh();
 }
 
-void OrvLayerView::layerShadersCountChanged() { requestRefresh(); }
+void OrvLayerView::layerShadersCountChanged()
+{
+    requestRefresh();
+}
 
 void OrvLayerView::onProjectClosing()
 {
@@ -366,7 +398,10 @@ void OrvLayerView::onNodeChanged(OrvSnBaseNode* Node)
         requestRefresh();
 }
 
-bool OrvLayerView::isRefreshPending() const { return m_RefreshTimer->isActive(); }
+bool OrvLayerView::isRefreshPending() const
+{
+    return m_RefreshTimer->isActive();
+}
 
 // Current row and properties
 
@@ -447,11 +482,20 @@ QList<QPointer<QWidget>> OrvLayerView::createPropertyWidgets(OrvLayer* Layer, QW
     return m_PropertiesArea->createEditors(Layer, Parent);
 }
 
-void OrvLayerView::onUserAttributeChanged(OrvCustomAttribute Attribute) { m_BlendRow->followAttribute(Attribute); }
+void OrvLayerView::onUserAttributeChanged(OrvCustomAttribute Attribute)
+{
+    m_BlendRow->followAttribute(Attribute);
+}
 
-void OrvLayerView::showAdvancedBlendingOptions() { m_BlendRow->showAdvancedOptions(); }
+void OrvLayerView::showAdvancedBlendingOptions()
+{
+    m_BlendRow->showAdvancedOptions();
+}
 
-void OrvLayerView::onAdvancedBlendingChanged(bool Enabled) { m_BlendRow->setAdvancedIcon(Enabled); }
+void OrvLayerView::onAdvancedBlendingChanged(bool Enabled)
+{
+    m_BlendRow->setAdvancedIcon(Enabled);
+}
 
 void OrvLayerView::onBlendAmountChanged(bool Enabled)
 {
@@ -459,31 +503,12 @@ void OrvLayerView::onBlendAmountChanged(bool Enabled)
         m_BlendRow->setAmountEnabled(Enabled);
 }
 
-void OrvLayerView::onPassThroughChecked(bool PassThrough) { m_Commands->setPassThrough(m_BlendRow->layer(), PassThrough); }
+void OrvLayerView::onPassThroughChecked(bool PassThrough)
+{
+    m_Commands->setPassThrough(m_BlendRow->layer(), PassThrough);
+}
 
 // Commands
-
-void OrvLayerView::addNewLayer() { m_Commands->addNewLayer(); }
-void OrvLayerView::addLayerMask() { m_Commands->addLayerMask(); }
-void OrvLayerView::addMaskStack() { m_Commands->addMaskStack(); }
-void OrvLayerView::addGraphLayer() { m_Commands->addGraphLayer(); }
-void OrvLayerView::groupLayers() { m_Commands->groupLayers(m_Commands->creationFlags()); }
-void OrvLayerView::groupLayers(OrvLayerCreateFlags Flags) { m_Commands->groupLayers(Flags); }
-void OrvLayerView::removeLayers() { m_Commands->removeLayers(); }
-void OrvLayerView::setSelectedColors(const QColor& Color) { m_Commands->setSelectedColors(Color); }
-void OrvLayerView::pickTagColors() { m_Commands->pickTagColors(); }
-void OrvLayerView::addAdjustmentLayer() { m_Commands->chooseAdjustment(); }
-void OrvLayerView::addAdjustmentLayerFromKey(QString Key) { m_Commands->addAdjustmentLayer(Key); }
-void OrvLayerView::addAdjustmentStack() { m_Commands->chooseStackAdjustment(); }
-void OrvLayerView::addProceduralLayer() { m_Commands->chooseProcedural(); }
-void OrvLayerView::addProceduralLayerFromKey(QString Key) { m_Commands->addProceduralLayer(Key); }
-void OrvLayerView::addShaderLayer() { m_Commands->addShaderLayer(); }
-void OrvLayerView::duplicateLayers() { m_Commands->duplicateLayers(); }
-void OrvLayerView::mergeLayers() { m_Commands->mergeLayers(); }
-void OrvLayerView::cut() { m_Commands->cut(); }
-void OrvLayerView::copy() { m_Commands->copy(); }
-void OrvLayerView::paste() { m_Commands->paste(); }
-void OrvLayerView::quickFind() { m_Commands->quickFind(); }
 
 void OrvLayerView::addAdjustmentLayerFromAction()
 {
@@ -511,15 +536,25 @@ const QAction* OrvLayerView::sendingAction() const
     return pAction;
 }
 
-void OrvLayerView::updateItemTreeFilteredStates(QStandardItem* pRootItem) { m_RowFilter->apply(pRootItem); }
+void OrvLayerView::updateItemTreeFilteredStates(QStandardItem* pRootItem)
+{
+    m_RowFilter->apply(pRootItem);
+}
 
-void OrvLayerView::updateItemTreeFilteredStates() { updateItemTreeFilteredStates(m_Model->invisibleRootItem()); }
+void OrvLayerView::updateItemTreeFilteredStates()
+{
+    updateItemTreeFilteredStates(m_Model->invisibleRootItem());
+}
 
-void OrvLayerView::updateShaderInputConnections() { requestRefresh(); }
-void OrvLayerView::createChannel() { m_Commands->createChannel(OrvLayerViewCommands::OrdinaryChannel); }
-void OrvLayerView::createMaterialChannel() { m_Commands->createChannel(OrvLayerViewCommands::MaterialChannel); }
+void OrvLayerView::updateShaderInputConnections()
+{
+    requestRefresh();
+}
 
-void OrvLayerView::switchActionsEnabled(OrvProject* Project) { m_ToolBar->setCommandsEnabled(Project); }
+void OrvLayerView::switchActionsEnabled(OrvProject* Project)
+{
+    m_ToolBar->setCommandsEnabled(Project);
+}
 
 void OrvLayerView::onMenuManagerActionAdded(QString RootMenu, QString SubMenu, QString, QAction* Action)
 {

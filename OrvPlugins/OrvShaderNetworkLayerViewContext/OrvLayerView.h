@@ -1,7 +1,7 @@
 #pragma once
 
-#include "OrvCore/Layers/OrvLayerCreateFlags.h"
 #include "OrvCore/Object/OrvCustomAttribute.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 
 #include <QtCore/QModelIndex>
 #include <QtCore/QPointer>
@@ -17,7 +17,6 @@ class OrvLayerStack;
 class OrvLayerStackChanges;
 class OrvLayerToolBar;
 class OrvLayerTreeView;
-class OrvLayerViewCommands;
 class OrvLayerViewFilterBar;
 class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
@@ -31,9 +30,9 @@ class QAction;
 class QSplitter;
 class QStandardItem;
 
-/// Body of every Layers palette, which owns it: the layers of one stack as a tree, the commands that make and remove
-/// layers, blending and properties of the current one. It rebuilds itself from the host after every burst of changes
-/// and edits through the host alone; whoever shows the view gives it its stack.
+/// Body of every Layers palette, which owns it: the layers of one stack as a tree, the commands that make and
+/// remove layers, blending and properties of the current one. It rebuilds itself from the host after every
+/// burst of changes and edits through the host alone; whoever shows the view gives it its stack.
 class OrvLayerView : public QWidget {
     Q_OBJECT
 
@@ -77,7 +76,7 @@ public Q_SLOTS:
     void onExpanded(QModelIndex Index);
     void onCollapsed(QModelIndex Index);
     void updateComponentButtons(OrvLayer* pLayer);
-    void quickFind();
+    void quickFind() { m_Commands->quickFind(); }
     void refresh();
     void onCurrentIndexChanged(QModelIndex Current);
     void switchActionsEnabled(OrvProject* Project);
@@ -85,37 +84,37 @@ public Q_SLOTS:
     void updateItemTreeFilteredStates(QStandardItem* pRootItem);
     void updateItemTreeFilteredStates();
     void updateShaderInputConnections();
-    void createChannel();
-    void createMaterialChannel();
+    void createChannel() { m_Commands->createChannel(OrvLayerViewCommands::OrdinaryChannel); }
+    void createMaterialChannel() { m_Commands->createChannel(OrvLayerViewCommands::MaterialChannel); }
     QList<QPointer<QWidget>> createPropertyWidgets(OrvLayer* Layer, QWidget* Parent);
     void onUnrepresentableButtonClicked();
     void onRefreshTimerTimeout();
     void onLayerStateRefreshed();
-    void addNewLayer();
-    void addLayerMask();
-    void addMaskStack();
-    void addGraphLayer();
-    void groupLayers();
-    void groupLayers(OrvLayerCreateFlags Flags);
-    void removeLayers();
-    void setSelectedColors(const QColor& Color);
-    void pickTagColors();
-    void addAdjustmentLayer();
+    void addNewLayer() { m_Commands->addNewLayer(); }
+    void addLayerMask() { m_Commands->addLayerMask(); }
+    void addMaskStack() { m_Commands->addMaskStack(); }
+    void addGraphLayer() { m_Commands->addGraphLayer(); }
+    void groupLayers() { m_Commands->groupLayers(m_Commands->creationFlags()); }
+    void groupLayers(OrvLayerCreateFlags Flags) { m_Commands->groupLayers(Flags); }
+    void removeLayers() { m_Commands->removeLayers(); }
+    void setSelectedColors(const QColor& Color) { m_Commands->setSelectedColors(Color); }
+    void pickTagColors() { m_Commands->pickTagColors(); }
+    void addAdjustmentLayer() { m_Commands->chooseAdjustment(); }
     void addAdjustmentLayerFromAction();
-    void addAdjustmentLayerFromKey(QString Key);
-    void addAdjustmentStack();
+    void addAdjustmentLayerFromKey(QString Key) { m_Commands->addAdjustmentLayer(Key); }
+    void addAdjustmentStack() { m_Commands->chooseStackAdjustment(); }
     void addAdjustmentStackFromAction();
-    void addProceduralLayer();
+    void addProceduralLayer() { m_Commands->chooseProcedural(); }
     void addProceduralLayerFromAction();
-    void addProceduralLayerFromKey(QString Key);
-    void addShaderLayer();
-    void duplicateLayers();
-    void mergeLayers();
+    void addProceduralLayerFromKey(QString Key) { m_Commands->addProceduralLayer(Key); }
+    void addShaderLayer() { m_Commands->addShaderLayer(); }
+    void duplicateLayers() { m_Commands->duplicateLayers(); }
+    void mergeLayers() { m_Commands->mergeLayers(); }
     void closeIfNotUnderMouse();
     void onUserAttributeChanged(OrvCustomAttribute Attribute);
-    void cut();
-    void copy();
-    void paste();
+    void cut() { m_Commands->cut(); }
+    void copy() { m_Commands->copy(); }
+    void paste() { m_Commands->paste(); }
     OrvPalette* parentPalette();
     void showAdvancedBlendingOptions();
     void onAdvancedBlendingChanged(bool Enabled);
@@ -152,6 +151,7 @@ private:
     OrvLayerViewModel* m_Model = nullptr;
     OrvLayerTreeView* m_View = nullptr;
     OrvLayerViewFilterBar* m_FilterBar = nullptr;
+    OrvLayerViewRowFilter* m_RowFilter = nullptr;
     OrvLayerBlendRow* m_BlendRow = nullptr;
     OrvLayerToolBar* m_ToolBar = nullptr;
     OrvLayerPropertiesArea* m_PropertiesArea = nullptr;
@@ -159,7 +159,6 @@ private:
     bool m_SplitterIsSet = false;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
     std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
-    std::unique_ptr<OrvLayerViewRowFilter> m_RowFilter;
     std::unique_ptr<OrvLayerViewCommands> m_Commands;
     OrvLayerStackChanges* m_StackChanges = nullptr;
 };

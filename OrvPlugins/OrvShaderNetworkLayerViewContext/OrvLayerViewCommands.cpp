@@ -31,7 +31,8 @@
 
 namespace {
 
-constexpr int NewLayerFlags = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
+constexpr int NewLayerFlags
+    = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
 constexpr int PastedLayerFlags = NewLayerFlags & ~OrvLayerUniqueName;
 constexpr int StatusDuration = 6000; // ms
 
@@ -39,7 +40,10 @@ const QString SettingsGroup = QStringLiteral("LayerView");
 const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
 const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
 
-void report(int Line, const char* Message) { OrvLayerViewUtils::report(Line, QLatin1String(Message)); }
+void report(int Line, const char* Message)
+{
+    OrvLayerViewUtils::report(Line, QLatin1String(Message));
+}
 
 bool startsWithAny(const QString& Path, const QStringList& Prefixes)
 {
@@ -72,7 +76,10 @@ OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
     return pLayer;
 }
 
-OrvLayerCreateFlags OrvLayerViewCommands::creationFlags() const { return withGroup(NewLayerFlags); }
+OrvLayerCreateFlags OrvLayerViewCommands::creationFlags() const
+{
+    return withGroup(NewLayerFlags);
+}
 
 OrvLayerCreateFlags OrvLayerViewCommands::withGroup(int Flags) const
 {
@@ -96,7 +103,8 @@ void OrvLayerViewCommands::tellRefused(bool Refused) const
 {
     if (Refused)
         OrvStatusManager::instance().showMessage(
-            OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."), StatusDuration);
+            OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."),
+            StatusDuration);
 }
 
 void OrvLayerViewCommands::warn(const QString& Title, const QString& Error) const
@@ -301,8 +309,8 @@ void OrvLayerViewCommands::quickFind()
     const QStringList Adjustments = OrvLayerUtils::getAdjustmentLayerGroups();
 
     const QPointer<OrvLayerView> pLayerView = m_LayerView;
-    OrvNodeQuickFindDialog Dialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments, LastUsed,
-        Settings.value(FavouritesKey).toStringList(), m_LayerView);
+    OrvNodeQuickFindDialog Dialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments,
+        LastUsed, Settings.value(FavouritesKey).toStringList(), m_LayerView);
     Dialog.exec();
     Settings.setValue(FavouritesKey, Dialog.favourites());
     const QString Path = Dialog.chosenPath();

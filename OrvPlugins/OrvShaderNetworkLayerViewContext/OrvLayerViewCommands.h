@@ -10,8 +10,8 @@ class OrvLayerStack;
 class OrvLayerView;
 class QColor;
 
-/// The edits that a Layers palette offers: each finds what it applies to, calls the host, and tells the user when that
-/// was refused. The palette owns them; its slots of the same names lead here.
+/// The edits that a Layers palette offers: each finds what it applies to, calls the host, and tells the user
+/// when that was refused. The palette owns them; its slots of the same names lead here.
 class OrvLayerViewCommands {
 public:
     enum ChannelKind { OrdinaryChannel, MaterialChannel };

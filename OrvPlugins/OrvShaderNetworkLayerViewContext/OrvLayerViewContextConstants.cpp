@@ -73,13 +73,13 @@ const QIcon& layerKindIcon(LayerKindIcon Kind)
     // In the order of the enumeration. Not made before the first use: icons need the application.
     static const QVector<QIcon> Icons = [] {
         QVector<QIcon> Made;
-        for (const char* pFileName :
-            {"ColorCurves.16x16.png", "Bake.16x16.png", "CustomProceduralColor.16x16.svg",
-                "CustomProceduralColor_MissingGeoChannel.svg", "NodeGraph.16x16.png", "FolderClosed.16x16.png",
-                "Material.16x16.png", "MaterialWithMissingGeoChannel.png", "Multi_Channel_Group.16x16.png",
-                "Painting.16x16.png", "AddNoise.16x16.png", "CustomProceduralMask.16x16.svg",
-                "CustomProceduralMask_MissingGeoChannel.svg", "CustomProceduralScalar.16x16.svg",
-                "CustomProceduralScalar_MissingGeoChannel.svg", "lighting_flat.16x16.png"})
+        for (const char* pFileName : {"ColorCurves.16x16.png", "Bake.16x16.png",
+                 "CustomProceduralColor.16x16.svg", "CustomProceduralColor_MissingGeoChannel.svg",
+                 "NodeGraph.16x16.png", "FolderClosed.16x16.png", "Material.16x16.png",
+                 "MaterialWithMissingGeoChannel.png", "Multi_Channel_Group.16x16.png", "Painting.16x16.png",
+                 "AddNoise.16x16.png", "CustomProceduralMask.16x16.svg",
+                 "CustomProceduralMask_MissingGeoChannel.svg", "CustomProceduralScalar.16x16.svg",
+                 "CustomProceduralScalar_MissingGeoChannel.svg", "lighting_flat.16x16.png"})
             Made.append(OrvIcon::createIconFromFilename(QString::fromLatin1(pFileName)));
         return Made;
     }();

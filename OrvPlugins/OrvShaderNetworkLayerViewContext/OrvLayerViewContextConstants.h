@@ -5,8 +5,9 @@
 #include <QtCore/QVector>
 #include <QtGui/QIcon>
 
-/// What several classes of the module must agree on: menu and action paths, action sets, formats of dragged data, icons
-/// of layer kinds. Plain values, made when the module is loaded; the icons are made when they are first asked for.
+/// What several classes of the module must agree on: menu and action paths, action sets, formats of dragged
+/// data, icons of layer kinds. Plain values, made when the module is loaded; the icons are made when they are
+/// first asked for.
 namespace OrvLayerViewContext {
 
 // Layers: paths of actions, and of menus of the main window.
@@ -20,7 +21,8 @@ extern const QString SecondaryAdjustmentPath, SecondaryAdjustmentMenu;
 extern const QString SharingMenu;
 
 extern const QString LayersOnlySet, LayersAdjustmentOnlySet, LayersAdjustmentStackOnlySet, CacheLayersOnlySet,
-    ConvertLayerMasksOnlySet, ResizeLayerMasksOnlySet, LayersProceduralOnlySet, LayersSecondaryAdjustmentOnlySet;
+    ConvertLayerMasksOnlySet, ResizeLayerMasksOnlySet, LayersProceduralOnlySet,
+    LayersSecondaryAdjustmentOnlySet;
 
 /// Attribute of a group's blend node: whether its row is unfolded.
 extern const QString ExpandLayerGroupKey;

@@ -27,9 +27,15 @@ OrvLayerViewItem::OrvLayerViewItem(const OrvLayer* pLayer)
         setData(pLayer->blendNode()->uuidString(), OrvLayerViewUtils::NodeRole);
 }
 
-OrvLayerViewItemRowWidget* OrvLayerViewItem::rowWidget() const { return m_RowWidget; }
+OrvLayerViewItemRowWidget* OrvLayerViewItem::rowWidget() const
+{
+    return m_RowWidget;
+}
 
-void OrvLayerViewItem::setRowWidget(OrvLayerViewItemRowWidget* pRowWidget) { m_RowWidget = pRowWidget; }
+void OrvLayerViewItem::setRowWidget(OrvLayerViewItemRowWidget* pRowWidget)
+{
+    m_RowWidget = pRowWidget;
+}
 
 bool OrvLayerViewItem::operator<(const QStandardItem& Other) const
 {
@@ -48,7 +54,7 @@ QStringList OrvLayerViewModel::mimeTypes() const
 {
     return QStringList{OrvLayerViewContext::LayerMimeType, OrvLayerViewContext::LayerStackNodeMimeType,
                OrvLayerViewContext::LayerStackTargetInputMimeType}
-        + OrvDragAndDropManager::instance().mimeTypes(OrvDragAndDropManager::LayerTreeTarget);
+    + OrvDragAndDropManager::instance().mimeTypes(OrvDragAndDropManager::LayerTreeTarget);
 }
 
 QMimeData* OrvLayerViewModel::mimeData(const QModelIndexList& Indexes) const

@@ -12,8 +12,9 @@ class OrvLayerView;
 class OrvLayerViewItemRowWidget;
 class OrvSnBaseNode;
 
-/// A row of a layer tree. It carries the identity of its layer's blend node; a warning row carries none. It knows its
-/// row widget, which the tree owns, so that a refresh needs no look-up to see that a row is still right.
+/// A row of a layer tree. It carries the identity of its layer's blend node; a warning row carries none. It
+/// knows its row widget, which the tree owns, so that a refresh needs no look-up to see that a row is still
+/// right.
 class OrvLayerViewItem : public QStandardItem {
 public:
     /// Null makes a warning row.
@@ -34,8 +35,8 @@ private:
     bool m_NamesLayer;
 };
 
-/// The rows of a layer tree, one per layer, nested as groups are. The owning palette fills and orders them; the model
-/// answers drags and drops and finds rows. It holds nothing of the document but identities.
+/// The rows of a layer tree, one per layer, nested as groups are. The owning palette fills and orders them;
+/// the model answers drags and drops and finds rows. It holds nothing of the document but identities.
 class OrvLayerViewModel : public QStandardItemModel {
     Q_OBJECT
 

@@ -1,18 +1,48 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
 
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
-OrvLayerViewRowFilter::OrvLayerViewRowFilter(
-    OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView, const OrvLayerViewFilterBar* pFilterBar)
-    : m_Model(pModel)
+#include <QtCore/QTimer>
+
+OrvLayerViewRowFilter::OrvLayerViewRowFilter(OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView,
+    const OrvLayerViewFilterBar* pFilterBar, QObject* pParent)
+    : QObject(pParent)
+    , m_Model(pModel)
     , m_TreeView(pTreeView)
     , m_FilterBar(pFilterBar)
+    , m_Timer(new QTimer(this))
 {
+    m_Timer->setSingleShot(true);
+    connect(m_Timer, SIGNAL(timeout()), this, SLOT(applyToAll()));
+    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
+    connect(pNetworks, SIGNAL(nodeNameChanged(OrvSnBaseNode*, QString)), this, SLOT(onNodeChanged()));
+    connect(pNetworks, SIGNAL(nodeEnabledChanged(OrvSnBaseNode*, int)), this, SLOT(onNodeChanged()));
+    connect(pNetworks, SIGNAL(nodeUserAttributeChanged(OrvSnBaseNode*, QString)), this,
+        SLOT(onNodeUserAttributeChanged(OrvSnBaseNode*, QString)));
+}
+
+void OrvLayerViewRowFilter::onNodeChanged()
+{
+    if (m_FilterBar->filterActive())
+        m_Timer->start();
+}
+
+void OrvLayerViewRowFilter::onNodeUserAttributeChanged(OrvSnBaseNode*, QString Name)
+{
+    if (Name == OrvMergeAttributes::ColorTag)
+        onNodeChanged();
+}
+
+void OrvLayerViewRowFilter::applyToAll()
+{
+    apply(m_Model->invisibleRootItem());
 }
 
 void OrvLayerViewRowFilter::apply(QStandardItem* pRootItem)
@@ -53,3 +83,5 @@ bool OrvLayerViewRowFilter::filter(QStandardItem* pItem, const QModelIndex& Inde
         pRowWidget->showPlainName();
     return Shown;
 }
+
+#include "moc_OrvLayerViewRowFilter.cpp"

@@ -19,7 +19,8 @@
 
 namespace {
 
-/// Looking for a row in other levels walks the tree; worth it for layers that the user moved, not for a thousand.
+/// Looking for a row in other levels walks the tree; worth it for layers that the user moved, not for a
+/// thousand.
 constexpr int MostRowsTakenFromOtherLevels = 8;
 
 OrvLayerViewItem* rowOf(const QStandardItem* pParent, int Row)
@@ -33,8 +34,8 @@ bool shows(const OrvLayerViewItem* pItem, const OrvLayer* pLayer)
     return pRowWidget && pRowWidget->layer() == pLayer;
 }
 
-/// Which of the rows, given by their former places in their new order, can stay while the others move around them:
-/// the members of a longest ascending subsequence.
+/// Which of the rows, given by their former places in their new order, can stay while the others move around
+/// them: the members of a longest ascending subsequence.
 QVector<bool> unmovedRows(const QVector<int>& FormerPlaces)
 {
     QVector<int> Tails, Previous(FormerPlaces.size(), -1); // positions in FormerPlaces
@@ -98,28 +99,33 @@ OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
 OrvLayerStack* OrvLayerViewRowSynchronizer::groupStack(const OrvLayer* pLayer) const
 {
     const QString StreamName = m_LayerStack->currentStreamName(pLayer->blendNode());
-    return OrvLayerStreamUtils::isLayerGroup(pLayer, StreamName) ? OrvLayerStreamUtils::groupStack(pLayer, StreamName)
-                                                                 : nullptr;
+    return OrvLayerStreamUtils::isLayerGroup(pLayer, StreamName)
+        ? OrvLayerStreamUtils::groupStack(pLayer, StreamName)
+        : nullptr;
 }
 
-QString OrvLayerViewRowSynchronizer::groupWarning(const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const
+QString OrvLayerViewRowSynchronizer::groupWarning(
+    const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const
 {
     const bool IsMultiChannel = OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer);
     if (OrvLayerStreamUtils::validateGroupSelection(
             pGroupStack->layerList(), IsMultiChannel ? pLayer->blendNode() : nullptr))
         return {};
     const QString Warning = IsMultiChannel
-        ? OrvLayerView::tr("Multi-Channel Group Layer '%1' has some unrepresentable connections due to nested "
-                           "multi-channel layers of different shader model. Please rewire in the node graph.")
-        : OrvLayerView::tr("Group Layer '%1' has some unrepresentable connections due to nested multi-channel "
-                           "layers. Please rewire in the node graph.");
+        ? OrvLayerView::tr(
+            "Multi-Channel Group Layer '%1' has some unrepresentable connections due to nested "
+            "multi-channel layers of different shader model. Please rewire in the node graph.")
+        : OrvLayerView::tr(
+            "Group Layer '%1' has some unrepresentable connections due to nested multi-channel "
+            "layers. Please rewire in the node graph.");
     return Warning.arg(pLayer->name());
 }
 
 QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layers) const
 {
-    OrvSnBaseNode* pBottom = Layers.isEmpty() ? m_LayerStack->bottomNode()
-                                              : OrvLayerStreamUtils::layerNodeBelow(Layers.last(), m_LayerStack);
+    OrvSnBaseNode* pBottom = Layers.isEmpty()
+        ? m_LayerStack->bottomNode()
+        : OrvLayerStreamUtils::layerNodeBelow(Layers.last(), m_LayerStack);
     if (OrvLayerStreamUtils::isValidBottomTransparencyNode(pBottom))
         return {};
     if (!pBottom)
@@ -127,7 +133,8 @@ QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layer
     const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pBottom, true);
     if (pLayer && OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer)
         && OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
-        return OrvLayerView::tr("Multi-Channel Layer '%1' has some unrepresentable connections.").arg(pBottom->name());
+        return OrvLayerView::tr("Multi-Channel Layer '%1' has some unrepresentable connections.")
+            .arg(pBottom->name());
     return OrvLayerView::tr("Node '%1' is unrepresentable.").arg(pBottom->name());
 }
 
@@ -217,7 +224,8 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
     return Rows;
 }
 
-OrvLayerViewItem* OrvLayerViewRowSynchronizer::takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent)
+OrvLayerViewItem* OrvLayerViewRowSynchronizer::takeFromOtherLevel(
+    const OrvLayer* pLayer, const QStandardItem* pParent)
 {
     for (OrvLayerViewItem* pItem : m_Model->itemsFromLayer(pLayer)) {
         QStandardItem* pOther = pItem->parent() ? pItem->parent() : m_Model->invisibleRootItem();

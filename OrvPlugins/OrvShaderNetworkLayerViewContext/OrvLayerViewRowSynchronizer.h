@@ -13,12 +13,14 @@ class OrvLayerViewItem;
 class OrvLayerViewModel;
 class QStandardItem;
 
-/// Makes the rows of a layer tree show a stack. Rows that are right already stay as they are, with their widgets; the
-/// others are moved, made or removed in a few steps for the whole level, so that the work grows with the number of
-/// rows and not with its square. What the layers cannot represent shows as a warning row. The palette owns it.
+/// Makes the rows of a layer tree show a stack. Rows that are right already stay as they are, with their
+/// widgets; the others are moved, made or removed in a few steps for the whole level, so that the work grows
+/// with the number of rows and not with its square. What the layers cannot represent shows as a warning row.
+/// The palette owns it.
 class OrvLayerViewRowSynchronizer {
 public:
-    OrvLayerViewRowSynchronizer(OrvLayerView* pLayerView, OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView);
+    OrvLayerViewRowSynchronizer(
+        OrvLayerView* pLayerView, OrvLayerViewModel* pModel, OrvLayerTreeView* pTreeView);
 
     /// Rows, their nesting and their selection become those of the stack's layers.
     void synchronize(OrvLayerStack* pLayerStack);
@@ -36,7 +38,8 @@ private:
     QString bottomWarning(const QList<OrvLayer*>& Layers) const;
 
     void synchronizeLevel(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
-    QVector<OrvLayerViewItem*> matchRows(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    QVector<OrvLayerViewItem*> matchRows(
+        QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
     OrvLayerViewItem* takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent);
     bool levelHolds(const QStandardItem* pParent, const OrvLayer* pLayer) const;
     void arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows);

@@ -52,7 +52,8 @@ OrvLayer* OrvLayerViewUtils::layerFromItem(const QStandardItem* pItem)
     return nullptr;
 }
 
-const OrvSnBaseNode* OrvLayerViewUtils::nodeInNetwork(const OrvSnBaseNode* pNode, const OrvShaderNetwork* pNetwork)
+const OrvSnBaseNode* OrvLayerViewUtils::nodeInNetwork(
+    const OrvSnBaseNode* pNode, const OrvShaderNetwork* pNetwork)
 {
     while (pNode && pNode->network() != pNetwork)
         pNode = pNode->network() ? pNode->network()->container() : nullptr;

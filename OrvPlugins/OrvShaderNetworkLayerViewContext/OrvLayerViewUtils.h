@@ -10,7 +10,8 @@ class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QStandardItem;
 
-/// What the parts of a Layers palette share: how a row names its layer, and questions about the graph below a stack.
+/// What the parts of a Layers palette share: how a row names its layer, and questions about the graph below a
+/// stack.
 namespace OrvLayerViewUtils {
 
 /// Item data: the identity of the layer's blend node.
@@ -19,8 +20,8 @@ constexpr int NodeRole = Qt::UserRole + 2;
 /// Null for no item and for a row without a layer; an identity that is no blend node's is reported.
 OrvLayer* layerFromItem(const QStandardItem* pItem);
 
-/// The node that stands for the given one in the network: itself, or the node whose nested networks hold it. Null when
-/// it lies elsewhere.
+/// The node that stands for the given one in the network: itself, or the node whose nested networks hold it.
+/// Null when it lies elsewhere.
 const OrvSnBaseNode* nodeInNetwork(const OrvSnBaseNode* pNode, const OrvShaderNetwork* pNetwork);
 /// Whether one of the nodes is the start or feeds it through any inputs.
 bool isAnyUpstream(const QSet<const OrvSnBaseNode*>& Nodes, const OrvSnBaseNode* pStart);

@@ -2,8 +2,8 @@
 
 #include <QtWidgets/QToolBar>
 
-/// The tool bar of a palette: flat, fixed in its place, and open to commands that the user's set-up publishes for the
-/// palette's panel. The palette owns it and tells it what the menu manager gained and lost.
+/// The tool bar of a palette: flat, fixed in its place, and open to commands that the user's set-up publishes
+/// for the palette's panel. The palette owns it and tells it what the menu manager gained and lost.
 class OrvPanelToolBar : public QToolBar {
     Q_OBJECT
 

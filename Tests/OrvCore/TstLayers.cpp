@@ -499,6 +499,13 @@ private Q_SLOTS:
         QVERIFY(Project.channel()->isSharedLayers());
         QVERIFY(!OrvLayerStreamUtils::insertLayerAfter(pShared, pA->blendNode(), pInside));
         QVERIFY(!pShared->addSharedLayerAfter(pA->blendNode(), QString(), true));
+        Project.select({pShared});
+        pBump->copyToClipboard();
+        const QByteArray Unpasted = Project.document();
+        QString Error;
+        QVERIFY(Project.channel()->pasteFromClipboard(22, Error).isEmpty());
+        QVERIFY(Error.contains("'Diffuse'"));
+        QCOMPARE(Project.document(), Unpasted);
         pShared->setLocked(true); // seen through the shared channel
         QVERIFY(!pA->isModifiable());
         QVERIFY(!OrvLayerUtils::isModificationAllowedAt(Project.channel()->node()));
@@ -527,6 +534,33 @@ private Q_SLOTS:
         QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pC, pC->blendNode(), Project.channel()));
         QCOMPARE(OrvUndoManager::instance().stack()->count(), Count);
         QCOMPARE(OrvLayerStreamUtils::layerNodeBelow(pC, Project.channel()), pA->blendNode());
+    }
+
+    void layersFitTheChannelTheyMoveTo()
+    {
+        OrvTestProject Project(QSize(32, 32));
+        OrvShaderInput* pSmall = Project.addChannel("Small", QSize(16, 16));
+        OrvLayer* pA = Project.paint("A", Red);
+        Project.fill(pA->paintImageSet(), QRect(0, 0, 16, 32), Blue);
+        pA->addMaskImageSet();
+        OrvLayer* pProcedural = Project.channel()->createProceduralLayer(Noise, 0);
+        OrvLayer* pGroup = Project.group("Group", {pA, pProcedural});
+        pProcedural->setVisible(false);
+        const QByteArray Before = Project.document();
+        QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pGroup, pSmall->topNode(), pSmall));
+        QCOMPARE(pA->paintImageSet()->layout(), pSmall->layout());
+        QCOMPARE(pA->maskImageSet()->layout(), pSmall->layout());
+        QCOMPARE(
+            OrvNodeEvaluation::result(pProcedural->proceduralNode())->boundingBox(), QRect(0, 0, 16, 16));
+        QVERIFY(Project.same(Project.pixel(pSmall->node(), {4, 4}), Blue));
+        QVERIFY(Project.same(Project.pixel(pSmall->node(), {12, 12}), Red));
+        QVERIFY(Project.same(Project.pixel({4, 4}), OrvColor::clear()));
+        Project.undo();
+        QCOMPARE(Project.document(), Before);
+        QVERIFY(Project.same(Project.pixel({14, 4}), Blue) && Project.same(Project.pixel({17, 30}), Red));
+        Project.redo();
+        QCOMPARE(pA->paintImageSet()->layout(), pSmall->layout());
+        QVERIFY(Project.same(Project.pixel(pSmall->node(), {4, 4}), Blue));
     }
 
     void deletingFindsTheNextCurrentLayer()
@@ -765,6 +799,26 @@ private Q_SLOTS:
         QCOMPARE(Shown.size(), 2);
         QVERIFY(OrvLayerUtils::validLayerColors().contains("none"));
         QVERIFY(!OrvLayerUtils::validLayerColors().value("none").isValid());
+    }
+
+    void costsAddUpAndHiddenLayersAreFree()
+    {
+        OrvTestProject Project;
+        OrvLayer* pPaint = Project.paint("Paint", Red);
+        OrvLayer* pBlur = Project.channel()->createAdjustmentLayer("Filter/Blur/Gaussian Blur", 0);
+        const double Paint = pPaint->cost(), Blur = pBlur->cost();
+        QVERIFY(Paint > 0.0 && Blur > 10.0 * Paint);
+        QVERIFY(pBlur->costDescription().contains("gaussian blur"));
+        Project.fill(pPaint->paintImageSet(), QRect(0, 0, 2, 2), Blue);
+        OrvLayer* pGroup = Project.group("Group", {pPaint, pBlur});
+        QVERIFY(pGroup->cost() > Paint + Blur);
+        pBlur->setVisible(false);
+        QVERIFY(pGroup->cost() < Blur);
+        QCOMPARE(pBlur->cost(), 0.0);
+        // Each adjustment reads what lies below it; that is not counted again and again.
+        for (int Index = 0; Index < 40; ++Index)
+            Project.channel()->createAdjustmentLayer(Invert, 0);
+        QVERIFY(Project.channel()->layerList().first()->cost() < 2.0 * Blur);
     }
 
     void longStacksStayLinear()

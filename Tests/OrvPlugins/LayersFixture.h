@@ -21,7 +21,10 @@
 /// A document with layers in a line or two, and what a layer tree shows of it.
 namespace LayersFixture {
 
-inline OrvShaderNetwork* network() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
+inline OrvShaderNetwork* network()
+{
+    return OrvShaderNetworkManager::instance().currentShaderNetwork();
+}
 
 inline OrvShaderInput* addChannel(const QString& Name)
 {
@@ -56,9 +59,11 @@ inline QString stackText(const OrvLayerStack* pStack)
 {
     QStringList Texts;
     for (const OrvLayer* pLayer : pStack->layerList()) {
-        const OrvLayerStack* pInside
-            = OrvLayerStreamUtils::isLayerGroup(pLayer, pStack) ? OrvLayerStreamUtils::groupStack(pLayer) : nullptr;
-        Texts.append(pInside ? QStringLiteral("%1(%2)").arg(pLayer->name(), stackText(pInside)) : pLayer->name());
+        const OrvLayerStack* pInside = OrvLayerStreamUtils::isLayerGroup(pLayer, pStack)
+            ? OrvLayerStreamUtils::groupStack(pLayer)
+            : nullptr;
+        Texts.append(
+            pInside ? QStringLiteral("%1(%2)").arg(pLayer->name(), stackText(pInside)) : pLayer->name());
     }
     return Texts.join(QLatin1Char(' '));
 }

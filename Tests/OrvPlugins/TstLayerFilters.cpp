@@ -215,7 +215,8 @@ private Q_SLOTS:
         QVERIFY(!Bar.filterActive());
         for (const int Index : {-1, 1}) {
             Bar.setFilterType(Index);
-            QCOMPARE(m_Messages.takeLast(), QStringLiteral("[ !! ] Filter index %1 is out of range").arg(Index));
+            QCOMPARE(
+                m_Messages.takeLast(), QStringLiteral("[ !! ] Filter index %1 is out of range").arg(Index));
         }
         QCOMPARE(Panel.findChild<QComboBox*>()->currentText(), QStringLiteral("Type"));
         m_View->updateItemTreeFilteredStates(nullptr);
@@ -251,8 +252,10 @@ private Q_SLOTS:
         addLayer(m_Channel, QStringLiteral("Must"));
         addLayer(m_Channel, QStringLiteral("Mast"));
         QTRY_COMPARE(shownRows(), QStringLiteral("Must Rust Dust"));
-        OrvLayerStreamUtils::insertLayerAfter(Layers[2], m_Channel->layerList().first()->blendNode(), m_Channel);
-        OrvLayerStreamUtils::insertLayerAfter(Layers[3], m_Channel->layerList().first()->blendNode(), m_Channel);
+        OrvLayerStreamUtils::insertLayerAfter(
+            Layers[2], m_Channel->layerList().first()->blendNode(), m_Channel);
+        OrvLayerStreamUtils::insertLayerAfter(
+            Layers[3], m_Channel->layerList().first()->blendNode(), m_Channel);
         QTRY_COMPARE(shownRows(), QStringLiteral("Dust Must Rust"));
         Layers[3]->setName(QStringLiteral("Crust"));
         Layers[0]->setName(QStringLiteral("Rusty"));
@@ -264,6 +267,31 @@ private Q_SLOTS:
         QTRY_COMPARE(shownRows(), QStringLiteral("Crust Dust Must Rusty"));
         nameEdit()->clear();
         QCOMPARE(shownRows(), stackText(m_Channel));
+    }
+
+    void changedLayersAreAskedAgain()
+    {
+        const QList<OrvLayer*> Layers = addLayers(m_Channel, {"A", "B", "C"});
+        m_View->refresh();
+        choose(Attribute);
+        button("Show visible layers")->click();
+        QCOMPARE(shownRows(), QStringLiteral("A B C"));
+        Layers[1]->setVisible(false);
+        QTRY_COMPARE(shownRows(), QStringLiteral("A C"));
+        OrvUndoManager::instance().undo();
+        QTRY_COMPARE(shownRows(), QStringLiteral("A B C"));
+        button("Show locked layers")->click();
+        button("Show visible layers")->click();
+        Layers[2]->setLocked(true);
+        QTRY_COMPARE(shownRows(), QStringLiteral("C"));
+        button("Show locked layers")->click();
+        button("layers that have masks")->click();
+        Layers[0]->addMaskImageSet();
+        QTRY_COMPARE(shownRows(), QStringLiteral("A"));
+        choose(ColorTag);
+        m_View->findChild<OrvBasicColorSwatch*>()->setColorChecked(QColor(), true);
+        Layers[0]->setColor(OrvLayerUtils::validLayerColors().value(QStringLiteral("red")));
+        QTRY_COMPARE(shownRows(), QStringLiteral("B C"));
     }
 
     void rowsOutOfViewStayUnmade()
@@ -344,9 +372,11 @@ private Q_SLOTS:
         add(9000);
         const double OfTenThousand = bestOf3(keyStroke);
         const double Unfiltered = bestOf3(refresh);
-        qInfo("key stroke on 1000 rows: %.1f ms, on 10000 rows: %.1f ms; unchanged refresh, not filtered: %.1f ms",
+        qInfo("key stroke on 1000 rows: %.1f ms, on 10000 rows: %.1f ms; unchanged refresh, not filtered: "
+              "%.1f ms",
             OfThousand, OfTenThousand, Unfiltered);
-        // A busy machine takes a few times as long; work that grows with the square of the rows a hundred times.
+        // A busy machine takes a few times as long; work that grows with the square of the rows a hundred
+        // times.
         QVERIFY(OfTenThousand < 300);
     }
 
@@ -375,7 +405,8 @@ private:
     {
         QPushButton* pFound = nullptr;
         for (QPushButton* pButton : m_View->findChildren<QPushButton*>()) {
-            if (pButton->parentWidget() != comboBox()->parentWidget() || !pButton->toolTip().contains(ToolTip))
+            if (pButton->parentWidget() != comboBox()->parentWidget()
+                || !pButton->toolTip().contains(ToolTip))
                 continue;
             if (!pFound || pButton->toolTip() == QStringLiteral("Show ") + ToolTip)
                 pFound = pButton;

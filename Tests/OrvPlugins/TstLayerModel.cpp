@@ -148,7 +148,8 @@ private Q_SLOTS:
         const QList<OrvLayer*> Layers = addLayers(m_Channel, {"A", "B", "C"});
         OrvLayer* pGroup = group(m_Channel, {Layers[2]}, QStringLiteral("G"));
         m_View->refresh();
-        const auto isExpanded = [&] { return m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)); };
+        const auto isExpanded
+            = [&] { return m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)); };
         QVERIFY(isExpanded());
         QApplication::processEvents();
         const QWidget* pInside = m_View->rowWidget(m_View->model()->indexFromLayer(Layers[2]));
@@ -192,10 +193,11 @@ private Q_SLOTS:
         const QList<OrvLayer*> Layers = addLayers(m_Channel, {"A", "B", "C"});
         m_View->refresh();
         const OrvLayerViewModel* pModel = m_View->model();
-        const std::unique_ptr<QMimeData> pData(
-            pModel->mimeData({pModel->index(2, 0), pModel->index(0, 0), pModel->index(1, 0).siblingAtColumn(1)}));
-        const QByteArray Expected = (Layers[0]->blendNode()->uuidString() + QLatin1Char(':')
-            + Layers[2]->blendNode()->uuidString()).toLatin1();
+        const std::unique_ptr<QMimeData> pData(pModel->mimeData(
+            {pModel->index(2, 0), pModel->index(0, 0), pModel->index(1, 0).siblingAtColumn(1)}));
+        const QByteArray Expected
+            = (Layers[0]->blendNode()->uuidString() + QLatin1Char(':') + Layers[2]->blendNode()->uuidString())
+                  .toLatin1();
         QCOMPARE(pData->data(QStringLiteral("application/x-orvi-layer")), Expected);
         QCOMPARE(pData->data(QStringLiteral("application/x-orvi-layer-stack-node")),
             m_Channel->node()->uuidString().toLatin1());
@@ -251,7 +253,8 @@ private Q_SLOTS:
         QVERIFY(pModel->canDropMimeData(&Data, Qt::CopyAction, 1, 0, {}));
         QVERIFY(pModel->dropMimeData(&Data, Qt::CopyAction, 1, 0, {}));
         Drops.unregisterHandler(Handler);
-        QCOMPARE(Received.value("LayerStack").value<OrvLayerStack*>(), static_cast<OrvLayerStack*>(m_Channel));
+        QCOMPARE(
+            Received.value("LayerStack").value<OrvLayerStack*>(), static_cast<OrvLayerStack*>(m_Channel));
         QCOMPARE(Received.value("LayerBelow").value<OrvLayer*>(), Layers[1]);
         QVERIFY(!pModel->canDropMimeData(&Data, Qt::CopyAction, 1, 0, {}));
     }

@@ -279,7 +279,8 @@ private Q_SLOTS:
         m_View->refresh();
         clickRow(Layers[0]);
         clickRow(Layers[1], Qt::ControlModifier);
-        QTest::mouseClick(m_View->findChild<QPushButton*>(QStringLiteral("ColorPopupButton")), Qt::LeftButton);
+        QTest::mouseClick(
+            m_View->findChild<QPushButton*>(QStringLiteral("ColorPopupButton")), Qt::LeftButton);
         QWidget* pSwatch = QApplication::activePopupWidget();
         QVERIFY(pSwatch);
         QTest::mouseClick(pSwatch, Qt::LeftButton, Qt::NoModifier,
@@ -368,7 +369,8 @@ private Q_SLOTS:
                 ++ShownCount;
                 QCOMPARE(pRow->geometry(), Place);
                 QCOMPARE(Place.right() + 1, m_Tree->viewport()->width());
-                for (const QWidget* pPart : pRow->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+                for (const QWidget* pPart :
+                    pRow->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
                     QVERIFY(pPart->isHidden() || pRow->rect().contains(pPart->geometry()));
             }
             QVERIFY(ShownCount > 3);
@@ -399,14 +401,16 @@ private Q_SLOTS:
         {
             const OrvUndoManager::NoRecording NoRecording;
             for (int Row = 0; Row < 1000; ++Row)
-                m_Channel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer"), OrvColor());
+                m_Channel->createPaintableLayer(
+                    OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer"), OrvColor());
         }
         settle();
         const double Unchanged = bestOf(5, [this] { m_View->refresh(); });
         {
             const OrvUndoManager::NoRecording NoRecording;
             for (int Row = 1000; Row < 10000; ++Row)
-                m_Channel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer"), OrvColor());
+                m_Channel->createPaintableLayer(
+                    OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer"), OrvColor());
         }
         double Build = 1e9, Insertion = 1e9;
         for (int Run = 0; Run < 3; ++Run) {
@@ -422,9 +426,10 @@ private Q_SLOTS:
             Insertion = qMin(Insertion, bestOf(1, settle));
             idle();
         }
-        qInfo("1000 unchanged rows: %.2f ms; 10000 rows built: %.1f ms; one more row: %.2f ms", Unchanged, Build,
-            Insertion);
-        // A busy machine takes a few times as long; work that grows with the square of the rows takes a hundred times.
+        qInfo("1000 unchanged rows: %.2f ms; 10000 rows built: %.1f ms; one more row: %.2f ms", Unchanged,
+            Build, Insertion);
+        // A busy machine takes a few times as long; work that grows with the square of the rows takes a
+        // hundred times.
         QVERIFY(Unchanged < 5);
         QVERIFY(Build < 1000);
         QVERIFY(Insertion < 60);
@@ -441,8 +446,7 @@ private:
         QWidget* pTarget = m_Tree->viewport()->childAt(Position);
         if (!pTarget)
             pTarget = m_Tree->viewport();
-        QTest::mouseClick(
-            pTarget, Qt::LeftButton, Modifiers, pTarget->mapFrom(m_Tree->viewport(), Position));
+        QTest::mouseClick(pTarget, Qt::LeftButton, Modifiers, pTarget->mapFrom(m_Tree->viewport(), Position));
     }
     void clickCommand(const char* pText) const
     {

@@ -21,8 +21,8 @@
 #include <QtGui/QImage>
 #include <QtWidgets/QUndoStack>
 
-/// Documents for tests in a line or two, and pixels as users count them. Each test program makes one; settings and
-/// caches go to a directory of its own.
+/// Documents for tests in a line or two, and pixels as users count them. Each test program makes one;
+/// settings and caches go to a directory of its own.
 class OrvTestDocument {
 public:
     OrvTestDocument()

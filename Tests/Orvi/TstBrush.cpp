@@ -28,7 +28,10 @@ int encoded(double Linear)
     return int(std::lround(Value * 255.0));
 }
 
-bool isNear(int One, int Other) { return std::abs(One - Other) <= 1; }
+bool isNear(int One, int Other)
+{
+    return std::abs(One - Other) <= 1;
+}
 
 } // namespace
 
@@ -120,7 +123,8 @@ private Q_SLOTS:
         OrvLayerManager::instance().setCurrentComponent(m_pLayer->maskNode());
         m_pTool->setBrush(brush(40, 1.0, 1.0, QColor(64, 64, 64)));
         stroke({{100, 100}, {140, 100}});
-        QVERIFY(std::abs(OrvTestDocument::scalarAt(m_pLayer->maskImageSet(), {120, 100}) - 64.0f / 255.0f) < 0.003f);
+        QVERIFY(std::abs(OrvTestDocument::scalarAt(m_pLayer->maskImageSet(), {120, 100}) - 64.0f / 255.0f)
+            < 0.003f);
         QCOMPARE(OrvTestDocument::scalarAt(m_pLayer->maskImageSet(), {120, 20}), 1.0f);
         m_pTool->setBrush(brush(40, 1.0, 1.0, Qt::white, true));
         stroke({{100, 100}, {140, 100}});
@@ -141,7 +145,8 @@ private Q_SLOTS:
         // What changed far away meanwhile is not the stroke's to restore.
         const quint32 Green = 0xff00ff00;
         OrvImageBuffer Buffer = m_pLayer->paintImageSet()->buffer();
-        Buffer.write(QRect(290, 190, 1, 1), {GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb}, &Green);
+        Buffer.write(
+            QRect(290, 190, 1, 1), {GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb}, &Green);
         m_pLayer->paintImageSet()->pixelsWritten(QRect(290, 190, 1, 1));
         OrvUndoManager::instance().undo();
         QImage Expected = First;
@@ -200,7 +205,8 @@ private Q_SLOTS:
         else if (Case == QLatin1String("locked channel"))
             m_pChannel->setLocked(true);
         else if (Case == QLatin1String("adjustment layer"))
-            m_pChannel->createAdjustmentLayer(QStringLiteral("Filter/Adjust/Invert"), OrvTestDocument::LayerFlags)
+            m_pChannel
+                ->createAdjustmentLayer(QStringLiteral("Filter/Adjust/Invert"), OrvTestDocument::LayerFlags)
                 ->makeCurrent(false, true);
         else
             OrvProjectManager::instance().closeProject();

@@ -15,7 +15,8 @@ const QSize CanvasSize(400, 400);
 
 bool isNear(const QColor& One, const QColor& Other, int Tolerance = 2)
 {
-    return std::abs(One.red() - Other.red()) <= Tolerance && std::abs(One.green() - Other.green()) <= Tolerance
+    return std::abs(One.red() - Other.red()) <= Tolerance
+        && std::abs(One.green() - Other.green()) <= Tolerance
         && std::abs(One.blue() - Other.blue()) <= Tolerance;
 }
 
@@ -93,8 +94,14 @@ private Q_SLOTS:
         OrvLayer* pTop = m_Document.newPaintLayer(pChannel);
         OrvUndoManager& Undo = OrvUndoManager::instance();
         const std::vector<std::pair<const char*, std::function<void()>>> Edits{
-            {"first stroke", [&] { stroke({{100, 100}, {600, 400}}); }},
-            {"second stroke", [&] { stroke({{600, 100}, {100, 400}}); }},
+            {"first stroke",
+                [&] {
+                    stroke({{100, 100}, {600, 400}});
+                }},
+            {"second stroke",
+                [&] {
+                    stroke({{600, 100}, {100, 400}});
+                }},
             {"undo", [&] { Undo.undo(); }},
             {"redo", [&] { Undo.redo(); }},
             {"amount", [&] { pTop->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.4); }},
@@ -181,7 +188,8 @@ private Q_SLOTS:
 
         const QPointF Corner = m_pCanvas->toPicture(QPoint(0, 0));
         QTest::mousePress(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer);
-        QMouseEvent Move(QEvent::MouseMove, Pointer + QPoint(40, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
+        QMouseEvent Move(
+            QEvent::MouseMove, Pointer + QPoint(40, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
         QApplication::sendEvent(m_pCanvas.get(), &Move);
         QTest::mouseRelease(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer + QPoint(40, 20));
         const QPointF Moved = Corner - m_pCanvas->toPicture(QPoint(0, 0));
@@ -210,8 +218,8 @@ private Q_SLOTS:
         QVERIFY(isNear(shownAt(m_pCanvas.get(), {256, 246}), Qt::blue));
         // What is seen is picked, whichever layer it comes from, and nothing is painted.
         const int Steps = OrvTestDocument::historyLength();
-        QTest::mouseClick(m_pCanvas.get(), Qt::LeftButton, Qt::AltModifier,
-            m_pCanvas->toWidget(QPointF(20, 20)).toPoint());
+        QTest::mouseClick(
+            m_pCanvas.get(), Qt::LeftButton, Qt::AltModifier, m_pCanvas->toWidget(QPointF(20, 20)).toPoint());
         QCOMPARE(m_pTool->brush().color(), QColor(Qt::green));
         QCOMPARE(OrvTestDocument::historyLength(), Steps);
     }
@@ -220,8 +228,8 @@ private Q_SLOTS:
     {
         OrvShaderNetwork* pNetwork = m_Document.newProject();
         pNetwork->geoEntity()->setUdimTiles({1001, 1002, 1011});
-        OrvShaderInput* pChannel = OrvShaderInputUtils::create(
-            pNetwork, QStringLiteral("Tiles"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        OrvShaderInput* pChannel
+            = OrvShaderInputUtils::create(pNetwork, QStringLiteral("Tiles"), QSize(64, 64), GL_UNSIGNED_BYTE);
         OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
         OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
         const QRect Upper = pChannel->layout().tileRect(1011);

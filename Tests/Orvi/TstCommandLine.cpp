@@ -16,8 +16,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("Mode");
         QTest::addColumn<QString>("Project");
         QTest::addColumn<QStringList>("Images");
-        const auto row = [](const char* pName, const QStringList& Arguments, int Mode, const QString& Project = {},
-                             const QStringList& Images = {}) {
+        const auto row = [](const char* pName, const QStringList& Arguments, int Mode,
+                             const QString& Project = {}, const QStringList& Images = {}) {
             QTest::newRow(pName) << Arguments << Mode << Project << Images;
         };
         using Line = OrvCommandLine;
@@ -63,7 +63,8 @@ private Q_SLOTS:
         QCOMPARE(Written.size(), QSize(32, 16));
         QCOMPARE(Written.pixelColor(5, 5), QColor(Qt::red));
         // By the object's name as well.
-        QCOMPARE(runExport(QStringLiteral("Object/Color"), m_Document.filePath(QStringLiteral("b.tif")), Project),
+        QCOMPARE(
+            runExport(QStringLiteral("Object/Color"), m_Document.filePath(QStringLiteral("b.tif")), Project),
             int(OrvCommandLine::Success));
         QVERIFY(!OrvProjectManager::instance().currentProject());
     }
@@ -75,9 +76,11 @@ private Q_SLOTS:
         QCOMPARE(runExport(QStringLiteral("Colour"), File, Project), int(OrvCommandLine::Failure));
         QCOMPARE(runExport(QStringLiteral("Color"), File, m_Document.filePath(QStringLiteral("no.orvi"))),
             int(OrvCommandLine::Failure));
-        QCOMPARE(runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("never.bmpx")), Project),
+        QCOMPARE(
+            runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("never.bmpx")), Project),
             int(OrvCommandLine::Failure));
-        QCOMPARE(runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("no/dir/never.png")), Project),
+        QCOMPARE(runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("no/dir/never.png")),
+                     Project),
             int(OrvCommandLine::Failure));
         QVERIFY(!QFile::exists(File));
     }

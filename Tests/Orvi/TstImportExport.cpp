@@ -22,7 +22,8 @@ QImage pattern(const QSize& Size, QImage::Format Format = QImage::Format_RGBA888
     QImage Image(Size, Format);
     for (int Y = 0; Y < Size.height(); ++Y) {
         for (int X = 0; X < Size.width(); ++X)
-            Image.setPixelColor(X, Y, QColor(X * 5 % 256, Y * 7 % 256, (X + Y) * 3 % 256, 255 - (X * Y) % 97));
+            Image.setPixelColor(
+                X, Y, QColor(X * 5 % 256, Y * 7 % 256, (X + Y) * 3 % 256, 255 - (X * Y) % 97));
     }
     return Image;
 }
@@ -106,7 +107,8 @@ private Q_SLOTS:
             float Rgba[4] = {};
             baseOf(pBack)->paintImageSet()->buffer().read(
                 QRect(3, 3, 1, 1), {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear}, Rgba);
-            QVERIFY(std::abs(Rgba[0] - 4.0f) < 0.01f && std::abs(Rgba[1] - 0.25f) < 0.001f && Rgba[3] == 1.0f);
+            QVERIFY(
+                std::abs(Rgba[0] - 4.0f) < 0.01f && std::abs(Rgba[1] - 0.25f) < 0.001f && Rgba[3] == 1.0f);
         }
     }
 
@@ -172,7 +174,8 @@ private Q_SLOTS:
                 Checker.setPixelColor(X, Y, (X + Y) % 2 ? Qt::white : Qt::black);
         }
         OrvLayer* pGray = importLayer(pChannel, save(QStringLiteral("checker.png"), Checker));
-        QVERIFY(std::abs(OrvTestDocument::pixelsOf(pGray->paintImageSet()).pixelColor(31, 33).red() - 188) <= 2);
+        QVERIFY(
+            std::abs(OrvTestDocument::pixelsOf(pGray->paintImageSet()).pixelColor(31, 33).red() - 188) <= 2);
     }
 
     void badFilesAreNamedAndLeaveNothing_data()
@@ -221,7 +224,8 @@ private Q_SLOTS:
         Bad.write("bad");
         Bad.close();
         Commands.openImagesAsProject({save(QStringLiteral("first.png"), pattern(ImageSize)), Bad.fileName(),
-            m_Document.filePath(QStringLiteral("nowhere.png")), save(QStringLiteral("second.png"), pattern(ImageSize))});
+            m_Document.filePath(QStringLiteral("nowhere.png")),
+            save(QStringLiteral("second.png"), pattern(ImageSize))});
         m_pNetwork = OrvProjectManager::instance().currentProject()->currentGeoEntity()->shaderNetwork();
         QCOMPARE(channels().size(), 2);
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("first"));
@@ -263,12 +267,14 @@ private Q_SLOTS:
     {
         const QString Path = save(QStringLiteral("large.png"), pattern(QSize(300, 300)));
         const OrvUdimSet Set = OrvImageImport::imageSets({Path}).first();
-        QVERIFY(!OrvImageImport::importChannel(m_pNetwork, Set, [](int, int) { return false; }, m_Error));
+        QVERIFY(!OrvImageImport::importChannel(
+            m_pNetwork, Set, [](int, int) { return false; }, m_Error));
         QVERIFY(channels().isEmpty());
         QCOMPARE(OrvTestDocument::historyLength(), 0);
         OrvShaderInput* pChannel = import(Path);
         const QString Out = m_Document.filePath(QStringLiteral("cancelled.png"));
-        QVERIFY(!OrvChannelExport::writeChannel(pChannel, Out, [](int, int) { return false; }, m_Error));
+        QVERIFY(!OrvChannelExport::writeChannel(
+            pChannel, Out, [](int, int) { return false; }, m_Error));
         QVERIFY(!QFile::exists(Out));
     }
 
@@ -276,7 +282,8 @@ private Q_SLOTS:
     {
         OrvShaderInput* pChannel = import(save(QStringLiteral("steps.png"), pattern(QSize(300, 700))));
         int Last = -1, End = 0;
-        QVERIFY(OrvChannelExport::writeChannel(pChannel, m_Document.filePath(QStringLiteral("steps.tif")),
+        QVERIFY(OrvChannelExport::writeChannel(
+            pChannel, m_Document.filePath(QStringLiteral("steps.tif")),
             [&](int Done, int Total) {
                 const bool Grows = Done >= Last && Done <= Total;
                 Last = Done;
@@ -297,7 +304,8 @@ private:
     }
     OrvShaderInput* import(const QString& Path)
     {
-        return OrvImageImport::importChannel(m_pNetwork, OrvImageImport::imageSets({Path}).first(), {}, m_Error);
+        return OrvImageImport::importChannel(
+            m_pNetwork, OrvImageImport::imageSets({Path}).first(), {}, m_Error);
     }
     OrvLayer* importLayer(OrvLayerStack* pStack, const QString& Path)
     {

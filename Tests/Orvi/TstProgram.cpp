@@ -66,8 +66,9 @@ private Q_SLOTS:
             Titles.append(QString(pAction->text()).remove(QLatin1Char('&')));
         QVERIFY2(Titles.startsWith(QStringLiteral("File")), qPrintable(Titles.join(QLatin1Char(' '))));
         QCOMPARE(Titles.last(), QStringLiteral("Help"));
-        for (const char* pKey : {"/Orvi/File/Save Project", "/Orvi/Edit/Undo", "/Orvi/View/Fit", "/Orvi/Brush/Erase",
-                 "/Orvi/Channels/Images/All Channels", "/Orvi/Layers/Images/Current Layer"})
+        for (const char* pKey :
+            {"/Orvi/File/Save Project", "/Orvi/Edit/Undo", "/Orvi/View/Fit", "/Orvi/Brush/Erase",
+                "/Orvi/Channels/Images/All Channels", "/Orvi/Layers/Images/Current Layer"})
             QVERIFY2(OrvActionTreeManager::instance().hasAction(QString::fromLatin1(pKey)), pKey);
         // Without a project there is nothing to save.
         QVERIFY(!OrvActionTreeManager::instance().findAction("/Orvi/File/Save Project")->isEnabled());

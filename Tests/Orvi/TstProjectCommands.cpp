@@ -33,7 +33,8 @@ private Q_SLOTS:
         Commands.makeNew(QStringLiteral("Untitled"));
         OrvShaderInput* pChannel = m_Document.newChannel(QSize(16, 16));
         QVERIFY(Window.isWindowModified());
-        const QString First = save(QStringLiteral("first.orvi")), Second = save(QStringLiteral("second.orvi"));
+        const QString First = save(QStringLiteral("first.orvi")),
+                      Second = save(QStringLiteral("second.orvi"));
         QVERIFY(!Window.isWindowModified());
         QVERIFY(Window.windowTitle().startsWith(QStringLiteral("second")));
         pChannel->node()->setName(QStringLiteral("Other"));

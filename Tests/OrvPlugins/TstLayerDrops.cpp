@@ -1,0 +1,732 @@
+#include "LayersFixture.h"
+
+#include "Tests/Support/OrvTestProject.h"
+
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnPassNode.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimer>
+#include <QtTest/QtTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QUndoStack>
+
+#include <memory>
+
+using namespace LayersFixture;
+
+/// Drops on the Layers palette, of everything that can be dragged there, on a real document: what it comes
+/// to, what the user is told, and that one undo takes it back.
+class TstLayerDrops : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
+        connect(&m_BoxTimer, &QTimer::timeout, this, &TstLayerDrops::answerBox);
+        m_BoxTimer.start(0);
+    }
+    void cleanupTestCase() { OrvSetDebugSink({}); }
+
+    void init()
+    {
+        m_Project = std::make_unique<OrvTestProject>();
+        m_Channel = m_Project->channel();
+        for (const char* pName : {"E", "D", "C", "B", "F", "A"})
+            m_Project->paint(QString::fromLatin1(pName));
+        QString Error;
+        m_Project->group(QStringLiteral("H"), {layer("C")});
+        m_Project->group(QStringLiteral("G"), {layer("B"), layer("H")});
+        QCOMPARE(stackText(m_Channel), StartText);
+        m_View = std::make_unique<OrvLayerView>(nullptr, 0);
+        m_View->resize(400, 700);
+        m_View->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
+        show(m_Channel);
+        OrvUndoManager::instance().clear();
+        m_Messages.clear();
+        m_Boxes.clear();
+    }
+
+    void cleanup()
+    {
+        m_View.reset();
+        m_Project.reset();
+    }
+
+    void layersLandWhereTheyAreDropped_data()
+    {
+        QTest::addColumn<QString>("Dragged");
+        QTest::addColumn<QString>("Place");
+        QTest::addColumn<int>("Modifiers");
+        QTest::addColumn<QString>("Expected");
+        const auto row = [](const char* pDragged, const char* pPlace, int Modifiers, const char* pExpected) {
+            QTest::addRow("%s to %s, %x", pDragged, pPlace, Modifiers)
+                << pDragged << pPlace << Modifiers << pExpected;
+        };
+        const auto nothing = [row](const char* pDragged, const char* pPlace, int Modifiers) {
+            row(pDragged, pPlace, Modifiers, "A F G(B H(C)) D E");
+        };
+        row("A", "/3", Qt::NoModifier, "F G(B H(C)) A D E");
+        row("E", "/0", Qt::NoModifier, "E A F G(B H(C)) D");
+        row("E", "/0", Qt::ControlModifier, "E A F G(B H(C)) D");
+        row("A", "/5", Qt::NoModifier, "F G(B H(C)) D E A");
+        row("A", "area", Qt::NoModifier, "F G(B H(C)) D E A");
+        row("E", "G", Qt::NoModifier, "A F G(E B H(C)) D");
+        row("A", "G/1", Qt::NoModifier, "F G(B A H(C)) D E");
+        row("A", "G/2", Qt::NoModifier, "F G(B H(C) A) D E");
+        row("C", "/0", Qt::NoModifier, "C A F G(B H()) D E");
+        row("H", "area", Qt::NoModifier, "A F G(B) D E H(C)");
+        // However they were selected, several keep their order.
+        row("E A", "G", Qt::NoModifier, "F G(A E B H(C)) D");
+        row("B F", "/5", Qt::NoModifier, "A G(H(C)) D E F B");
+        row("D C A", "G/1", Qt::NoModifier, "F G(B A C D H()) E");
+        // What is inside a dragged group goes with it.
+        row("B G C", "/0", Qt::NoModifier, "G(B H(C)) A F D E");
+        row("A", "/5", Qt::AltModifier, "A F G(B H(C)) D E A Copy");
+        row("D A", "H", Qt::AltModifier | Qt::ControlModifier, "A F G(B H(A Copy D Copy C)) D E");
+        row("G", "G", Qt::AltModifier, "A F G(G Copy(B H(C)) B H(C)) D E");
+        row("A", "G", Qt::ShiftModifier, "A F G(A B H(C)) D E");
+        row("H", "/0", Qt::ShiftModifier | Qt::ControlModifier, "H(C) A F G(B H(C)) D E");
+        nothing("D", "/3", Qt::NoModifier);
+        nothing("D", "/4", Qt::NoModifier);
+        nothing("E D", "/5", Qt::NoModifier);
+        nothing("G", "H", Qt::NoModifier);
+        nothing("G", "G/1", Qt::NoModifier);
+    }
+    void layersLandWhereTheyAreDropped()
+    {
+        QFETCH(QString, Dragged);
+        QFETCH(QString, Place);
+        QFETCH(int, Modifiers);
+        QFETCH(QString, Expected);
+        const QByteArray Before = OrvTestProject::document();
+        const std::unique_ptr<QMimeData> pData = rows(Dragged.split(QLatin1Char(' ')));
+        const bool Dropped = drop(*pData, Place, Modifiers);
+        QCOMPARE(stackText(m_Channel), Expected);
+        QTRY_COMPARE(rowText(m_View.get()), Expected);
+        QVERIFY(m_Boxes.isEmpty());
+        if (Expected == StartText) {
+            QVERIFY(OrvTestProject::document() == Before);
+            QCOMPARE(undoCount(), 0);
+            return;
+        }
+        QVERIFY(Dropped);
+        QCOMPARE(undoCount(), 1);
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Drop Layers"));
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+        OrvTestProject::redo();
+        QCOMPARE(stackText(m_Channel), Expected);
+    }
+
+    void locksAreRespected()
+    {
+        layer("D")->setLocked(true);
+        layer("G")->setLocked(true);
+        OrvUndoManager::instance().clear();
+        // Into a locked group, out of it, a locked layer, a shared one.
+        QVERIFY(!drop(*rows({"A"}), "G"));
+        QVERIFY(!drop(*rows({"A"}), "H", Qt::AltModifier));
+        QVERIFY(!drop(*rows({"A"}), "G/1", Qt::ShiftModifier));
+        QVERIFY(!drop(*rows({"B"}), "/0"));
+        QVERIFY(!drop(*rows({"D"}), "/0"));
+        QCOMPARE(undoCount(), 0);
+        // Others do not wait for a locked one; it can be copied.
+        QVERIFY(drop(*rows({"A", "D"}), "/5"));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("F G(B H(C)) D E A"));
+        QVERIFY(drop(*rows({"D"}), "/0", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("D Copy F G(B H(C)) D E A"));
+        QVERIFY(!layer("D Copy")->isLocked());
+        QVERIFY(m_Boxes.isEmpty());
+    }
+
+    void sharingIsRefusedWhereItCannotBe()
+    {
+        QVERIFY(!drop(*rows({"G"}), "H", Qt::ShiftModifier));
+        QCOMPARE(takeBox(), cyclicMessage("G"));
+        // An adjustment is what lies below it.
+        m_Channel->createAdjustmentLayer(anyKey("Filter/"), 0, nullptr, QStringLiteral("Blur"));
+        m_View->refresh();
+        QVERIFY(!drop(*rows({"Blur"}), "/3", Qt::ShiftModifier));
+        QCOMPARE(takeBox(), cyclicMessage("Blur"));
+        // One that shares already says nothing.
+        QVERIFY(drop(*rows({"A"}), "G", Qt::ShiftModifier));
+        QVERIFY(layer("A")->isPaintComponentShared());
+        const QByteArray Before = OrvTestProject::document();
+        const int CountBefore = undoCount();
+        QVERIFY(!drop(*rows({"A", "D"}), "area", Qt::ShiftModifier));
+        QVERIFY(m_Boxes.isEmpty());
+        QVERIFY(OrvTestProject::document() == Before);
+        QCOMPARE(undoCount(), CountBefore);
+    }
+
+    void layersOfOtherObjectsCanOnlyBeCopied()
+    {
+        OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        OrvShaderNetwork* pOther = pProject->addGeoEntity(QStringLiteral("Other"))->shaderNetwork();
+        OrvShaderInput* pOtherChannel
+            = OrvShaderInputUtils::create(pOther, QStringLiteral("Diffuse"), QSize(32, 32), GL_FLOAT);
+        OrvLayer* pForeign
+            = m_Project->paint(QStringLiteral("Foreign"), OrvColor(1, 0.5f, 0, 1), pOtherChannel);
+        OrvUndoManager::instance().clear();
+        const QByteArray Before = OrvTestProject::document();
+        const std::unique_ptr<QMimeData> pData = nodes({pForeign->blendNode()});
+        OrvLayerDragPayload::writeStack(*pData, pOtherChannel);
+
+        QVERIFY(!drop(*pData, "/0"));
+        QCOMPARE(takeBox(),
+            QStringLiteral(
+                "Layer Operation Failed: Could not move layer 'Foreign'. Moving layers between objects "
+                "isn't allowed."));
+        QVERIFY(!drop(*pData, "/0", Qt::ShiftModifier));
+        QCOMPARE(takeBox(),
+            QStringLiteral(
+                "Layer Operation Failed: Could not add a shared layer for 'Foreign'. Sharing layers "
+                "between objects isn't allowed."));
+        QVERIFY(m_Messages.contains(QStringLiteral(
+            "[ !! ] Layer Opertion Failed 'Could not add a shared layer for 'Foreign'. Sharing layers "
+            "between objects isn't allowed.'")));
+        QCOMPARE(undoCount(), 0);
+        QVERIFY(drop(*pData, "/0", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("Foreign A F G(B H(C)) D E"));
+        QVERIFY(OrvTestProject::same(m_Project->pixel(), OrvColor(1, 0.5f, 0, 1)));
+        QCOMPARE(pOtherChannel->layerList(), QList<OrvLayer*>{pForeign});
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+    }
+
+    void channelsAreShared()
+    {
+        OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
+        m_Project->paint(QStringLiteral("Red"), OrvColor(1, 0, 0, 1), pGloss);
+        const std::unique_ptr<QMimeData> pData = nodes({pGloss->node()});
+        for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier)}) {
+            QVERIFY(!drop(*pData, "/0", Modifiers));
+            QCOMPARE(takeBox(),
+                QStringLiteral(
+                    "Layer Operation Failed: Could not add non-Shared Channel Layer for Channel 'Gloss'"));
+        }
+        OrvUndoManager::instance().clear();
+        const QByteArray Before = OrvTestProject::document();
+        QVERIFY(drop(*pData, "/0", Qt::ShiftModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("Gloss A F G(B H(C)) D E"));
+        QCOMPARE(m_Channel->layerList().first()->sharedShaderInput(), pGloss);
+        QVERIFY(OrvTestProject::same(m_Project->pixel(), OrvColor(1, 0, 0, 1)));
+
+        // Round in a circle, directly and through the other channel.
+        const QString Cyclic
+            = QStringLiteral("Layer Operation Failed: Could not add a Shared Channel Layer for Channel "
+                             "'Diffuse'. Sharing 'Diffuse' at this location would make a cyclic "
+                             "reference.");
+        const std::unique_ptr<QMimeData> pOwn = nodes({m_Channel->node()});
+        QVERIFY(!drop(*pOwn, "G", Qt::ShiftModifier));
+        QCOMPARE(takeBox(), Cyclic);
+        show(pGloss);
+        QVERIFY(!drop(*pOwn, "/1", Qt::ShiftModifier));
+        QCOMPARE(takeBox(), Cyclic);
+        QCOMPARE(undoCount(), 1);
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+    }
+
+    void shadingStaysInMaterialStacks()
+    {
+        OrvShaderInput* pMaterial = OrvTestProject::addChannel(QStringLiteral("Plastic"));
+        pMaterial->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        QVERIFY(pMaterial->isMaterialStack());
+        OrvSnBaseNode* pShader
+            = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::ShaderTag}));
+        pShader->setName(QStringLiteral("Coat"));
+        const std::unique_ptr<QMimeData> pShaderData = nodes({pShader});
+
+        QVERIFY(!drop(*pShaderData, "/0"));
+        QCOMPARE(takeBox(),
+            QStringLiteral(
+                "Layer Operation Failed: Could not add a Shader Layer for 'Coat'. Can only add 'Coat' within "
+                "Material stacks."));
+        QVERIFY(!drop(*nodes({pMaterial->node()}), "/0", Qt::ShiftModifier));
+        QCOMPARE(takeBox(),
+            QStringLiteral(
+                "Layer Operation Failed: Could not add a Channel Layer for 'Plastic'. Can only add 'Plastic' "
+                "within Material stacks."));
+
+        show(pMaterial);
+        OrvUndoManager::instance().clear();
+        QVERIFY(drop(*pShaderData, "area"));
+        QCOMPARE(stackText(pMaterial), QStringLiteral("Coat"));
+        QVERIFY(pMaterial->layerList().first()->isShaderLayer());
+        QCOMPARE(undoCount(), 1);
+        pShader->connectInput(OrvSnNames::Input, pMaterial->node());
+        const std::unique_ptr<QMimeData> pShaderLayer = rows({"Coat"});
+        // Paint does not go in, neither moved nor copied.
+        const std::unique_ptr<QMimeData> pPaint = nodes({layer("A")->blendNode()});
+        for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier)})
+            QVERIFY(!drop(*pPaint, "/0", Modifiers));
+        QVERIFY(m_Boxes.isEmpty());
+        show(m_Channel);
+        for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier), int(Qt::ShiftModifier)}) {
+            QVERIFY(!drop(*pShaderLayer, "G", Modifiers));
+            QCOMPARE(takeBox(),
+                QStringLiteral(
+                    "Layer Operation Failed: Could not add a Shader layer for 'Coat'. Can only add 'Coat' "
+                    "within Material stacks."));
+        }
+    }
+
+    void shaderFedByTheStackIsRefused()
+    {
+        OrvShaderInput* pMaterial = OrvTestProject::addChannel(QStringLiteral("Plastic"));
+        pMaterial->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        OrvSnBaseNode* pShader
+            = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::ShaderTag}));
+        pShader->setName(QStringLiteral("Coat"));
+        pShader->connectInput(OrvSnNames::Input, pMaterial->node());
+        show(pMaterial);
+        QVERIFY(!drop(*nodes({pShader}), "area"));
+        QCOMPARE(takeBox(), QStringLiteral("Layer Operation Failed: Could not process Shader 'Coat'"));
+    }
+
+    void masksBecomeLayers()
+    {
+        OrvLayer* pMasked = layer("A");
+        pMasked->addMaskImageSet(OrvLayer::FilledMask, OrvColor(0.5f, 0.5f, 0.5f, 1));
+        OrvSnBaseNode* pMask = pMasked->maskNode();
+        pMask->setName(QStringLiteral("Holes"));
+        OrvUndoManager::instance().clear();
+        const QByteArray Before = OrvTestProject::document();
+        const std::unique_ptr<QMimeData> pData = nodes({pMask});
+        const auto top = [this] { return m_Channel->layerList().first(); };
+
+        QVERIFY(drop(*pData, "/0"));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("Holes A F G(B H(C)) D E"));
+        QCOMPARE(top()->contentNode(), pMask);
+        QVERIFY(!pMasked->hasMask());
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+
+        QVERIFY(drop(*pData, "/0", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("Holes A F G(B H(C)) D E"));
+        QVERIFY(top()->contentNode() != pMask && pMasked->maskNode() == pMask);
+        QVERIFY(
+            OrvTestProject::same(OrvTestProject::pixel(top()->contentNode()), OrvTestProject::pixel(pMask)));
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+
+        QVERIFY(drop(*pData, "/0", Qt::ShiftModifier));
+        QCOMPARE(top()->contentNode(), pMask);
+        QVERIFY(pMasked->hasMaskStack() && top()->isShared());
+        QCOMPARE(undoCount(), 1);
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+
+        // Only a mask can be one; a locked layer keeps its own, and no layer gives its paint away.
+        pMasked->setLocked(true);
+        QVERIFY(!drop(*pData, "/1"));
+        QVERIFY(!drop(*pData, "/1", Qt::ShiftModifier));
+        QCOMPARE(takeBox(), QStringLiteral("Layer Operation Failed: Failed to create a mask stack"));
+        QVERIFY(!drop(*nodes({layer("D")->contentNode()}), "/0"));
+        QVERIFY(!drop(*nodes({layer("D")->contentNode()}), "/0", Qt::ShiftModifier));
+        QCOMPARE(takeBox(),
+            QStringLiteral(
+                "Layer Operation Failed: The given component imageset does not belong to a layer"));
+    }
+
+    void stacksWithoutABottomTakeNothing()
+    {
+        OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
+        pGloss->node()->disconnectInput(OrvSnNames::Input);
+        show(pGloss);
+        OrvUndoManager::instance().clear();
+        QVERIFY(!drop(*nodes({layer("A")->blendNode()}), "area"));
+        QCOMPARE(m_Messages.last(),
+            QStringLiteral(
+                "The layer's new network has no Bottom Transparency node. The layer node was not properly "
+                "connected"));
+        QCOMPARE(undoCount(), 0);
+        show(nullptr);
+        QVERIFY(!drop(*nodes({layer("A")->blendNode()}), "area"));
+        QCOMPARE(stackText(m_Channel), StartText);
+    }
+
+    void anythingAnywhereIsUndone()
+    {
+        OrvLayer* pMasked = layer("A");
+        pMasked->addMaskImageSet();
+        pMasked->convertMaskToMaskStack();
+        layer("D")->addMaskImageSet();
+        layer("E")->addLayerAdjustmentLayerFromKey(anyKey("Filter/"));
+        layer("F")->setLocked(true);
+        OrvLayer* pBlur
+            = m_Channel->createAdjustmentLayer(anyKey("Filter/"), 0, nullptr, QStringLiteral("Blur"));
+        OrvLayer* pNoise
+            = m_Channel->createProceduralLayer(anyKey("Procedural/"), 0, nullptr, QStringLiteral("Noise"));
+        OrvLayer* pShared = m_Channel->shareLayer(layer("H"), OrvLayerCreateFlags());
+        QVERIFY(pBlur && pNoise && pShared);
+        OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
+        OrvShaderInput* pMaterial = OrvTestProject::addChannel(QStringLiteral("Plastic"));
+        pMaterial->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        OrvSnBaseNode* pShader
+            = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::ShaderTag}));
+
+        const OrvSnBaseNode* pGone = network()->addNode(std::make_unique<OrvSnPassNode>());
+        const QString GoneUuid = pGone->uuidString();
+        network()->removeNode(const_cast<OrvSnBaseNode*>(pGone));
+        OrvUndoManager::instance().clear();
+
+        std::vector<std::unique_ptr<QMimeData>> Contents;
+        const QVector<QVector<OrvSnBaseNode*>> NodeLists{{pMasked->blendNode()}, {layer("G")->blendNode()},
+            {layer("C")->blendNode()}, {layer("F")->blendNode()}, {pBlur->blendNode()}, {pNoise->blendNode()},
+            {pShared->blendNode()}, {layer("E")->adjustmentStack()->layerList().first()->blendNode()},
+            {pMasked->maskStack()->layerList().first()->blendNode()},
+            {layer("E")->blendNode(), layer("B")->blendNode(), layer("G")->blendNode()},
+            {layer("D")->maskNode()}, {layer("D")->contentNode()}, {m_Channel->node()}, {pGloss->node()},
+            {pMaterial->node()}, {pShader}, {m_Channel->bottomNode()},
+            {pGloss->node(), layer("D")->maskNode(), layer("A")->blendNode()}, {}};
+        for (const QVector<OrvSnBaseNode*>& Nodes : NodeLists)
+            Contents.push_back(nodes(Nodes));
+        Contents.push_back(std::make_unique<QMimeData>());
+        OrvLayerDragPayload::write(*Contents.back(), {GoneUuid, pMasked->blendNode()->uuidString()});
+        Contents.push_back(std::make_unique<QMimeData>());
+        Contents.back()->setData(OrvLayerDragPayload::mimeType(), "::\xff\xfe:nonsense:");
+        Contents.push_back(std::make_unique<QMimeData>());
+        Contents.back()->setText(QStringLiteral("A"));
+
+        const QByteArray Before = OrvTestProject::document();
+        int DropCount = 0, ChangeCount = 0;
+        for (OrvLayerStack* pStack : QList<OrvLayerStack*>{
+                 m_Channel, pMasked->maskStack(), layer("E")->adjustmentStack(), pGloss, pMaterial}) {
+            show(pStack);
+            for (const auto& [Row, Parent] : allPlaces()) {
+                for (std::size_t Content = 0; Content < Contents.size(); ++Content) {
+                    for (const int Modifiers :
+                        {int(Qt::NoModifier), int(Qt::ShiftModifier), int(Qt::AltModifier)}) {
+                        const int CountBefore = undoCount();
+                        hold(Modifiers);
+                        const bool Dropped = m_View->model()->dropMimeData(
+                            Contents[Content].get(), Qt::CopyAction, Row, 0, Parent);
+                        hold(Qt::NoModifier);
+                        ++DropCount;
+                        const QString Case
+                            = QStringLiteral("content %1 at %2 in '%3' of '%4', modifiers %5")
+                                  .arg(Content)
+                                  .arg(Row)
+                                  .arg(Parent.isValid() ? m_View->layerFromIndex(Parent)->name() : "")
+                                  .arg(pStack->name())
+                                  .arg(Modifiers);
+                        QVERIFY2(!OrvUndoManager::instance().isInMacro(), qPrintable(Case));
+                        const int Steps = undoCount() - CountBefore;
+                        QVERIFY2(Steps <= (Dropped ? 1 : 0), qPrintable(Case));
+                        if (Steps == 1) {
+                            const QByteArray After = OrvTestProject::document();
+                            QVERIFY2(After != Before, qPrintable(Case));
+                            OrvTestProject::undo();
+                            OrvTestProject::redo();
+                            QVERIFY2(OrvTestProject::document() == After, qPrintable(Case));
+                            OrvTestProject::undo();
+                            OrvUndoManager::instance().clear();
+                            ++ChangeCount;
+                        }
+                        QVERIFY2(OrvTestProject::document() == Before, qPrintable(Case));
+                    }
+                }
+            }
+        }
+        qInfo("%d drops, %d of them changed the document", DropCount, ChangeCount);
+        QVERIFY(ChangeCount > 200);
+    }
+
+    void dragTellsWhetherItWouldBeDropped()
+    {
+        OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
+        settle();
+        const std::unique_ptr<QMimeData> pGroup = rows({"G"});
+        QVERIFY(dragOver(*pGroup, above("A")));
+        QVERIFY(m_View->treeView()->showDropIndicator());
+        QVERIFY(!dragOver(*pGroup, above("C")));
+        QVERIFY(!m_View->treeView()->showDropIndicator());
+        QVERIFY(!dragOver(*pGroup, onto("H")));
+        QVERIFY(dragOver(*pGroup, above("C"), Qt::AltModifier));
+        QVERIFY(dragOver(*pGroup, above("E")));
+        // The reason is to be read while the drag is there.
+        const std::unique_ptr<QMimeData> pChannel = nodes({pGloss->node()});
+        QVERIFY(!dragOver(*pChannel, above("E")));
+        QCOMPARE(OrvStatusManager::instance().text(),
+            QStringLiteral("Could not add non-Shared Channel Layer for Channel 'Gloss'"));
+        QVERIFY(dragOver(*pChannel, above("E"), Qt::ShiftModifier));
+        QCOMPARE(OrvStatusManager::instance().text(), QString());
+        QVERIFY(!dragOver(*pChannel, above("E")));
+        QDragLeaveEvent Leave;
+        QApplication::sendEvent(m_View->treeView()->viewport(), &Leave);
+        QCOMPARE(OrvStatusManager::instance().text(), QString());
+        QVERIFY(!dragOver(*nodes({}), above("E")));
+
+        QVERIFY(dropAt(*rows({"E"}), onto("G")));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(E B H(C)) D"));
+        QCOMPARE(rowText(m_View.get()), StartText);
+        m_View->refresh();
+        settle();
+        QVERIFY(dropAt(*rows({"A"}), above("H")));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("F G(E B A H(C)) D"));
+        QVERIFY(m_Boxes.isEmpty());
+    }
+
+    void foldedGroupOpensUnderADrag()
+    {
+        OrvLayerTreeView* pTree = m_View->treeView();
+        const auto isOpen = [&] { return pTree->isExpanded(m_View->model()->indexFromLayer(layer("G"))); };
+        pTree->collapse(m_View->model()->indexFromLayer(layer("G")));
+        settle();
+        const std::unique_ptr<QMimeData> pData = rows({"E"});
+        dragOver(*pData, onto("G"));
+        QTest::qWait(200);
+        QVERIFY(!isOpen());
+        QDragLeaveEvent Leave;
+        QApplication::sendEvent(pTree->viewport(), &Leave);
+        QTest::qWait(800);
+        QVERIFY(!isOpen());
+        dragOver(*pData, onto("G"));
+        dragOver(*pData, onto("G"));
+        QTRY_VERIFY_WITH_TIMEOUT(isOpen(), 2000);
+        // It stays open under a drag that goes on resting there.
+        dragOver(*pData, onto("G"));
+        QTest::qWait(900);
+        QVERIFY(isOpen());
+        QCOMPARE(undoCount(), 0);
+    }
+
+    void layersDroppedOnAMaskGoIntoIt()
+    {
+        OrvLayer* pMasked = layer("A");
+        pMasked->addMaskImageSet(OrvLayer::FilledMask, OrvColor::white());
+        pMasked->maskNode()->setName(QStringLiteral("Holes"));
+        OrvUndoManager::instance().clear();
+        const QByteArray Before = OrvTestProject::document();
+        m_View->refresh();
+        settle();
+        OrvLayerComponentPushButton* pButton = maskButton(pMasked);
+        QVERIFY(pButton);
+        const std::unique_ptr<QMimeData> pLayers = rows({"E", "D"});
+        const auto sendTo = [](QWidget* pWidget, const QMimeData& Data, Qt::KeyboardModifiers Modifiers) {
+            const QPoint Place = pWidget->rect().center();
+            QDragEnterEvent Enter(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
+            QApplication::sendEvent(pWidget, &Enter);
+            if (!Enter.isAccepted())
+                return false;
+            QDragMoveEvent Move(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
+            QApplication::sendEvent(pWidget, &Move);
+            if (!Move.isAccepted())
+                return false;
+            QDropEvent Drop(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
+            QApplication::sendEvent(pWidget, &Drop);
+            return true;
+        };
+        QVERIFY(sendTo(pButton, *pLayers, Qt::NoModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(B H(C))"));
+        QVERIFY(pMasked->hasMaskStack());
+        QVERIFY(stackText(pMasked->maskStack()).startsWith(QStringLiteral("D E ")));
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Drop Layers"));
+        OrvTestProject::undo();
+        QVERIFY(OrvTestProject::document() == Before);
+
+        m_View->refresh();
+        settle();
+        pButton = maskButton(pMasked);
+        QVERIFY(sendTo(pButton, *pLayers, Qt::ShiftModifier));
+        QCOMPARE(stackText(m_Channel), StartText);
+        QVERIFY(layer("D")->isPaintComponentShared());
+        OrvTestProject::undo();
+
+        // Onto itself, the layer into its own mask, other data.
+        m_View->refresh();
+        settle();
+        pButton = maskButton(pMasked);
+        QVERIFY(!sendTo(pButton, *nodes({pMasked->maskNode()}), Qt::NoModifier));
+        QVERIFY(!sendTo(pButton, *rows({"A"}), Qt::NoModifier));
+        QMimeData Text;
+        Text.setText(QStringLiteral("A"));
+        QVERIFY(!sendTo(pButton, Text, Qt::NoModifier));
+        QVERIFY(OrvTestProject::document() == Before);
+        // Other components are a part of their row.
+        QVERIFY(sendTo(rowOf("F")->findChild<OrvLayerComponentPushButton*>(), *rows({"E"}), Qt::NoModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A F E G(B H(C)) D"));
+        QVERIFY(m_Boxes.isEmpty());
+    }
+
+private:
+    using Place = QPair<int, QPersistentModelIndex>;
+    const QString StartText = QStringLiteral("A F G(B H(C)) D E");
+    static constexpr Qt::DropActions AllActions{Qt::CopyAction | Qt::MoveAction | Qt::LinkAction};
+
+    OrvLayer* layer(const char* pName) const { return m_Project->layer(QString::fromLatin1(pName)); }
+    void show(OrvLayerStack* pStack)
+    {
+        m_View->setLayerStack(pStack);
+        m_View->refresh();
+    }
+    void settle() const
+    {
+        for (int Round = 0; Round < 3; ++Round)
+            QCoreApplication::processEvents();
+        m_View->treeView()->repaint();
+    }
+    static int undoCount() { return OrvUndoManager::instance().stack()->index(); }
+    static QString anyKey(const char* pPrefix)
+    {
+        for (const QString& Key : OrvShaderNetworkManager::instance().layerPathKeys()) {
+            if (Key.startsWith(QLatin1String(pPrefix)))
+                return Key;
+        }
+        return {};
+    }
+    static QString cyclicMessage(const char* pName)
+    {
+        return QStringLiteral(
+            "Layer Operation Failed: Could not add a shared layer for '%1'. Sharing '%1' at this "
+            "location would make a cyclic reference.")
+            .arg(QLatin1String(pName));
+    }
+
+    /// What a drag of rows of the stack shown carries.
+    std::unique_ptr<QMimeData> rows(const QStringList& Names) const
+    {
+        QModelIndexList Indexes;
+        for (const QString& Name : Names)
+            Indexes.append(
+                m_View->model()->indexFromLayer(OrvTestProject::layer(Name, m_View->layerStack())));
+        return std::unique_ptr<QMimeData>(m_View->model()->mimeData(Indexes));
+    }
+    static std::unique_ptr<QMimeData> nodes(const QVector<OrvSnBaseNode*>& Nodes)
+    {
+        QStringList Uuids;
+        for (const OrvSnBaseNode* pNode : Nodes)
+            Uuids.append(pNode->uuidString());
+        auto pData = std::make_unique<QMimeData>();
+        OrvLayerDragPayload::write(*pData, Uuids);
+        return pData;
+    }
+
+    /// "/2": the gap above row 2, "G/2": that inside a group, "G": onto its row, "area": below all rows.
+    Place placeOf(const QString& Text) const
+    {
+        const QStringList Parts = Text.split(QLatin1Char('/'));
+        const QModelIndex Parent = m_View->model()->indexFromLayer(m_Project->layer(Parts.first()));
+        return {Parts.size() > 1 ? Parts.last().toInt() : -1, Parent};
+    }
+    QVector<Place> allPlaces(const QModelIndex& Parent = QModelIndex()) const
+    {
+        QVector<Place> Places{{-1, Parent}};
+        // A layer that holds none has no gaps.
+        if (Parent.isValid() && !m_View->model()->hasChildren(Parent))
+            return Places;
+        for (int Row = 0; Row <= m_View->model()->rowCount(Parent); ++Row) {
+            Places.append({Row, Parent});
+            const QModelIndex Index = m_View->model()->index(Row, 0, Parent);
+            if (Index.isValid())
+                Places += allPlaces(Index);
+        }
+        return Places;
+    }
+    /// Keys stay down until others, or none, are held.
+    void hold(int Modifiers) const
+    {
+        const Qt::Key Key = Modifiers & Qt::AltModifier ? Qt::Key_Alt
+            : Modifiers & Qt::ShiftModifier             ? Qt::Key_Shift
+                                                        : Qt::Key_Control;
+        if (Modifiers)
+            QTest::keyPress(m_View->treeView(), Key, Qt::KeyboardModifiers(Modifiers));
+        else
+            QTest::keyRelease(m_View->treeView(), Key);
+    }
+    bool drop(const QMimeData& Data, const QString& Text, int Modifiers = Qt::NoModifier)
+    {
+        m_View->refresh();
+        const Place To = placeOf(Text);
+        hold(Modifiers);
+        const bool Dropped = m_View->model()->dropMimeData(&Data, Qt::CopyAction, To.first, 0, To.second);
+        hold(Qt::NoModifier);
+        m_View->refresh();
+        return Dropped;
+    }
+    bool drop(const QMimeData& Data, const char* pText, int Modifiers = Qt::NoModifier)
+    {
+        return drop(Data, QString::fromLatin1(pText), Modifiers);
+    }
+
+    QRect rowPlace(const char* pName) const
+    {
+        return m_View->treeView()->visualRect(m_View->model()->indexFromLayer(layer(pName)));
+    }
+    QPoint above(const char* pName) const { return rowPlace(pName).topLeft() + QPoint(40, 1); }
+    QPoint onto(const char* pName) const { return rowPlace(pName).center(); }
+    bool dragOver(
+        const QMimeData& Data, const QPoint& At, Qt::KeyboardModifiers Modifiers = Qt::NoModifier) const
+    {
+        QWidget* pViewport = m_View->treeView()->viewport();
+        QDragEnterEvent Enter(At, AllActions, &Data, Qt::LeftButton, Modifiers);
+        QApplication::sendEvent(pViewport, &Enter);
+        QDragMoveEvent Move(At, AllActions, &Data, Qt::LeftButton, Modifiers);
+        QApplication::sendEvent(pViewport, &Move);
+        const Qt::DropAction Expected = OrvLayerDragPayload::actionFromModifiers(Modifiers);
+        return Move.isAccepted() && Move.dropAction() == Expected;
+    }
+    bool dropAt(const QMimeData& Data, const QPoint& At) const
+    {
+        if (!dragOver(Data, At))
+            return false;
+        QDropEvent Drop(At, AllActions, &Data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_View->treeView()->viewport(), &Drop);
+        // Told of a move, the source would take its rows away.
+        return Drop.isAccepted() && Drop.dropAction() != Qt::MoveAction;
+    }
+
+    OrvLayerViewItemRowWidget* rowOf(const char* pName) const
+    {
+        return m_View->rowWidget(m_View->model()->indexFromLayer(layer(pName)));
+    }
+    OrvLayerComponentPushButton* maskButton(const OrvLayer* pLayer) const
+    {
+        const auto* pRow = m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
+        for (auto* pButton : pRow->findChildren<OrvLayerComponentPushButton*>()) {
+            if (pButton->componentNode() == pLayer->maskNode())
+                return pButton;
+        }
+        return nullptr;
+    }
+
+    void answerBox()
+    {
+        if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            m_Boxes.append(pBox->windowTitle() + QStringLiteral(": ") + pBox->text());
+            pBox->close();
+        }
+    }
+    /// The one message that was shown.
+    QString takeBox()
+    {
+        const QString Text = m_Boxes.join(QStringLiteral("; "));
+        m_Boxes.clear();
+        return Text;
+    }
+
+    QTemporaryDir m_Directory;
+    QTimer m_BoxTimer;
+    QStringList m_Boxes, m_Messages;
+    std::unique_ptr<OrvTestProject> m_Project;
+    std::unique_ptr<OrvLayerView> m_View;
+    OrvShaderInput* m_Channel = nullptr;
+};
+
+QTEST_MAIN(TstLayerDrops)
+#include "TstLayerDrops.moc"

@@ -1,0 +1,133 @@
+#include "LayersFixture.h"
+
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QUndoStack>
+
+#include <memory>
+
+using namespace LayersFixture;
+
+/// The dialog behind "Layer Properties", opened from a row.
+class TstLayerPropertyDialog : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+    }
+
+    void init()
+    {
+        OrvProjectManager::instance().newProject(QStringLiteral("Test"));
+        m_Channel = addChannel(QStringLiteral("Diffuse"));
+        m_View = std::make_unique<OrvLayerView>(nullptr, 0);
+        m_View->setLayerStack(m_Channel);
+        m_View->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
+    }
+
+    void cleanup()
+    {
+        m_View.reset();
+        OrvProjectManager::instance().closeProject();
+    }
+
+    void eachImageSetHasATab()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Rust"));
+        QCOMPARE(tabs(*open(pLayer)), QStringList({"Paint"}));
+        pLayer->addMaskImageSet();
+        QCOMPARE(tabs(*open(pLayer)), QStringList({"Paint", "Mask"}));
+        pLayer->convertMaskToMaskStack();
+        QCOMPARE(tabs(*open(pLayer)), QStringList({"Paint"}));
+        QCOMPARE(tabs(*open(group(m_Channel, {pLayer}, QStringLiteral("Group")))), QStringList());
+    }
+
+    void editsGoToTheDocument()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Rust"));
+        OrvUndoManager::instance().clear();
+        OrvLayerPropertyDialog* pDialog = open(pLayer);
+        QLineEdit* pName = nameEdit(*pDialog, QStringLiteral("Rust"));
+        QVERIFY(pName && pName->isEnabled());
+        pName->selectAll();
+        QTest::keyClicks(pName, QStringLiteral("Dust"));
+        QTest::keyClick(pName, Qt::Key_Return);
+        QCOMPARE(pLayer->name(), QStringLiteral("Dust"));
+        QCOMPARE(OrvUndoManager::instance().stack()->index(), 1);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(pName->text(), QStringLiteral("Rust"));
+
+        pLayer->setLocked(true);
+        QVERIFY(!nameEdit(*open(pLayer), QStringLiteral("Rust"))->isEnabled());
+    }
+
+    void dialogGoesWithTheUserOrWithItsLayer()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Rust"));
+        for (const bool LayerGoes : {false, true}) {
+            const QPointer<OrvLayerPropertyDialog> pDialog = open(pLayer);
+            // The row may go first.
+            m_View->clearAndRefresh();
+            QVERIFY(pDialog && pDialog->isVisible());
+            if (LayerGoes)
+                m_Channel->deleteLayers({pLayer});
+            else
+                pDialog->findChild<QPushButton*>()->click();
+            QTRY_VERIFY(!pDialog);
+        }
+    }
+
+private:
+    /// As the user does, in the row's menu.
+    OrvLayerPropertyDialog* open(const OrvLayer* pLayer)
+    {
+        qDeleteAll(m_View->findChildren<OrvLayerPropertyDialog*>());
+        m_View->refresh();
+        QWidget* pRow = m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
+        QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(5, 5), pRow->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(pRow, &Event);
+        auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        for (QAction* pAction : pMenu ? pMenu->actions() : QList<QAction*>()) {
+            if (pAction->text() == QStringLiteral("Layer Properties"))
+                pAction->trigger();
+        }
+        if (pMenu)
+            pMenu->close();
+        return m_View->findChild<OrvLayerPropertyDialog*>();
+    }
+    static QStringList tabs(const OrvLayerPropertyDialog& Dialog)
+    {
+        const auto* pTabs = Dialog.findChild<QTabWidget*>();
+        QStringList Titles;
+        for (int Index = 0; Index < pTabs->count(); ++Index)
+            Titles.append(pTabs->tabText(Index));
+        return Titles;
+    }
+    static QLineEdit* nameEdit(const OrvLayerPropertyDialog& Dialog, const QString& Name)
+    {
+        for (QLineEdit* pEdit : Dialog.findChildren<QLineEdit*>()) {
+            if (pEdit->text() == Name)
+                return pEdit;
+        }
+        return nullptr;
+    }
+
+    QTemporaryDir m_Directory;
+    std::unique_ptr<OrvLayerView> m_View;
+    OrvShaderInput* m_Channel = nullptr;
+};
+
+QTEST_MAIN(TstLayerPropertyDialog)
+#include "TstLayerPropertyDialog.moc"
