@@ -93,8 +93,10 @@ OrvCommandLine OrvCommandLine::parse(const QStringList& Arguments)
     } else if (Option == QLatin1String("--tour")) {
         Line.RequestedMode = Tour;
         Line.Directory = Files.value(0);
-        if (Files.size() != 1)
+        if (Files.isEmpty())
             Line.fail(tr("--tour takes the directory for its pictures"));
+        else
+            Line.takeFiles(Files.mid(1));
     } else {
         Line.fail(tr("'%1' is no option of this program").arg(Option));
     }
@@ -111,7 +113,8 @@ QString OrvCommandLine::helpText()
               "  orvi --export CHANNEL FILE PROJECT   write a channel to FILE (png, tif, exr), without\n"
               "                                       a window; \"<UDIM>\" in FILE stands for the tile\n"
               "  orvi --sample                        open the sample project\n"
-              "  orvi --tour DIRECTORY                write pictures of the program at work\n"
+              "  orvi --tour DIRECTORY [FILE...]      write pictures of the program at work, on the\n"
+              "                                       sample project or on what is named\n"
               "  orvi --version | --help\n"
               "\n"
               "Exit codes: 0 done, 1 failed, 2 wrong arguments.\n");

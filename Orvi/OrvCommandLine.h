@@ -28,6 +28,7 @@ public:
 
     QString Project; ///< folder of the project to open or to export from; empty: none
     QStringList Images; ///< files that become the channels of a new project
+    bool namesFiles() const { return !Project.isEmpty() || !Images.isEmpty(); }
     QString Channel, File; ///< Export: what is written, and where
     QString Directory; ///< Tour
 

@@ -47,9 +47,10 @@ void click(QWidget* pWidget, const QPointF& Point)
 
 } // namespace
 
-OrvTour::OrvTour(OrvCanvas* pCanvas, const QString& Directory)
+OrvTour::OrvTour(OrvCanvas* pCanvas, const QString& Directory, Subject Shown)
     : m_pCanvas(pCanvas)
     , m_Directory(Directory)
+    , m_Subject(Shown)
 {
 }
 
@@ -226,6 +227,19 @@ void OrvTour::visitChannels()
     }
 }
 
+void OrvTour::visitSampleProject()
+{
+    picture(QStringLiteral("empty"));
+    OrvSampleProject::build();
+    m_pCanvas->fit();
+    picture(QStringLiteral("window"));
+    visitPalettes();
+    visitPropertyEditors();
+    visitMaskStack();
+    visitQuickFind();
+    visitBrush();
+}
+
 int OrvTour::run()
 {
     QTextStream Log(stderr);
@@ -236,15 +250,10 @@ int OrvTour::run()
     OrvMainWindow& Window = OrvMainWindow::instance();
     Window.resize(WindowSize);
     Window.resetLayout();
-    picture(QStringLiteral("empty"));
-    OrvSampleProject::build();
-    m_pCanvas->fit();
-    picture(QStringLiteral("window"));
-    visitPalettes();
-    visitPropertyEditors();
-    visitMaskStack();
-    visitQuickFind();
-    visitBrush();
+    if (m_Subject == SampleProject)
+        visitSampleProject();
+    else
+        picture(QStringLiteral("window"));
     visitChannels();
     if (m_Failures.isEmpty())
         return OrvCommandLine::Success;

@@ -11,7 +11,10 @@ class QWidget;
 /// before it looks.
 class OrvTour {
 public:
-    OrvTour(OrvCanvas* pCanvas, const QString& Directory);
+    /// What the tour shows: the sample project, which it makes for itself, or what is open.
+    enum Subject { SampleProject, OpenProject };
+
+    OrvTour(OrvCanvas* pCanvas, const QString& Directory, Subject Shown);
 
     /// The program's exit code.
     int run();
@@ -22,6 +25,7 @@ private:
     void showPalette(const QString& Name);
     /// Clicks the layer's row.
     bool select(const QString& LayerName);
+    void visitSampleProject();
     void visitPalettes();
     void visitPropertyEditors();
     void visitMaskStack();
@@ -31,6 +35,7 @@ private:
 
     OrvCanvas* m_pCanvas;
     QString m_Directory;
+    Subject m_Subject;
     QStringList m_Failures;
     int m_Pictures = 0;
 };

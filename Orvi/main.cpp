@@ -39,7 +39,10 @@ int runWithWindow(int ArgumentCount, char** ppArguments, const OrvCommandLine& L
         OrvApplication::appInstance().setPopupsAllowed(false);
     OrvProgram Program;
     Program.start(Line);
-    return Tour ? OrvTour(Program.canvas(), Line.Directory).run() : Application.exec();
+    if (!Tour)
+        return Application.exec();
+    const OrvTour::Subject Shown = Line.namesFiles() ? OrvTour::OpenProject : OrvTour::SampleProject;
+    return OrvTour(Program.canvas(), Line.Directory, Shown).run();
 }
 
 } // namespace

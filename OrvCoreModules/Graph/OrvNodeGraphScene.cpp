@@ -275,7 +275,7 @@ QRectF OrvNodeGraphScene::nodesRect(const QVector<OrvSnBaseNode*>& Nodes) const
     QRectF Rect;
     for (const OrvSnBaseNode* pNode : Nodes) {
         if (const OrvNodeItem* pItem = item(pNode))
-            Rect |= pItem->sceneBoundingRect();
+            Rect |= pItem->body().translated(pItem->pos());
     }
     return Rect;
 }

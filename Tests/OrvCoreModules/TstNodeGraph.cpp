@@ -521,6 +521,9 @@ private Q_SLOTS:
         scene()->synchronize();
         QVERIFY(itemOf(paintNode())->x() < itemOf(merge())->x());
         QVERIFY(!merge()->position().isNull());
+        const int Length = OrvUndoManager::instance().stack()->count();
+        QTest::keyClick(view(), Qt::Key_L);
+        QCOMPARE(OrvUndoManager::instance().stack()->count(), Length); // tidy already
         m_pProject->undo();
         QCOMPARE(m_pProject->document(), Document);
 

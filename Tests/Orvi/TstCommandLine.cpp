@@ -35,6 +35,8 @@ private Q_SLOTS:
         row("sample", {"--sample"}, Line::Sample);
         row("sample with file", {"--sample", "x.png"}, Line::Invalid);
         row("tour", {"--tour", "pictures"}, Line::Tour);
+        row("tour of images", {"--tour", "pictures", "a.png", "b.png"}, Line::Tour, {}, {"a.png", "b.png"});
+        row("tour of two projects", {"--tour", "pictures", "a.orvi", "b.orvi"}, Line::Invalid, "a.orvi");
         row("tour to nowhere", {"--tour"}, Line::Invalid);
         row("help beats all", {"--tour", "--nonsense", "-h"}, Line::Help);
         row("version", {"--version"}, Line::Version);
