@@ -2,11 +2,11 @@
 // written by hand over the same pixels in plain memory, in the same run. Prints the times and, at the end,
 // the ratios.
 
+#include "Benchmarks/RatioReporter.h"
+
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Image/OrvColor.h"
-
-#include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <cstdio>
@@ -320,45 +320,6 @@ void quarterScale(benchmark::State& State, Storage Stored)
     }
 }
 
-/// Prints as usual and remembers what the table at the end compares.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& Runs) override
-    {
-        ConsoleReporter::ReportRuns(Runs);
-        for (const Run& One : Runs) {
-            const std::string Name = One.run_name.function_name;
-            if (One.aggregate_name == "median")
-                m_Milliseconds[Name] = One.GetAdjustedRealTime();
-        }
-    }
-
-    void printRatios() const
-    {
-        std::printf("\n%-32s %10s %10s %8s\n", "median ms", "engine", "by hand", "ratio");
-        for (const auto& One : m_Milliseconds) {
-            const auto Floor = m_Milliseconds.find("by hand: " + One.first);
-            if (Floor != m_Milliseconds.end())
-                std::printf("%-32s %10.2f %10.2f %8.2f\n", One.first.c_str(), One.second, Floor->second,
-                    One.second / Floor->second);
-        }
-    }
-
-private:
-    std::map<std::string, double> m_Milliseconds;
-};
-
-template <class Function>
-void measure(const std::string& Name, const Function& Measured, double Seconds)
-{
-    benchmark::RegisterBenchmark(Name.c_str(), Measured)
-        ->UseRealTime()
-        ->Unit(benchmark::kMillisecond)
-        ->MinTime(Seconds)
-        ->Repetitions(5)
-        ->ReportAggregatesOnly();
-}
-
 } // namespace
 
 int main(int ArgumentCount, char** pArguments)
@@ -371,14 +332,14 @@ int main(int ArgumentCount, char** pArguments)
             {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
             const QRect Rect = Region.first;
             const double Seconds = Rect == Canvas ? 0.3 : 0.1;
-            measure(
-                "by hand: " + (Region.second + Name),
+            RatioReporter::measure(
+                "floor: " + (Region.second + Name),
                 [Stored, Rect](benchmark::State& State) { byHand(State, Stored, Rect); }, Seconds);
-            measure(
+            RatioReporter::measure(
                 Region.second + Name,
                 [Stored, Rect](benchmark::State& State) { atOnce(State, Stored, Rect); }, Seconds);
         }
-        measure(
+        RatioReporter::measure(
             "quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); },
             0.1);
     }
