@@ -15,17 +15,14 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStackedLayout>
 
+using OrvLayerViewUtils::report;
+
 namespace {
 
 enum Page { PassThroughPage, BlendPage };
 constexpr int PassThroughButtonSize = 24;
 constexpr int AdvancedButtonSize = 16;
 constexpr int RowHeight = PassThroughButtonSize + 2; // whatever is shown
-
-void report(int Line, const char* Message)
-{
-    OrvLayerViewUtils::report(Line, QLatin1String(Message));
-}
 
 QHBoxLayout* createTightRow(QWidget* pWidget)
 {
@@ -136,13 +133,29 @@ void OrvLayerBlendRow::refresh()
     setAdvancedIcon(
         m_BlendNode && m_BlendNode->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toBool());
 
-    const bool Group = m_Layer && m_LayerStack && OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerStack);
+    const bool Group = showsGroup();
     m_PassThroughButton->setVisible(Group);
     m_PassThroughButton->setChecked(false);
     m_PassThroughButton->setEnabled(Modifiable);
     m_Pages->widget(PassThroughPage)->setEnabled(Modifiable);
     m_Pages->setCurrentIndex(
         Group && OrvLayerStreamUtils::isLayerGroupPassThrough(m_BlendNode) ? PassThroughPage : BlendPage);
+}
+
+bool OrvLayerBlendRow::showsGroup() const
+{
+    if (!m_Layer)
+        report(__LINE__, "Layer is NULL");
+    else if (!m_BlendNode)
+        report(__LINE__, "BlendNode is NULL");
+    else
+        return m_LayerStack && OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerStack);
+    return false;
+}
+
+bool OrvLayerBlendRow::shows(const OrvLayer* pLayer, const OrvLayerStack* pLayerStack) const
+{
+    return m_Layer == pLayer && m_LayerStack == pLayerStack;
 }
 
 OrvLayer* OrvLayerBlendRow::layer() const
@@ -216,7 +229,7 @@ void OrvLayerBlendRow::setAmountEnabled(bool Enabled)
 void OrvLayerBlendRow::followAttribute(const OrvCustomAttribute& Attribute)
 {
     if (Attribute.name() == OrvMergeAttributes::AdvancedEnabled)
-        setAdvancedIcon(Attribute.value().toInt() != 0);
+        setAdvancedIcon(Attribute.value().toBool());
     else if (Attribute.name() == OrvMergeAttributes::AmountEnabled)
         setAmountEnabled(Attribute.value().toBool());
     else if (Attribute.name() == OrvMergeAttributes::PassThrough)

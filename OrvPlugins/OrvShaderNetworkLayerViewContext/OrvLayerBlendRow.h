@@ -31,6 +31,7 @@ public:
 
     /// The layer shown; null without one.
     OrvLayer* layer() const;
+    bool shows(const OrvLayer* pLayer, const OrvLayerStack* pLayerStack) const;
     void showAdvancedOptions();
     void setAdvancedIcon(bool Enabled);
     /// False greys the amount out; true does so, too, where the layer's amount may not be changed.
@@ -42,6 +43,7 @@ private:
     QWidget* createPassThroughPage();
     QWidget* createBlendPage();
     void takeControlets();
+    bool showsGroup() const;
     QWidget* addControlet(int Position, const QString& AttributeName);
 
     OrvLayerView* m_LayerView;

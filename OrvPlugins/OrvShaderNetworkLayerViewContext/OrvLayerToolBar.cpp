@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr int IconEdge = 20;
-constexpr int ColorTagButtonSize = 24;
+constexpr int IconEdge = 16;
+constexpr int ColorTagButtonSize = 22;
 
 } // namespace
 

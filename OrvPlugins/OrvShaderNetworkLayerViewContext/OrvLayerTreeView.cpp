@@ -226,7 +226,7 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
     QSet<OrvSnBaseNode*> ClickedNodes;
     if (!Selected.isEmpty()) {
         const OrvLayer* pCurrentLayer = OrvLayerManager::instance().currentLayer(pNetwork);
-        QModelIndex NotCurrentYet;
+        bool AsksForCurrent = false;
         for (const QModelIndex& Index : Selected.indexes()) {
             OrvLayer* pLayer = m_LayerView->layerFromIndex(Index);
             if (!pLayer)
@@ -234,13 +234,13 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
             pLayer->setSelected(true, true);
             if (m_PlainClick)
                 ClickedNodes.insert(pLayer->blendNode());
-            if (pCurrentLayer && pLayer != pCurrentLayer)
-                NotCurrentYet = Index;
+            if (pCurrentLayer && pLayer != pCurrentLayer && Index == currentIndex())
+                AsksForCurrent = true;
         }
         // The tree's current row can stay while the host's current layer went elsewhere: the row asks for it
         // back.
-        if (NotCurrentYet.isValid() && NotCurrentYet == currentIndex())
-            Q_EMIT currentIndexChanged(NotCurrentYet, NotCurrentYet);
+        if (AsksForCurrent)
+            Q_EMIT currentIndexChanged(currentIndex(), currentIndex());
     }
     if (m_PlainClick)
         pNetwork->selectNone(ClickedNodes);

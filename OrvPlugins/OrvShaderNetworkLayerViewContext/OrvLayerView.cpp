@@ -46,19 +46,16 @@
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
+using OrvLayerViewUtils::report;
+
 namespace {
 
 const QString SettingsGroup = QStringLiteral("LayerView");
 const QString SplitterKey = QStringLiteral("SplitterSize");
 constexpr int RefreshInterval = 125; // ms
 constexpr int ParentCloseDelay = 20; // ms
-constexpr double FirstLayersShare = 0.6; // of the height, until the user moves the splitter
+constexpr int LayersTenths = 4, PropertiesTenths = 6; // of the height, until the user moves the splitter
 const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
-
-void report(int Line, const char* Message)
-{
-    OrvLayerViewUtils::report(Line, QLatin1String(Message));
-}
 
 QVBoxLayout* createTightLayout(QWidget* pWidget, int Spacing)
 {
@@ -144,12 +141,24 @@ QWidget* OrvLayerView::createLayersPane()
 void OrvLayerView::connectParts()
 {
     connect(m_FilterBar, SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
-    m_View->connectSelectionRelay();
-    connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
+    connectTreeRelays();
     connect(m_View, SIGNAL(expanded(QModelIndex)), this, SLOT(onExpanded(QModelIndex)));
     connect(m_View, SIGNAL(collapsed(QModelIndex)), this, SLOT(onCollapsed(QModelIndex)));
     connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+}
+
+void OrvLayerView::connectTreeRelays()
+{
+    m_View->connectSelectionRelay();
+    connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)), Qt::UniqueConnection);
+}
+
+void OrvLayerView::disconnectTreeRelays()
+{
+    m_View->disconnectSelectionRelay();
+    disconnect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
 }
 
 void OrvLayerView::connectHost()
@@ -170,6 +179,7 @@ void OrvLayerView::connectHost()
         SLOT(layerShadersCountChanged()));
 
     OrvLayerManager* pLayers = &OrvLayerManager::instance();
+    connect(pLayers, SIGNAL(currentLayerChanged(OrvLayer*)), this, SLOT(changeCurrentIndex(OrvLayer*)));
     connect(pLayers, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
     connect(pLayers, SIGNAL(batchLayerStatesRefreshed()), this, SLOT(requestRefresh()));
 
@@ -204,11 +214,16 @@ void OrvLayerView::registerShortcuts()
 
 void OrvLayerView::restoreSplitter()
 {
-    const int Height = m_Splitter->height();
-    m_Splitter->setSizes({Height / 10 * 4, Height / 10 * 6});
+    shareOutHeight();
     OrvSettings Settings;
     Settings.beginGroup(SettingsGroup);
     m_SplitterIsSet = m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+void OrvLayerView::shareOutHeight()
+{
+    const int Height = m_Splitter->height();
+    m_Splitter->setSizes({Height * LayersTenths / 10, Height * PropertiesTenths / 10});
 }
 
 void OrvLayerView::showEvent(QShowEvent* pEvent)
@@ -217,8 +232,7 @@ void OrvLayerView::showEvent(QShowEvent* pEvent)
     // Only now is there a height to share out.
     if (m_SplitterIsSet)
         return;
-    const int LayersHeight = int(m_Splitter->height() * FirstLayersShare);
-    m_Splitter->setSizes({LayersHeight, m_Splitter->height() - LayersHeight});
+    shareOutHeight();
     m_SplitterIsSet = true;
 }
 
@@ -289,6 +303,8 @@ void OrvLayerView::requestRefresh()
 
 void OrvLayerView::clearAndRefresh()
 {
+    // Rows that go must not take their layers' selection along.
+    disconnectTreeRelays();
     m_Model->removeRows(0, m_Model->rowCount());
     refresh();
 }
@@ -303,9 +319,7 @@ void OrvLayerView::refresh()
     const OrvStatusManager::AutoProgress Progress(tr("Refreshing Layer View"), 100, 0, 1);
     m_RefreshTimer->stop();
     m_StackChanges->forget();
-    disconnect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
-    m_View->disconnectSelectionRelay();
+    disconnectTreeRelays();
 
     OrvLayerStack* pLayerStack = stackToShow();
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
@@ -319,10 +333,7 @@ void OrvLayerView::refresh()
         clearProperties();
     }
     m_View->setEmptyText(emptyText());
-
-    connect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
-    m_View->connectSelectionRelay();
+    connectTreeRelays();
 }
 
 OrvLayerStack* OrvLayerView::stackToShow() const
@@ -348,7 +359,7 @@ void OrvLayerView::showStack(OrvLayerStack* pLayerStack)
         OrvLayer* pLayer = pParent->currentLayer();
         if (!pLayer)
             continue;
-        OrvLayerViewUtils::report(__LINE__,
+        report(__LINE__,
             QString::asprintf("[ -- ] About to refresh view for layer %p, '%s'", static_cast<void*>(pLayer),
                 pLayer->name().toLocal8Bit().constData()));
         changeCurrentIndex(pLayer);
@@ -394,7 +405,7 @@ void OrvLayerView::onNodeChanged(OrvSnBaseNode* Node)
 {
     if (Node)
         m_StackChanges->noteChange(Node);
-    else
+    else if (m_LayerStack)
         requestRefresh();
 }
 
@@ -407,6 +418,9 @@ bool OrvLayerView::isRefreshPending() const
 
 void OrvLayerView::changeCurrentIndex(OrvLayer* Layer)
 {
+    // A layer in a shared group has several rows; the one where the user is will do.
+    if (currentRowLayer() == Layer)
+        return;
     const QModelIndex Index = m_Model->indexFromLayer(Layer);
     if (Index.isValid())
         m_View->selectionModel()->setCurrentIndex(Index, QItemSelectionModel::Rows);
@@ -463,7 +477,7 @@ void OrvLayerView::refreshProperties()
 {
     OrvLayer* pLayer = currentRowLayer();
     // Editors that are in use outlive a refresh: the user may be dragging one of their sliders.
-    if (!pLayer || m_BlendRow->layer() != pLayer) {
+    if (!pLayer || !m_BlendRow->shows(pLayer, m_LayerStack)) {
         redrawProperties();
         return;
     }

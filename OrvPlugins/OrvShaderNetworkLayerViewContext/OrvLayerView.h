@@ -94,7 +94,7 @@ public Q_SLOTS:
     void addLayerMask() { m_Commands->addLayerMask(); }
     void addMaskStack() { m_Commands->addMaskStack(); }
     void addGraphLayer() { m_Commands->addGraphLayer(); }
-    void groupLayers() { m_Commands->groupLayers(m_Commands->creationFlags()); }
+    void groupLayers() { m_Commands->groupLayers(); }
     void groupLayers(OrvLayerCreateFlags Flags) { m_Commands->groupLayers(Flags); }
     void removeLayers() { m_Commands->removeLayers(); }
     void setSelectedColors(const QColor& Color) { m_Commands->setSelectedColors(Color); }
@@ -134,9 +134,13 @@ protected:
 private:
     QWidget* createLayersPane();
     void connectParts();
+    /// What the user selects reaches the host; what a rebuild of the rows selects must not.
+    void connectTreeRelays();
+    void disconnectTreeRelays();
     void connectHost();
     void registerShortcuts();
     void restoreSplitter();
+    void shareOutHeight();
 
     OrvLayerStack* stackToShow() const;
     void showStack(OrvLayerStack* pLayerStack);

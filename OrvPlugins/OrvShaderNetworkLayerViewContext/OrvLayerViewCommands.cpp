@@ -29,6 +29,8 @@
 #include <QtWidgets/QAction>
 #include <QtWidgets/QMessageBox>
 
+using OrvLayerViewUtils::report;
+
 namespace {
 
 constexpr int NewLayerFlags
@@ -39,11 +41,6 @@ constexpr int StatusDuration = 6000; // ms
 const QString SettingsGroup = QStringLiteral("LayerView");
 const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
 const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
-
-void report(int Line, const char* Message)
-{
-    OrvLayerViewUtils::report(Line, QLatin1String(Message));
-}
 
 bool startsWithAny(const QString& Path, const QStringList& Prefixes)
 {
@@ -212,6 +209,12 @@ void OrvLayerViewCommands::createChannel(ChannelKind Kind)
         Macro.cancel();
 }
 
+void OrvLayerViewCommands::groupLayers()
+{
+    if (layerStack(__LINE__))
+        groupLayers(creationFlags());
+}
+
 void OrvLayerViewCommands::groupLayers(OrvLayerCreateFlags Flags)
 {
     OrvLayerStack* pLayerStack = layerStack(__LINE__);
@@ -283,6 +286,8 @@ void OrvLayerViewCommands::setSelectedColors(const QColor& Color)
 
 void OrvLayerViewCommands::pickTagColors()
 {
+    if (!layerStack(__LINE__))
+        return;
     OrvBasicColorSwatch* pSwatch = OrvTagColorSwatch::create(m_LayerView, Qt::Popup);
     pSwatch->setAttribute(Qt::WA_DeleteOnClose);
     pSwatch->setCheckable(false);
@@ -308,12 +313,16 @@ void OrvLayerViewCommands::quickFind()
     const QStringList Procedurals = OrvLayerUtils::getProceduralLayerGroups();
     const QStringList Adjustments = OrvLayerUtils::getAdjustmentLayerGroups();
 
-    const QPointer<OrvLayerView> pLayerView = m_LayerView;
-    OrvNodeQuickFindDialog Dialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments,
-        LastUsed, Settings.value(FavouritesKey).toStringList(), m_LayerView);
-    Dialog.exec();
-    Settings.setValue(FavouritesKey, Dialog.favourites());
-    const QString Path = Dialog.chosenPath();
+    // The view can go while the dialog is open, and takes it along.
+    const QPointer<OrvNodeQuickFindDialog> pDialog
+        = new OrvNodeQuickFindDialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments,
+            LastUsed, Settings.value(FavouritesKey).toStringList(), m_LayerView);
+    pDialog->exec();
+    if (!pDialog)
+        return;
+    pDialog->deleteLater();
+    Settings.setValue(FavouritesKey, pDialog->favourites());
+    const QString Path = pDialog->chosenPath();
     if (Path.isEmpty())
         return;
     LastUsed.removeAll(Path);
@@ -322,8 +331,6 @@ void OrvLayerViewCommands::quickFind()
         LastUsed.removeLast();
     Settings.setValue(LastUsedKey, LastUsed);
 
-    if (!pLayerView)
-        return;
     if (startsWithAny(Path, Procedurals))
         addProceduralLayer(Path);
     else if (startsWithAny(Path, Adjustments))

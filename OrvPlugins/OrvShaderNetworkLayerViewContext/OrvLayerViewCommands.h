@@ -32,6 +32,7 @@ public:
     void addStackAdjustment(const QString& Key);
     void addShaderLayer();
     void createChannel(ChannelKind Kind);
+    void groupLayers();
     void groupLayers(OrvLayerCreateFlags Flags);
     void duplicateLayers();
     void mergeLayers();
@@ -45,13 +46,12 @@ public:
     /// Lets the user find a node type by typing, and adds a layer of it.
     void quickFind();
 
-    /// Flags for a new layer: inside the current row's group where that is unfolded.
-    OrvLayerCreateFlags creationFlags() const;
-
 private:
     /// Null is reported.
     OrvLayerStack* layerStack(int Line) const;
     OrvLayer* currentLayer(int Line) const;
+    OrvLayerCreateFlags creationFlags() const;
+    /// Inside the current row's group where that is unfolded.
     OrvLayerCreateFlags withGroup(int Flags) const;
     void tellRefused(bool Refused) const;
     void warn(const QString& Title, const QString& Error) const;

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int IconSize = 24;
 constexpr int Spacing = 2;
+constexpr int SmallestComboBoxWidth = 70;
 
 void report(int Line, const QString& Message)
 {
@@ -41,6 +42,8 @@ OrvLayerViewFilterBar::OrvLayerViewFilterBar(QObject* pParent, QBoxLayout* pLayo
             .pixmap(IconSize));
     m_Switch->setChecked(true);
     m_Switch->setToolTip(tr("Filter the layers"));
+    // In a narrow palette its text is cut before the palette is widened for the controls.
+    m_ComboBox->setMinimumWidth(SmallestComboBoxWidth);
     m_ComboBox->setToolTip(tr("What layers are filtered by"));
 
     pLayout->addLayout(m_Box);

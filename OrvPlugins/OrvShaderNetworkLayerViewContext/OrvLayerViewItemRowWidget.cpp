@@ -182,7 +182,7 @@ void OrvLayerViewItemRowWidget::setName(QString Name)
 
 void OrvLayerViewItemRowWidget::updateEditLabelText()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     const QString Name = m_Layer->name();
     m_pContents->pNameLabel->setText(Name);
@@ -224,15 +224,14 @@ bool OrvLayerViewItemRowWidget::isExpanded() const
         return false;
     }
     const OrvSnMergeNode* pNode = m_Layer->blendNode();
-    return !pNode || !pNode->exists(ExpandLayerGroupKey)
-        || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
+    return !pNode->exists(ExpandLayerGroupKey) || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
 }
 
 void OrvLayerViewItemRowWidget::setExpanded(bool Expanded)
 {
-    OrvSnMergeNode* pNode = m_Layer ? m_Layer->blendNode() : nullptr;
-    if (!pNode || !showsGroup() || isExpanded() == Expanded)
+    if (!checkLayer(__LINE__) || !showsGroup() || isExpanded() == Expanded)
         return;
+    OrvSnMergeNode* pNode = m_Layer->blendNode();
     if (pNode->exists(ExpandLayerGroupKey)) {
         pNode->setUserAttributeValue(ExpandLayerGroupKey, Expanded);
         return;
@@ -269,7 +268,7 @@ void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
 
 void OrvLayerViewItemRowWidget::updateVisibilityIcon()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool Visible = m_Layer->isVisible();
     m_pContents->pVisibilityButton->setIcon(OrvLayerRowIcons::visibility(Visible));
@@ -285,7 +284,7 @@ void OrvLayerViewItemRowWidget::onNodeEnabledChanged(OrvSnBaseNode* pNode)
 
 void OrvLayerViewItemRowWidget::updateColorTagWidget()
 {
-    if (!m_Layer)
+    if (!checkLayer(__LINE__))
         return;
     if (!m_pContents) {
         report(__LINE__, QStringLiteral("Color Tag Is NULL"));
@@ -303,7 +302,7 @@ void OrvLayerViewItemRowWidget::updateColorTagWidget()
 
 void OrvLayerViewItemRowWidget::updatePaintButton()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     m_pContents->pPaintButton->setComponentIcon(
         OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
@@ -323,6 +322,7 @@ void OrvLayerViewItemRowWidget::updateMaterialButton()
 
 void OrvLayerViewItemRowWidget::updateComponentButtons()
 {
+    // The manager's signal reaches rows whose layers are gone.
     if (!m_pContents || !m_Layer)
         return;
     const OrvSnBaseNode* pCurrent = OrvLayerManager::instance().currentComponent();
@@ -332,7 +332,7 @@ void OrvLayerViewItemRowWidget::updateComponentButtons()
 
 void OrvLayerViewItemRowWidget::updateMaskIcon()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool IsStack = m_Layer->hasMaskStack();
     const bool Enabled = m_Layer->isMaskEnabled();
@@ -357,7 +357,7 @@ void OrvLayerViewItemRowWidget::updateMaskIcon()
 
 void OrvLayerViewItemRowWidget::updateAdjustmentIcon()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool Enabled = m_Layer->isAdjustmentStackEnabled();
     OrvLayerStackPopupButton* pButton = m_pContents->pAdjustmentStackButton;
@@ -379,7 +379,7 @@ void OrvLayerViewItemRowWidget::updateSharingMarkers()
 
 void OrvLayerViewItemRowWidget::updateCostWidget()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     setSheet(m_pContents->pCost, OrvLayerRowCost::styleSheet(m_Layer));
     m_pContents->pCost->setToolTip(m_Layer->costDescription());
@@ -413,7 +413,7 @@ void OrvLayerViewItemRowWidget::onLockedChanged(bool Locked)
 
 void OrvLayerViewItemRowWidget::updateLock()
 {
-    if (!m_pContents || !m_Layer)
+    if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool Locked = OrvLayerRowLock::isShownLocked(m_Layer);
     m_pContents->pLockAction->setCheckedState(Locked);

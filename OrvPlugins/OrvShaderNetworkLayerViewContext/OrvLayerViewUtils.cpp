@@ -89,3 +89,8 @@ void OrvLayerViewUtils::report(int Line, const QString& Message)
 {
     OrvDebug("OrvLayerView", Line, Message, false, false);
 }
+
+void OrvLayerViewUtils::report(int Line, const char* pMessage)
+{
+    report(Line, QString::fromLatin1(pMessage));
+}

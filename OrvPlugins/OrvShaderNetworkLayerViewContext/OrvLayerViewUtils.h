@@ -30,5 +30,6 @@ bool feedsUserShader(const OrvLayerStack* pLayerStack);
 
 /// Writes to the debug channel in the palette's name.
 void report(int Line, const QString& Message);
+void report(int Line, const char* pMessage);
 
 } // namespace OrvLayerViewUtils

@@ -2,6 +2,9 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -32,6 +35,31 @@ void duplicateChannel(OrvShaderInput* pShaderInput)
         QMessageBox::Ok);
 }
 
+/// False ends the whole drop.
+bool dropLayer(OrvLayer* pLayer, Qt::DropAction Action)
+{
+    if (!pLayer) {
+        report(__LINE__, "Layer is NULL");
+        return false;
+    }
+    if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer))
+        return false;
+    if (Action == Qt::LinkAction)
+        pLayer->shareLayerAsChannel();
+    return true;
+}
+
+bool dropChannel(OrvShaderInput* pShaderInput, Qt::DropAction Action)
+{
+    if (!pShaderInput) {
+        report(__LINE__, "ShaderInput is NULL");
+        return false;
+    }
+    if (Action == Qt::CopyAction)
+        duplicateChannel(pShaderInput);
+    return true;
+}
+
 } // namespace
 
 OrvShaderInputModel::OrvShaderInputModel(OrvShaderInputView* pView)
@@ -58,15 +86,13 @@ bool OrvShaderInputModel::dropMimeData(
 {
     const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers();
     for (OrvSnBaseNode* pNode : OrvLayerDragPayload::read(pMimeData)) {
-        if (!pNode->hasTag(OrvSnNames::ShaderInputTag))
-            continue;
-        OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
-        if (!pShaderInput) {
-            report(__LINE__, "ShaderInput is NULL");
-            return false;
+        if (OrvLayerStreamUtils::isMergeNode(pNode)) {
+            if (!dropLayer(OrvLayerManager::instance().getLayer(pNode, true), Action))
+                break;
+        } else if (pNode->hasTag(OrvSnNames::ShaderInputTag)) {
+            if (!dropChannel(OrvShaderInputUtils::find(pNode, QString()), Action))
+                break;
         }
-        if (Action == Qt::CopyAction)
-            duplicateChannel(pShaderInput);
     }
     return false;
 }

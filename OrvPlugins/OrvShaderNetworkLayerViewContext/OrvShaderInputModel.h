@@ -19,7 +19,8 @@ public:
 
     QStringList mimeTypes() const override;
     QMimeData* mimeData(const QModelIndexList& Indexes) const override;
-    /// Alt duplicates dropped channels. Always false: views must not remove the dragged rows.
+    /// Alt duplicates dropped channels, Shift shares dropped layers as new channels. Always false: views must not
+    /// remove the dragged rows.
     bool dropMimeData(const QMimeData* pMimeData, Qt::DropAction Action, int Row, int Column,
         const QModelIndex& Parent) override;
     Qt::DropActions supportedDropActions() const override;

@@ -54,6 +54,16 @@ inline OrvLayer* group(OrvLayerStack* pStack, const QList<OrvLayer*>& Layers, co
     return pStack->groupLayers(Error, OrvLayerCreateFlags(), Layers, nullptr, Name);
 }
 
+/// A type of layer whose menu path begins like that.
+inline QString anyKey(const char* pPrefix)
+{
+    for (const QString& Key : OrvShaderNetworkManager::instance().layerPathKeys()) {
+        if (Key.startsWith(QLatin1String(pPrefix)))
+            return Key;
+    }
+    return {};
+}
+
 /// "A B(C D)": names in order, what a group holds in parentheses.
 inline QString stackText(const OrvLayerStack* pStack)
 {

@@ -417,26 +417,18 @@ private:
     void makeOneOfEachKind()
     {
         OrvLayer* pInside = addLayer(m_Channel, QStringLiteral("Inside"));
-        pInside->addLayerAdjustmentLayerFromKey(anyKey(QStringLiteral("Filter/")));
+        pInside->addLayerAdjustmentLayerFromKey(anyKey("Filter/"));
         group(m_Channel, {pInside}, QStringLiteral("Group"));
         OrvLayer* pNoise = m_Channel->createProceduralLayer(
-            anyKey(QStringLiteral("Procedural/")), OrvLayerCreateFlags(), nullptr, QStringLiteral("Noise"));
+            anyKey("Procedural/"), OrvLayerCreateFlags(), nullptr, QStringLiteral("Noise"));
         OrvLayer* pBlur = m_Channel->createAdjustmentLayer(
-            anyKey(QStringLiteral("Filter/")), OrvLayerCreateFlags(), nullptr, QStringLiteral("Blur"));
+            anyKey("Filter/"), OrvLayerCreateFlags(), nullptr, QStringLiteral("Blur"));
         OrvLayer* pTop = addLayer(m_Channel, QStringLiteral("Top"));
         QVERIFY(pNoise && pBlur);
         pBlur->addMaskImageSet();
         pNoise->setLocked(true);
         pTop->setVisible(false);
         m_View->refresh();
-    }
-    static QString anyKey(const QString& Prefix)
-    {
-        for (const QString& Key : OrvShaderNetworkManager::instance().layerPathKeys()) {
-            if (Key.startsWith(Prefix))
-                return Key;
-        }
-        return {};
     }
 
     /// As LayersFixture::rowText(), of the rows that are not hidden.
