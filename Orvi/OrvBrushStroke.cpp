@@ -57,12 +57,14 @@ QString strokeText(const OrvBrush& Brush)
 
 } // namespace
 
-OrvBrushStroke::OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const QPointF& Start)
+OrvBrushStroke::OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush,
+    const OrvSelectionCoverage& Selection, const QPointF& Start)
     : m_pNode(pNode)
     , m_pMacro(std::make_unique<OrvUndoManager::AutoMacro>(strokeText(Brush)))
     , m_Brush(Brush)
     , m_Color(paintedColor(pNode, Brush.color()))
     , m_Before(pNode->imageSet()->snapshot())
+    , m_Coverage(Selection)
     , m_LastPoint(Start)
     , m_Brushed(Start)
     , m_UntilNextDab(Brush.spacing())
@@ -172,6 +174,8 @@ void OrvBrushStroke::composeSquare(const QRect& Piece)
 QVector<QRect> OrvBrushStroke::touched() const
 {
     QVector<QRect> Touched;
+    if (!m_pNode)
+        return Touched;
     for (const QRect& Square : m_Coverage.touchedSquares()) {
         const QRect Inside = Square.intersected(m_pNode->imageSet()->extent());
         if (!Inside.isEmpty())

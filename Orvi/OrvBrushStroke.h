@@ -19,8 +19,9 @@ class OrvSnChannelInputNode;
 /// step. Whoever starts it has made sure that the node may be changed.
 class OrvBrushStroke {
 public:
-    /// Paints the first dab.
-    OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const QPointF& Start);
+    /// Paints the first dab; a selection of the node's plane limits the whole stroke.
+    OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const OrvSelectionCoverage& Selection,
+        const QPointF& Start);
     ~OrvBrushStroke();
 
     /// The brush follows a smooth curve through the points and stays half a step behind until the stroke
@@ -30,6 +31,8 @@ public:
     void finish();
     /// Takes the stroke back.
     void cancel();
+    /// Whether there is anything to undo.
+    bool hasPainted() const { return !touched().isEmpty(); }
 
 private:
     void drawCurve(const QPointF& Control, const QPointF& End);

@@ -1,6 +1,7 @@
 #include "Orvi/OrvBrushTool.h"
 
 #include "Orvi/OrvBrushStroke.h"
+#include "Orvi/OrvCanvasSelection.h"
 
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
@@ -10,6 +11,8 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
+#include "OrvDdi/Image/OrvImageSet.h"
+
 namespace {
 
 const QString SettingsGroup = QStringLiteral("Brush");
@@ -17,8 +20,9 @@ constexpr int MessageDuration = 5000; // ms
 
 } // namespace
 
-OrvBrushTool::OrvBrushTool(QObject* pParent)
+OrvBrushTool::OrvBrushTool(const OrvCanvasSelection* pSelection, QObject* pParent)
     : QObject(pParent)
+    , m_pSelection(pSelection)
 {
     load();
 }
@@ -114,7 +118,8 @@ bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd)
             MessageDuration);
     }
     const bool Line = FromLastEnd && m_HasLastEnd;
-    m_pStroke = std::make_unique<OrvBrushStroke>(pNode, m_Brush, Line ? m_LastEnd : Point);
+    m_pStroke = std::make_unique<OrvBrushStroke>(
+        pNode, m_Brush, m_pSelection->coverage(pNode->imageSet()->layout()), Line ? m_LastEnd : Point);
     m_LastEnd = Point;
     if (Line)
         m_pStroke->moveTo(Point);
@@ -134,6 +139,10 @@ void OrvBrushTool::end()
     if (!m_pStroke)
         return;
     m_pStroke->finish();
+    if (!m_pStroke->hasPainted() && !m_pSelection->area().isEmpty()) {
+        OrvStatusManager::instance().showMessage(
+            tr("Only what is selected is painted on: Select > None lifts that"), MessageDuration);
+    }
     m_pStroke.reset();
     m_HasLastEnd = true;
 }

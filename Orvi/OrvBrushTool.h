@@ -8,15 +8,17 @@
 #include <memory>
 
 class OrvBrushStroke;
+class OrvCanvasSelection;
 class OrvSnChannelInputNode;
 
 /// The brush in the user's hand: its settings, and the stroke being painted on the current component. It
-/// refuses where nothing may be painted and says why on the status line. It knows no widget.
+/// refuses where nothing may be painted and says why on the status line, and it paints within the selection
+/// when there is one. It knows no widget.
 class OrvBrushTool : public QObject {
     Q_OBJECT
 
 public:
-    explicit OrvBrushTool(QObject* pParent = nullptr);
+    explicit OrvBrushTool(const OrvCanvasSelection* pSelection, QObject* pParent = nullptr);
     ~OrvBrushTool() override;
 
     const OrvBrush& brush() const { return m_Brush; }
@@ -46,6 +48,7 @@ private:
     void load();
     void store() const;
 
+    const OrvCanvasSelection* m_pSelection;
     OrvBrush m_Brush;
     std::unique_ptr<OrvBrushStroke> m_pStroke;
     QPointF m_LastEnd;

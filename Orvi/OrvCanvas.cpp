@@ -2,6 +2,9 @@
 
 #include "Orvi/OrvBrushTool.h"
 #include "Orvi/OrvCanvasOverlay.h"
+#include "Orvi/OrvCanvasSelection.h"
+#include "Orvi/OrvCanvasTools.h"
+#include "Orvi/OrvSelectionTool.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
@@ -19,6 +22,7 @@ namespace {
 
 constexpr double WheelZoom = 1.0 / 480.0; // powers of two a wheel unit: a notch is a quarter
 constexpr double ZoomStep = 1.4142135623730951;
+constexpr int OutlineInterval = 120; // ms between two steps of the ants
 
 QVariantMap dropPlace(const OrvCanvasSource& Source)
 {
@@ -33,9 +37,9 @@ QVariantMap dropPlace(const OrvCanvasSource& Source)
 
 } // namespace
 
-OrvCanvas::OrvCanvas(OrvBrushTool* pBrushTool, QWidget* pParent)
+OrvCanvas::OrvCanvas(OrvCanvasTools* pTools, QWidget* pParent)
     : QWidget(pParent)
-    , m_pBrushTool(pBrushTool)
+    , m_pTools(pTools)
 {
     setObjectName(QStringLiteral("Canvas"));
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -46,7 +50,12 @@ OrvCanvas::OrvCanvas(OrvBrushTool* pBrushTool, QWidget* pParent)
     connect(&m_Source, &OrvCanvasSource::descriptionChanged, this, qOverload<>(&QWidget::update));
     connect(&m_Renderer, &OrvCanvasRenderer::pieceReady, this, &OrvCanvas::onPieceReady);
     connect(&m_Renderer, &OrvCanvasRenderer::invalidated, this, &OrvCanvas::onInvalidated);
-    connect(m_pBrushTool, &OrvBrushTool::brushChanged, this, qOverload<>(&QWidget::update));
+    connect(m_pTools->brushTool(), &OrvBrushTool::brushChanged, this, qOverload<>(&QWidget::update));
+    connect(m_pTools->selection(), &OrvCanvasSelection::changed, this, &OrvCanvas::updateOutline);
+    connect(m_pTools->selectionTool(), &OrvSelectionTool::draftChanged, this, &OrvCanvas::updateOutline);
+    connect(m_pTools, &OrvCanvasTools::toolChanged, this, qOverload<>(&QWidget::update));
+    m_OutlineTimer.setInterval(OutlineInterval);
+    connect(&m_OutlineTimer, &QTimer::timeout, this, &OrvCanvas::stepOutline);
     showSource();
     updateCursor();
 }
@@ -91,6 +100,7 @@ void OrvCanvas::showSource()
         m_View.setContent(Extent);
     m_Tiles.reset(Extent);
     m_Renderer.setSource(m_Source.result(), m_Source.meaning());
+    updateOutline();
     requestMissing();
     updateCursor();
     update();
@@ -144,9 +154,13 @@ void OrvCanvas::paintEvent(QPaintEvent* pEvent)
         Painter.restore();
         OrvCanvasOverlay::drawTileBorders(Painter, m_Source, m_View, Ratio);
         OrvCanvasOverlay::drawTitle(Painter, m_Source, m_View, Ratio);
-        const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan && !m_SpaceHeld;
-        if (BrushShown)
-            OrvCanvasOverlay::drawBrush(Painter, m_pBrushTool->brush(), toDevice(m_Pointer), zoom(), Ratio);
+        m_Outline.draw(Painter, m_View, Viewport, Ratio, m_OutlineStep);
+        const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan && !m_SpaceHeld
+            && m_pTools->tool() == OrvCanvasTools::Brush;
+        if (BrushShown) {
+            OrvCanvasOverlay::drawBrush(
+                Painter, m_pTools->brushTool()->brush(), toDevice(m_Pointer), zoom(), Ratio);
+        }
         m_Tiles.trim();
     }
     if (m_DropHovers)
@@ -201,7 +215,7 @@ void OrvCanvas::wheelEvent(QWheelEvent* pEvent)
 
 QRect OrvCanvas::brushCursorRect(const QPointF& WidgetPoint) const
 {
-    const double Reach = m_pBrushTool->brush().size() / 2.0 * zoom() / devicePixelRatioF() + 6.0;
+    const double Reach = m_pTools->brushTool()->brush().size() / 2.0 * zoom() / devicePixelRatioF() + 6.0;
     return QRectF(WidgetPoint.x() - Reach, WidgetPoint.y() - Reach, 2.0 * Reach, 2.0 * Reach).toAlignedRect();
 }
 
@@ -216,10 +230,49 @@ void OrvCanvas::pickColor(const QPointF& WidgetPoint)
     if (Rgba[3] <= 0.0f)
         return;
     Rgba[3] = 1.0f;
-    OrvBrush Brush = m_pBrushTool->brush();
+    OrvBrush Brush = m_pTools->brushTool()->brush();
     Brush.setColor(
         OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning()).pixelColor(0, 0));
-    m_pBrushTool->setBrush(Brush);
+    m_pTools->brushTool()->setBrush(Brush);
+}
+
+void OrvCanvas::updateOutline()
+{
+    const bool Shown = !m_Tiles.extent().isEmpty();
+    m_Outline.setPaths(Shown ? m_pTools->selection()->area().toPlane(m_Source.layout()) : QPainterPath(),
+        Shown ? m_pTools->selectionTool()->draft() : QPainterPath());
+    if (m_Outline.isEmpty())
+        m_OutlineTimer.stop();
+    else if (!m_OutlineTimer.isActive())
+        m_OutlineTimer.start();
+    update();
+}
+
+void OrvCanvas::stepOutline()
+{
+    if (!isVisible())
+        return;
+    m_OutlineStep = (m_OutlineStep + 1) % OrvSelectionOutline::Period;
+    const double Ratio = devicePixelRatioF();
+    QRegion Region;
+    for (const QRect& Rect : m_Outline.region(m_View, QRect(QPoint(0, 0), deviceSize()), Ratio))
+        Region += QRectF(QPointF(Rect.topLeft()) / Ratio, QSizeF(Rect.size()) / Ratio).toAlignedRect();
+    update(Region);
+}
+
+void OrvCanvas::beginTool(const QMouseEvent& Event)
+{
+    const Qt::KeyboardModifiers Modifiers = Event.modifiers();
+    const bool Brush = m_pTools->tool() == OrvCanvasTools::Brush;
+    if (Modifiers & Qt::ControlModifier || (Brush && Modifiers & Qt::AltModifier)) {
+        m_Gesture = Gesture::PickColor;
+        pickColor(m_Pointer);
+    } else if (!Brush) {
+        m_Gesture = Gesture::Select;
+        m_pTools->selectionTool()->begin(toPicture(m_Pointer), m_Source.layout(), Modifiers);
+    } else if (m_pTools->brushTool()->begin(toPicture(m_Pointer), Modifiers & Qt::ShiftModifier)) {
+        m_Gesture = Gesture::Paint;
+    }
 }
 
 void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
@@ -230,11 +283,8 @@ void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
     const bool Left = pEvent->button() == Qt::LeftButton;
     if (pEvent->button() == Qt::MiddleButton || (Left && m_SpaceHeld)) {
         m_Gesture = Gesture::Pan;
-    } else if (Left && pEvent->modifiers() & (Qt::AltModifier | Qt::ControlModifier)) {
-        m_Gesture = Gesture::PickColor;
-        pickColor(m_Pointer);
-    } else if (Left && m_pBrushTool->begin(toPicture(m_Pointer), pEvent->modifiers() & Qt::ShiftModifier)) {
-        m_Gesture = Gesture::Paint;
+    } else if (Left) {
+        beginTool(*pEvent);
     }
     updateCursor();
     update();
@@ -252,9 +302,11 @@ void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
         return;
     }
     if (m_Gesture == Gesture::Paint)
-        m_pBrushTool->moveTo(toPicture(m_Pointer));
+        m_pTools->brushTool()->moveTo(toPicture(m_Pointer));
     else if (m_Gesture == Gesture::PickColor)
         pickColor(m_Pointer);
+    else if (m_Gesture == Gesture::Select)
+        m_pTools->selectionTool()->moveTo(toPicture(m_Pointer));
     update(brushCursorRect(Before));
     update(brushCursorRect(m_Pointer));
 }
@@ -267,7 +319,9 @@ void OrvCanvas::mouseReleaseEvent(QMouseEvent* pEvent)
     if (!Ends)
         return;
     if (m_Gesture == Gesture::Paint)
-        m_pBrushTool->end();
+        m_pTools->brushTool()->end();
+    else if (m_Gesture == Gesture::Select)
+        m_pTools->selectionTool()->end();
     m_Gesture = Gesture::None;
     updateCursor();
     update();
@@ -286,7 +340,10 @@ void OrvCanvas::keyPressEvent(QKeyEvent* pEvent)
         updateCursor();
         update();
     } else if (pEvent->key() == Qt::Key_Escape && m_Gesture == Gesture::Paint) {
-        m_pBrushTool->cancel();
+        m_pTools->brushTool()->cancel();
+        m_Gesture = Gesture::None;
+    } else if (pEvent->key() == Qt::Key_Escape && m_Gesture == Gesture::Select) {
+        m_pTools->selectionTool()->cancel();
         m_Gesture = Gesture::None;
     } else {
         QWidget::keyPressEvent(pEvent);
@@ -337,6 +394,8 @@ void OrvCanvas::dragEnterEvent(QDragEnterEvent* pEvent)
 {
     m_DropHovers = OrvDragAndDropManager::instance().acceptDragEnter(
         pEvent->mimeData(), OrvDragAndDropManager::CanvasTarget);
+    // Whoever is told of a move deletes what was dragged.
+    pEvent->setDropAction(Qt::CopyAction);
     pEvent->setAccepted(m_DropHovers);
     update();
 }
@@ -351,6 +410,7 @@ void OrvCanvas::dropEvent(QDropEvent* pEvent)
 {
     m_DropHovers = false;
     update();
+    pEvent->setDropAction(Qt::CopyAction);
     pEvent->setAccepted(OrvDragAndDropManager::instance().drop(
         pEvent->mimeData(), OrvDragAndDropManager::CanvasTarget, dropPlace(m_Source)));
 }

@@ -4,18 +4,21 @@
 #include "Orvi/OrvCanvasSource.h"
 #include "Orvi/OrvCanvasTiles.h"
 #include "Orvi/OrvCanvasView.h"
+#include "Orvi/OrvSelectionOutline.h"
 
+#include <QtCore/QTimer>
 #include <QtWidgets/QWidget>
 
-class OrvBrushTool;
+class OrvCanvasTools;
 
 /// The picture in the middle of the window: shows the current channel, follows every edit region by region,
-/// and takes the brush. It owns what it shows with (view, tiles, renderer) and keeps nothing of the document.
+/// and takes the tools in hand. It owns what it shows with (view, tiles, renderer) and keeps nothing of the
+/// document.
 class OrvCanvas : public QWidget {
     Q_OBJECT
 
 public:
-    explicit OrvCanvas(OrvBrushTool* pBrushTool, QWidget* pParent = nullptr);
+    explicit OrvCanvas(OrvCanvasTools* pTools, QWidget* pParent = nullptr);
     ~OrvCanvas() override;
 
     /// Everything in view is up to date and nothing is being computed.
@@ -50,7 +53,7 @@ protected:
     void dropEvent(QDropEvent* pEvent) override;
 
 private:
-    enum class Gesture { None, Pan, Paint, PickColor };
+    enum class Gesture { None, Pan, Paint, PickColor, Select };
 
     void showSource();
     void onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
@@ -58,16 +61,22 @@ private:
     void requestMissing();
     void zoomBy(double Factor, const QPointF& WidgetPoint);
     void pickColor(const QPointF& WidgetPoint);
+    void beginTool(const QMouseEvent& Event);
+    void updateOutline();
+    void stepOutline();
     void updateCursor();
     QRect brushCursorRect(const QPointF& WidgetPoint) const;
     QSize deviceSize() const;
     QPointF toDevice(const QPointF& WidgetPoint) const { return WidgetPoint * devicePixelRatioF(); }
 
-    OrvBrushTool* m_pBrushTool;
+    OrvCanvasTools* m_pTools;
     OrvCanvasSource m_Source;
     OrvCanvasRenderer m_Renderer;
     OrvCanvasTiles m_Tiles;
     OrvCanvasView m_View;
+    OrvSelectionOutline m_Outline;
+    QTimer m_OutlineTimer;
+    int m_OutlineStep = 0;
 
     Gesture m_Gesture = Gesture::None;
     QPointF m_Pointer; ///< in the widget

@@ -1,6 +1,7 @@
 #include "Orvi/OrvImageImport.h"
 
 #include "Orvi/OrvImageScaling.h"
+#include "Orvi/OrvTileExtension.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
@@ -21,8 +22,7 @@
 
 namespace {
 
-constexpr int CommandFlags
-    = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
+constexpr int CommandFlags = OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
 
 /// Numbers for shading rather than a colour to be seen.
 bool isNamedAfterNumbers(const QString& Name)
@@ -83,6 +83,12 @@ void OrvImageImport::takeTiles(OrvGeoEntity* pEntity, const QList<OrvUdimSet>& S
     pEntity->setUdimTiles(OrvUdimLayout(QSize(1, 1), Tiles).tiles());
 }
 
+void OrvImageImport::addMissingTiles(const OrvShaderNetwork* pNetwork, const OrvUdimSet& Files)
+{
+    if (pNetwork && pNetwork->geoEntity() && Files.isUdim())
+        OrvTileExtension::extend(pNetwork->geoEntity(), Files.Paths.keys().toVector());
+}
+
 bool OrvImageImport::fillImages(
     OrvImageSet& Images, bool Numbers, const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error)
 {
@@ -138,6 +144,7 @@ OrvShaderInput* OrvImageImport::importChannel(
 
     const QString Name = OrvShaderInputUtils::generateUniqueName(pNetwork, Files.BaseName);
     OrvUndoManager::AutoMacro Macro(tr("Import Channel : %1").arg(Name));
+    addMissingTiles(pNetwork, Files);
     OrvShaderInput* pChannel
         = OrvShaderInputUtils::create(pNetwork, Name, Properties.Size, Depth, &Config, Properties.Scalar);
     OrvLayer* pLayer = pChannel
@@ -154,8 +161,8 @@ OrvShaderInput* OrvImageImport::importChannel(
     return pChannel;
 }
 
-OrvLayer* OrvImageImport::importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, const OrvUdimSet& Files,
-    const OrvProgress& Progress, QString& Error)
+OrvLayer* OrvImageImport::importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, Place Where,
+    const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error)
 {
     if (!pStack || Files.Paths.isEmpty()) {
         OrvDebug("OrvImageImport", __LINE__, QStringLiteral("pStack is NULL"), false, false);
@@ -165,7 +172,10 @@ OrvLayer* OrvImageImport::importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBel
     if (!OrvImageFiles::probe(Files.Paths.first(), Properties, Error))
         return nullptr;
     OrvUndoManager::AutoMacro Macro(tr("Import Layer : %1").arg(Files.BaseName));
-    OrvLayer* pLayer = pStack->createPaintableLayer(OrvColor::clear(), CommandFlags, pBelow, Files.BaseName);
+    addMissingTiles(pStack->network(), Files);
+    const int PlaceFlag = Where == AtBottom ? OrvLayerAtBottom : OrvLayerAboveCurrent;
+    OrvLayer* pLayer
+        = pStack->createPaintableLayer(OrvColor::clear(), CommandFlags | PlaceFlag, pBelow, Files.BaseName);
     if (!pLayer) {
         Error = tr("No layer can be added to \"%1\"").arg(pStack->name());
         Macro.cancel();

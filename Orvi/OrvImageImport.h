@@ -13,8 +13,8 @@ class OrvShaderInput;
 class OrvShaderNetwork;
 
 /// Brings image files into the document: as channels of their own or as paint layers. Each call is one undo
-/// step; a failed or cancelled one leaves nothing behind and says why in a sentence that names the file. It
-/// asks no questions.
+/// step; a failed or cancelled one leaves nothing behind and says why in a sentence that names the file.
+/// Tiles that the object lacks are added to it. It asks no questions.
 class OrvImageImport {
     Q_DECLARE_TR_FUNCTIONS(OrvImageImport)
 
@@ -23,10 +23,11 @@ public:
     /// named after normals, heights and the like are taken as numbers, not as colour.
     static OrvShaderInput* importChannel(
         OrvShaderNetwork* pNetwork, const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error);
-    /// A paint layer above another one, or above the current one when that is null. Images of other sizes are
+    enum Place { AboveCurrent, AtBottom };
+    /// A paint layer above another one, or where the place says when that is null. Images of other sizes are
     /// scaled to the tiles of the channel.
-    static OrvLayer* importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, const OrvUdimSet& Files,
-        const OrvProgress& Progress, QString& Error);
+    static OrvLayer* importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, Place Where,
+        const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error);
 
     /// Gives an object without channels the tiles of all files that are to become its channels.
     static void takeTiles(OrvGeoEntity* pEntity, const QList<OrvUdimSet>& Sets);
@@ -37,6 +38,7 @@ public:
     static QList<OrvUdimSet> imageSets(const QStringList& Paths);
 
 private:
+    static void addMissingTiles(const OrvShaderNetwork* pNetwork, const OrvUdimSet& Files);
     static bool fillImages(OrvImageSet& Images, bool Numbers, const OrvUdimSet& Files,
         const OrvProgress& Progress, QString& Error);
 };

@@ -3,7 +3,6 @@
 #include "Orvi/OrvChannelExport.h"
 #include "Orvi/OrvCommandLine.h"
 #include "Orvi/OrvFailureMessage.h"
-#include "Orvi/OrvImageImport.h"
 #include "Orvi/OrvProjectCommands.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
@@ -28,10 +27,12 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
 #include <QtCore/QStandardPaths>
+#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDropEvent>
 #include <QtWidgets/QFileDialog>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -50,6 +51,23 @@ QStringList localPaths(const QMimeData& Data)
             Paths.append(Url.toLocalFile());
     }
     return Paths;
+}
+
+/// By the names alone: it is asked at each move of the mouse.
+bool isTaken(const QStringList& Paths)
+{
+    return std::any_of(Paths.begin(), Paths.end(), &OrvCommandLine::isProjectPath)
+        || !OrvImageImport::imagePaths(Paths).isEmpty();
+}
+
+/// Content that was dropped onto a row goes above that row's layer.
+OrvLayer* layerReading(const OrvSnBaseNode* pContent)
+{
+    for (const OrvSnBaseNode::Consumer& Reader : pContent->consumers()) {
+        if (OrvLayer* pLayer = OrvLayerManager::instance().getLayer(Reader.pNode, true))
+            return pLayer;
+    }
+    return nullptr;
 }
 
 QString directory(const QString& Key)
@@ -136,26 +154,34 @@ void OrvImportExport::registerDrops()
 {
     OrvDragAndDropManager::Handler Handler;
     Handler.MimeTypes = QStringList{UriList};
-    Handler.Accepts
-        = [](const QMimeData& Data) { return !OrvImageImport::imagePaths(localPaths(Data)).isEmpty(); };
+    Handler.Accepts = [](const QMimeData& Data) { return isTaken(localPaths(Data)); };
     Handler.Drop = [this](const QMimeData& Data, const QVariantMap& Place) {
-        return dropOnLayers(*this, Data, Place);
+        takeDrop(localPaths(Data), Place);
+        return true;
     };
     for (const int Target : {OrvDragAndDropManager::CanvasTarget, OrvDragAndDropManager::LayerTreeTarget})
         m_DropHandlers.append(OrvDragAndDropManager::instance().registerHandler(Target, Handler));
 }
 
-bool OrvImportExport::dropOnLayers(OrvImportExport& Self, const QMimeData& Data, const QVariantMap& Place)
+void OrvImportExport::takeDrop(const QStringList& Paths, const QVariantMap& Place)
 {
-    const QStringList Paths = OrvImageImport::imagePaths(localPaths(Data));
-    if (Paths.isEmpty())
-        return false;
-    auto* pStack = Place.value(QStringLiteral("LayerStack")).value<OrvLayerStack*>();
-    if (pStack)
-        Self.importLayers(Paths, pStack, Place.value(QStringLiteral("LayerBelow")).value<OrvLayer*>());
-    else
-        Self.takeFiles(Paths);
-    return true;
+    const QPointer<OrvLayerStack> pStack(Place.value(QStringLiteral("LayerStack")).value<OrvLayerStack*>());
+    auto* pTarget = Place.value(QStringLiteral("TargetNode")).value<OrvSnBaseNode*>();
+    QPointer<OrvLayer> pBelow(Place.value(QStringLiteral("LayerBelow")).value<OrvLayer*>());
+    const bool Bottom = pStack && pTarget && pTarget == pStack->bottomNode();
+    if (!pBelow && pTarget && !Bottom)
+        pBelow = layerReading(pTarget);
+    // Reading takes time and may ask questions; the program that the files come from must not wait for that,
+    // nor may the widget that they were dropped on lose its document meanwhile.
+    QTimer::singleShot(0, this, [=] {
+        const bool Project = std::any_of(Paths.begin(), Paths.end(), &OrvCommandLine::isProjectPath);
+        if (Project || !pStack) {
+            takeFiles(Paths);
+            return;
+        }
+        importLayers(OrvImageImport::imagePaths(Paths), pStack, pBelow,
+            Bottom ? OrvImageImport::AtBottom : OrvImageImport::AboveCurrent);
+    });
 }
 
 bool OrvImportExport::takeFiles(const QStringList& Paths)
@@ -178,20 +204,20 @@ bool OrvImportExport::takeFiles(const QStringList& Paths)
 
 bool OrvImportExport::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
-    const auto takes = [](const QDropEvent* pDrop) {
-        const QStringList Paths = localPaths(*pDrop->mimeData());
-        return std::any_of(Paths.begin(), Paths.end(), &OrvCommandLine::isProjectPath)
-            || !OrvImageImport::imagePaths(Paths).isEmpty();
-    };
     if (pEvent->type() == QEvent::DragEnter) {
         auto* pDrag = static_cast<QDragEnterEvent*>(pEvent);
-        if (takes(pDrag))
-            pDrag->acceptProposedAction();
+        // Whoever is told of a move deletes what was dragged.
+        pDrag->setDropAction(Qt::CopyAction);
+        pDrag->setAccepted(isTaken(localPaths(*pDrag->mimeData())));
         return true;
     }
     if (pEvent->type() == QEvent::Drop) {
         auto* pDrop = static_cast<QDropEvent*>(pEvent);
-        pDrop->setAccepted(takeFiles(localPaths(*pDrop->mimeData())));
+        const QStringList Paths = localPaths(*pDrop->mimeData());
+        pDrop->setDropAction(Qt::CopyAction);
+        pDrop->setAccepted(isTaken(Paths));
+        if (pDrop->isAccepted())
+            takeDrop(Paths, QVariantMap());
         return true;
     }
     return QObject::eventFilter(pWatched, pEvent);
@@ -234,7 +260,8 @@ void OrvImportExport::importChannels(const QStringList& Paths)
     OrvFailureMessage::show(tr("Import Channels"), Failures);
 }
 
-void OrvImportExport::importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow)
+void OrvImportExport::importLayers(
+    const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow, OrvImageImport::Place Where)
 {
     if (!pStack || Paths.isEmpty())
         return;
@@ -242,7 +269,7 @@ void OrvImportExport::importLayers(const QStringList& Paths, OrvLayerStack* pSta
     QPointer<OrvLayer> pLast(pBelow);
     const QStringList Failures = importEach(tr("Import Layers"), OrvImageImport::imageSets(Paths),
         [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
-            OrvLayer* pLayer = OrvImageImport::importPaintLayer(pTarget, pLast, Set, Progress, Error);
+            OrvLayer* pLayer = OrvImageImport::importPaintLayer(pTarget, pLast, Where, Set, Progress, Error);
             if (pLayer)
                 pLast = pLayer;
             return pLayer != nullptr;

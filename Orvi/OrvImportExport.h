@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Orvi/OrvImageImport.h"
+
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <QtCore/QVariantMap>
@@ -8,11 +10,11 @@ class OrvLayer;
 class OrvLayerStack;
 class OrvProjectCommands;
 class OrvSnBaseNode;
-class QMimeData;
 
 /// The commands that bring images in and out, with their dialogs, progress and messages, and what images do
 /// when they are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window
-/// channels. Owned by the program; the work itself is OrvImageImport's and OrvChannelExport's.
+/// channels; a project opens wherever it is dropped. Owned by the program; the work itself is
+/// OrvImageImport's and OrvChannelExport's.
 class OrvImportExport : public QObject {
     Q_OBJECT
 
@@ -24,7 +26,8 @@ public:
     /// named in one message; the others are there.
     void openImagesAsProject(const QStringList& Paths);
     void importChannels(const QStringList& Paths);
-    void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow);
+    void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow,
+        OrvImageImport::Place Where = OrvImageImport::AboveCurrent);
     /// A project opens, images become channels; false when there was neither.
     bool takeFiles(const QStringList& Paths);
 
@@ -43,7 +46,7 @@ private:
     void registerDrops();
     void exportNode(const OrvSnBaseNode* pNode, const QString& Name);
     QStringList askForImages(const QString& Title);
-    static bool dropOnLayers(OrvImportExport& Self, const QMimeData& Data, const QVariantMap& Place);
+    void takeDrop(const QStringList& Paths, const QVariantMap& Place);
 
     OrvProjectCommands* m_pProjects;
     QList<int> m_DropHandlers;

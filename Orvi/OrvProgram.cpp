@@ -4,6 +4,7 @@
 #include "Orvi/OrvBrushBar.h"
 #include "Orvi/OrvBrushTool.h"
 #include "Orvi/OrvCanvas.h"
+#include "Orvi/OrvCanvasTools.h"
 #include "Orvi/OrvCommandLine.h"
 #include "Orvi/OrvEditCommands.h"
 #include "Orvi/OrvFailureMessage.h"
@@ -11,7 +12,10 @@
 #include "Orvi/OrvImportExport.h"
 #include "Orvi/OrvProjectCommands.h"
 #include "Orvi/OrvSampleProject.h"
+#include "Orvi/OrvSelectionCommands.h"
+#include "Orvi/OrvSelectionPalette.h"
 #include "Orvi/OrvStartupTrace.h"
+#include "Orvi/OrvToolBar.h"
 
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
@@ -29,6 +33,7 @@
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Plugin/OrvPluginInterface.h"
 #include "OrvCoreModules/Plugin/OrvPluginLoader.h"
+#include "OrvCoreModules/Shelf/OrvShelfPalette.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvLogView.h"
@@ -53,8 +58,8 @@ const QString LastUsedNodesKey = QStringLiteral("Node Graph/numberOfLastUsedNode
 constexpr int LastUsedNodes = 8;
 
 const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Channels"),
-    QStringLiteral("Layers"), QStringLiteral("Brush"), QStringLiteral("View"), QStringLiteral("Palettes"),
-    QStringLiteral("Help")};
+    QStringLiteral("Layers"), QStringLiteral("Select"), QStringLiteral("Brush"), QStringLiteral("View"),
+    QStringLiteral("Palettes"), QStringLiteral("Help")};
 
 /// Those that others build upon come first, and so are destroyed last.
 void makeManagers()
@@ -106,12 +111,14 @@ OrvProgram::~OrvProgram()
 void OrvProgram::makeParts()
 {
     OrvMainWindow& Window = OrvMainWindow::instance();
-    m_pBrushTool = new OrvBrushTool(this);
-    m_pCanvas = new OrvCanvas(m_pBrushTool);
+    m_pTools = new OrvCanvasTools(this);
+    m_pCanvas = new OrvCanvas(m_pTools);
     Window.setCentralWidget(m_pCanvas);
-    Window.addToolBar(new OrvBrushBar(m_pBrushTool, &Window));
+    Window.addToolBar(new OrvToolBar(m_pTools, &Window));
+    Window.addToolBar(new OrvBrushBar(m_pTools->brushTool(), &Window));
     m_pProjectCommands = new OrvProjectCommands(this);
     m_pImportExport = new OrvImportExport(m_pProjectCommands, this);
+    m_pSelectionCommands = new OrvSelectionCommands(m_pTools, this);
     m_pEditCommands = new OrvEditCommands(this);
     m_pAutosave = new OrvAutosave(this);
 }
@@ -135,7 +142,7 @@ void OrvProgram::makeMenus()
     addView(tr("Actual Size"), QString(), SLOT(showActualSize()), QKeySequence(Qt::CTRL + Qt::Key_1));
     addView(tr("Fit"), QStringLiteral("ZoomFit.png"), SLOT(fit()), QKeySequence(Qt::Key_F));
 
-    OrvActionCreator Brush(BrushPath, m_pBrushTool, QStringLiteral("MainWindow/&Brush"), QString());
+    OrvActionCreator Brush(BrushPath, m_pTools->brushTool(), QStringLiteral("MainWindow/&Brush"), QString());
     const auto addBrush
         = [&](const QString& Text, const QString& Icon, const char* pSlot, const QKeySequence& Keys) {
               Shortcuts.setDefaultShortcut(BrushPath + QLatin1Char('/') + Text, Keys);
@@ -172,6 +179,9 @@ void OrvProgram::registerPalettes()
     const QString IconPath = OrvResourceInfo::iconPath();
     Palettes.registerPalette(new OrvNodeGraphPalette, false, IconPath + QStringLiteral("/NodeGraph.png"));
     Palettes.registerPalette(new OrvHistoryPalette, false, IconPath + QStringLiteral("/History.png"));
+    Palettes.registerPalette(new OrvShelfPalette, false, IconPath + QStringLiteral("/Materials.png"));
+    Palettes.registerPalette(new OrvSelectionPalette(m_pSelectionCommands), false,
+        IconPath + QStringLiteral("/SelectionGroups.png"));
     auto* pLog = new OrvPalette;
     pLog->setBodyWidget(new OrvLogView(pLog));
     pLog->setObjectName(tr("Log"));

@@ -5,13 +5,13 @@
 #include <memory>
 
 class OrvAutosave;
-class OrvBrushBar;
-class OrvBrushTool;
 class OrvCanvas;
+class OrvCanvasTools;
 class OrvCommandLine;
 class OrvEditCommands;
 class OrvImportExport;
 class OrvProjectCommands;
+class OrvSelectionCommands;
 
 /// The program with a window, put together: makes the managers in the order in which they need each other,
 /// the window's own parts, and the plug-ins, arranges the palettes and opens what was asked for. Made after
@@ -35,15 +35,16 @@ private:
     void makeParts();
     void makeMenus();
     void loadPlugins();
-    static void registerPalettes();
+    void registerPalettes();
     static void arrangePalettes();
     void open(const OrvCommandLine& Line);
     void offerRecovery();
 
     OrvCanvas* m_pCanvas = nullptr; ///< the window's
-    OrvBrushTool* m_pBrushTool = nullptr;
+    OrvCanvasTools* m_pTools = nullptr;
     OrvProjectCommands* m_pProjectCommands = nullptr;
     OrvImportExport* m_pImportExport = nullptr;
+    OrvSelectionCommands* m_pSelectionCommands = nullptr;
     OrvEditCommands* m_pEditCommands = nullptr;
     OrvAutosave* m_pAutosave = nullptr;
 };

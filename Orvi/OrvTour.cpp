@@ -24,6 +24,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <functional>
 
 namespace {
 
@@ -218,6 +219,38 @@ void OrvTour::visitBrush()
     m_pCanvas->fit();
 }
 
+void OrvTour::visitSelection()
+{
+    const auto run = [this](const char* pKey) {
+        QAction* pAction = OrvActionTreeManager::instance().findAction(QString::fromLatin1(pKey));
+        if (pAction)
+            pAction->trigger();
+        else
+            m_Failures.append(QString::fromLatin1(pKey));
+    };
+    const auto drag = [this](const std::function<QPointF(double)>& PicturePoint) {
+        constexpr int Points = 80;
+        for (int Point = 0; Point <= Points; ++Point) {
+            const QPointF Place = m_pCanvas->toWidget(PicturePoint(double(Point) / Points));
+            if (Point == 0)
+                sendMouse(m_pCanvas, QEvent::MouseButtonPress, Place, Qt::LeftButton);
+            sendMouse(m_pCanvas, QEvent::MouseMove, Place, Qt::LeftButton);
+            if (Point == Points)
+                sendMouse(m_pCanvas, QEvent::MouseButtonRelease, Place, Qt::NoButton);
+        }
+    };
+    run("/Orvi/Select/Lasso Selection");
+    drag([](double Part) {
+        const double Angle = 6.2831853 * Part, Radius = 420.0 + 110.0 * std::cos(5.0 * Angle);
+        return QPointF(1000.0 + Radius * std::cos(Angle), 1000.0 + Radius * std::sin(Angle));
+    });
+    run("/Orvi/Select/Brush");
+    drag([](double Part) { return QPointF(300.0 + 1400.0 * Part, 1000.0 + 300.0 * std::sin(12.0 * Part)); });
+    picture(QStringLiteral("selection"));
+    run("/Orvi/Edit/Undo");
+    run("/Orvi/Select/None");
+}
+
 void OrvTour::visitChannels()
 {
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
@@ -238,6 +271,7 @@ void OrvTour::visitSampleProject()
     visitMaskStack();
     visitQuickFind();
     visitBrush();
+    visitSelection();
 }
 
 int OrvTour::run()

@@ -31,6 +31,7 @@ private:
     void visitMaskStack();
     void visitQuickFind();
     void visitBrush();
+    void visitSelection();
     void visitChannels();
 
     OrvCanvas* m_pCanvas;

@@ -25,6 +25,25 @@ private:
     QString m_Before, m_After;
 };
 
+/// Kept selections come, go and get other names.
+class OrvSelectionGroupsEdit : public QUndoCommand {
+public:
+    OrvSelectionGroupsEdit(
+        OrvGeoEntity* pEntity, const OrvGeoEntity::SelectionGroups& Groups, const QString& Text)
+        : QUndoCommand(Text)
+        , m_pEntity(pEntity)
+        , m_Before(pEntity->selectionGroups())
+        , m_After(Groups)
+    {
+    }
+    void undo() override { m_pEntity->applySelectionGroups(m_Before); }
+    void redo() override { m_pEntity->applySelectionGroups(m_After); }
+
+private:
+    OrvGeoEntity* m_pEntity;
+    OrvGeoEntity::SelectionGroups m_Before, m_After;
+};
+
 OrvGeoEntity::OrvGeoEntity(const QString& Name, QObject* pParent)
     : OrvEntity(Name, pParent)
     , m_pNetwork(new OrvShaderNetwork(this, this))
@@ -46,6 +65,20 @@ void OrvGeoEntity::applyName(const QString& Name)
 {
     m_Name = Name;
     Q_EMIT OrvProjectManager::instance().geoEntityNameChanged(this, Name);
+}
+
+void OrvGeoEntity::setSelectionGroups(const SelectionGroups& Groups, const QString& UndoText)
+{
+    if (Groups != m_SelectionGroups) {
+        OrvUndoManager::instance().perform(
+            std::make_unique<OrvSelectionGroupsEdit>(this, Groups, UndoText));
+    }
+}
+
+void OrvGeoEntity::applySelectionGroups(const SelectionGroups& Groups)
+{
+    m_SelectionGroups = Groups;
+    Q_EMIT OrvProjectManager::instance().selectionGroupsChanged(this);
 }
 
 #include "moc_OrvGeoEntity.cpp"

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "OrvCore/Project/OrvEntity.h"
+#include "OrvCore/Project/OrvSelectionArea.h"
 
+#include <QtCore/QMap>
 #include <QtCore/QVector>
 
 class OrvShaderNetwork;
 
-/// A painted object: its name, its UDIM tiles and the network that its channels live in, which it owns.
+/// A painted object: its name, its UDIM tiles, selections that the user has kept, and the network that its channels
+/// live in, which it owns.
 class ORVCORE_EXPORT OrvGeoEntity : public OrvEntity {
     Q_OBJECT
 
@@ -25,11 +28,20 @@ public:
     const QVector<int>& udimTiles() const { return m_UdimTiles; }
     void setUdimTiles(const QVector<int>& Tiles) { m_UdimTiles = Tiles; }
 
+    /// By name.
+    using SelectionGroups = QMap<QString, OrvSelectionArea>;
+    const SelectionGroups& selectionGroups() const { return m_SelectionGroups; }
+    /// All of them at once, as one undo step of that text; sends OrvProjectManager::selectionGroupsChanged.
+    void setSelectionGroups(const SelectionGroups& Groups, const QString& UndoText);
+
 private:
     friend class OrvEntityNameEdit;
+    friend class OrvSelectionGroupsEdit;
     void applyName(const QString& Name);
+    void applySelectionGroups(const SelectionGroups& Groups);
 
     OrvShaderNetwork* m_pNetwork;
     QVector<int> m_UdimTiles{1001};
+    SelectionGroups m_SelectionGroups;
     bool m_Ptex = false;
 };

@@ -6,10 +6,8 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
-#include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
@@ -44,9 +42,8 @@ QString blockFolder(const QString& Folder)
 void collectImageNodes(const OrvShaderNetwork* pNetwork, QHash<QString, OrvImageSet*>& Images)
 {
     for (OrvSnBaseNode* pNode : pNetwork->nodes()) {
-        const auto* pImageNode = qobject_cast<OrvSnChannelInputNode*>(pNode);
-        if (pImageNode && pImageNode->imageSet())
-            Images.insert(pNode->uuidString(), pImageNode->imageSet());
+        if (OrvImageSet* pImages = pNode->imageSet())
+            Images.insert(pNode->uuidString(), pImages);
         if (const OrvShaderNetwork* pNested = pNode->nestedNetwork())
             collectImageNodes(pNested, Images);
     }
@@ -115,6 +112,25 @@ bool loadImages(const QJsonArray& Json, QVector<OrvNodeDescription>& Nodes, OrvB
             Node.BlockKeys.append(Images.blockKey(Block));
         if (!Step()) {
             Error = tr("Opening was cancelled");
+            return false;
+        }
+    }
+    return true;
+}
+
+QJsonObject selectionGroupsToJson(const OrvGeoEntity::SelectionGroups& Groups)
+{
+    QJsonObject Json;
+    for (auto Group = Groups.begin(); Group != Groups.end(); ++Group)
+        Json.insert(Group.key(), Group.value().toJson());
+    return Json;
+}
+
+bool selectionGroupsFromJson(const QJsonObject& Json, OrvGeoEntity::SelectionGroups& Groups, QString& Error)
+{
+    for (auto Group = Json.begin(); Group != Json.end(); ++Group) {
+        if (!OrvSelectionArea::fromJson(Group.value().toArray(), Groups[Group.key()])) {
+            Error = tr("Selection group '%1' is no list of polygons").arg(Group.key());
             return false;
         }
     }
@@ -263,6 +279,11 @@ bool OrvProjectFile::read(
         const QJsonObject CurrentLayers = Object.value(QLatin1String("currentLayers")).toObject();
         for (auto Layer = CurrentLayers.begin(); Layer != CurrentLayers.end(); ++Layer)
             One.CurrentLayers.insert(Layer.key(), Layer.value().toString());
+        if (!selectionGroupsFromJson(
+                Object.value(QLatin1String("selectionGroups")).toObject(), One.SelectionGroups, Error)) {
+            Error = tr("'%1' is damaged: %2").arg(Path, Error);
+            return false;
+        }
         for (const OrvNodeDescription& Node : Nodes[Index])
             One.Nodes.append(Node);
         File.m_Entities.push_back(std::move(One));
@@ -283,6 +304,7 @@ std::unique_ptr<OrvProject> OrvProjectFile::build() const
         if (!One.UdimTiles.isEmpty())
             pEntity->setUdimTiles(One.UdimTiles);
         pEntity->setPtex(One.Ptex);
+        pEntity->setSelectionGroups(One.SelectionGroups, QString());
         One.Nodes.instantiate(pEntity->shaderNetwork(), OrvNodeSubgraph::KeepIdentities);
 
         const auto nodeOf = [](const QString& Uuid) {
@@ -327,6 +349,8 @@ bool OrvProjectFile::write(
         Json.insert("udims", Tiles);
         if (pEntity->isPtex())
             Json.insert("ptex", true);
+        if (!pEntity->selectionGroups().isEmpty())
+            Json.insert("selectionGroups", selectionGroupsToJson(pEntity->selectionGroups()));
         OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
         if (const OrvShaderInput* pChannel = Channels.currentShaderInput(pEntity->shaderNetwork()))
             Json.insert("currentChannel", pChannel->node()->uuidString());

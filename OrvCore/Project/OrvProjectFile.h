@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OrvCore/Network/OrvNodeDescription.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
 
 #include <functional>
 #include <memory>
@@ -26,6 +27,7 @@ public:
         OrvNodeSubgraph Nodes;
         QString CurrentChannel;
         QHash<QString, QString> CurrentLayers; ///< by channel
+        OrvGeoEntity::SelectionGroups SelectionGroups;
     };
 
     /// Everything of the project in memory, checked; nothing is made yet.

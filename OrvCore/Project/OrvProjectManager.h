@@ -45,6 +45,7 @@ Q_SIGNALS:
     void onMakeProjectCurrent(OrvProject* pProject);
     void projectClosed();
     void geoEntityNameChanged(OrvGeoEntity* pEntity, QString Name);
+    void selectionGroupsChanged(OrvGeoEntity* pEntity);
     void objectMadeCurrent(OrvGeoEntity* pEntity);
     void projectOpenAbsolutelyCompleted();
     void modifiedChanged(bool Modified);

@@ -1,6 +1,7 @@
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvBrushTool.h"
+#include "Orvi/OrvCanvasSelection.h"
 
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
@@ -44,7 +45,7 @@ private Q_SLOTS:
     {
         m_pChannel = m_Document.newChannel(QSize(300, 200));
         m_pLayer = m_Document.newPaintLayer(m_pChannel);
-        m_pTool = std::make_unique<OrvBrushTool>();
+        m_pTool = std::make_unique<OrvBrushTool>(&m_Selection);
     }
     void cleanup()
     {
@@ -248,6 +249,7 @@ private:
     OrvTestDocument m_Document;
     OrvShaderInput* m_pChannel = nullptr;
     OrvLayer* m_pLayer = nullptr;
+    OrvCanvasSelection m_Selection;
     std::unique_ptr<OrvBrushTool> m_pTool;
 };
 

@@ -2,6 +2,7 @@
 
 #include "Orvi/OrvBrushTool.h"
 #include "Orvi/OrvCanvas.h"
+#include "Orvi/OrvCanvasTools.h"
 
 #include <QtTest/QtTest>
 #include <QtGui/QWheelEvent>
@@ -36,7 +37,8 @@ class TstCanvas : public QObject {
 private Q_SLOTS:
     void init()
     {
-        m_pTool = std::make_unique<OrvBrushTool>();
+        m_pTools = std::make_unique<OrvCanvasTools>();
+        m_pTool = m_pTools->brushTool();
         OrvBrush Brush;
         Brush.setSize(60);
         Brush.setHardness(1.0);
@@ -47,7 +49,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_pCanvas.reset();
-        m_pTool.reset();
+        m_pTools.reset();
         OrvProjectManager::instance().closeProject();
     }
 
@@ -245,7 +247,7 @@ private Q_SLOTS:
 private:
     std::unique_ptr<OrvCanvas> newCanvas() const
     {
-        auto pCanvas = std::make_unique<OrvCanvas>(m_pTool.get());
+        auto pCanvas = std::make_unique<OrvCanvas>(m_pTools.get());
         pCanvas->resize(CanvasSize);
         pCanvas->show();
         return pCanvas;
@@ -290,7 +292,8 @@ private:
     }
 
     OrvTestDocument m_Document;
-    std::unique_ptr<OrvBrushTool> m_pTool;
+    std::unique_ptr<OrvCanvasTools> m_pTools;
+    OrvBrushTool* m_pTool = nullptr;
     std::unique_ptr<OrvCanvas> m_pCanvas;
 };
 

@@ -137,12 +137,56 @@ private Q_SLOTS:
             qPrintable(m_Error));
         QCOMPARE(QImage(m_Document.filePath(QStringLiteral("o_1012.png"))).pixelColor(1, 1).red(), 12 * 20);
         QVERIFY(!QFile::exists(m_Document.filePath(QStringLiteral("o_1011.png"))));
+    }
 
-        // A tile that the object has not is named, and nothing is left of the attempt.
-        save(QStringLiteral("other.1033.png"), pattern(ImageSize));
-        QVERIFY(!import(m_Document.filePath(QStringLiteral("other.1033.png"))));
-        QVERIFY(m_Error.contains(QStringLiteral("1033")));
-        QCOMPARE(channels().size(), 1);
+    void tilesThatTheObjectLacksAreAdded()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
+        m_pNetwork = pChannel->network();
+        OrvLayer* pPainted = m_Document.newPaintLayer(pChannel);
+        const quint32 Red = 0xff0000ff;
+        pPainted->paintImageSet()->buffer().write(
+            QRect(5, 6, 1, 1), {GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb}, &Red);
+        pPainted->paintImageSet()->pixelsWritten(QRect(5, 6, 1, 1));
+        OrvLayer* pFilled = m_Document.newPaintLayer(pChannel, OrvColor(0.0f, 1.0f, 0.0f));
+        const int Steps = OrvTestDocument::historyLength();
+        QImage Blue(ImageSize, QImage::Format_RGB888);
+        Blue.fill(Qt::blue);
+        save(QStringLiteral("more.1001.png"), Blue);
+        OrvLayer* pLayer = importLayer(pChannel, save(QStringLiteral("more.1012.png"), Blue));
+        QVERIFY2(pLayer, qPrintable(m_Error));
+
+        const QVector<int> Tiles{1001, 1012};
+        QCOMPARE(pChannel->layout().tiles(), Tiles);
+        QCOMPARE(m_pNetwork->geoEntity()->udimTiles(), Tiles);
+        const QRect Old = pChannel->layout().tileRect(1001), New = pChannel->layout().tileRect(1012);
+        QCOMPARE(Old.topLeft(), QPoint(0, ImageSize.height()));
+        QCOMPARE(
+            OrvTestDocument::pixelsOf(pLayer->paintImageSet()).pixelColor(New.center()), QColor(Qt::blue));
+        const QImage Painted = OrvTestDocument::pixelsOf(pPainted->paintImageSet());
+        QCOMPARE(Painted.pixelColor(Old.topLeft() + QPoint(5, 6)), QColor(Qt::red));
+        QCOMPARE(Painted.pixelColor(New.topLeft() + QPoint(5, 6)).alpha(), 0);
+        QCOMPARE(
+            OrvTestDocument::pixelsOf(pFilled->paintImageSet()).pixelColor(New.center()), QColor(Qt::green));
+
+        QCOMPARE(OrvTestDocument::historyLength(), Steps + 1);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(pChannel->layout().tiles(), QVector<int>{1001});
+        QCOMPARE(m_pNetwork->geoEntity()->udimTiles(), QVector<int>{1001});
+        QCOMPARE(OrvTestDocument::pixelsOf(pPainted->paintImageSet()).pixelColor(5, 6), QColor(Qt::red));
+        OrvUndoManager::instance().redo();
+        QCOMPARE(
+            OrvTestDocument::pixelsOf(pPainted->paintImageSet()).pixelColor(Old.topLeft() + QPoint(5, 6)),
+            QColor(Qt::red));
+        OrvUndoManager::instance().undo();
+
+        // A file that cannot be read adds nothing.
+        QFile Bad(m_Document.filePath(QStringLiteral("bad.1013.png")));
+        QVERIFY(Bad.open(QIODevice::WriteOnly));
+        Bad.write("bad");
+        Bad.close();
+        QVERIFY(!importLayer(pChannel, Bad.fileName()));
+        QCOMPARE(pChannel->layout().tiles(), QVector<int>{1001});
     }
 
     void layersAreScaledToTheirChannel()
@@ -250,13 +294,45 @@ private Q_SLOTS:
         QVERIFY(Drops.drop(&Data, OrvDragAndDropManager::LayerTreeTarget,
             {{QStringLiteral("LayerStack"), QVariant::fromValue<OrvLayerStack*>(pChannel)},
                 {QStringLiteral("LayerBelow"), QVariant::fromValue(pLower)}}));
+        QTRY_COMPARE(pChannel->layerList().size(), 4);
         const QList<OrvLayer*> Layers = pChannel->layerList();
-        QCOMPARE(Layers.size(), 4);
         QCOMPARE(Layers.first(), pUpper);
         QCOMPARE(Layers[1]->name(), QStringLiteral("two"));
         QCOMPARE(Layers[2]->name(), QStringLiteral("one"));
         OrvUndoManager::instance().undo();
         QCOMPARE(pChannel->layerList().size(), 2);
+
+        // Below all rows is the bottom; onto a row, whatever that holds, is above its layer.
+        const auto dropAt = [&](OrvSnBaseNode* pTarget) {
+            return Drops.drop(&Data, OrvDragAndDropManager::LayerTreeTarget,
+                {{QStringLiteral("LayerStack"), QVariant::fromValue<OrvLayerStack*>(pChannel)},
+                    {QStringLiteral("TargetNode"), QVariant::fromValue(pTarget)}});
+        };
+        QVERIFY(dropAt(pChannel->bottomNode()));
+        QTRY_COMPARE(pChannel->layerList().size(), 4);
+        QCOMPARE(pChannel->layerList().mid(0, 2), QList<OrvLayer*>({pUpper, pLower}));
+        QCOMPARE(pChannel->layerList().last()->name(), QStringLiteral("one"));
+        OrvUndoManager::instance().undo();
+        QVERIFY(dropAt(pLower->paintNode()));
+        QTRY_COMPARE(pChannel->layerList().size(), 4);
+        QCOMPARE(pChannel->layerList().last(), pLower);
+        OrvUndoManager::instance().undo();
+
+        // A project opens, and the drop is over before this one goes.
+        QString Error;
+        const QString Project = m_Document.filePath(QStringLiteral("dropped.orvi"));
+        QVERIFY(OrvProjectManager::instance().saveProjectAs(Project, Error));
+        m_Document.newProject();
+        QMimeData Folder;
+        Folder.setUrls({QUrl::fromLocalFile(Project)});
+        for (const int Target :
+            {OrvDragAndDropManager::CanvasTarget, OrvDragAndDropManager::LayerTreeTarget}) {
+            QVERIFY(Drops.acceptDragEnter(&Folder, Target));
+            QVERIFY(Drops.drop(&Folder, Target, {}));
+            QVERIFY(OrvProjectManager::instance().currentProject()->path().isEmpty());
+            QTRY_COMPARE(OrvProjectManager::instance().currentProject()->path(), Project);
+            m_Document.newProject();
+        }
 
         QMimeData Text;
         Text.setUrls({QUrl::fromLocalFile(QStringLiteral("/nowhere/notes.txt"))});
@@ -309,8 +385,8 @@ private:
     }
     OrvLayer* importLayer(OrvLayerStack* pStack, const QString& Path)
     {
-        return OrvImageImport::importPaintLayer(
-            pStack, nullptr, OrvImageImport::imageSets({Path}).first(), {}, m_Error);
+        return OrvImageImport::importPaintLayer(pStack, nullptr, OrvImageImport::AboveCurrent,
+            OrvImageImport::imageSets({Path}).first(), {}, m_Error);
     }
     QList<OrvShaderInput*> channels() const
     {
