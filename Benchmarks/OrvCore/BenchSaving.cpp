@@ -131,10 +131,12 @@ int main(int ArgumentCount, char** pArguments)
     const QList<OrvImageSet*> Painted = paintProject();
 
     const std::string First = "first save", AfterDab = "save after a dab", Unchanged = "save unchanged";
-    RatioReporter::measure(First, [&](benchmark::State& State) { saveFirst(State, Folder); }, 0.001, 3);
+    RatioReporter::measure(
+        First, [&](benchmark::State& State) { saveFirst(State, Folder); }, 0.001, 3);
     RatioReporter::measure(
         AfterDab, [&](benchmark::State& State) { saveAfterDab(State, Folder, Painted); }, 1.0, 3);
-    RatioReporter::measure(Unchanged, [&](benchmark::State& State) { saveUnchanged(State, Folder); }, 0.5, 3);
+    RatioReporter::measure(
+        Unchanged, [&](benchmark::State& State) { saveUnchanged(State, Folder); }, 0.5, 3);
     RatioReporter Reporter;
     benchmark::RunSpecifiedBenchmarks(&Reporter);
     Reporter.printRatios();

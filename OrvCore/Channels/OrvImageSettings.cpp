@@ -2,6 +2,7 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 
 OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
 {
@@ -15,10 +16,18 @@ OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
     return Settings;
 }
 
-OrvImageSettings OrvImageSettings::ofLayer(const OrvSnBaseNode* pBlendNode)
+OrvImageSettings OrvImageSettings::ofLayer(const OrvSnBaseNode* pNode)
 {
-    const QList<OrvShaderInput*> Parents = OrvShaderInputUtils::findParents(pBlendNode, QString());
-    return ofChannel(Parents.isEmpty() ? nullptr : Parents.first());
+    const QList<OrvShaderInput*> Parents = OrvShaderInputUtils::findParents(pNode, QString());
+    OrvImageSettings Settings = ofChannel(Parents.isEmpty() ? nullptr : Parents.first());
+    const QVector<OrvChainTargets::Target>& Targets = OrvChainTargets::of(pNode).Targets;
+    if (!Targets.isEmpty()) {
+        const OrvLayerStack* pStack
+            = OrvLayerStack::getLayerStack(Targets.first().pNode, Targets.first().InputName);
+        if (pStack && pStack->isWithinMask())
+            Settings.Paint.Curve = OrvPixelFormat::Linear;
+    }
+    return Settings;
 }
 
 OrvImageSettings OrvImageSettings::ofStack(const OrvLayerStack* pStack)

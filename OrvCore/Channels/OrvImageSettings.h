@@ -16,8 +16,8 @@ struct ORVCORE_EXPORT OrvImageSettings {
     OrvPixelFormat Paint, Mask;
 
     static OrvImageSettings ofChannel(const OrvShaderInput* pChannel);
-    /// For a layer with this blend node.
-    static OrvImageSettings ofLayer(const OrvSnBaseNode* pBlendNode);
+    /// For a layer with this blend node, or what it holds.
+    static OrvImageSettings ofLayer(const OrvSnBaseNode* pNode);
     /// For new layers of a stack; paint inside a mask is data with alpha.
     static OrvImageSettings ofStack(const OrvLayerStack* pStack);
 };

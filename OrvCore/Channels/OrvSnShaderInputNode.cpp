@@ -1,6 +1,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnNames.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
@@ -100,6 +101,13 @@ QString OrvSnShaderInputNode::imageSetDepthString() const
 QString OrvSnShaderInputNode::fileSpace() const
 {
     return m_pShaderInput ? m_pShaderInput->colorSpaceConfig().dataPrettyName() : QString();
+}
+
+void OrvSnShaderInputNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
+{
+    OrvSnBaseNode::applyUserAttribute(Attribute);
+    if (network() && (Attribute.name() == SizeAttribute || Attribute.name() == TilesAttribute))
+        OrvNodeEvaluation::layoutChanged(this);
 }
 
 std::unique_ptr<OrvEngineNode> OrvSnShaderInputNode::createEngineNode() const

@@ -41,6 +41,7 @@ public:
 
 protected:
     const QVector<OrvCustomAttribute>& attributeDefaults() const override;
+    void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     QStringList enginePadInputs() const override;
 

@@ -6,6 +6,7 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -27,15 +28,15 @@ OrvSnBaseNode* contentOf(const OrvSnMergeNode* pMerge)
     return pBottom ? pBottom->preferredInputNode() : nullptr;
 }
 
-OrvSnOperationNode* baseOperationOf(const OrvSnMergeNode* pMerge)
+OrvSnBaseNode* baseOperationOf(const OrvSnMergeNode* pMerge)
 {
-    OrvSnOperationNode* pLowest = nullptr;
+    OrvSnBaseNode* pLowest = nullptr;
     OrvSnBaseNode* pNode = contentOf(pMerge);
-    while (auto* pOperation = qobject_cast<OrvSnOperationNode*>(pNode)) {
-        if (pOperation->isProcedural())
+    while (qobject_cast<OrvSnOperationNode*>(pNode) || qobject_cast<OrvSnBakePointNode*>(pNode)) {
+        if (pNode->inputs().isEmpty())
             return nullptr;
-        pLowest = pOperation;
-        pNode = pOperation->preferredInputNode();
+        pLowest = pNode;
+        pNode = pNode->preferredInputNode();
     }
     return !pNode || pNode == pMerge->inputNode(OrvSnNames::Base) ? pLowest : nullptr;
 }
@@ -101,7 +102,7 @@ OrvSnChannelInputNode* addImageNode(OrvShaderNetwork* pNetwork, const OrvUdimLay
 
 bool insertAbove(OrvSnMergeNode* pMerge, OrvSnBaseNode* pTarget)
 {
-    OrvSnOperationNode* pOperation = baseOperationOf(pMerge);
+    OrvSnBaseNode* pOperation = baseOperationOf(pMerge);
     const QVector<OrvSnBaseNode::Consumer> Readers = streamReaders(pTarget);
     if (!pMerge->connectInput(OrvSnNames::Base, pTarget))
         return false;
@@ -115,11 +116,23 @@ bool insertAbove(OrvSnMergeNode* pMerge, OrvSnBaseNode* pTarget)
 void takeOut(OrvSnMergeNode* pMerge)
 {
     OrvSnBaseNode* pBase = pMerge->inputNode(OrvSnNames::Base);
-    if (OrvSnOperationNode* pOperation = baseOperationOf(pMerge))
+    if (OrvSnBaseNode* pOperation = baseOperationOf(pMerge))
         pOperation->disconnectInput(pOperation->preferredInput());
     for (const OrvSnBaseNode::Consumer& Reader : streamReaders(pMerge))
         Reader.pNode->connectInput(Reader.InputName, pBase);
     pMerge->disconnectInput(OrvSnNames::Base);
+}
+
+bool replaceContent(OrvSnBaseNode* pContent, OrvSnBaseNode* pOther)
+{
+    const QVector<OrvSnBaseNode::Consumer> Readers = pContent->consumers();
+    for (const OrvSnBaseNode::Consumer& Reader : Readers) {
+        if (OrvChainTargets::isTarget(Reader.pNode, Reader.InputName)
+            && !Reader.pNode->connectInput(Reader.InputName, pOther))
+            return false;
+    }
+    removeUnused(pContent);
+    return true;
 }
 
 void removeUnused(OrvSnBaseNode* pNode)
@@ -180,7 +193,7 @@ QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels
     for (OrvSnMergeNode* pMerge : Merges) {
         note(pMerge);
         Roots.insert(pMerge);
-        if (const OrvSnOperationNode* pOperation = baseOperationOf(pMerge))
+        if (const OrvSnBaseNode* pOperation = baseOperationOf(pMerge))
             BaseOperations.insert(pOperation);
     }
     for (int Index = 0; Index < Found.size(); ++Index) {

@@ -8,7 +8,6 @@
 class OrvColor;
 class OrvSnChannelInputNode;
 class OrvSnMergeNode;
-class OrvSnOperationNode;
 class OrvUdimLayout;
 
 /// The steps of which every operation on layers is composed: merge nodes go into chains and out of them. Each
@@ -17,8 +16,8 @@ namespace OrvChainEditing {
 
 /// The content of a merge node, below the adjustment stack where there is one.
 ORVCORE_EXPORT OrvSnBaseNode* contentOf(const OrvSnMergeNode* pMerge);
-/// The operation of an adjustment layer that reads what lies below the layer, or null.
-ORVCORE_EXPORT OrvSnOperationNode* baseOperationOf(const OrvSnMergeNode* pMerge);
+/// The node of an adjustment or bake point layer that reads what lies below the layer, or null.
+ORVCORE_EXPORT OrvSnBaseNode* baseOperationOf(const OrvSnMergeNode* pMerge);
 /// The end of the chain that starts at the node and goes down: a bottom node, or null when there is none.
 ORVCORE_EXPORT OrvSnBaseNode* chainEnd(OrvSnBaseNode* pTop);
 /// The node goes on in these inputs as a part of its chains; other readers of the same node are left out.
@@ -49,6 +48,9 @@ ORVCORE_EXPORT void takeOut(OrvSnMergeNode* pMerge);
 /// Brings the images that the merge node's layer holds to another layout; those that are seen in channels of
 /// other layouts too stay as they are.
 ORVCORE_EXPORT void fitImages(OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout);
+/// Another node becomes the content of every layer that shows this one, which goes unless it is read
+/// otherwise. False when that would close a cycle; the macro is then to be cancelled.
+ORVCORE_EXPORT bool replaceContent(OrvSnBaseNode* pContent, OrvSnBaseNode* pOther);
 /// Removes the node, and whatever is then read by nothing, unless it is read itself, a channel or a shader.
 ORVCORE_EXPORT void removeUnused(OrvSnBaseNode* pNode);
 

@@ -162,6 +162,21 @@ QVector<OrvSnBaseNode*> OrvChainTargets::containers(const OrvSnBaseNode* pNode)
     return Found;
 }
 
+OrvSnBaseNode* OrvChainTargets::channel(const OrvSnBaseNode* pNode)
+{
+    while (pNode) {
+        const Entry& Known = of(pNode);
+        if (Known.Targets.isEmpty())
+            return nullptr;
+        const Target Outer = Known.Targets.first();
+        if (Outer.pNode->hasTag(OrvSnNames::ShaderInputTag))
+            return Outer.pNode;
+        const QVector<OrvSnMergeNode*> Layers = owners(Outer);
+        pNode = Layers.isEmpty() ? nullptr : Layers.first();
+    }
+    return nullptr;
+}
+
 void OrvChainTargets::invalidate()
 {
     memory().Entries.clear();

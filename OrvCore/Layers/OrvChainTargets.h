@@ -32,6 +32,8 @@ public:
     /// The nodes that hold the node as content or mask, on all levels: merge nodes and channels, nearest
     /// first, shared channels included.
     static QVector<OrvSnBaseNode*> containers(const OrvSnBaseNode* pNode);
+    /// The channel in which the node's pixels are seen first, or null.
+    static OrvSnBaseNode* channel(const OrvSnBaseNode* pNode);
 
     /// The input is where a chain ends: a channel's, a merge node's content or mask, an adjustment stack's
     /// content.

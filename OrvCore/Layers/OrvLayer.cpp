@@ -9,6 +9,7 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
@@ -142,6 +143,16 @@ OrvSnBaseNode* OrvLayer::proceduralNode() const
     return pOperation && pOperation->isProcedural() ? pOperation : nullptr;
 }
 
+OrvSnBakePointNode* OrvLayer::bakePointNode() const
+{
+    return qobject_cast<OrvSnBakePointNode*>(contentNode());
+}
+
+bool OrvLayer::isBakePointLayer() const
+{
+    return bakePointNode() != nullptr;
+}
+
 OrvSnBaseNode* OrvLayer::shaderNode() const
 {
     OrvSnBaseNode* pContent = contentNode();
@@ -161,7 +172,7 @@ bool OrvLayer::isGroupLayer() const
 
 bool OrvLayer::canHaveAdjustmentStack() const
 {
-    return contentNode() && !isAdjustmentLayer() && !isShaderLayer();
+    return contentNode() && !isAdjustmentLayer() && !isShaderLayer() && !isBakePointLayer();
 }
 
 bool OrvLayer::isVisible() const
@@ -261,32 +272,6 @@ void OrvLayer::makeCurrent(bool Undoable, bool WithStack)
         pNetwork->selectNone({m_pBlendNode});
         setSelected(true);
     }
-}
-
-bool OrvLayer::isLayerCached() const
-{
-    return m_pBlendNode->userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
-}
-
-void OrvLayer::uncacheLayer()
-{
-    m_pBlendNode->setUserAttributeValue(OrvMergeAttributes::LayerCached, false);
-}
-
-bool OrvLayer::isCachedUpToHere() const
-{
-    return m_pBlendNode->cacheActive() == OrvSnCacheActive;
-}
-
-bool OrvLayer::isDownstreamCached() const
-{
-    if (OrvChainTargets::of(m_pBlendNode).FrozenAbove)
-        return true;
-    const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(m_pBlendNode);
-    return std::any_of(Containers.begin(), Containers.end(), [](const OrvSnBaseNode* pContainer) {
-        return pContainer->cacheActive() == OrvSnCacheActive || OrvChainTargets::of(pContainer).FrozenAbove
-            || pContainer->userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
-    });
 }
 
 double OrvLayer::cost() const

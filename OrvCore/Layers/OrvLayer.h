@@ -7,10 +7,13 @@
 #include <QtCore/QString>
 
 class OrvColor;
+class OrvImageBuffer;
 class OrvImageSet;
 class OrvLayerStack;
 class OrvShaderInput;
+class OrvSnBakePointNode;
 class OrvSnBaseNode;
+class OrvSnCustomProceduralNode;
 class OrvSnMergeNode;
 class QColor;
 
@@ -48,18 +51,18 @@ public:
     OrvSnBaseNode* secondaryAdjustmentNode() const;
     OrvSnBaseNode* graphNode() const;
     OrvSnBaseNode* proceduralNode() const;
-    OrvSnBaseNode* customProceduralNode() const { return nullptr; }
+    OrvSnCustomProceduralNode* customProceduralNode() const;
     OrvSnBaseNode* shaderNode() const;
-    OrvSnBaseNode* maskCustomProceduralNode() const { return nullptr; }
-    OrvSnBaseNode* bakePointNode() const { return nullptr; }
+    OrvSnCustomProceduralNode* maskCustomProceduralNode() const;
+    OrvSnBakePointNode* bakePointNode() const;
 
     bool isPaintableLayer() const { return paintNode() != nullptr; }
     bool isAdjustmentLayer() const { return adjustmentNode() != nullptr; }
     bool isProceduralLayer() const { return proceduralNode() != nullptr; }
-    bool isCustomProceduralLayer() const { return customProceduralNode() != nullptr; }
+    bool isCustomProceduralLayer() const;
     bool isGraphLayer() const { return graphNode() != nullptr; }
     bool isShaderLayer() const { return shaderNode() != nullptr; }
-    bool isBakePointLayer() const { return bakePointNode() != nullptr; }
+    bool isBakePointLayer() const;
     virtual bool isGroupLayer() const;
     bool hasSecondaryAdjustment() const { return secondaryAdjustmentNode() != nullptr; }
     bool canHaveAdjustmentStack() const;
@@ -93,18 +96,45 @@ public:
     OrvLayerStack* maskStack() const;
     bool isMaskEnabled() const;
     Q_INVOKABLE void setMaskEnabled(bool Enabled);
-    bool isMaskProcedural() const { return false; }
-    bool hasMaskCustomProcedural() const { return maskCustomProceduralNode() != nullptr; }
+    /// Neither painted nor a stack: an operation that makes pixels feeds the mask.
+    bool isMaskProcedural() const;
+    bool hasMaskCustomProcedural() const;
+    /// A custom procedural, a file or an entry of the shelf, becomes the mask of a layer that has none.
+    /// False, with the reason, when that cannot be.
+    bool addMaskCustomProcedural(const QString& PathOrKey, QString& Error);
     /// Nothing happens when there is a mask already.
     bool addMaskImageSet(MaskType Type, const OrvColor& Fill);
     bool addMaskImageSet(int Type, const OrvColor& Fill) { return addMaskImageSet(MaskType(Type), Fill); }
     Q_INVOKABLE void addMaskImageSet();
     Q_INVOKABLE void addMaskImageSetAndFillBlack();
-    /// The old mask becomes the stack's first layer. Null when there is no mask image to convert or no change
-    /// is allowed.
+    /// The mask shows what the content covers; the content stays as it is.
+    Q_INVOKABLE bool addMaskImageSetFromAlpha();
+    /// The mask shows what is selected, or a group of selections that the user picks; see
+    /// OrvSelectionProvider.
+    Q_INVOKABLE bool addMaskImageSetFromSelection();
+    Q_INVOKABLE bool addMaskImageSetFromSelectionGroupViaGUI();
+    /// Masks of every kind go over the clipboard, between projects too. Pasting replaces the mask that is
+    /// there.
+    Q_INVOKABLE bool cutMaskToClipboard();
+    Q_INVOKABLE bool copyMaskToClipboard();
+    Q_INVOKABLE bool pasteMaskFromClipboard();
+    /// The old mask becomes the stack's first layer. Null when there is no mask to convert or no change is
+    /// allowed.
     Q_INVOKABLE OrvLayerStack* convertMaskToMaskStack();
+    /// A stack or a procedural mask becomes an image that can be painted on.
+    Q_INVOKABLE bool convertMaskToImageSet();
+    /// Of a paintable layer: the mask goes into the alpha of the paint, whether it is enabled or not. An
+    /// adjustment stack that is shown goes into the paint with it, for it has seen the paint without the
+    /// mask.
+    Q_INVOKABLE bool applyMask();
     Q_INVOKABLE void deleteMask();
     void makeMaskComponentCurrent();
+    /// Another depth for a mask image, a GL depth code.
+    bool convertMask(unsigned Depth);
+    /// Another edge length for the mask's images, or for those of the paint; -1 halves it, -2 doubles it.
+    /// Images have one frame, and all tiles of a set are of one size.
+    bool resizeMaskImageSets(int Frame, int Size, bool AllImages, bool Undoable);
+    bool resizeImageSets(int Frame, int Size, bool AllImages, bool Undoable);
 
     bool hasAdjustmentStack() const;
     OrvLayerStack* adjustmentStack() const;
@@ -116,6 +146,10 @@ public:
     /// Makes the adjustment stack if there is none. The new layer, or null.
     Q_INVOKABLE OrvLayer* addLayerAdjustmentLayerFromKey(const QString& Key, const QString& Name = QString());
     Q_INVOKABLE void removeLayerAdjustment();
+    /// Of a paintable layer: the adjustments go into the paint as they are shown.
+    Q_INVOKABLE bool convertAdjustmentStackToImageSet();
+    /// A procedural or a graph becomes an image that can be painted on, for all layers that share it.
+    Q_INVOKABLE bool convertPayloadToImageSet();
     /// Of an adjustment layer: a second operation that follows the first.
     Q_INVOKABLE void addSecondaryAdjustmentLayerFromKey(const QString& Key);
     Q_INVOKABLE void removeSecondaryAdjustmentLayer();
@@ -133,16 +167,31 @@ public:
     QList<OrvLayer*> downstreamSharer() const;
     /// A layer above the target that shares this one's content and mask; null when it cannot stand there.
     OrvLayer* addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString& StreamName, bool Undoable);
+    /// As OrvLayerStack::shareLayersAsChannel(), for this layer alone.
+    OrvShaderInput* shareLayerAsChannel();
     /// Content and mask of its own instead of shared ones.
     Q_INVOKABLE void unshareLayer();
 
     bool hasLayerCache() const { return isLayerCached(); }
     bool isLayerCached() const;
+    /// Keeps what the layer holds, content and mask, so that nothing in it is computed again; nothing in it
+    /// can be edited meanwhile.
+    bool cacheLayer();
     void uncacheLayer();
     bool hasCacheUpToHere() const { return isCachedUpToHere(); }
     bool isCachedUpToHere() const;
+    bool canCacheUpToHere() const;
+    /// Keeps the picture of this layer and all below it in its stack.
+    Q_INVOKABLE bool cacheUpToHere();
+    Q_INVOKABLE void uncacheUpToHere();
     bool isDownstreamCached() const;
-    bool hasMissingGeoChannels() const { return false; }
+
+    /// Of a bake point layer: takes what lies below as it is now, or goes back to showing it live.
+    Q_INVOKABLE bool bake();
+    Q_INVOKABLE bool unbake();
+    /// The names of the geometry channels that content or mask need and nothing provides.
+    QStringList missingGeoChannels() const;
+    bool hasMissingGeoChannels() const { return !missingGeoChannels().isEmpty(); }
 
     /// Relative cost of evaluating the layer, 0 cheap to 1 (and beyond) dear; see OrvLayerCost.
     double cost() const;
@@ -176,6 +225,18 @@ protected:
 
 private:
     friend class OrvLayerManager;
+
+    /// False, with a word to the user, for a layer that cannot be edited.
+    bool checkModifiable() const;
+    bool refuse(const QString& Reason) const;
+    bool checkTakesMask() const;
+    /// A painted mask in one undo step, of one colour where there are no pixels.
+    bool addMask(const QString& MacroText, const OrvColor& Fill, const OrvImageBuffer& Pixels);
+    /// Null takes the mask away. False, with nothing changed, when the other one would show itself.
+    bool replaceMask(OrvSnBaseNode* pMask);
+    /// Other paint, of this layer alone, and no adjustment stack above it any more.
+    void replacePaint(const OrvImageBuffer& Pixels);
+    bool resize(OrvSnBaseNode* pImages, int Size, const QString& MacroText);
 
     OrvSnMergeNode* m_pBlendNode;
     bool m_Selected = false;

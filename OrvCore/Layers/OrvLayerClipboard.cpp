@@ -5,20 +5,24 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 
-const QString OrvLayerClipboard::MimeType = QStringLiteral("application/x-orvi-layer-clipboard");
-
 namespace {
+
+QString tr(const char* pText)
+{
+    return QCoreApplication::translate("OrvLayerClipboard", pText);
+}
 
 /// Turns its layers into bytes only when somebody asks for them.
 class LayerMimeData : public QMimeData {
 public:
-    explicit LayerMimeData(const OrvLayerSnapshot& Snapshot)
-        : m_Snapshot(Snapshot)
+    LayerMimeData(const QString& Format, const OrvLayerSnapshot& Snapshot)
+        : m_Format(Format)
+        , m_Snapshot(Snapshot)
     {
     }
     const OrvLayerSnapshot& snapshot() const { return m_Snapshot; }
-    QStringList formats() const override { return {OrvLayerClipboard::MimeType}; }
-    bool hasFormat(const QString& Format) const override { return Format == OrvLayerClipboard::MimeType; }
+    QStringList formats() const override { return {m_Format}; }
+    bool hasFormat(const QString& Format) const override { return Format == m_Format; }
 
 protected:
     QVariant retrieveData(const QString& Format, QVariant::Type) const override
@@ -27,6 +31,7 @@ protected:
     }
 
 private:
+    QString m_Format;
     OrvLayerSnapshot m_Snapshot;
 };
 
@@ -39,22 +44,29 @@ QClipboard* clipboard()
 
 } // namespace
 
-void OrvLayerClipboard::put(const OrvLayerSnapshot& Snapshot)
+QString OrvLayerClipboard::mimeType(Contents What)
+{
+    return What == Layers ? QStringLiteral("application/x-orvi-layer-clipboard")
+                          : QStringLiteral("application/x-orvi-mask-clipboard");
+}
+
+void OrvLayerClipboard::put(Contents What, const OrvLayerSnapshot& Snapshot)
 {
     if (QClipboard* pClipboard = clipboard())
-        pClipboard->setMimeData(new LayerMimeData(Snapshot));
+        pClipboard->setMimeData(new LayerMimeData(mimeType(What), Snapshot));
 }
 
-bool OrvLayerClipboard::holdsLayers()
+bool OrvLayerClipboard::holds(Contents What)
 {
     const QMimeData* pData = clipboard() ? clipboard()->mimeData() : nullptr;
-    return pData && pData->hasFormat(MimeType);
+    return pData && pData->hasFormat(mimeType(What));
 }
 
-bool OrvLayerClipboard::get(OrvLayerSnapshot& Snapshot, QString& Error)
+bool OrvLayerClipboard::get(Contents What, OrvLayerSnapshot& Snapshot, QString& Error)
 {
-    if (!holdsLayers()) {
-        Error = QCoreApplication::translate("OrvLayerClipboard", "There are no layers on the clipboard");
+    if (!holds(What)) {
+        Error = What == Layers ? tr("There are no layers on the clipboard")
+                               : tr("There is no mask on the clipboard");
         return false;
     }
     const QMimeData* pData = clipboard()->mimeData();
@@ -62,5 +74,5 @@ bool OrvLayerClipboard::get(OrvLayerSnapshot& Snapshot, QString& Error)
         Snapshot = pOwn->snapshot();
         return true;
     }
-    return OrvLayerSnapshot::fromBytes(pData->data(MimeType), Snapshot, Error);
+    return OrvLayerSnapshot::fromBytes(pData->data(mimeType(What)), Snapshot, Error);
 }

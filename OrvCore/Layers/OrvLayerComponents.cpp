@@ -1,134 +1,14 @@
-// Masks and adjustment stacks of a layer.
+// Adjustments of a layer: its adjustment stack, the secondary adjustment of an adjustment layer.
 
 #include "OrvCore/Layers/OrvLayer.h"
 
-#include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Network/OrvNodeRegistry.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
-#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-
-#include "OrvDdi/Image/OrvColor.h"
-#include "OrvDdi/Image/OrvImageSet.h"
-
-bool OrvLayer::hasMask() const
-{
-    return maskNode() != nullptr;
-}
-
-bool OrvLayer::hasMaskImageSet() const
-{
-    return maskPaintNode() != nullptr;
-}
-
-bool OrvLayer::hasMaskStack() const
-{
-    return hasMask() && !hasMaskImageSet();
-}
-
-OrvLayerStack* OrvLayer::maskStack() const
-{
-    return hasMaskStack() ? OrvLayerStack::getLayerStack(m_pBlendNode, OrvSnNames::Mask) : nullptr;
-}
-
-bool OrvLayer::isMaskEnabled() const
-{
-    return m_pBlendNode->userAttribute(OrvMergeAttributes::MaskEnabled).value().toBool();
-}
-
-void OrvLayer::setMaskEnabled(bool Enabled)
-{
-    m_pBlendNode->setUserAttributeValue(OrvMergeAttributes::MaskEnabled, Enabled);
-}
-
-bool OrvLayer::addMaskImageSet(MaskType Type, const OrvColor& Fill)
-{
-    if (hasMask() || !isModifiable())
-        return false;
-    OrvUndoManager::AutoMacro Macro(tr("Add Mask : %1").arg(name()));
-    const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);
-    OrvSnChannelInputNode* pImages
-        = OrvChainEditing::addImageNode(m_pBlendNode->network(), Settings.Layout, Settings.Mask,
-            Type == FilledMask ? Fill : OrvColor::clear(), tr("%1 Mask").arg(name()), m_pBlendNode, -1, 2);
-    if (!m_pBlendNode->connectInput(OrvSnNames::Mask, pImages)) {
-        Macro.cancel();
-        return false;
-    }
-    setMaskEnabled(true);
-    // Who adds a mask paints on it next.
-    if (isCurrent())
-        OrvLayerManager::instance().setCurrentComponent(pImages);
-    return true;
-}
-
-void OrvLayer::addMaskImageSet()
-{
-    addMaskImageSet(FilledMask, OrvColor::white());
-}
-
-void OrvLayer::addMaskImageSetAndFillBlack()
-{
-    addMaskImageSet(FilledMask, OrvColor::black());
-}
-
-OrvLayerStack* OrvLayer::convertMaskToMaskStack()
-{
-    if (hasMaskStack())
-        return maskStack();
-    OrvSnBaseNode* pImages = maskPaintNode();
-    if (!pImages || !isModifiable())
-        return nullptr;
-    OrvUndoManager::AutoMacro Macro(tr("Make Mask Stack : %1").arg(name()));
-    OrvShaderNetwork* pNetwork = m_pBlendNode->network();
-    OrvSnBaseNode* pBottom = OrvChainEditing::addNode(
-        pNetwork, std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pImages, -1, 0);
-    OrvSnMergeNode* pMerge = OrvChainEditing::addNode(pNetwork, std::make_unique<OrvSnMergeNode>(),
-        OrvLayerManager::instance().uniqueLayerName(pNetwork, tr("Mask")), pImages, 1, 0);
-    const bool Done = pMerge->connectInput(OrvSnNames::Base, pBottom)
-        && pMerge->connectInput(OrvSnNames::Over, pImages)
-        && m_pBlendNode->connectInput(OrvSnNames::Mask, pMerge);
-    if (!Done) {
-        Macro.cancel();
-        return nullptr;
-    }
-    return maskStack();
-}
-
-void OrvLayer::deleteMask()
-{
-    OrvSnBaseNode* pMask = maskNode();
-    if (!pMask || !isModifiable())
-        return;
-    const OrvUndoManager::AutoMacro Macro(tr("Remove Mask : %1").arg(name()));
-    OrvLayerManager& Manager = OrvLayerManager::instance();
-    const bool WasPainted = Manager.currentComponent() == pMask;
-    m_pBlendNode->disconnectInput(OrvSnNames::Mask);
-    OrvChainEditing::removeUnused(pMask);
-    if (WasPainted)
-        Manager.setCurrentComponent(paintNode());
-}
-
-void OrvLayer::makeMaskComponentCurrent()
-{
-    OrvSnBaseNode* pImages = maskPaintNode();
-    if (const OrvLayerStack* pStack = maskStack()) {
-        for (const OrvLayer* pLayer : pStack->layerList()) {
-            pImages = pLayer->paintNode();
-            if (pImages)
-                break;
-        }
-    }
-    OrvLayerManager& Manager = OrvLayerManager::instance();
-    Manager.setCurrentLayer(m_pBlendNode->network(), this, OrvUndoManager::instance().isInMacro());
-    if (pImages)
-        Manager.setCurrentComponent(pImages);
-}
 
 bool OrvLayer::hasAdjustmentStack() const
 {

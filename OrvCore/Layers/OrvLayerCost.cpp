@@ -1,12 +1,13 @@
 #include "OrvCore/Layers/OrvLayerCost.h"
 
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -99,6 +100,21 @@ Memory& memory()
 
 double layerCost(const OrvSnMergeNode* pMerge);
 
+/// Of the operations of a network inside a node, and of the blends between them.
+double insideCost(const OrvShaderNetwork& Inside)
+{
+    double Cost = 0.0;
+    for (const OrvSnBaseNode* pNode : Inside.nodes()) {
+        if (const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode))
+            Cost += operationCost(pOperation->operation());
+        else if (const auto* pProcedural = qobject_cast<const OrvSnCustomProceduralNode*>(pNode))
+            Cost += insideCost(*pProcedural->inside());
+        else if (qobject_cast<const OrvSnMergeNode*>(pNode))
+            Cost += BlendCost;
+    }
+    return Cost;
+}
+
 /// What comes in at an input, in milliseconds per million pixels. Chains are followed in a loop, so that only
 /// nesting makes it go deep.
 double contentCost(const OrvSnBaseNode* pNode, const OrvSnBaseNode* pBase)
@@ -107,24 +123,39 @@ double contentCost(const OrvSnBaseNode* pNode, const OrvSnBaseNode* pBase)
     while (pNode && pNode != pBase) {
         if (const auto* pMerge = qobject_cast<const OrvSnMergeNode*>(pNode)) {
             Cost += layerCost(pMerge);
-        } else if (const auto* pImage = qobject_cast<const OrvSnChannelInputNode*>(pNode)) {
-            Cost += pImage->imageSet() && !pImage->imageSet()->isUniform() ? ImageCost : 0.0;
+            if (pMerge->cacheActive() == OrvSnCacheActive)
+                break; // all below is kept with it
+        } else if (const OrvImageSet* pImages = pNode->imageSet()) {
+            Cost += pImages->isUniform() ? 0.0 : ImageCost;
+            break; // whatever the node reads besides is not computed
         } else if (const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode)) {
             Cost += operationCost(pOperation->operation());
         } else if (const OrvShaderNetwork* pNested = pNode->nestedNetwork()) {
-            for (const OrvSnBaseNode* pInside : pNested->nodes()) {
-                if (const auto* pStep = qobject_cast<const OrvSnOperationNode*>(pInside))
-                    Cost += operationCost(pStep->operation());
-            }
+            Cost += insideCost(*pNested);
+        } else if (const auto* pProcedural = qobject_cast<const OrvSnCustomProceduralNode*>(pNode)) {
+            Cost += insideCost(*pProcedural->inside());
         }
         pNode = pNode->preferredInputNode();
     }
     return Cost;
 }
 
+/// What is kept costs no more than an image.
+double unlessKept(const OrvSnMergeNode* pMerge, double Cost)
+{
+    const bool Kept = pMerge->userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
+    return Kept ? qMin(Cost, ImageCost) : Cost;
+}
+
 double contentOfLayer(const OrvSnMergeNode* pMerge)
 {
-    return contentCost(pMerge->inputNode(OrvSnNames::Over), pMerge->inputNode(OrvSnNames::Base));
+    return unlessKept(
+        pMerge, contentCost(pMerge->inputNode(OrvSnNames::Over), pMerge->inputNode(OrvSnNames::Base)));
+}
+
+double maskOfLayer(const OrvSnMergeNode* pMerge)
+{
+    return unlessKept(pMerge, contentCost(pMerge->inputNode(OrvSnNames::Mask), nullptr));
 }
 
 double layerCost(const OrvSnMergeNode* pMerge)
@@ -132,9 +163,10 @@ double layerCost(const OrvSnMergeNode* pMerge)
     const auto Known = memory().Layers.constFind(pMerge);
     if (Known != memory().Layers.constEnd())
         return Known.value();
-    const double Cost = !pMerge->enabledAsBool()
-        ? 0.0
-        : BlendCost + contentOfLayer(pMerge) + contentCost(pMerge->inputNode(OrvSnNames::Mask), nullptr);
+    const double Cost = !pMerge->enabledAsBool() ? 0.0
+        : pMerge->cacheActive() == OrvSnCacheActive
+        ? ImageCost
+        : BlendCost + contentOfLayer(pMerge) + maskOfLayer(pMerge);
     memory().Layers.insert(pMerge, Cost);
     return Cost;
 }
@@ -144,9 +176,13 @@ double layerCost(const OrvSnMergeNode* pMerge)
 OrvLayerCost OrvLayerCost::of(const OrvSnMergeNode* pBlendNode)
 {
     OrvLayerCost Cost;
-    if (!pBlendNode || !pBlendNode->enabledAsBool())
+    if (!pBlendNode || !pBlendNode->enabledAsBool() || OrvLayerUtils::isPartOfCache(pBlendNode))
         return Cost;
-    const double Mask = contentCost(pBlendNode->inputNode(OrvSnNames::Mask), nullptr);
+    if (pBlendNode->cacheActive() == OrvSnCacheActive) {
+        Cost.m_Parts.append({tr("cache"), ImageCost / Unit});
+        return Cost;
+    }
+    const double Mask = maskOfLayer(pBlendNode);
     const double Content = layerCost(pBlendNode) - BlendCost - Mask;
     const OrvSnBaseNode* pContent = OrvChainEditing::contentOf(pBlendNode);
     Cost.m_Parts.append({tr("blending"), BlendCost / Unit});
@@ -173,7 +209,7 @@ double OrvLayerCost::total() const
 QString OrvLayerCost::description() const
 {
     if (m_Parts.isEmpty())
-        return tr("The layer is hidden and costs nothing");
+        return tr("The layer is hidden or part of a cache, and costs nothing");
     QStringList Shares;
     for (const Part& One : m_Parts)
         Shares.append(tr("%1 %2").arg(One.Name).arg(One.Cost, 0, 'f', 2));

@@ -10,7 +10,7 @@ class OrvSnMergeNode;
 
 /// What a layer costs to compute, relative: 1 stands for a tenth of a second per million pixels on two
 /// processor cores, which is what a user notices. An estimate from measured costs of the steps involved;
-/// nothing is measured when it is asked. Hidden layers cost nothing.
+/// nothing is measured when it is asked. Hidden layers, and those inside a cache, cost nothing.
 class ORVCORE_EXPORT OrvLayerCost {
 public:
     struct Part {

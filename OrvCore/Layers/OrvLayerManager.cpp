@@ -7,9 +7,12 @@
 #include "OrvCore/Layers/OrvLayerCost.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include <QtWidgets/QUndoCommand>
@@ -81,6 +84,7 @@ OrvLayerManager::OrvLayerManager()
     connect(pNetworks, &OrvShaderNetworkManager::nodeUserAttributeChanged, this,
         &OrvLayerManager::onNodeAttributeChanged);
     connect(pNetworks, &OrvShaderNetworkManager::nodeNameChanged, this, &OrvLayerManager::onNodeNameChanged);
+    connect(pNetworks, &OrvShaderNetworkManager::nodeRefreshed, this, &OrvLayerManager::onNodeRefreshed);
     connect(pNetworks, &OrvShaderNetworkManager::currentShaderNetworkChanged, this,
         &OrvLayerManager::onCurrentNetworkChanged);
     connect(
@@ -181,8 +185,12 @@ bool OrvLayerManager::carriesStack(const OrvSnBaseNode* pNode, const QString& In
     const OrvSnBaseNode* pSource = pNode->inputNode(InputName);
     if (!pSource || !OrvChainTargets::isTarget(pNode, InputName))
         return false;
-    if (InputName == OrvSnNames::Mask)
-        return !qobject_cast<const OrvSnChannelInputNode*>(pSource);
+    if (InputName == OrvSnNames::Mask) {
+        const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pSource);
+        return !qobject_cast<const OrvSnChannelInputNode*>(pSource)
+            && !qobject_cast<const OrvSnCustomProceduralNode*>(pSource)
+            && !(pOperation && pOperation->isProcedural());
+    }
     return (InputName == OrvSnNames::Over && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag))
         || qobject_cast<const OrvSnMergeNode*>(pSource)
         || qobject_cast<const OrvSnBottomTransparencyNode*>(pSource);
@@ -214,6 +222,8 @@ OrvSnBaseNode* OrvLayerManager::dummyBlendNode()
 void OrvLayerManager::onNodeRegistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
 {
     m_StructureChanged = true;
+    if (auto* pBakePoint = qobject_cast<OrvSnBakePointNode*>(pNode))
+        m_BakePoints.insert(pBakePoint);
     if (!qobject_cast<OrvSnMergeNode*>(pNode))
         return;
     m_Names.enter(pNode);
@@ -226,6 +236,7 @@ void OrvLayerManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNo
     m_Names.leave(pNetwork, pNode);
     m_Dirty.remove(pNode);
     m_DirtyContents.remove(pNode);
+    m_BakePoints.remove(qobject_cast<OrvSnBakePointNode*>(pNode));
     dropStacksOf(pNode);
     if (m_pCurrentComponent == pNode)
         applyCurrentComponent(nullptr);
@@ -303,6 +314,7 @@ void OrvLayerManager::onNodeLockedChanged(OrvSnBaseNode* pNode, bool)
 
 void OrvLayerManager::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState)
 {
+    OrvLayerCost::invalidate();
     markDirty(pNode, WithAllBelow);
     if (OrvLayer* pLayer = getLayer(pNode, false))
         Q_EMIT pLayer->cacheStateChanged();
@@ -316,6 +328,8 @@ void OrvLayerManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
         markDirty(pNode, WithContents);
     else if (Name == OrvMergeAttributes::PassThrough)
         markDirty(pNode, Alone);
+    else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute)
+        tellProceduralChanged(pNode);
     if (!pLayer)
         return;
     if (Name == OrvMergeAttributes::ColorTag)
@@ -326,6 +340,24 @@ void OrvLayerManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
         Q_EMIT pLayer->cacheStateChanged();
 }
 
+void OrvLayerManager::tellProceduralChanged(const OrvSnBaseNode* pNode)
+{
+    const auto* pProcedural = qobject_cast<const OrvSnCustomProceduralNode*>(pNode);
+    if (!pProcedural)
+        return;
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNode).Targets;
+    for (const OrvChainTargets::Target& Target : Targets) {
+        for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target)) {
+            OrvLayer* pLayer = getLayer(pOwner, false);
+            if (!pLayer)
+                continue;
+            Q_EMIT pLayer->proceduralTypeChanged(pProcedural->procedural().Type);
+            Q_EMIT pLayer->missingGeoChannelsRefreshed(
+                pLayer->missingGeoChannels().join(QStringLiteral(", ")));
+        }
+    }
+}
+
 void OrvLayerManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString Name)
 {
     if (!qobject_cast<OrvSnMergeNode*>(pNode))
@@ -333,6 +365,17 @@ void OrvLayerManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString Name)
     m_Names.rename(pNode);
     if (OrvLayer* pLayer = getLayer(pNode, false))
         Q_EMIT pLayer->nameChanged(Name);
+}
+
+void OrvLayerManager::onNodeRefreshed(OrvSnBaseNode* pNode)
+{
+    if (!qobject_cast<OrvSnBakePointNode*>(pNode))
+        return;
+    for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
+        markDirty(Reader.pNode, Alone);
+        if (OrvLayer* pLayer = getLayer(Reader.pNode, false))
+            Q_EMIT pLayer->bakePointStateChanged();
+    }
 }
 
 void OrvLayerManager::onCurrentNetworkChanged()
@@ -347,9 +390,18 @@ void OrvLayerManager::onEditFinished()
     const bool StructureChanged = std::exchange(m_StructureChanged, false);
     if (StructureChanged)
         dropStacksThatNoLongerHold();
+    refreshBakePoints();
     refreshDirtyStates();
     if (StructureChanged)
         Q_EMIT structureRefreshed();
+}
+
+void OrvLayerManager::refreshBakePoints()
+{
+    for (OrvSnBakePointNode* pBakePoint : qAsConst(m_BakePoints)) {
+        if (pBakePoint->refreshBakedState())
+            onNodeRefreshed(pBakePoint);
+    }
 }
 
 void OrvLayerManager::markDirty(OrvSnBaseNode* pNode, Reach Extent)

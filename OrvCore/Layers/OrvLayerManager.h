@@ -13,6 +13,7 @@
 #include <QtCore/QSet>
 
 class OrvShaderNetwork;
+class OrvSnBakePointNode;
 class OrvSnMergeNode;
 
 /// Makes and keeps the layer and stack objects that show the graph, and knows what is current: the layer of
@@ -59,6 +60,8 @@ Q_SIGNALS:
     void layersRemoved(const QSet<OrvLayer*>& Layers);
     /// Content or order of some stacks changed; at the end of an edit.
     void structureRefreshed();
+    /// Why an operation on layers that somebody asked for was not done; for a status line.
+    void refused(QString Reason);
 
 private Q_SLOTS:
     void onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
@@ -70,6 +73,7 @@ private Q_SLOTS:
     void onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState State);
     void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
     void onNodeNameChanged(OrvSnBaseNode* pNode, QString Name);
+    void onNodeRefreshed(OrvSnBaseNode* pNode);
     void onCurrentNetworkChanged();
     void onEditFinished();
 
@@ -87,7 +91,10 @@ private:
     void markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
     void dropStacksOf(const OrvSnBaseNode* pNode);
     void dropStacksThatNoLongerHold();
+    /// The custom procedural is described by another text now.
+    void tellProceduralChanged(const OrvSnBaseNode* pNode);
     void drop(OrvLayerStack* pStack);
+    void refreshBakePoints();
     void refreshDirtyStates();
     QSet<OrvSnBaseNode*> takeDirtyNodes();
     static bool carriesStack(const OrvSnBaseNode* pNode, const QString& InputName);
@@ -99,6 +106,7 @@ private:
     QPointer<OrvSnBaseNode> m_pCurrentComponent;
     QHash<OrvSnBaseNode*, Reach> m_Dirty;
     QSet<OrvSnBaseNode*> m_DirtyContents; ///< nodes that layers share, or shared
+    QSet<OrvSnBakePointNode*> m_BakePoints;
     OrvLayerNames m_Names;
     OrvSnMergeNode* m_pDummyBlendNode = nullptr;
     bool m_StructureChanged = false;

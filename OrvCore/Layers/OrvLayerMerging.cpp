@@ -1,4 +1,4 @@
-// Several layers of a stack become one that is painted.
+// Several layers of a stack become one that is painted: those that are selected, or those of a group.
 
 #include "OrvCore/Layers/OrvLayerStack.h"
 
@@ -25,6 +25,28 @@ bool areNeighbors(const QList<OrvLayer*>& Layers)
     return true;
 }
 
+/// The group as it is seen over what lies below it, which its layers read.
+OrvImageBuffer renderTogetherWithBelow(OrvSnMergeNode* pGroup, const OrvImageSettings& Settings)
+{
+    const bool WasVisible = pGroup->enabledAsBool();
+    pGroup->setEnabledAsBool(true);
+    const OrvImageBuffer Pixels = OrvLayerRendering::renderDifference(
+        pGroup, pGroup->inputNode(OrvSnNames::Base), Settings.Layout, Settings.Paint);
+    pGroup->setEnabledAsBool(WasVisible);
+    return Pixels;
+}
+
+/// The pixels hold all that the blending did.
+void blendPlainly(OrvSnMergeNode* pMerge)
+{
+    for (const QString& Name : {OrvMergeAttributes::BlendMode, OrvMergeAttributes::Amount,
+             OrvMergeAttributes::AmountEnabled, OrvMergeAttributes::AdvancedEnabled})
+        pMerge->removeUserAttribute(Name);
+    OrvSnBaseNode* pMask = pMerge->inputNode(OrvSnNames::Mask);
+    pMerge->disconnectInput(OrvSnNames::Mask);
+    OrvChainEditing::removeUnused(pMask);
+}
+
 } // namespace
 
 OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
@@ -47,13 +69,13 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     if (WithBelow)
         Pixels = OrvLayerRendering::renderDifference(pTop, pBelow, Settings.Layout, Settings.Paint);
     OrvSnMergeNode* pGroup = gather(Merged, pTop, Name);
-    if (!pGroup) {
+    OrvSnBaseNode* pInside = pGroup ? pGroup->inputNode(OrvSnNames::Over) : nullptr;
+    if (pGroup && !WithBelow)
+        Pixels = OrvLayerRendering::render(pInside, Settings.Layout, Settings.Paint);
+    if (!pGroup || Pixels.isNull()) {
         Macro.cancel();
         return nullptr;
     }
-    OrvSnBaseNode* pInside = pGroup->inputNode(OrvSnNames::Over);
-    if (!WithBelow)
-        Pixels = OrvLayerRendering::render(pInside, Settings.Layout, Settings.Paint);
     OrvSnChannelInputNode* pPaint = OrvChainEditing::addImageNode(
         network(), Settings.Layout, Settings.Paint, OrvColor::clear(), Name, pGroup, 0, 1, Pixels);
 
@@ -68,5 +90,47 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     if (pLayer->isCurrent())
         Manager.setCurrentComponent(pPaint);
     present({pLayer}, Flags);
+    return pLayer;
+}
+
+OrvLayer* OrvLayerStreamUtils::flattenLayer(OrvLayer* pLayer, OrvLayerStack*, bool)
+{
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    const OrvLayerStack* pInside = groupStack(pLayer);
+    if (!pInside || !pLayer->isModifiable()) {
+        if (pLayer) {
+            Q_EMIT Manager.refused((pInside ? OrvLayerStack::tr("'%1' is locked or cached")
+                                            : OrvLayerStack::tr("'%1' is no group"))
+                                       .arg(pLayer->name()));
+        }
+        return nullptr;
+    }
+    OrvUndoManager::AutoMacro Macro(OrvLayerStack::tr("Flatten Layer Group : %1").arg(pLayer->name()));
+    OrvSnMergeNode* pGroup = pLayer->blendNode();
+    OrvSnBaseNode* pContent = pLayer->contentNode();
+    const OrvImageSettings Settings = OrvImageSettings::ofLayer(pGroup);
+    const bool WithBelow
+        = pGroup->passesThrough() && OrvLayerStack::dependsOnWhatIsBelow(pInside->layerList());
+    const OrvImageBuffer Pixels = WithBelow
+        ? renderTogetherWithBelow(pGroup, Settings)
+        : OrvLayerRendering::render(pContent, Settings.Layout, Settings.Paint);
+    const QList<OrvLayer*> Layers = pInside->allLayers()
+        + (pLayer->hasMaskStack() ? pLayer->maskStack()->allLayers() : QList<OrvLayer*>());
+    if (Layers.contains(Manager.currentLayer(pGroup->network())))
+        Manager.setCurrentLayer(pGroup->network(), pLayer, true);
+    OrvSnChannelInputNode* pPaint = Pixels.isNull()
+        ? nullptr
+        : OrvChainEditing::addImageNode(pGroup->network(), Settings.Layout, Settings.Paint, OrvColor::clear(),
+            pLayer->name(), pGroup, 0, 1, Pixels);
+    if (!pPaint || !OrvChainEditing::replaceContent(pContent, pPaint)) {
+        Macro.cancel();
+        return nullptr;
+    }
+    setLayerGroupPassThrough(pGroup, false);
+    if (WithBelow)
+        blendPlainly(pGroup);
+    OrvLayerStack::tellRemoved(Layers);
+    if (pLayer->isCurrent())
+        Manager.setCurrentComponent(pPaint);
     return pLayer;
 }

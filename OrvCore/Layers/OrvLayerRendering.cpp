@@ -1,27 +1,97 @@
 #include "OrvCore/Layers/OrvLayerRendering.h"
 
 #include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
 #include <QtCore/QByteArray>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
 namespace {
 
 constexpr int RowsAtOnce = 256;
+const OrvPixelFormat LinearColor{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
+const OrvPixelFormat LinearScalar{GL_FLOAT, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
 
-template <class Step>
-void forEachBand(const OrvUdimLayout& Layout, Step Do)
+OrvProgress& progress()
 {
+    static OrvProgress Installed;
+    return Installed;
+}
+
+int pixelCount(const QRect& Band)
+{
+    return Band.width() * Band.height();
+}
+
+/// Makes the buffer band by band; null when that was cancelled.
+template <class Step>
+OrvImageBuffer madeInBands(const OrvUdimLayout& Layout, const OrvPixelFormat& Format, Step Do)
+{
+    std::vector<QRect> Bands;
     for (const int Tile : Layout.tiles()) {
         const QRect Whole = Layout.tileRect(Tile);
         for (int Top = 0; Top < Whole.height(); Top += RowsAtOnce)
-            Do(Whole & QRect(Whole.left(), Whole.top() + Top, Whole.width(), RowsAtOnce));
+            Bands.push_back(Whole & QRect(Whole.left(), Whole.top() + Top, Whole.width(), RowsAtOnce));
     }
+    OrvImageBuffer Result(Layout.extent(), Format);
+    int Done = 0;
+    for (const QRect& Band : Bands) {
+        Do(Band, Result);
+        if (progress() && !progress()(++Done, int(Bands.size())))
+            return {};
+    }
+    return Result;
+}
+
+OrvImageBuffer renderEngineNode(
+    OrvEngineNode* pEngine, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+{
+    if (!pEngine)
+        return OrvImageBuffer(Layout.extent(), Format);
+    QByteArray Pixels;
+    return madeInBands(Layout, Format, [&](const QRect& Band, OrvImageBuffer& Result) {
+        Pixels.resize(pixelCount(Band) * Format.bytesPerPixel());
+        pEngine->render(Band, 1.0, Format, Pixels.data());
+        Result.write(Band, Format, Pixels.constData());
+    });
+}
+
+bool areSame(const float* pUpper, const float* pLower)
+{
+    constexpr float SameWithin = 1.0f / 4096.0f;
+    return std::equal(pUpper, pUpper + 4, pLower,
+        [](float Upper, float Lower) { return std::abs(Upper - Lower) <= SameWithin; });
+}
+
+/// Replaces the upper pixel by the one that has to lie over the lower pixel to look like it. All straight.
+void takeAway(const float* pLower, bool AnyColor, float* pUpper)
+{
+    constexpr float Opaque = 1.0f - 1.0f / 1024.0f;
+    constexpr float Least = 1.0f / 1024.0f;
+    if (areSame(pUpper, pLower)) {
+        std::fill_n(pUpper, 4, 0.0f);
+        return;
+    }
+    if (pLower[3] >= Opaque)
+        return;
+    const float Alpha = (pUpper[3] - pLower[3]) / (1.0f - pLower[3]);
+    if (Alpha < Least)
+        return;
+    float Over[3];
+    for (int Component = 0; Component < 3; ++Component) {
+        Over[Component]
+            = (pUpper[Component] * pUpper[3] - (1.0f - Alpha) * pLower[Component] * pLower[3]) / Alpha;
+        if (!AnyColor && (Over[Component] < -0.001f || Over[Component] > 1.001f))
+            return;
+    }
+    std::copy_n(Over, 3, pUpper);
+    pUpper[3] = Alpha;
 }
 
 } // namespace
@@ -30,47 +100,74 @@ namespace OrvLayerRendering {
 
 OrvImageBuffer render(const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
 {
-    OrvImageBuffer Result(Layout.extent(), Format);
-    OrvEngineNode* pEngine = OrvNodeEvaluation::result(pNode);
+    return renderEngineNode(OrvNodeEvaluation::result(pNode), Layout, Format);
+}
+
+OrvImageBuffer renderInput(const OrvSnBaseNode* pNode, const QString& InputName, const OrvUdimLayout& Layout,
+    const OrvPixelFormat& Format)
+{
+    return renderEngineNode(OrvNodeEvaluation::inputResult(pNode, InputName), Layout, Format);
+}
+
+OrvImageBuffer renderAlphaOfInput(const OrvSnBaseNode* pNode, const QString& InputName,
+    const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+{
+    OrvEngineNode* pEngine = OrvNodeEvaluation::inputResult(pNode, InputName);
     if (!pEngine)
-        return Result;
-    QByteArray Pixels;
-    forEachBand(Layout, [&](const QRect& Band) {
-        Pixels.resize(Band.width() * Band.height() * Format.bytesPerPixel());
-        pEngine->render(Band, 1.0, Format, Pixels.data());
-        Result.write(Band, Format, Pixels.constData());
+        return OrvImageBuffer(Layout.extent(), Format);
+    std::vector<float> Pixels, Alpha;
+    return madeInBands(Layout, Format, [&](const QRect& Band, OrvImageBuffer& Result) {
+        Alpha.resize(std::size_t(pixelCount(Band)));
+        Pixels.resize(Alpha.size() * 4);
+        pEngine->render(Band, 1.0, LinearColor, Pixels.data());
+        for (std::size_t Index = 0; Index < Alpha.size(); ++Index)
+            Alpha[Index] = Pixels[Index * 4 + 3];
+        Result.write(Band, LinearScalar, Alpha.data());
     });
-    return Result;
+}
+
+OrvImageBuffer renderMasked(
+    const OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+{
+    OrvEngineNode* pContent = OrvNodeEvaluation::inputResult(pMerge, OrvSnNames::Over);
+    OrvEngineNode* pMask = OrvNodeEvaluation::inputResult(pMerge, OrvSnNames::Mask);
+    if (!pContent || !pMask)
+        return renderEngineNode(pContent, Layout, Format);
+    std::vector<float> Pixels, Factors;
+    return madeInBands(Layout, Format, [&](const QRect& Band, OrvImageBuffer& Result) {
+        Factors.resize(std::size_t(pixelCount(Band)));
+        Pixels.resize(Factors.size() * 4);
+        pContent->render(Band, 1.0, LinearColor, Pixels.data());
+        pMask->render(Band, 1.0, LinearScalar, Factors.data());
+        for (std::size_t Index = 0; Index < Factors.size(); ++Index)
+            Pixels[Index * 4 + 3] *= Factors[Index];
+        Result.write(Band, LinearColor, Pixels.data());
+    });
 }
 
 OrvImageBuffer renderDifference(const OrvSnBaseNode* pUpper, const OrvSnBaseNode* pLower,
     const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
 {
-    constexpr float SameWithin = 1.0f / 4096.0f;
-    const OrvPixelFormat Linear{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
-    OrvImageBuffer Result(Layout.extent(), Format);
     OrvEngineNode* pUpperEngine = OrvNodeEvaluation::result(pUpper);
     OrvEngineNode* pLowerEngine = OrvNodeEvaluation::result(pLower);
-    if (!pUpperEngine)
-        return Result;
+    if (!pUpperEngine || !pLowerEngine)
+        return renderEngineNode(pUpperEngine, Layout, Format);
+    const bool AnyColor = Format.Depth != GL_UNSIGNED_BYTE;
     std::vector<float> Upper, Lower;
-    forEachBand(Layout, [&](const QRect& Band) {
-        const std::size_t Count = std::size_t(Band.width()) * Band.height() * 4;
-        Upper.resize(Count);
-        Lower.assign(Count, 0.0f);
-        pUpperEngine->render(Band, 1.0, Linear, Upper.data());
-        if (pLowerEngine)
-            pLowerEngine->render(Band, 1.0, Linear, Lower.data());
-        for (std::size_t Pixel = 0; Pixel < Count; Pixel += 4) {
-            bool Same = true;
-            for (std::size_t Component = Pixel; Component < Pixel + 4; ++Component)
-                Same = Same && std::abs(Upper[Component] - Lower[Component]) <= SameWithin;
-            if (Same)
-                std::fill_n(Upper.begin() + std::ptrdiff_t(Pixel), 4, 0.0f);
-        }
-        Result.write(Band, Linear, Upper.data());
+    return madeInBands(Layout, Format, [&](const QRect& Band, OrvImageBuffer& Result) {
+        Upper.resize(std::size_t(pixelCount(Band)) * 4);
+        Lower.resize(Upper.size());
+        pUpperEngine->render(Band, 1.0, LinearColor, Upper.data());
+        pLowerEngine->render(Band, 1.0, LinearColor, Lower.data());
+        for (std::size_t Pixel = 0; Pixel < Upper.size(); Pixel += 4)
+            takeAway(Lower.data() + Pixel, AnyColor, Upper.data() + Pixel);
+        Result.write(Band, LinearColor, Upper.data());
     });
-    return Result;
+}
+
+void setProgress(const OrvProgress& Progress)
+{
+    progress() = Progress;
 }
 
 } // namespace OrvLayerRendering

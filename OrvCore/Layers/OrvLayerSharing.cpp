@@ -128,6 +128,37 @@ OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, 
     return OrvLayerManager::instance().getLayer(pMerge, true);
 }
 
+OrvShaderInput* OrvLayer::shareLayerAsChannel()
+{
+    const QList<OrvLayerStack*> Stacks = stacks();
+    return Stacks.isEmpty() ? nullptr : Stacks.first()->shareLayersAsChannel({this});
+}
+
+OrvShaderInput* OrvLayerStack::shareLayersAsChannel(const QList<OrvLayer*>& Layers)
+{
+    OrvShaderInput* pOwner = ownerShaderInput();
+    const QList<OrvLayer*> Shared = outermost(Layers);
+    if (!pOwner || Shared.isEmpty())
+        return nullptr;
+    OrvUndoManager::AutoMacro Macro(tr("Share Layers As Channel"));
+    OrvShaderInput* pChannel = OrvShaderInputUtils::create(network(),
+        OrvShaderInputUtils::generateUniqueName(network(), Shared.first()->name()), pOwner->imageSetSize(),
+        pOwner->imageSetDepth(), &pOwner->colorSpaceConfig(), pOwner->isScalar() || isWithinMask());
+    OrvSnBaseNode* pTarget = pChannel ? pChannel->topNode() : nullptr;
+    for (auto Layer = Shared.rbegin(); Layer != Shared.rend() && pTarget; ++Layer) {
+        // What reads what lies below it reads something else there: it becomes a layer of its own.
+        const OrvLayer* pThere = OrvChainEditing::baseOperationOf((*Layer)->blendNode())
+            ? OrvLayerStreamUtils::addDuplicateLayerAbove(*Layer, pTarget, pChannel)
+            : (*Layer)->addSharedLayerAfter(pTarget, QString(), true);
+        pTarget = pThere ? pThere->blendNode() : nullptr;
+    }
+    if (!pTarget) {
+        Macro.cancel();
+        return nullptr;
+    }
+    return pChannel;
+}
+
 void OrvLayer::unshareLayer()
 {
     if (!isShared() || !OrvLayerUtils::isLayerModifiable(this))

@@ -73,6 +73,16 @@ bool readPixels(QDataStream& Stream, OrvNodeDescription& Node)
     return true;
 }
 
+void dropCaches(OrvNodeDescription& Node)
+{
+    Node.CacheActive = false;
+    Node.Attributes.erase(std::remove_if(Node.Attributes.begin(), Node.Attributes.end(),
+                              [](const OrvCustomAttribute& Attribute) {
+                                  return Attribute.name() == OrvMergeAttributes::LayerCached;
+                              }),
+        Node.Attributes.end());
+}
+
 void fit(OrvNodeDescription& Node, const OrvUdimLayout& Layout)
 {
     if (Node.HasImages && Node.Layout != Layout) {
@@ -112,7 +122,37 @@ OrvLayerSnapshot OrvLayerSnapshot::capture(
                 Kept.append(One);
         }
         Node.Connections = Kept;
+        if (Roots.contains(pNode))
+            dropCaches(Node);
         Snapshot.m_Nodes.append(Node);
+    }
+    return Snapshot;
+}
+
+OrvLayerSnapshot OrvLayerSnapshot::captureMask(const OrvSnMergeNode* pMerge)
+{
+    OrvLayerSnapshot Snapshot;
+    Snapshot.m_Roots.append(pMerge->uuidString());
+    OrvNodeDescription Carrier;
+    Carrier.Uuid = pMerge->uuidString();
+    Carrier.Type = pMerge->typeName();
+    Carrier.Name = pMerge->name();
+    QVector<const OrvSnBaseNode*> Nodes;
+    if (const OrvSnBaseNode* pMask = pMerge->inputNode(OrvSnNames::Mask)) {
+        Carrier.Connections.append({OrvSnNames::Mask, pMask->uuidString(), QString()});
+        Nodes.append(pMask);
+    }
+    Snapshot.m_Nodes.append(Carrier);
+    QSet<const OrvSnBaseNode*> Seen(Nodes.begin(), Nodes.end());
+    for (int Index = 0; Index < Nodes.size(); ++Index) {
+        const OrvSnBaseNode* pNode = Nodes[Index];
+        Snapshot.m_Nodes.append(OrvNodeSubgraph::describe(pNode));
+        for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
+            if (Input.pNode && !Seen.contains(Input.pNode)) {
+                Seen.insert(Input.pNode);
+                Nodes.append(Input.pNode);
+            }
+        }
     }
     return Snapshot;
 }

@@ -12,8 +12,12 @@ class ORVCORE_EXPORT OrvLayerSnapshot {
 public:
     /// The merge nodes, topmost first. With channels followed, layers that share a channel can go to other
     /// projects.
+    /// What is cached of the layers themselves is not: it belongs to their place.
     static OrvLayerSnapshot capture(
         const QVector<OrvSnMergeNode*>& Merges, OrvChainEditing::Channels Handling);
+
+    /// The mask of a layer, held by one that has nothing else. It can go to other projects.
+    static OrvLayerSnapshot captureMask(const OrvSnMergeNode* pMerge);
 
     bool isEmpty() const { return m_Roots.isEmpty(); }
     int layerCount() const { return m_Roots.size(); }

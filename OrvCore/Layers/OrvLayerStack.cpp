@@ -8,6 +8,7 @@
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
 #include <QtCore/QSet>
@@ -132,6 +133,29 @@ QList<OrvLayer*> OrvLayerStack::layerList(int RetrieveFlags) const
             Visible.append(pLayer);
     }
     return Visible;
+}
+
+QMap<OrvLayerStack::ImageSetStatus, QList<OrvImageSet*>> OrvLayerStack::allImageSetsByStatus() const
+{
+    QMap<ImageSetStatus, QList<OrvImageSet*>> Images;
+    QVector<OrvSnMergeNode*> Merges;
+    for (const OrvLayer* pLayer : layerList())
+        Merges.append(pLayer->blendNode());
+    const OrvShaderInput* pOwner = ownerShaderInput();
+    for (const OrvSnBaseNode* pNode :
+        OrvChainEditing::nodesOf(Merges, OrvChainEditing::Channels::AreLimits)) {
+        const auto* pImages = qobject_cast<const OrvSnChannelInputNode*>(pNode);
+        if (!pImages || !pImages->imageSet())
+            continue;
+        const QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pNode, QString());
+        const bool Shared = std::any_of(Channels.begin(), Channels.end(),
+            [pOwner](const OrvShaderInput* pChannel) { return pChannel != pOwner; });
+        const ImageSetStatus Status = !OrvLayerUtils::isModificationAllowedAt(pNode) ? LockedImageSets
+            : Shared                                                                 ? SharedImageSets
+                                                                                     : FreeImageSets;
+        Images[Status].append(pImages->imageSet());
+    }
+    return Images;
 }
 
 QList<OrvLayer*> OrvLayerStack::allLayers() const

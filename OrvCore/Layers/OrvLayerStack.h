@@ -5,12 +5,14 @@
 #include "OrvCore/OrvCoreExport.h"
 
 #include <QtCore/QList>
+#include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
 
 #include <functional>
 
 class OrvColor;
+class OrvImageSet;
 class OrvLayer;
 class OrvShaderInput;
 class OrvShaderNetwork;
@@ -25,6 +27,8 @@ class ORVCORE_EXPORT OrvLayerStack : public QObject {
 
 public:
     enum RetrieveFlag { OrdinaryLayers = 1, MultiChannelLayers = 2, DisabledLayers = 4, AllLayers = 7 };
+    /// Locked: a lock or cache forbids changing the images. Shared: another channel shows them too.
+    enum ImageSetStatus { FreeImageSets, LockedImageSets, SharedImageSets };
 
     ~OrvLayerStack() override;
 
@@ -48,6 +52,8 @@ public:
 
     /// Layers of the top level, topmost first.
     QList<OrvLayer*> layerList(int RetrieveFlags = AllLayers) const;
+    /// The images of paint and masks on all levels; those that are locked and shared count as locked.
+    QMap<ImageSetStatus, QList<OrvImageSet*>> allImageSetsByStatus() const;
     /// Layers of all levels, groups before what they hold.
     QList<OrvLayer*> allLayers() const;
     QList<OrvLayer*> selectedLayers() const;
@@ -72,6 +78,10 @@ public:
         const QString& Name = QString());
     OrvLayer* createProceduralLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
         const QString& Name = QString());
+    /// From a file, or an entry of the shelf, above a node of this stack or of a group in it; without a node
+    /// the flags choose the place.
+    OrvLayer* createCustomProceduralLayer(
+        const QString& PathOrKey, OrvSnBaseNode* pTarget, OrvLayerCreateFlags Flags, QString& Error);
     OrvLayer* createGraphLayer(
         OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr, const QString& Name = QString());
     /// Groups the layers given, or the selected ones; null without a text: nothing to group.
@@ -81,18 +91,33 @@ public:
     QList<OrvLayer*> duplicateLayers();
 
     Q_INVOKABLE OrvLayer* createGroupLayer(OrvLayerCreateFlags Flags);
+    /// It shows what lies below until that is baked.
+    Q_INVOKABLE OrvLayer* createBakePointLayer(OrvLayerCreateFlags Flags);
     /// An empty list means the selected layers.
     Q_INVOKABLE void deleteLayers(const QList<OrvLayer*>& Layers = {});
     Q_INVOKABLE OrvLayer* mergeLayers(OrvLayerCreateFlags Flags = 30);
     Q_INVOKABLE void ungroupLayers();
+    /// The selected layers; see OrvLayer::cacheLayer().
+    Q_INVOKABLE void cacheLayers();
+    Q_INVOKABLE void uncacheLayers();
     Q_INVOKABLE void copyToClipboard();
     Q_INVOKABLE void cutToClipboard();
     /// A second layer above the given one that shares its content and mask. Null for an adjustment layer,
     /// whose content depends on where it stands.
     OrvLayer* shareLayer(OrvLayer* pLayer, OrvLayerCreateFlags Flags);
+    /// A new channel, stored as the one around this stack, whose layers share content and mask of the given
+    /// ones; adjustments, which depend on their place, are copied. Null when that is not possible.
+    OrvShaderInput* shareLayersAsChannel(const QList<OrvLayer*>& Layers);
 
     /// Whether layers may be added, removed or moved here: no lock and no cache forbids it.
     bool isStructureModifiable() const;
+
+    /// Part of an edit that took layers away, undoable: whoever listens is told of those that are gone.
+    static void tellRemoved(const QList<OrvLayer*>& Layers);
+    /// Part of such an edit: another layer becomes current in place of one of these.
+    void leaveCurrentLayer(const QList<OrvLayer*>& Leaving);
+    /// Some of the layers look different without what lies below them.
+    static bool dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers);
 
 protected:
     OrvLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
@@ -121,12 +146,8 @@ private:
     /// a cycle.
     OrvSnMergeNode* gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name);
     bool canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const;
-    /// Some of the layers look different without what lies below them.
-    static bool dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers);
     /// The layer to be current when these go.
     OrvLayer* survivorOf(const QList<OrvLayer*>& Layers) const;
-    void leaveCurrentLayer(const QList<OrvLayer*>& Leaving);
-    static void tellRemoved(const QList<OrvLayer*>& Layers);
 
     QPointer<OrvSnBaseNode> m_pNode;
     QString m_InputName;

@@ -11,6 +11,7 @@
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvNodeRegistry.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
@@ -40,7 +41,13 @@ private:
 
 void OrvLayerStack::tellRemoved(const QList<OrvLayer*>& Layers)
 {
-    OrvUndoManager::instance().perform(std::make_unique<OrvRemovedLayersNotice>(Layers));
+    QList<OrvLayer*> Gone;
+    for (OrvLayer* pLayer : Layers) {
+        if (!pLayer->blendNode()->network())
+            Gone.append(pLayer);
+    }
+    if (!Gone.isEmpty())
+        OrvUndoManager::instance().perform(std::make_unique<OrvRemovedLayersNotice>(Gone));
 }
 
 OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow)
@@ -191,6 +198,15 @@ OrvLayer* OrvLayerStack::createGroupLayer(OrvLayerCreateFlags Flags)
         });
 }
 
+OrvLayer* OrvLayerStack::createBakePointLayer(OrvLayerCreateFlags Flags)
+{
+    return addLayer(tr("Add Bake Point"), Flags, nullptr, QString(), tr("Bake Point"),
+        [&](OrvSnBaseNode* pTarget, const QString& LayerName) {
+            return OrvChainEditing::addNode<OrvSnBaseNode>(
+                network(), std::make_unique<OrvSnBakePointNode>(), LayerName, pTarget, 1, 1);
+        });
+}
+
 OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
 {
     OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
@@ -299,7 +315,7 @@ bool OrvLayerStack::dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers)
         const OrvSnMergeNode* pMerge = pLayer->blendNode();
         if (!pLayer->isVisible())
             return false;
-        if (pLayer->isAdjustmentLayer()
+        if (pLayer->isAdjustmentLayer() || pLayer->isBakePointLayer()
             || pMerge->userAttribute(OrvMergeAttributes::BlendMode).value().toString() != Normal
             || pMerge->userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toInt() != 0)
             return true;
@@ -419,7 +435,8 @@ void OrvLayerStack::copyToClipboard()
     for (const OrvLayer* pLayer : outermost(selectedLayers()))
         Merges.append(pLayer->blendNode());
     if (!Merges.isEmpty())
-        OrvLayerClipboard::put(OrvLayerSnapshot::capture(Merges, OrvChainEditing::Channels::AreFollowed));
+        OrvLayerClipboard::put(OrvLayerClipboard::Layers,
+            OrvLayerSnapshot::capture(Merges, OrvChainEditing::Channels::AreFollowed));
 }
 
 void OrvLayerStack::cutToClipboard()
@@ -433,7 +450,7 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
 {
     Error.clear();
     OrvLayerSnapshot Snapshot;
-    if (!OrvLayerClipboard::get(Snapshot, Error))
+    if (!OrvLayerClipboard::get(OrvLayerClipboard::Layers, Snapshot, Error))
         return {};
     OrvUndoManager::AutoMacro Macro(tr("Paste Layers"));
     OrvSnBaseNode* pTarget = placeFor(Flags, nullptr);

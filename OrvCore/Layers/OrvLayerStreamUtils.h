@@ -49,6 +49,10 @@ ORVCORE_EXPORT bool isMultiChannelMergeLayer(const OrvLayer* pLayer);
 ORVCORE_EXPORT bool isMaterialLayer(const OrvLayer* pLayer);
 ORVCORE_EXPORT bool isInvalidMaterialLayer(const OrvLayer* pLayer);
 
+/// Turns a group into one paintable layer in its place, undoable. The group's blending and mask stay, unless
+/// its layers can only be seen together with what lies below it. Null when that is not allowed.
+ORVCORE_EXPORT OrvLayer* flattenLayer(OrvLayer* pLayer, OrvLayerStack* pStack, bool Undoable = true);
+
 /// Tags the layers and what is inside them; one undo step with the caller's macro.
 ORVCORE_EXPORT void setColorRecursiveUndo(const QList<OrvLayer*>& Layers, const QColor& Color);
 ORVCORE_EXPORT void makePaintComponentCurrent(OrvLayer* pLayer, OrvLayerStack* pStack);

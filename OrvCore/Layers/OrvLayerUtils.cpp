@@ -19,13 +19,21 @@ void findLayerStackTargets(QSet<QPair<OrvSnBaseNode*, QString>>& Targets, OrvSnB
 
 bool isModificationAllowedAt(const OrvSnBaseNode* pNode)
 {
-    if (!pNode || OrvChainTargets::of(pNode).FrozenAbove)
+    if (!pNode || isPartOfCache(pNode))
         return false;
     const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pNode);
-    return std::none_of(Containers.begin(), Containers.end(), [](const OrvSnBaseNode* pContainer) {
-        return pContainer->locked() || pContainer->blocked() || pContainer->cacheActive() == OrvSnCacheActive
-            || pContainer->userAttribute(OrvMergeAttributes::LayerCached).value().toBool()
-            || OrvChainTargets::of(pContainer).FrozenAbove;
+    return std::none_of(Containers.begin(), Containers.end(),
+        [](const OrvSnBaseNode* pContainer) { return pContainer->locked() || pContainer->blocked(); });
+}
+
+bool isPartOfCache(const OrvSnBaseNode* pNode)
+{
+    if (OrvChainTargets::of(pNode).FrozenAbove)
+        return true;
+    const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pNode);
+    return std::any_of(Containers.begin(), Containers.end(), [](const OrvSnBaseNode* pContainer) {
+        return pContainer->cacheActive() == OrvSnCacheActive || OrvChainTargets::of(pContainer).FrozenAbove
+            || pContainer->userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
     });
 }
 
@@ -88,7 +96,7 @@ const QMap<QString, QColor>& validLayerColors()
 
 bool isBakePointLayerFeatureEnabled()
 {
-    return false;
+    return true;
 }
 
 } // namespace OrvLayerUtils

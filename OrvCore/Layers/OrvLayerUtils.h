@@ -20,6 +20,8 @@ ORVCORE_EXPORT void findLayerStackTargets(
 /// False when a lock or cache downstream of the node forbids a change there. The node's own does not count: a
 /// layer may be put above a locked one.
 ORVCORE_EXPORT bool isModificationAllowedAt(const OrvSnBaseNode* pNode);
+/// A cached layer holds the node, or lies above it in its stack and keeps all below.
+ORVCORE_EXPORT bool isPartOfCache(const OrvSnBaseNode* pNode);
 ORVCORE_EXPORT bool isLayer(const OrvSnBaseNode* pNode);
 /// As OrvLayer::isModifiable, without asking the layers that share content with it.
 ORVCORE_EXPORT bool isLayerModifiable(const OrvLayer* pLayer);

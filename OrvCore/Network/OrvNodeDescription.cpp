@@ -5,6 +5,8 @@
 #include "OrvCore/Network/OrvSnUnknownNode.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 
+#include "OrvDdi/Image/OrvImageSet.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QHash>
 #include <QtCore/QJsonArray>
@@ -118,6 +120,38 @@ QJsonObject OrvNodeDescription::connectionsToJson() const
     return InputMap;
 }
 
+QJsonArray OrvNodeDescription::attributesToJson(const QVector<OrvCustomAttribute>& Attributes)
+{
+    QMap<QString, OrvCustomAttribute> Sorted;
+    for (const OrvCustomAttribute& Attribute : Attributes)
+        Sorted.insert(Attribute.name(), Attribute);
+    QJsonArray List;
+    for (const OrvCustomAttribute& Attribute : qAsConst(Sorted))
+        List.append(jsonFromAttribute(Attribute));
+    return List;
+}
+
+void OrvNodeDescription::setImages(const OrvImageSet& Images)
+{
+    HasImages = true;
+    Layout = Images.layout();
+    Format = Images.format();
+    Fill = Images.fillColor();
+    Pixels = Images.snapshot();
+}
+
+std::unique_ptr<OrvImageSet> OrvNodeDescription::makeImages() const
+{
+    if (!HasImages)
+        return nullptr;
+    auto pImages = std::make_unique<OrvImageSet>(Layout, Format, Fill);
+    if (!Pixels.isNull())
+        pImages->replace(Layout, Format, Fill, Pixels.snapshot());
+    for (int Block = 0; Block < BlockKeys.size(); ++Block)
+        pImages->setBlockKey(Block, BlockKeys[Block]);
+    return pImages;
+}
+
 QJsonObject OrvNodeDescription::toJson() const
 {
     if (!Foreign.isEmpty())
@@ -135,13 +169,7 @@ QJsonObject OrvNodeDescription::toJson() const
         Json.insert("enabled", false);
     if (CacheActive)
         Json.insert("cached", true);
-    // By name, so that the same attributes are the same text, whichever was set first.
-    QMap<QString, OrvCustomAttribute> Sorted;
-    for (const OrvCustomAttribute& Attribute : Attributes)
-        Sorted.insert(Attribute.name(), Attribute);
-    QJsonArray AttributeList;
-    for (const OrvCustomAttribute& Attribute : qAsConst(Sorted))
-        AttributeList.append(jsonFromAttribute(Attribute));
+    const QJsonArray AttributeList = attributesToJson(Attributes);
     if (!AttributeList.isEmpty())
         Json.insert("attributes", AttributeList);
     const QJsonObject InputMap = connectionsToJson();

@@ -12,6 +12,9 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+#include <memory>
+
+class OrvImageSet;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 
@@ -47,10 +50,16 @@ struct ORVCORE_EXPORT OrvNodeDescription {
 
     /// Without pixels, which go to data blocks (see OrvImageBlocks); "images" then only says how they are stored.
     QJsonObject toJson() const;
+    /// Attributes alone, as they stand under "attributes": the same for the same attributes, whichever was set first.
+    static QJsonArray attributesToJson(const QVector<OrvCustomAttribute>& Attributes);
     /// The connections alone, as they stand under "inputs".
     QJsonObject connectionsToJson() const;
     /// False, with a message that names the node, for an object that is no node.
     static bool fromJson(const QJsonObject& Json, OrvNodeDescription& Description, QString& Error);
+
+    void setImages(const OrvImageSet& Images);
+    /// Null when it describes none.
+    std::unique_ptr<OrvImageSet> makeImages() const;
 };
 
 /// A set of nodes with their connections among each other and, by identity, to nodes outside the set.

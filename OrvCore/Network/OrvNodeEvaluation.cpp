@@ -1,8 +1,12 @@
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -25,6 +29,22 @@ QSet<OrvSnBaseNode*>& stale()
 {
     static QSet<OrvSnBaseNode*> Nodes;
     return Nodes;
+}
+
+/// Nodes that feed something else now: what they hold may be seen in another channel.
+QSet<OrvSnBaseNode*>& moved()
+{
+    static QSet<OrvSnBaseNode*> Nodes;
+    return Nodes;
+}
+
+bool hasChannelsOfSeveralSizes(const OrvShaderNetwork* pNetwork)
+{
+    const QList<OrvShaderInput*> Channels
+        = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
+    return std::any_of(Channels.begin(), Channels.end(), [&Channels](const OrvShaderInput* pChannel) {
+        return pChannel->layout() != Channels.first()->layout();
+    });
 }
 
 /// Nodes whose result follows that of an alias, besides those that its outputs feed.
@@ -80,18 +100,29 @@ void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
     };
     const int FirstNew = Nodes.size();
     std::vector<Link> Changed, New;
+    std::vector<OrvInputStep> Superfluous; // go when nobody reads them any more
     for (int Index = 0; Index < Nodes.size(); ++Index) {
         const QStringList Inputs = Nodes[Index]->enginePadInputs();
+        for (OrvInputStep& Step : takeInputSteps(Nodes[Index]))
+            Superfluous.push_back(std::move(Step));
         for (int Position = 0; Position < Inputs.size(); ++Position) {
             if (Inputs[Position].isEmpty())
                 continue;
             const OrvSnBaseNode* pSource = provider(Nodes[Index]->inputNode(Inputs[Position]));
             if (pSource && !pSource->m_pEngineNode)
                 Nodes.append(withNewEngineNode(pSource));
+            const auto link = [&, IsNew = Index >= FirstNew](
+                                  OrvEngineNode* pReader, OrvEngineNode::Pad Pad, OrvEngineNode* pWanted) {
+                if (!pReader->readsFrom(Pad, pWanted))
+                    (IsNew ? New : Changed).push_back({pReader, Pad, pWanted});
+            };
             OrvEngineNode* pReader = Nodes[Index]->m_pEngineNode.get();
             OrvEngineNode* pWanted = pSource ? pSource->m_pEngineNode.get() : nullptr;
-            if (!pReader->readsFrom(Pads[Position], pWanted))
-                (Index < FirstNew ? Changed : New).push_back({pReader, Pads[Position], pWanted});
+            if (const OrvInputStep* pStep = inputStep(Nodes[Index], Pads[Position])) {
+                link(pStep->pEngineNode.get(), OrvEngineNode::Base, pWanted);
+                pWanted = pStep->pEngineNode.get();
+            }
+            link(pReader, Pads[Position], pWanted);
         }
     }
     // With every connection the engine walks through all that lies above and below it. In order along a chain of n
@@ -113,6 +144,7 @@ void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
 
 void OrvNodeEvaluation::update()
 {
+    markContentsOfMoved();
     if (stale().isEmpty())
         return;
     QVector<OrvSnBaseNode*> Nodes;
@@ -124,6 +156,82 @@ void OrvNodeEvaluation::update()
     connectAll(Nodes);
     for (const OrvSnBaseNode* pNode : qAsConst(Nodes))
         updateBlends(pNode);
+}
+
+void OrvNodeEvaluation::markContentsOfMoved()
+{
+    const QSet<OrvSnBaseNode*> Moved = std::exchange(moved(), {});
+    QHash<const OrvShaderNetwork*, bool> Matters;
+    for (OrvSnBaseNode* pNode : Moved) {
+        const OrvShaderNetwork* pNetwork = pNode->network();
+        if (!Matters.contains(pNetwork))
+            Matters.insert(pNetwork, pNetwork && hasChannelsOfSeveralSizes(pNetwork));
+        if (Matters.value(pNetwork))
+            markUpstream(pNode);
+    }
+}
+
+void OrvNodeEvaluation::markUpstream(OrvSnBaseNode* pNode)
+{
+    QVector<OrvSnBaseNode*> Pending{pNode};
+    QSet<const OrvSnBaseNode*> Seen{pNode};
+    while (!Pending.isEmpty()) {
+        OrvSnBaseNode* pNext = Pending.takeLast();
+        if (pNext->m_pEngineNode)
+            stale().insert(pNext);
+        if (pNext != pNode && pNext->hasTag(OrvSnNames::ShaderInputTag))
+            continue;
+        for (const OrvSnBaseNode::Input& Input : pNext->inputs()) {
+            if (Input.pNode && !Seen.contains(Input.pNode)) {
+                Seen.insert(Input.pNode);
+                Pending.append(Input.pNode);
+            }
+        }
+    }
+}
+
+OrvInputStep* OrvNodeEvaluation::inputStep(const OrvSnBaseNode* pNode, OrvEngineNode::Pad Pad)
+{
+    for (OrvInputStep& Step : const_cast<OrvSnBaseNode*>(pNode)->m_InputSteps) {
+        if (Step.Pad == Pad)
+            return &Step;
+    }
+    return nullptr;
+}
+
+/// Gives the node the steps that it is to have now, and returns those that it is to have no more.
+std::vector<OrvInputStep> OrvNodeEvaluation::takeInputSteps(OrvSnBaseNode* pNode)
+{
+    std::vector<OrvInputStep> Former = std::exchange(pNode->m_InputSteps, {});
+    const QStringList Inputs = pNode->enginePadInputs();
+    for (int Position = 0; Position < Inputs.size(); ++Position) {
+        OrvInputStep Wanted;
+        Wanted.Pad = Pads[Position];
+        pNode->describeInputStep(Inputs[Position], Wanted);
+        if (!Wanted.isNeeded())
+            continue;
+        const auto Same = std::find_if(Former.begin(), Former.end(),
+            [&Wanted](const OrvInputStep& One) { return One.pEngineNode && One.doesTheSameAs(Wanted); });
+        if (Same != Former.end()) {
+            Wanted.pEngineNode = std::move(Same->pEngineNode);
+        } else if (Wanted.scales()) {
+            Wanted.pEngineNode = OrvEngineNode::createFit(Wanted.From, Wanted.To);
+        } else {
+            Wanted.pEngineNode = OrvEngineNode::createPass();
+        }
+        Wanted.pEngineNode->setCached(Wanted.Kept);
+        pNode->m_InputSteps.push_back(std::move(Wanted));
+    }
+    return Former;
+}
+
+OrvEngineNode* OrvNodeEvaluation::inputResult(const OrvSnBaseNode* pNode, const QString& InputName)
+{
+    if (!result(pNode))
+        return nullptr;
+    const int Position = pNode->enginePadInputs().indexOf(InputName);
+    const OrvInputStep* pStep = Position < 0 ? nullptr : inputStep(pNode, Pads[Position]);
+    return pStep ? pStep->pEngineNode.get() : result(pNode->inputNode(InputName));
 }
 
 OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
@@ -143,7 +251,8 @@ void OrvNodeEvaluation::updateBlends(const OrvSnBaseNode* pNode)
     if (qobject_cast<const OrvSnMergeNode*>(pNode)) {
         if (pNode->m_pEngineNode)
             pNode->updateEngineNode(*pNode->m_pEngineNode);
-    } else if (qobject_cast<const OrvSnOperationNode*>(pNode)) {
+    } else if (qobject_cast<const OrvSnOperationNode*>(pNode)
+        || qobject_cast<const OrvSnBakePointNode*>(pNode)) {
         for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
             updateBlends(One.pNode);
     }
@@ -163,6 +272,8 @@ void OrvNodeEvaluation::groupBottomChanged(OrvSnBaseNode* pTop)
 void OrvNodeEvaluation::inputReconnected(
     OrvSnBaseNode* pNode, const QString& InputName, OrvSnBaseNode* pFormerSource)
 {
+    if (pNode->inputNode(InputName))
+        moved().insert(pNode->inputNode(InputName));
     if (InputName == OrvSnNames::Over) {
         // A chain that is shown once more, or once less, may begin with something else.
         OrvSnBaseNode* pSource = pNode->inputNode(InputName);
@@ -214,6 +325,25 @@ void OrvNodeEvaluation::parametersChanged(OrvSnBaseNode* pNode)
         pNode->updateEngineNode(*pNode->m_pEngineNode);
 }
 
+void OrvNodeEvaluation::inputStepsChanged(OrvSnBaseNode* pNode)
+{
+    markReaders({{pNode, pNode->preferredInput()}});
+}
+
+void OrvNodeEvaluation::layoutChanged(OrvSnBaseNode* pNode)
+{
+    // All that it holds, and everybody who reads what comes from it.
+    markUpstream(pNode);
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNode).Targets;
+    for (const OrvChainTargets::Target& Target : Targets) {
+        for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target)) {
+            if (pOwner->m_pEngineNode)
+                stale().insert(pOwner);
+        }
+    }
+    markReaders({});
+}
+
 void OrvNodeEvaluation::pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region)
 {
     if (pNode->m_pEngineNode)
@@ -226,11 +356,14 @@ void OrvNodeEvaluation::replaced(OrvSnBaseNode* pNode)
         return;
     removed(pNode);
     markReaders(pNode->consumers());
+    layoutChanged(pNode);
     update(); // whoever shows it may be painting on it now
 }
 
 void OrvNodeEvaluation::removed(OrvSnBaseNode* pNode)
 {
     stale().remove(pNode);
+    moved().remove(pNode);
     pNode->m_pEngineNode.reset();
+    pNode->m_InputSteps.clear();
 }

@@ -3,11 +3,12 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/OrvCoreExport.h"
 
+#include "OrvDdi/Engine/OrvEngineNode.h"
+
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
 class QRect;
-class OrvEngineNode;
 
 /// Keeps the image engine's graph in step with the document's. Engine nodes are made when a result is first asked
 /// for, so that a document that nobody looks at costs nothing; afterwards every edit of a node reaches its engine
@@ -18,12 +19,18 @@ public:
     /// What the node yields, null for nothing (transparent). The engine node belongs to the document and stays valid
     /// until one of the operations below is called for its node.
     static OrvEngineNode* result(const OrvSnBaseNode* pNode);
+    /// What the node reads at an input, as it reads it: brought to its own size, from its cache.
+    static OrvEngineNode* inputResult(const OrvSnBaseNode* pNode, const QString& InputName);
 
     static void inputReconnected(
         OrvSnBaseNode* pNode, const QString& InputName, OrvSnBaseNode* pFormerSource = nullptr);
     /// What a group's chain begins with is another thing now; the node is the chain's top.
     static void groupBottomChanged(OrvSnBaseNode* pTop);
     static void parametersChanged(OrvSnBaseNode* pNode);
+    /// What is to stand between the node and what it reads is another thing now.
+    static void inputStepsChanged(OrvSnBaseNode* pNode);
+    /// What the node yields has another size now; what a channel holds is seen in that.
+    static void layoutChanged(OrvSnBaseNode* pNode);
     static void pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region);
     /// The node's kind of engine node changed: it is made anew, and what it feeds is connected again.
     static void replaced(OrvSnBaseNode* pNode);
@@ -39,4 +46,8 @@ private:
     static void connectAll(QVector<OrvSnBaseNode*> Nodes);
     static OrvSnBaseNode* withNewEngineNode(const OrvSnBaseNode* pNode);
     static void updateBlends(const OrvSnBaseNode* pNode);
+    static void markUpstream(OrvSnBaseNode* pNode);
+    static void markContentsOfMoved();
+    static std::vector<OrvInputStep> takeInputSteps(OrvSnBaseNode* pNode);
+    static OrvInputStep* inputStep(const OrvSnBaseNode* pNode, OrvEngineNode::Pad Pad);
 };

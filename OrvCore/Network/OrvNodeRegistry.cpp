@@ -1,6 +1,7 @@
 #include "OrvCore/Network/OrvNodeRegistry.h"
 
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
@@ -8,6 +9,7 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
 
@@ -22,9 +24,11 @@ OrvNodeRegistry::OrvNodeRegistry()
     enter(QStringLiteral("Merge"), [] { return std::make_unique<OrvSnMergeNode>(); });
     enter(QStringLiteral("ImageSet"), [] { return std::make_unique<OrvSnChannelInputNode>(); });
     enter(QStringLiteral("BottomTransparency"), [] { return std::make_unique<OrvSnBottomTransparencyNode>(); });
+    enter(QStringLiteral("BakePoint"), [] { return std::make_unique<OrvSnBakePointNode>(); });
     enter(QStringLiteral("Pass"), [] { return std::make_unique<OrvSnPassNode>(); });
     enter(QStringLiteral("Graph"), [] { return std::make_unique<OrvSnGraphNode>(); });
     enter(QStringLiteral("GraphOutput"), [] { return std::make_unique<OrvSnGraphOutputNode>(); });
+    enter(QStringLiteral("CustomProcedural"), [] { return std::make_unique<OrvSnCustomProceduralNode>(); });
     enter(QStringLiteral("ShaderInput"), [] { return std::make_unique<OrvSnShaderInputNode>(); });
 }
 

@@ -1,6 +1,7 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvNodeDescription.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
@@ -132,6 +133,8 @@ std::unique_ptr<OrvEngineNode> OrvSnBaseNode::createEngineNode() const
 {
     return nullptr;
 }
+
+void OrvSnBaseNode::describeInputStep(const QString&, OrvInputStep&) const { }
 
 QStringList OrvSnBaseNode::enginePadInputs() const
 {

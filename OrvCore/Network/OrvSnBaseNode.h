@@ -7,8 +7,11 @@
 #include <QtCore/QStringList>
 
 #include <memory>
+#include <vector>
 
 class OrvEngineNode;
+class OrvImageSet;
+class OrvInputStep;
 class OrvShaderNetwork;
 struct OrvNodeDescription;
 
@@ -64,6 +67,8 @@ public:
     OrvSnBaseNode* preferredInputNode() const { return inputNode(preferredInput()); }
     /// Nodes held by this one (a graph layer's), or null.
     virtual OrvShaderNetwork* nestedNetwork() const { return nullptr; }
+    /// The images that the node stores, or null.
+    virtual OrvImageSet* imageSet() const { return nullptr; }
 
     // Undoable edits. None of them does anything, or leaves a history entry, when nothing changes.
     void setName(const QString& Name);
@@ -109,6 +114,9 @@ protected:
     virtual std::unique_ptr<OrvEngineNode> createEngineNode() const;
     /// Names of the inputs behind the engine's pads Base, Over and Mask; empty where there is none.
     virtual QStringList enginePadInputs() const;
+    /// What is to stand between the engine node and what it reads at an input: neither layout (nothing is to be
+    /// scaled) and not kept means nothing.
+    virtual void describeInputStep(const QString& InputName, OrvInputStep& Step) const;
     /// Writes name, flags and attributes that matter to the engine node.
     virtual void updateEngineNode(OrvEngineNode&) const { }
 
@@ -137,6 +145,7 @@ private:
     QVector<Consumer> m_Consumers;
     QPointF m_Position;
     std::unique_ptr<OrvEngineNode> m_pEngineNode;
+    std::vector<OrvInputStep> m_InputSteps; ///< hardly any node has some
     OrvSnBaseNodeCacheActiveState m_CacheActive = OrvSnCacheInactive;
     bool m_Locked = false;
     bool m_Blocked = false;

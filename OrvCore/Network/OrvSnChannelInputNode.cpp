@@ -76,27 +76,14 @@ void OrvSnChannelInputNode::replaceImages(const OrvUdimLayout& Layout, const Orv
 
 void OrvSnChannelInputNode::describe(OrvNodeDescription& Description) const
 {
-    if (!m_pImageSet)
-        return;
-    Description.HasImages = true;
-    Description.Layout = m_pImageSet->layout();
-    Description.Format = m_pImageSet->format();
-    Description.Fill = m_pImageSet->fillColor();
-    Description.Pixels = m_pImageSet->snapshot();
+    if (m_pImageSet)
+        Description.setImages(*m_pImageSet);
 }
 
 void OrvSnChannelInputNode::adopt(const OrvNodeDescription& Description)
 {
-    if (!Description.HasImages)
-        return;
-    auto pImages = std::make_unique<OrvImageSet>(Description.Layout, Description.Format, Description.Fill);
-    if (!Description.Pixels.isNull()) {
-        pImages->replace(
-            Description.Layout, Description.Format, Description.Fill, Description.Pixels.snapshot());
-    }
-    for (int Block = 0; Block < Description.BlockKeys.size(); ++Block)
-        pImages->setBlockKey(Block, Description.BlockKeys[Block]);
-    setImageSet(std::move(pImages));
+    if (std::unique_ptr<OrvImageSet> pImages = Description.makeImages())
+        setImageSet(std::move(pImages));
 }
 
 std::unique_ptr<OrvEngineNode> OrvSnChannelInputNode::createEngineNode() const

@@ -5,7 +5,6 @@
 
 class OrvColor;
 class OrvImageBuffer;
-class OrvImageSet;
 class OrvUdimLayout;
 struct OrvPixelFormat;
 
@@ -20,7 +19,7 @@ public:
     QString typeName() const override { return QStringLiteral("ImageSet"); }
     QString typeLabel() const override;
 
-    OrvImageSet* imageSet() const { return m_pImageSet; }
+    OrvImageSet* imageSet() const override { return m_pImageSet; }
     /// To be called once, before the node enters a network.
     void setImageSet(std::unique_ptr<OrvImageSet> pImageSet);
     /// Puts other images in place of those that are there, of another layout or format even. Undoable; a null

@@ -1,13 +1,36 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Network/OrvSnPassNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
+#include "OrvDdi/Image/OrvImageSet.h"
+
+namespace {
+
+/// The layout that the pixels of a result have when it need not be that of the layer's channel; else none.
+OrvUdimLayout layoutOfResult(const OrvSnBaseNode* pNode)
+{
+    // Adjustments leave pixels where they are.
+    while (pNode && !pNode->imageSet()
+        && (qobject_cast<const OrvSnOperationNode*>(pNode) || qobject_cast<const OrvSnPassNode*>(pNode)))
+        pNode = pNode->preferredInputNode();
+    if (pNode && pNode->imageSet())
+        return pNode->imageSet()->layout();
+    const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode);
+    return pChannel ? pChannel->layout() : OrvUdimLayout();
+}
+
+} // namespace
 
 OrvSnMergeNode::OrvSnMergeNode()
     : OrvSnBaseNode({OrvSnNames::Base, OrvSnNames::Over, OrvSnNames::Mask})
@@ -101,6 +124,8 @@ bool OrvSnMergeNode::passesThrough() const
 void OrvSnMergeNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
 {
     OrvSnBaseNode::applyUserAttribute(Attribute);
+    if (Attribute.name() == OrvMergeAttributes::LayerCached && network())
+        OrvNodeEvaluation::inputStepsChanged(this);
     if (Attribute.name() != OrvMergeAttributes::PassThrough || !network() || !holdsGroup())
         return;
     OrvNodeEvaluation::groupBottomChanged(inputNode(OrvSnNames::Over));
@@ -114,6 +139,20 @@ std::unique_ptr<OrvEngineNode> OrvSnMergeNode::createEngineNode() const
 QStringList OrvSnMergeNode::enginePadInputs() const
 {
     return {OrvSnNames::Base, OrvSnNames::Over, OrvSnNames::Mask};
+}
+
+void OrvSnMergeNode::describeInputStep(const QString& InputName, OrvInputStep& Step) const
+{
+    OrvSnBaseNode* pSource = inputNode(InputName);
+    if (InputName == OrvSnNames::Base || !pSource)
+        return;
+    // Images need no cache: their pixels are there.
+    Step.Kept = !pSource->imageSet() && userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
+    Step.From = layoutOfResult(pSource);
+    if (Step.From.isValid()) {
+        const OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(this));
+        Step.To = pChannel ? pChannel->layout() : OrvUdimLayout();
+    }
 }
 
 void OrvSnMergeNode::updateEngineNode(OrvEngineNode& Node) const

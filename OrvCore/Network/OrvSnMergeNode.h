@@ -35,6 +35,7 @@ protected:
     void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     QStringList enginePadInputs() const override;
+    void describeInputStep(const QString& InputName, OrvInputStep& Step) const override;
     void updateEngineNode(OrvEngineNode& Node) const override;
 
 private:

@@ -50,11 +50,24 @@ GeglRectangle boundingBox(GeglOperation* pOperation)
     return Box;
 }
 
+bool readsMask(GeglOperation* pOperation)
+{
+    return instance(pOperation)->Parameters.MaskEnabled && gegl_operation_get_source_node(pOperation, "aux2");
+}
+
+/// A whole picture that is not mixed with the base hides it: nothing below needs to be computed.
+bool readsBase(GeglOperation* pOperation)
+{
+    const OrvBlendParameters& Parameters = instance(pOperation)->Parameters;
+    return !Parameters.PassThrough || !Parameters.Enabled || Parameters.Amount != 1.0f
+        || Parameters.AdvancedEnabled || readsMask(pOperation);
+}
+
 GeglRectangle requiredForOutput(GeglOperation* pOperation, const char* pPad, const GeglRectangle* pRegion)
 {
     const OrvBlendParameters& Parameters = instance(pOperation)->Parameters;
-    const bool IsMask = std::strcmp(pPad, "aux2") == 0;
-    if (std::strcmp(pPad, "input") != 0 && (!readsOver(Parameters) || (IsMask && !Parameters.MaskEnabled)))
+    const bool IsBase = std::strcmp(pPad, "input") == 0, IsMask = std::strcmp(pPad, "aux2") == 0;
+    if (IsBase ? !readsBase(pOperation) : !readsOver(Parameters) || (IsMask && !Parameters.MaskEnabled))
         return {};
     return *pRegion;
 }
@@ -76,9 +89,8 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     const OrvBlendParameters& Parameters = pSelf->Parameters;
     OrvPicture::Pointer pPicture = inputPicture(pContext, "input");
     if (readsOver(Parameters)) {
-        const bool HasMask = Parameters.MaskEnabled && gegl_operation_get_source_node(pOperation, "aux2");
         pPicture = OrvPicture::blend(Parameters, pPicture, inputPicture(pContext, "aux"),
-            HasMask ? inputPicture(pContext, "aux2") : nullptr);
+            readsMask(pOperation) ? inputPicture(pContext, "aux2") : nullptr);
     }
     if (!pSelf->Cached && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node))) {
         gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));

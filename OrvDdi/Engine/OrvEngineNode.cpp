@@ -3,6 +3,7 @@
 #include "OrvDdi/Engine/OrvBlendOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOperationMenu.h"
 #include "OrvDdi/Engine/OrvOperationParameters.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
@@ -11,6 +12,7 @@
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -50,7 +52,7 @@ GeglNode* newNode(const char* pOperation)
 /// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
 /// the next evaluation.
 struct OrvEngineNode::SubGraph {
-    enum Kind { Blend, Source, Uniform, Operation, Pass };
+    enum Kind { Blend, Source, Uniform, Operation, Fit, Pass };
 
     explicit SubGraph(Kind What)
         : WhichKind(What)
@@ -69,6 +71,7 @@ struct OrvEngineNode::SubGraph {
     bool Cached = false;
     bool ReachKnown = false;
     int Reach = 0;
+    double Shrinkage = 1.0; ///< how many pixels of the input become one of the output, at least 1
     unsigned LastVisit = 0; ///< number of the walk that was here last
 
     void setSource(Pad Input, SubGraph* pSource);
@@ -234,7 +237,8 @@ int OrvEngineNode::SubGraph::reachDownstream(const GeglRectangle& Rect)
         if (Pending.size() > Before)
             continue;
         Pending.pop_back();
-        Settled.emplace(pNode, std::min(OrvOperationReach::Unlimited, Widest + pNode->reach(Rect)));
+        const double Wanted = std::ceil(Widest * pNode->Shrinkage) + pNode->reach(Rect);
+        Settled.emplace(pNode, int(std::min<double>(OrvOperationReach::Unlimited, Wanted)));
     }
     return Settled[this];
 }
@@ -293,6 +297,18 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& Ope
     if (OrvOperationReach::computesMoreThanAsked(
             pGraph->pInput)) // which must not happen again for every region
         g_object_set(pGraph->pInput, "cache-policy", GEGL_CACHE_POLICY_ALWAYS, nullptr);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createFit(const OrvUdimLayout& From, const OrvUdimLayout& To)
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Fit);
+    pGraph->pInput = newNode(OrvFitOperation::Name);
+    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    pGraph->Shrinkage = OrvFitOperation::setLayouts(pGraph->pInput, From, To);
+    gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
+    OrvOutputOperation::setFullScale(pGraph->pOutput, true);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 

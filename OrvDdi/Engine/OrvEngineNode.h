@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+class OrvUdimLayout;
 struct _GeglNode;
 
 /// One step of an evaluation: a thin owner of one sub-graph of the image engine. The document's nodes own these and
@@ -26,6 +27,9 @@ public:
     /// An operation of the registry; its image inputs are Base and, where it has a second one, Over. Null when the
     /// engine does not know the name.
     static std::unique_ptr<OrvEngineNode> createOperation(const QString& OperationName);
+    /// Brings what is connected from one layout to another: averaged when it shrinks, interpolated when it grows, as
+    /// OrvImageResampling does.
+    static std::unique_ptr<OrvEngineNode> createFit(const OrvUdimLayout& From, const OrvUdimLayout& To);
     /// Passes Base on unchanged; nothing connected reads as transparent.
     static std::unique_ptr<OrvEngineNode> createPass();
     ~OrvEngineNode();

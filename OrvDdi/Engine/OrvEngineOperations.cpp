@@ -2,6 +2,7 @@
 
 #include "OrvDdi/Engine/OrvBlendOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
 #include "OrvDdi/Engine/OrvPointOperations.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
@@ -13,6 +14,7 @@ void OrvEngineOperations::registerAll()
     OrvOutputOperation::registerType();
     OrvDelivery::registerType();
     OrvPointOperations::registerTypes();
+    OrvFitOperation::registerType();
 }
 
 void OrvEngineOperations::release()

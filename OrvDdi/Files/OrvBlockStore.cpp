@@ -44,15 +44,6 @@ QString tr(const char* pText)
     return QCoreApplication::translate("OrvBlockStore", pText);
 }
 
-QByteArray keyOf(const QByteArray& Raw)
-{
-    // Qt's own takes six times as long, and hashing would be half of opening a project.
-    QByteArray Digest(KeyLength / 2, Qt::Uninitialized);
-    EVP_Digest(Raw.constData(), size_t(Raw.size()), reinterpret_cast<unsigned char*>(Digest.data()), nullptr,
-        EVP_sha256(), nullptr);
-    return Digest.toHex();
-}
-
 /// Empty when the header belongs to a complete block file of the given length; else what is wrong.
 QString headerTrouble(const BlockHeader& Header, qint64 BytesRead, qint64 FileSize)
 {
@@ -84,6 +75,15 @@ bool syncDescriptor(const QString& Path, int (*pSync)(int))
 OrvBlockStore::OrvBlockStore(const QString& Directory)
     : m_Directory(QDir::cleanPath(Directory))
 {
+}
+
+QByteArray OrvBlockStore::keyOf(const QByteArray& Raw)
+{
+    // Qt's own takes six times as long, and hashing would be half of opening a project.
+    QByteArray Digest(KeyLength / 2, Qt::Uninitialized);
+    EVP_Digest(Raw.constData(), size_t(Raw.size()), reinterpret_cast<unsigned char*>(Digest.data()), nullptr,
+        EVP_sha256(), nullptr);
+    return Digest.toHex();
 }
 
 bool OrvBlockStore::isKey(const QByteArray& Key)

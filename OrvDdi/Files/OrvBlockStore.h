@@ -31,6 +31,8 @@ public:
     int removeUnreferenced(const QSet<QByteArray>& Keys);
 
     static bool isKey(const QByteArray& Key);
+    /// The key under which contents are stored, wherever that is.
+    static QByteArray keyOf(const QByteArray& Raw);
     QString blockPath(const QByteArray& Key) const;
 
 private:

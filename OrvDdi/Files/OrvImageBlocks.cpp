@@ -4,6 +4,7 @@
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDataStream>
 #include <QtCore/QJsonArray>
 #include <QtCore/QtEndian>
 
@@ -59,6 +60,21 @@ QByteArray uniformKeyOf(const QByteArray& Pixel)
     return UniformMark + Pixel.toHex();
 }
 
+int byteCount(const QRect& Rect, const OrvPixelFormat& Format)
+{
+    return Rect.width() * Rect.height() * Format.bytesPerPixel();
+}
+
+/// The pixels of a square as they are stored.
+QByteArray rawSquare(const OrvImageBuffer& Pixels, const QRect& Rect)
+{
+    const OrvPixelFormat Format = Pixels.format();
+    QByteArray Raw(byteCount(Rect, Format), Qt::Uninitialized);
+    Pixels.read(Rect, Format, Raw.data());
+    exchangeByteOrder(Raw, Format);
+    return Raw;
+}
+
 bool isUniformKey(const QByteArray& Key)
 {
     return Key.startsWith(UniformMark);
@@ -70,11 +86,6 @@ QByteArray pixelOf(const QByteArray& UniformKey, const OrvPixelFormat& Format)
     const QByteArray Hex = UniformKey.mid(1);
     const QByteArray Pixel = QByteArray::fromHex(Hex);
     return Pixel.size() == Format.bytesPerPixel() && Pixel.toHex() == Hex ? Pixel : QByteArray();
-}
-
-int byteCount(const QRect& Rect, const OrvPixelFormat& Format)
-{
-    return Rect.width() * Rect.height() * Format.bytesPerPixel();
 }
 
 /// Runs the step for 0 to Count - 1 in the calling thread, which alone reports progress, and a second one.
@@ -134,10 +145,7 @@ bool OrvImageBlocks::store(OrvImageSet& Images, OrvBlockStore& Store, QJsonObjec
     const OrvImageBuffer Pixels = Images.snapshot();
     const auto storeSquare = [&](int Number, QString& Trouble) {
         const int Index = Changed[size_t(Number)];
-        const QRect Rect = Images.blockRect(Index);
-        QByteArray Raw(byteCount(Rect, Format), Qt::Uninitialized);
-        Pixels.read(Rect, Format, Raw.data());
-        exchangeByteOrder(Raw, Format);
+        const QByteArray Raw = rawSquare(Pixels, Images.blockRect(Index));
         Keys[size_t(Index)] = isOneValue(Raw, Format.bytesPerPixel())
             ? uniformKeyOf(Raw.left(Format.bytesPerPixel()))
             : Store.put(Raw, Trouble);
@@ -211,6 +219,31 @@ bool OrvImageBlocks::load(const QJsonObject& Description, const OrvBlockStore& S
     for (int Index = 0; Index < int(Keys.size()); ++Index)
         Images.setBlockKey(Index, Keys[size_t(Index)]);
     return true;
+}
+
+QByteArray OrvImageBlocks::contentKey(OrvImageSet& Images)
+{
+    const OrvPixelFormat Format = Images.format();
+    QByteArray Contents;
+    QDataStream Stream(&Contents, QIODevice::WriteOnly);
+    Stream << Images.layout().tileSize() << Images.layout().tiles() << Format.Depth << Format.Kind
+           << Format.Curve;
+    if (Images.isUniform()) {
+        for (int Component = 0; Component < 4; ++Component)
+            Stream << Images.fillColor().components()[Component];
+        return OrvBlockStore::keyOf(Contents);
+    }
+    const OrvImageBuffer Pixels = Images.snapshot();
+    for (int Index = 0; Index < Images.blockCount(); ++Index) {
+        if (Images.blockKey(Index).isEmpty()) {
+            const QByteArray Raw = rawSquare(Pixels, Images.blockRect(Index));
+            Images.setBlockKey(Index,
+                isOneValue(Raw, Format.bytesPerPixel()) ? uniformKeyOf(Raw.left(Format.bytesPerPixel()))
+                                                        : OrvBlockStore::keyOf(Raw));
+        }
+        Stream << Images.blockKey(Index);
+    }
+    return OrvBlockStore::keyOf(Contents);
 }
 
 QSet<QByteArray> OrvImageBlocks::blockKeys(const QJsonObject& Description)

@@ -23,6 +23,9 @@ public:
     /// unchanged.
     static bool load(const QJsonObject& Description, const OrvBlockStore& Store, OrvImageSet& Images,
         QString& Error, const OrvProgress& Progress = {});
+    /// The contents of the set in few bytes: the same for the same pixels, layout and format. Only squares
+    /// that have changed since they were last stored or asked for are read.
+    static QByteArray contentKey(OrvImageSet& Images);
     /// The blocks that a description needs.
     static QSet<QByteArray> blockKeys(const QJsonObject& Description);
 };

@@ -13,8 +13,7 @@ QString tr(const char* pText)
 
 QList<QPair<QString, GLenum>> OrvImage::sortedSupportedDepths()
 {
-    return {{tr("8bit (Byte)"), GL_UNSIGNED_BYTE}, {tr("16bit (Half)"), GL_HALF_FLOAT},
-        {tr("32bit (Float)"), GL_FLOAT}};
+    return {{tr("8-bit"), GL_UNSIGNED_BYTE}, {tr("16-bit"), GL_HALF_FLOAT}, {tr("32-bit"), GL_FLOAT}};
 }
 
 GLenum OrvImage::validTypeFromString(const QString& Text)

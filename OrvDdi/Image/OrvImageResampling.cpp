@@ -1,40 +1,11 @@
 #include "OrvDdi/Image/OrvImageResampling.h"
 
+#include "OrvDdi/Image/OrvResamplingTaps.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
-#include <cmath>
 #include <vector>
 
 namespace {
-
-/// Which source positions one target position takes, and how much of each; the weights sum up to 1.
-struct Taps {
-    int First = 0;
-    std::vector<float> Weights;
-};
-
-/// A triangle as wide as a source pixel when growing, as a target pixel when shrinking.
-std::vector<Taps> triangleTaps(int SourceSize, int TargetSize)
-{
-    const double Ratio = double(SourceSize) / TargetSize;
-    const double Reach = qMax(1.0, Ratio);
-    std::vector<Taps> All(static_cast<std::size_t>(TargetSize));
-    for (int Target = 0; Target < TargetSize; ++Target) {
-        const double Center = (Target + 0.5) * Ratio - 0.5;
-        Taps& One = All[std::size_t(Target)];
-        One.First = qBound(0, int(std::ceil(Center - Reach)), SourceSize - 1);
-        const int Last = qBound(One.First, int(std::floor(Center + Reach)), SourceSize - 1);
-        double Sum = 0.0;
-        for (int Position = One.First; Position <= Last; ++Position) {
-            const double Weight = qMax(0.0, 1.0 - std::abs(Position - Center) / Reach);
-            One.Weights.push_back(float(Weight));
-            Sum += Weight;
-        }
-        for (float& Weight : One.Weights)
-            Weight = Sum > 0.0 ? float(Weight / Sum) : 1.0f / float(One.Weights.size());
-    }
-    return All;
-}
 
 void premultiply(float* pPixels, int Count)
 {
@@ -59,13 +30,15 @@ void resampleTile(const OrvImageBuffer& Source, const QRect& From, OrvImageBuffe
     Linear.Depth = GL_FLOAT;
     Linear.Curve = OrvPixelFormat::Linear;
     const int Components = Linear.componentCount();
-    const std::vector<Taps> Columns = triangleTaps(From.width(), To.width());
-    const std::vector<Taps> Rows = triangleTaps(From.height(), To.height());
+    const std::vector<OrvResamplingTaps> Columns
+        = OrvResamplingTaps::along(0, To.width(), double(From.width()) / To.width(), 0, From.width());
+    const std::vector<OrvResamplingTaps> Rows
+        = OrvResamplingTaps::along(0, To.height(), double(From.height()) / To.height(), 0, From.height());
     std::vector<float> Read, Narrow, Written;
 
     for (int Top = 0; Top < To.height(); Top += RowsAtOnce) {
         const int Count = qMin(RowsAtOnce, To.height() - Top);
-        const Taps& LastTaps = Rows[std::size_t(Top + Count - 1)];
+        const OrvResamplingTaps& LastTaps = Rows[std::size_t(Top + Count - 1)];
         const int FirstRow = Rows[std::size_t(Top)].First;
         const int RowCount = LastTaps.First + int(LastTaps.Weights.size()) - FirstRow;
 
@@ -78,7 +51,7 @@ void resampleTile(const OrvImageBuffer& Source, const QRect& From, OrvImageBuffe
         for (int Row = 0; Row < RowCount; ++Row) {
             const float* pRow = Read.data() + std::size_t(Row) * From.width() * Components;
             float* pOut = Narrow.data() + std::size_t(Row) * To.width() * Components;
-            for (const Taps& Column : Columns) {
+            for (const OrvResamplingTaps& Column : Columns) {
                 const float* pIn = pRow + std::size_t(Column.First) * Components;
                 for (const float Weight : Column.Weights) {
                     for (int Component = 0; Component < Components; ++Component)
@@ -91,7 +64,7 @@ void resampleTile(const OrvImageBuffer& Source, const QRect& From, OrvImageBuffe
         const std::size_t Stride = std::size_t(To.width()) * Components;
         Written.assign(Stride * Count, 0.0f);
         for (int Row = 0; Row < Count; ++Row) {
-            const Taps& Taken = Rows[std::size_t(Top + Row)];
+            const OrvResamplingTaps& Taken = Rows[std::size_t(Top + Row)];
             float* pOut = Written.data() + Stride * Row;
             for (std::size_t Tap = 0; Tap < Taken.Weights.size(); ++Tap) {
                 const float* pIn = Narrow.data() + Stride * (std::size_t(Taken.First - FirstRow) + Tap);

@@ -34,7 +34,7 @@ private Q_SLOTS:
         const QUndoStack& History = *OrvUndoManager::instance().stack();
         QVector<QByteArray> Documents{Project.document()};
 
-        for (int Step = 0; Step < 500; ++Step) {
+        for (int Step = 0; Step < 800; ++Step) {
             const int Kind = below(10);
             if (Kind == 0) {
                 for (int Back = below(12); Back > 0 && History.canUndo(); --Back)
@@ -87,6 +87,16 @@ private:
         const QList<OrvLayer*> Layers = pStack->allLayers();
         return Layers.isEmpty() ? nullptr : Layers[below(Layers.size())];
     }
+    /// One of those that something can be done with, if there are any.
+    OrvLayer* anyLayer(const OrvLayerStack* pStack, bool (OrvLayer::*pSuits)() const)
+    {
+        QList<OrvLayer*> Suited;
+        for (OrvLayer* pLayer : pStack->allLayers()) {
+            if ((pLayer->*pSuits)() && pLayer->isModifiable())
+                Suited.append(pLayer);
+        }
+        return Suited.isEmpty() ? anyLayer(pStack) : Suited[below(Suited.size())];
+    }
     QList<OrvLayer*> someLayers(const OrvLayerStack* pStack)
     {
         QList<OrvLayer*> Layers;
@@ -105,7 +115,7 @@ private:
         OrvLayer* pLayer = anyLayer(pStack);
         const OrvLayerCreateFlags Flags = below(2) ? 30 : below(2) ? 94 : 1;
         QString Error;
-        const int Kind = below(34);
+        const int Kind = below(49);
         if (pLayer && Kind > 5 && below(4) == 0)
             pLayer->makeCurrent(false, below(2) == 0);
         m_pProject->select(someLayers(pStack));
@@ -159,6 +169,12 @@ private:
         OrvLayerStack* pOther = anyStack();
         OrvLayer* pPlace = anyLayer(pOther);
         OrvSnBaseNode* pTarget = pPlace ? pPlace->blendNode() : pOther->bottomNode();
+        if (Kind >= 34 && Kind < 40)
+            pLayer = anyLayer(pStack, &OrvLayer::hasMask);
+        else if (Kind == 40)
+            pLayer = anyLayer(pStack, &OrvLayer::isGroupLayer);
+        else if (Kind >= 41 && Kind < 43)
+            pLayer = anyLayer(pStack, &OrvLayer::isBakePointLayer);
         switch (Kind) {
         case 15:
         case 16:
@@ -174,7 +190,7 @@ private:
             pLayer->setVisible(!pLayer->isVisible());
             return;
         case 20:
-            if (below(3) == 0)
+            if (below(4) == 0)
                 pLayer->setLocked(true);
             else
                 pLayer->setLocked(false);
@@ -214,6 +230,54 @@ private:
             OrvLayerStreamUtils::createLayerNodeAfter(
                 pTarget, m_pProject->channel("Bump")->node(), QString(), QString(), true);
             return;
+        case 33:
+        case 34:
+            below(3) ? pLayer->addMaskImageSetFromAlpha() : pLayer->convertMaskToImageSet();
+            return;
+        case 35:
+            below(2) ? pLayer->applyMask() : pLayer->convertAdjustmentStackToImageSet();
+            return;
+        case 48:
+            pLayer->convertPayloadToImageSet();
+            return;
+        case 36:
+            below(2) ? pLayer->copyMaskToClipboard() : pLayer->cutMaskToClipboard();
+            return;
+        case 37:
+            pLayer->pasteMaskFromClipboard();
+            return;
+        case 38:
+            pLayer->convertMask(below(2) ? GL_UNSIGNED_BYTE : GL_HALF_FLOAT);
+            return;
+        case 39:
+            below(2) ? pLayer->resizeMaskImageSets(0, 2 << below(4), true, true)
+                     : pLayer->resizeImageSets(0, 2 << below(4), true, true);
+            return;
+        case 40:
+            below(2) ? OrvLayerStreamUtils::flattenLayer(pLayer, pStack) != nullptr
+                     : pStack->shareLayersAsChannel(pStack->selectedLayers()) != nullptr;
+            return;
+        case 41:
+            below(3) ? void(pLayer->bake()) : void(pStack->createBakePointLayer(Flags));
+            return;
+        case 42:
+            pLayer->bakePointNode() && below(2) ? void(pLayer->unbake())
+                                                : void(pStack->createBakePointLayer(Flags));
+            return;
+        case 43:
+            below(4) ? pStack->uncacheLayers() : pStack->cacheLayers();
+            return;
+        case 44:
+            below(4) ? pLayer->uncacheUpToHere() : void(pLayer->cacheUpToHere());
+            return;
+        case 45:
+        case 46:
+        case 47: {
+            const OrvUndoManager::AutoMacro Macro("Delete Caches");
+            for (OrvSnBaseNode* pNode : m_pProject->network()->nodes())
+                pNode->propagateDeleteCache(true);
+            return;
+        }
         case 32:
             below(2) ? pLayer->addSecondaryAdjustmentLayerFromKey("Filter/Adjust/Invert Linear")
                      : pLayer->removeSecondaryAdjustmentLayer();

@@ -1,6 +1,8 @@
 #include "OrvEngineFixture.h"
 
 #include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Image/OrvImageResampling.h"
+#include "OrvDdi/Image/OrvUdimLayout.h"
 
 #include <QtTest/QtTest>
 
@@ -26,6 +28,9 @@ private Q_SLOTS:
     void connectionsChange();
     void nodesGoInAnyOrder();
     void extentsAndPasses();
+    void fittedPictures_data();
+    void fittedPictures();
+    void wholePicturesHideWhatIsBelow();
     void cachedResultsFollowEdits();
     void cachesSwitchedOffAndOn();
     void invalidatedRegions();
@@ -219,6 +224,83 @@ void TstEngine::extentsAndPasses()
     QVERIFY(difference(rendered(*pShown, QRect(10, 10, 20, 20)), rendered(*pDirect, QRect(10, 10, 20, 20)))
         < 1e-6f);
     QCOMPARE(pixelOf(*pShown, 9, 10), OrvColor::clear());
+}
+
+void TstEngine::fittedPictures_data()
+{
+    QTest::addColumn<QSize>("From");
+    QTest::addColumn<QSize>("To");
+    QTest::newRow("half") << QSize(128, 64) << QSize(64, 32);
+    QTest::newRow("double") << QSize(64, 64) << QSize(128, 128);
+    QTest::newRow("uneven") << QSize(90, 41) << QSize(33, 100);
+}
+
+void TstEngine::fittedPictures()
+{
+    QFETCH(QSize, From);
+    QFETCH(QSize, To);
+    const OrvUdimLayout FromLayout(From), ToLayout(To);
+    for (const OrvPixelFormat& Format :
+        {floatColor(), OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar}}) {
+        OrvImageBuffer Pixels = picture(FromLayout.extent(), 1, Format);
+        const auto pSource = source(Pixels), pFit = OrvEngineNode::createFit(FromLayout, ToLayout),
+                   pBlur = operation("gegl:box-blur", pFit.get()), pTop = blend(pFit.get(), pBlur.get());
+        pBlur->setParameter("radius", 3);
+        QVERIFY(pFit->boundingBox().isEmpty());
+        pFit->connectInput(OrvEngineNode::Base, pSource.get());
+        QCOMPARE(pFit->boundingBox(), ToLayout.extent());
+        const auto expected = [&] {
+            return OrvImageResampling::fitted(Pixels.converted(floatColor()), FromLayout, ToLayout);
+        };
+        QVERIFY(
+            difference(rendered(*pFit, ToLayout.extent()), rendered(*source(expected()), ToLayout.extent()))
+            < 1e-4f);
+        // Dabs reach what is cached above, and no less of it than they change.
+        for (OrvEngineNode* pCached : {pFit.get(), pBlur.get(), pTop.get()})
+            pCached->setCached(true);
+        renderedInPieces(*pTop, ToLayout.extent());
+        for (const QRect& Dab :
+            {QRect(20, 20, 5, 7), QRect(0, 0, 1, 1), QRect(From.width() - 9, 30, 20, 20)}) {
+            Pixels.fill(OrvColor(1.0f, 0.2f, 0.0f), Dab);
+            pSource->pixelsWritten(Dab);
+            const auto pFresh = source(expected()), pFreshBlur = operation("gegl:box-blur", pFresh.get()),
+                       pFreshTop = blend(pFresh.get(), pFreshBlur.get());
+            pFreshBlur->setParameter("radius", 3);
+            QVERIFY(difference(
+                        renderedInPieces(*pTop, ToLayout.extent()), rendered(*pFreshTop, ToLayout.extent()))
+                < 1e-3f);
+        }
+        const QRect Half(0, 0, To.width() / 2, To.height() / 2);
+        QVERIFY(difference(rendered(*pFit, Half, 0.5), rendered(*source(expected()), Half, 0.5)) < 0.01f);
+    }
+}
+
+void TstEngine::wholePicturesHideWhatIsBelow()
+{
+    const auto pBase = source(picture(Canvas, 1)), pWhole = source(picture(QRect(0, 0, 150, 200), 2));
+    const auto pMask = uniform(OrvColor::grey50(), Canvas);
+    const auto pBlend = blend(pBase.get(), pWhole.get());
+    OrvBlendParameters Parameters;
+    Parameters.PassThrough = true;
+    pBlend->setBlend(Parameters);
+    QVERIFY(difference(rendered(*pBlend, Canvas), rendered(*pWhole, Canvas)) < 1e-6f);
+    // What lets the base through makes it count again.
+    const OrvColor Base = pixelOf(*pBase, 200, 5);
+    for (const auto& change : std::vector<std::function<void()>>{[&] { Parameters.Amount = 0.5f; },
+             [&] {
+                 Parameters.Amount = 1.0f;
+                 pBlend->connectInput(OrvEngineNode::Mask, pMask.get());
+             }}) {
+        change();
+        pBlend->setBlend(Parameters);
+        QVERIFY(std::abs(pixelOf(*pBlend, 200, 5).alpha() - 0.5f * Base.alpha()) < 0.01f);
+    }
+    Parameters.MaskEnabled = false;
+    pBlend->setBlend(Parameters);
+    QCOMPARE(pixelOf(*pBlend, 200, 5), OrvColor::clear());
+    Parameters.Enabled = false;
+    pBlend->setBlend(Parameters);
+    QCOMPARE(pixelOf(*pBlend, 200, 5), Base);
 }
 
 /// Dabs below cached results: what is shown afterwards is what a new graph shows.

@@ -1,0 +1,23 @@
+#include "OrvCore/Layers/OrvSelectionProvider.h"
+
+namespace {
+
+OrvSelectionProvider* pInstalled = nullptr;
+
+}
+
+OrvSelectionProvider::~OrvSelectionProvider()
+{
+    if (pInstalled == this)
+        pInstalled = nullptr;
+}
+
+void OrvSelectionProvider::install(OrvSelectionProvider* pProvider)
+{
+    pInstalled = pProvider;
+}
+
+OrvSelectionProvider* OrvSelectionProvider::instance()
+{
+    return pInstalled;
+}
