@@ -22,7 +22,8 @@ public:
         /// Looks at the data only, opens no file: it is asked at each move of the mouse. An empty one accepts
         /// all data of the types.
         std::function<bool(const QMimeData& Data)> Accepts;
-        /// The map says where: "LayerStack" and "LayerBelow" for the layer tree. True on success.
+        /// The map says where: "LayerStack", "LayerBelow" and, for the layer tree, "TargetNode", which it was
+        /// dropped above. True on success.
         std::function<bool(const QMimeData& Data, const QVariantMap& Parameters)> Drop;
     };
 

@@ -14,6 +14,7 @@
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Network/OrvSnUnknownNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
 #include "OrvDdi/Image/OrvImageSet.h"
 
@@ -89,6 +90,8 @@ void addKindLook(OrvNodeLook& Look, OrvSnBaseNode* pNode)
         lookLike(Look, 0x8b4a7c, "Shader");
     } else if (qobject_cast<const OrvSnGraphNode*>(pNode)) {
         lookLike(Look, 0x84702c, "NodeGraph");
+    } else if (qobject_cast<const OrvSnCustomProceduralNode*>(pNode)) {
+        lookLike(Look, 0x8a6136, "AddNoise");
     } else if (qobject_cast<const OrvSnGraphOutputNode*>(pNode)) {
         lookLike(Look, 0x96474a, "Export");
     } else if (qobject_cast<const OrvSnPassNode*>(pNode)) {

@@ -5,6 +5,7 @@
 #include "OrvCoreModules/Menus/OrvLateBindAction.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuNode.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
 
 #include <QtGui/QCursor>
 #include <QtWidgets/QAction>
@@ -17,6 +18,18 @@ const QLatin1Char Separator('/');
 QStringList pathOf(const QString& Window, const QString& Menu, const QString& SubMenu = QString())
 {
     return QStringList{Window, Menu} + SubMenu.split(Separator, Qt::SkipEmptyParts);
+}
+
+/// Keys of the actions that the menu and its sub-menus offer already.
+void collectKeys(const QMenu* pMenu, QSet<QString>& Keys)
+{
+    for (const QAction* pAction : pMenu->actions()) {
+        const auto* pLateBound = qobject_cast<const OrvLateBindAction*>(pAction);
+        Keys.insert(
+            pLateBound ? pLateBound->actionPath() : OrvActionTreeManager::instance().actionKey(pAction));
+        if (pAction->menu())
+            collectKeys(pAction->menu(), Keys);
+    }
 }
 
 } // namespace
@@ -34,7 +47,8 @@ OrvMenuManager::OrvMenuManager()
     addMenuSet(QStringLiteral("Panel"));
     // The shader types have their own menu behind "Add New Shader Layer".
     mapActionTree(QStringLiteral("CollectionContext"), QStringLiteral("OrvLayer"),
-        QStringLiteral("/Orvi/Layers"), {QStringLiteral("Shaders/AddShader")});
+        QStringLiteral("/Orvi/Layers"), {QStringLiteral("Shaders/AddShader")},
+        QStringLiteral("MainWindow/&Layers"));
 }
 
 OrvMenuManager::~OrvMenuManager() = default;
@@ -97,10 +111,21 @@ void OrvMenuManager::fillMenu(
 }
 
 void OrvMenuManager::mapActionTree(const QString& Window, const QString& Menu, const QString& ActionPath,
-    const QStringList& ExcludedSubPaths)
+    const QStringList& ExcludedSubPaths, const QString& LeadingMenuPath)
 {
     m_ActionTreeMappings.append(
-        {Window, Menu, OrvActionTreeManager::cleanPath(ActionPath), ExcludedSubPaths});
+        {Window, Menu, OrvActionTreeManager::cleanPath(ActionPath), ExcludedSubPaths, LeadingMenuPath});
+}
+
+void OrvMenuManager::placeMenu(const QString& MenuPath, const QString& IconFile)
+{
+    const QStringList Path = MenuPath.split(Separator, Qt::SkipEmptyParts);
+    if (Path.isEmpty())
+        return;
+    OrvMenuNode* pPlaced = createNode(Path.mid(0, Path.size() - 1))->placeSubMenu(Path.last());
+    if (!IconFile.isEmpty())
+        pPlaced->setIcon(OrvIcon::createIconFromFilename(IconFile));
+    Q_EMIT menuChanged(Path.first(), Path.value(1));
 }
 
 void OrvMenuManager::fillFromActionTree(QMenu* pMenu, const ActionTreeMapping& Mapping) const
@@ -110,7 +135,15 @@ void OrvMenuManager::fillFromActionTree(QMenu* pMenu, const ActionTreeMapping& M
     QHash<QString, OrvMenuNode*> Groups;
     const int PrefixSize = Mapping.ActionPath.size() + 1;
     pMenu->addSeparator();
+    if (OrvMenuNode* pLeading = node(Mapping.LeadingMenuPath.split(Separator, Qt::SkipEmptyParts));
+        pLeading && !Mapping.LeadingMenuPath.isEmpty())
+        pLeading->fill(pMenu, QString());
+    pMenu->addSeparator();
+    QSet<QString> ShownKeys;
+    collectKeys(pMenu, ShownKeys);
     for (const QString& Key : OrvActionTreeManager::instance().actionKeys(Mapping.ActionPath)) {
+        if (ShownKeys.contains(Key))
+            continue;
         const QString SubPath = Key.mid(PrefixSize).section(Separator, 0, -2);
         const bool Excluded = std::any_of(Mapping.ExcludedSubPaths.begin(), Mapping.ExcludedSubPaths.end(),
             [&SubPath](

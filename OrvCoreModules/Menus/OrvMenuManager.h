@@ -44,10 +44,13 @@ public:
     void unregisterAction(
         const QString& Window, const QString& Menu, const QString& SubMenu, QAction* pAction);
 
-    /// A menu that shows, after its own entries, all actions below a path of the action tree, grouped by
-    /// sub-path.
+    /// A menu that shows, after its own entries, those of a leading menu if there is one, and then what is
+    /// not shown yet of the actions below a path of the action tree, grouped by sub-path.
     void mapActionTree(const QString& Window, const QString& Menu, const QString& ActionPath,
-        const QStringList& ExcludedSubPaths = {});
+        const QStringList& ExcludedSubPaths = {}, const QString& LeadingMenuPath = QString());
+    /// Moves a menu, made if there is none, to the end of the one that holds it: an order that does not
+    /// depend on who fills it first. Empty menus are not shown.
+    void placeMenu(const QString& MenuPath, const QString& IconFile = QString());
 
     /// Titles of a window's menus that hold anything, in the order of their registration.
     QStringList menus(const QString& Window) const;
@@ -74,6 +77,7 @@ private:
         QString Menu;
         QString ActionPath;
         QStringList ExcludedSubPaths;
+        QString LeadingMenuPath;
     };
 
     OrvMenuManager();

@@ -49,6 +49,22 @@ OrvMenuNode* OrvMenuNode::createSubMenu(const QString& Title)
     return m_Entries.back().pSubMenu.get();
 }
 
+OrvMenuNode* OrvMenuNode::placeSubMenu(const QString& Title)
+{
+    OrvMenuNode* pSubMenu = createSubMenu(Title);
+    const auto Found = std::find_if(m_Entries.begin(), m_Entries.end(),
+        [pSubMenu](const Entry& Candidate) { return Candidate.pSubMenu.get() == pSubMenu; });
+    std::rotate(Found, Found + 1, m_Entries.end());
+    return pSubMenu;
+}
+
+OrvMenuNode* OrvMenuNode::shownLevel()
+{
+    dropDeadEntries();
+    const bool LeadsOn = m_Entries.size() == 1 && m_Entries.front().pSubMenu;
+    return LeadsOn ? m_Entries.front().pSubMenu->shownLevel() : this;
+}
+
 QStringList OrvMenuNode::subMenuTitles() const
 {
     QStringList Titles;
@@ -111,8 +127,11 @@ void OrvMenuNode::fill(QMenu* pMenu, const QString& Section)
         if (Next.isSeparator) {
             pMenu->addSeparator();
         } else if (Next.pSubMenu) {
+            if (Next.pSubMenu->isEmpty())
+                continue;
             auto* pSubMenu = new OrvMenu(Next.pSubMenu->title(), pMenu);
-            Next.pSubMenu->fill(pSubMenu, QString());
+            pSubMenu->setIcon(Next.pSubMenu->m_Icon);
+            Next.pSubMenu->shownLevel()->fill(pSubMenu, QString());
             Next.pSubMenu->follow(pSubMenu);
             pMenu->addMenu(pSubMenu);
         } else {

@@ -2,6 +2,7 @@
 
 #include <QtCore/QPointer>
 #include <QtCore/QStringList>
+#include <QtGui/QIcon>
 
 #include <memory>
 #include <vector>
@@ -28,6 +29,9 @@ public:
     bool isEmpty() const { return m_Entries.empty(); }
     OrvMenuNode* subMenu(const QString& Title) const;
     OrvMenuNode* createSubMenu(const QString& Title);
+    /// Puts the sub-menu, made if there is none, behind all entries.
+    OrvMenuNode* placeSubMenu(const QString& Title);
+    void setIcon(const QIcon& Icon) { m_Icon = Icon; }
     /// Of the sub-menus that hold anything.
     QStringList subMenuTitles() const;
 
@@ -44,8 +48,11 @@ public:
 
 private:
     void dropDeadEntries();
+    /// Itself, or what a level with nothing but one sub-menu leads to.
+    OrvMenuNode* shownLevel();
 
     QString m_Title;
+    QIcon m_Icon;
     std::vector<Entry> m_Entries;
     QList<QPointer<OrvMenu>> m_Followers;
     bool m_Enabled = true;

@@ -10,6 +10,7 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -43,6 +44,18 @@ QStringList addOperationRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
         OrvValueEditor::addRow(
             pForm, new OrvAttributeBinding(pNode, Parameter.Name, nullptr), Parameter, false);
         Shown.append(Parameter.Name);
+    }
+    return Shown;
+}
+
+QStringList addCustomProceduralRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
+{
+    QStringList Shown;
+    for (const OrvProceduralDescription::Parameter& Parameter :
+        static_cast<OrvSnCustomProceduralNode*>(pNode)->procedural().Parameters) {
+        OrvValueEditor::addRow(pForm, new OrvAttributeBinding(pNode, Parameter.Editor.Name, nullptr),
+            Parameter.Editor, false);
+        Shown.append(Parameter.Editor.Name);
     }
     return Shown;
 }
@@ -85,6 +98,7 @@ FactoryTable& factories()
     static FactoryTable Table{
         {&OrvSnBaseNode::staticMetaObject, rowsFactory(addNameRow)},
         {&OrvSnOperationNode::staticMetaObject, rowsFactory(addOperationRows)},
+        {&OrvSnCustomProceduralNode::staticMetaObject, rowsFactory(addCustomProceduralRows)},
         {&OrvSnMergeNode::staticMetaObject, rowsFactory(addNoRows)},
         {&OrvSnChannelInputNode::staticMetaObject, rowsFactory(addImageRows)},
     };

@@ -16,7 +16,9 @@ namespace {
 constexpr int ScrollBarExtent = 12;
 constexpr int ScrollBarSliderMinimum = 28;
 constexpr int RowPadding = 3; // of item views and menus, above and below the text
-constexpr int ComboArrowWidth = 18;
+constexpr int ComboArrowWidth = 16;
+constexpr int ComboTextMargin = 3;
+constexpr int ComboFrame = 2;
 
 QRect scrollBarRect(const QStyleOptionSlider& Option, QStyle::SubControl Sub)
 {
@@ -217,6 +219,8 @@ QSize OrvCustomFusionStyle::sizeFromContents(
     QSize Result = QProxyStyle::sizeFromContents(Type, pOption, Size, pWidget);
     if (Type == CT_ItemViewItem)
         Result.rheight() = qMax(Result.height(), pOption->fontMetrics.height() + 2 * RowPadding);
+    if (Type == CT_ComboBox)
+        Result.setWidth(Size.width() + 2 * ComboTextMargin + ComboArrowWidth);
     return Result;
 }
 
@@ -226,6 +230,11 @@ QRect OrvCustomFusionStyle::subControlRect(
     if (Control == CC_ScrollBar) {
         if (const auto* pSlider = qstyleoption_cast<const QStyleOptionSlider*>(pOption))
             return scrollBarRect(*pSlider, Sub);
+    }
+    if (Control == CC_ComboBox && Sub == SC_ComboBoxEditField) {
+        const QRect Field
+            = pOption->rect.adjusted(ComboTextMargin, ComboFrame, -ComboArrowWidth, -ComboFrame);
+        return visualRect(pOption->direction, pOption->rect, Field);
     }
     return QProxyStyle::subControlRect(Control, pOption, Sub, pWidget);
 }

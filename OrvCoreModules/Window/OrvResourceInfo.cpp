@@ -1,7 +1,6 @@
 #include "OrvCoreModules/Window/OrvResourceInfo.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDir>
+#include "OrvCore/Object/OrvResourceDirectory.h"
 
 OrvResourceInfo& OrvResourceInfo::instance()
 {
@@ -11,10 +10,7 @@ OrvResourceInfo& OrvResourceInfo::instance()
 
 QString OrvResourceInfo::resourcePath()
 {
-    const QString Override = qEnvironmentVariable("ORV_RESOURCES");
-    if (!Override.isEmpty())
-        return QDir::cleanPath(QDir::fromNativeSeparators(Override));
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/orvi"));
+    return OrvResourceDirectory::path();
 }
 
 QString OrvResourceInfo::iconPath()

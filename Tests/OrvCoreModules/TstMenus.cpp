@@ -283,6 +283,42 @@ private Q_SLOTS:
         pAdd->setMenu(nullptr);
     }
 
+    void layerContextMenuLeadsWithTheLayersMenu()
+    {
+        OrvActionCreator Creator(
+            QStringLiteral("/Orvi/Layers"), m_Owner.get(), QStringLiteral("MainWindow/&Layers"), QString());
+        Creator.create(QStringLiteral("Merge"), QString(), SLOT(plain()), {}, QString());
+        Creator.createAndAddToMenuWithHierarchy(
+            QStringLiteral("Filter/Blur"), QString(), SLOT(plain()), {}, QString());
+        Creator.setMenuPath(QString());
+        Creator.create(QStringLiteral("Quick Find"), QString(), SLOT(plain()), {}, QString());
+        const std::unique_ptr<QMenu> pMenu(menus().makeMenu("CollectionContext", "OrvLayer"));
+        QStringList Entries = texts(pMenu->actions());
+        Entries.removeAll(QStringLiteral("-"));
+        QCOMPARE(Entries, QStringList({"Merge", "Filter", "Quick Find"}));
+    }
+
+    void menusKeepTheirPlaceWhoeverFillsThemFirst()
+    {
+        const auto addEntry = [this](const char* pSubMenu, const char* pText) {
+            menus().registerAction("PlacedWindow", "&Edit", QString::fromLatin1(pSubMenu),
+                new QAction(QString::fromLatin1(pText), m_Owner.get()));
+        };
+        addEntry("&Export", "Image");
+        menus().placeMenu("PlacedWindow/&Edit/Filters");
+        menus().placeMenu("PlacedWindow/&Edit/Never Filled");
+        addEntry("", "Undo");
+        menus().placeMenu("PlacedWindow/&Edit/&Export");
+        addEntry("Filters/Type/Blur", "Soft");
+        const std::unique_ptr<QMenu> pMenu(menus().makeMenu("PlacedWindow", "&Edit"));
+        QCOMPARE(texts(pMenu->actions()), QStringList({"Filters", "Undo", "&Export"}));
+        // Levels that hold one sub-menu and nothing else are skipped.
+        QCOMPARE(texts(subMenu(pMenu.get(), "Filters")->actions()), QStringList{"Soft"});
+        addEntry("Filters/Type", "Sharp");
+        const std::unique_ptr<QMenu> pFuller(menus().makeMenu("PlacedWindow", "&Edit"));
+        QCOMPARE(texts(subMenu(pFuller.get(), "Filters")->actions()), QStringList({"Blur", "Sharp"}));
+    }
+
     void menuCanBeClearedAndRefilled()
     {
         auto* pAction = new QAction(QStringLiteral("Phong"), m_Owner.get());
