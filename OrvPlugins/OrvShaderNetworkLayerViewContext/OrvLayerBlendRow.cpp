@@ -97,7 +97,7 @@ QWidget* OrvLayerBlendRow::createBlendPage()
     connect(m_AdvancedBlendingButton, SIGNAL(released()), m_LayerView, SLOT(showAdvancedBlendingOptions()));
     setAdvancedIcon(false);
 
-    m_BlendLayout->addStretch();
+    m_BlendLayout->addStretch(1);
     m_BlendLayout->addWidget(m_AdvancedBlendingButton);
     m_BlendLayout->addWidget(m_PassThroughButton);
     return pPage;

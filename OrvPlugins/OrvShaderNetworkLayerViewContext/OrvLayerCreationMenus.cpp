@@ -1,6 +1,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
@@ -10,21 +11,22 @@
 
 namespace {
 
-void popupNodeTypes(
-    OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot, const QPoint& Position)
+/// With the sub-menus, by path, that it got.
+OrvMenu* makeMenu(OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot,
+    QHash<QString, QMenu*>& SubMenus)
 {
     auto* pMenu = new OrvMenu(pLayerView);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
-    QHash<QString, QMenu*> SubMenus;
     OrvNodeMenuBuilder(pMenu, SubMenus, pLayerView, pSlot).addNodeTypes(Groups);
-    pMenu->popup(Position);
+    return pMenu;
 }
 
 } // namespace
 
 void OrvLayerCreationMenus::popupAdjustments(OrvLayerView* pLayerView, const char* pSlot)
 {
-    popupNodeTypes(pLayerView, {QStringLiteral("Filter")}, pSlot, QCursor::pos());
+    QHash<QString, QMenu*> SubMenus;
+    makeMenu(pLayerView, {QStringLiteral("Filter")}, pSlot, SubMenus)->popup(QCursor::pos());
 }
 
 void OrvLayerCreationMenus::popupProcedurals(OrvLayerView* pLayerView)
@@ -33,6 +35,11 @@ void OrvLayerCreationMenus::popupProcedurals(OrvLayerView* pLayerView)
     OrvLayerViewUtils::report(__LINE__,
         QString::asprintf(
             "[ -- ] About to show procedural main menu at (%d, %d)", Position.x(), Position.y()));
-    popupNodeTypes(pLayerView, OrvLayerUtils::getProceduralLayerGroups(),
-        SLOT(addProceduralLayerFromAction()), Position);
+    QHash<QString, QMenu*> SubMenus;
+    OrvMenu* pMenu = makeMenu(pLayerView, OrvLayerUtils::getProceduralLayerGroups(),
+        SLOT(addProceduralLayerFromAction()), SubMenus);
+    pMenu->addSeparator();
+    pLayerView->createCustomProceduralLayerMenu(
+        pMenu, SubMenus, OrvMaterialPaintManager::instance().customProceduralsFromShelf());
+    pMenu->popup(Position);
 }

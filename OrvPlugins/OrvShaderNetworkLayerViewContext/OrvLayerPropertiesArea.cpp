@@ -2,7 +2,10 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditor.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditors.h"
 #include "OrvCoreModules/Widgets/OrvFormLayout.h"

@@ -5,6 +5,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtWidgets/QGridLayout>
 #include <QtWidgets/QLabel>
@@ -80,8 +81,10 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     pAdjustmentStackButton->setIcon(OrvLayerRowIcons::adjustmentStack());
     pSharedButton = createToolButton(pRow);
     pSharedButton->setIcon(OrvLayerRowIcons::shared());
+    pSharedButton->setToolTip(OrvLayerViewItemRowWidget::tr("Show the layers that share with this one"));
     pSharedChannelButton = createToolButton(pRow);
     pSharedChannelButton->setIcon(OrvLayerRowIcons::sharedChannel());
+    pSharedChannelButton->setToolTip(OrvLayerViewItemRowWidget::tr("Show the shared channel"));
     pLockAction = new OrvToggleAction(OrvLayerRowIcons::lock(true), OrvLayerRowIcons::lock(false), pRow);
     QToolButton* pLockButton = createToolButton(pRow);
     pLockButton->setDefaultAction(pLockAction);

@@ -3,6 +3,7 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 
@@ -26,6 +27,22 @@ QPixmap pixmap(const QIcon& Icon, const QAbstractButton* pButton, QIcon::Mode Mo
     return Icon.pixmap(pButton->window()->windowHandle(), pButton->iconSize(), Mode);
 }
 
+LayerKindIcon kindOfProcedural(OrvProceduralDescription::Kind Type, bool Incomplete)
+{
+    switch (Type) {
+    case OrvProceduralDescription::Scalar:
+        return Incomplete ? LayerKindIcon::CustomProceduralScalarMissingGeoChannel
+                          : LayerKindIcon::CustomProceduralScalar;
+    case OrvProceduralDescription::Mask:
+        return Incomplete ? LayerKindIcon::CustomProceduralMaskMissingGeoChannel
+                          : LayerKindIcon::CustomProceduralMask;
+    case OrvProceduralDescription::Color:
+        break;
+    }
+    return Incomplete ? LayerKindIcon::CustomProceduralColorMissingGeoChannel
+                      : LayerKindIcon::CustomProceduralColor;
+}
+
 LayerKindIcon kind(const OrvLayer* pLayer, const OrvLayerStack* pStack)
 {
     const bool Incomplete = pLayer->hasMissingGeoChannels();
@@ -33,10 +50,8 @@ LayerKindIcon kind(const OrvLayer* pLayer, const OrvLayerStack* pStack)
         return Incomplete ? LayerKindIcon::MaterialMissingGeoChannel : LayerKindIcon::Material;
     if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer))
         return LayerKindIcon::MultiChannelGroup;
-    if (pLayer->isCustomProceduralLayer()) {
-        return Incomplete ? LayerKindIcon::CustomProceduralColorMissingGeoChannel
-                          : LayerKindIcon::CustomProceduralColor;
-    }
+    if (const OrvSnCustomProceduralNode* pProcedural = pLayer->customProceduralNode())
+        return kindOfProcedural(pProcedural->procedural().Type, !pProcedural->missingGeoChannels().isEmpty());
     if (pStack && OrvLayerStreamUtils::isLayerGroup(pLayer, pStack))
         return LayerKindIcon::Group;
     if (pLayer->isPaintableLayer())

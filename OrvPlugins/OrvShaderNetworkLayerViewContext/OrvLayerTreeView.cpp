@@ -9,6 +9,7 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvGui.h"
@@ -310,7 +311,9 @@ void OrvLayerTreeView::keyPressEvent(QKeyEvent* pEvent)
 void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
 {
     const QMimeData* pData = pEvent->mimeData();
-    if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget)) {
+    if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget)
+        || OrvMaterialPaintManager::isMimeDataMaterialFile(pData)
+        || OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData)) {
         QTreeView::dragMoveEvent(pEvent);
         return;
     }

@@ -37,6 +37,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvNodeMenuBuilder.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
@@ -435,6 +436,9 @@ void OrvLayerView::onCurrentIndexChanged(QModelIndex Current)
             disconnect(pCurrentLayer, nullptr, this, nullptr);
         if (pLayer)
             pLayer->makeCurrent(false, false);
+    } else if (pLayer) {
+        // The host was there first, and may have selected other layers for it.
+        requestRefresh();
     }
     updateComponentButtons(pLayer);
     redrawProperties();
@@ -534,6 +538,27 @@ void OrvLayerView::addAdjustmentStackFromAction()
 {
     if (const QAction* pAction = sendingAction())
         m_Commands->addStackAdjustment(pAction->data().toString());
+}
+
+void OrvLayerView::createCustomProceduralLayerMenu(
+    QMenu* Root, QHash<QString, QMenu*>& Menus, QMap<QString, QPair<QString, QIcon>> ResultMap)
+{
+    OrvNodeMenuBuilder Builder(Root, Menus, this, SLOT(addCustomProceduralLayerFromAction()));
+    for (auto Entry = ResultMap.begin(); Entry != ResultMap.end(); ++Entry) {
+        const QString& Name = Entry.value().first;
+        QStringList MenuPath = Entry.key().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        if (!MenuPath.isEmpty())
+            MenuPath.removeLast();
+        QAction* pAction = Builder.addAction(MenuPath, Name, Entry.value().second, Entry.key());
+        pAction->setToolTip(tr("Add Custom Procedural Layer %1").arg(Name));
+        pAction->setStatusTip(pAction->toolTip());
+    }
+}
+
+void OrvLayerView::addCustomProceduralLayerFromAction()
+{
+    if (const QAction* pAction = sendingAction())
+        m_Commands->addCustomProceduralLayer(pAction->data().toString());
 }
 
 void OrvLayerView::addProceduralLayerFromAction()

@@ -3,8 +3,12 @@
 #include "OrvCore/Object/OrvCustomAttribute.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 
+#include <QtCore/QHash>
+#include <QtCore/QMap>
 #include <QtCore/QModelIndex>
+#include <QtCore/QPair>
 #include <QtCore/QPointer>
+#include <QtGui/QIcon>
 #include <QtWidgets/QWidget>
 
 #include <memory>
@@ -27,6 +31,7 @@ class OrvProject;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QAction;
+class QMenu;
 class QSplitter;
 class QStandardItem;
 
@@ -104,6 +109,10 @@ public Q_SLOTS:
     void addAdjustmentLayerFromKey(QString Key) { m_Commands->addAdjustmentLayer(Key); }
     void addAdjustmentStack() { m_Commands->chooseStackAdjustment(); }
     void addAdjustmentStackFromAction();
+    /// Adds entries for custom procedurals, by menu path, to a menu and its sub-menus.
+    void createCustomProceduralLayerMenu(QMenu* Root, QHash<QString, QMenu*>& Menus,
+        QMap<QString, QPair<QString, QIcon>> ResultMap);
+    void addCustomProceduralLayerFromAction();
     void addProceduralLayer() { m_Commands->chooseProcedural(); }
     void addProceduralLayerFromAction();
     void addProceduralLayerFromKey(QString Key) { m_Commands->addProceduralLayer(Key); }

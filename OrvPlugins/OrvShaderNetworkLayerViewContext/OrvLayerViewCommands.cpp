@@ -14,7 +14,6 @@
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
 #include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
@@ -27,7 +26,6 @@
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QAction>
-#include <QtWidgets/QMessageBox>
 
 using OrvLayerViewUtils::report;
 
@@ -106,8 +104,7 @@ void OrvLayerViewCommands::tellRefused(bool Refused) const
 
 void OrvLayerViewCommands::warn(const QString& Title, const QString& Error) const
 {
-    if (!Error.isEmpty())
-        QMessageBox::warning(&OrvMainWindow::instance(), Title, Error, QMessageBox::Ok);
+    OrvLayerViewUtils::warn(Title, Error);
 }
 
 void OrvLayerViewCommands::addNewLayer()
@@ -165,6 +162,16 @@ void OrvLayerViewCommands::addProceduralLayer(const QString& Key)
 {
     if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
         tellRefused(!pLayerStack->createProceduralLayer(Key, creationFlags(), nullptr, QString()));
+}
+
+void OrvLayerViewCommands::addCustomProceduralLayer(const QString& Key)
+{
+    OrvLayerStack* pLayerStack = layerStack(__LINE__);
+    if (!pLayerStack)
+        return;
+    QString Error;
+    pLayerStack->createCustomProceduralLayer(Key, nullptr, creationFlags(), Error);
+    warn(OrvLayerView::tr("Custom Procedural Layer Creation Failed"), Error);
 }
 
 void OrvLayerViewCommands::chooseStackAdjustment()

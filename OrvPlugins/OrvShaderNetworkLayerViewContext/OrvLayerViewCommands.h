@@ -29,6 +29,7 @@ public:
     void chooseStackAdjustment();
     void addAdjustmentLayer(const QString& Key);
     void addProceduralLayer(const QString& Key);
+    void addCustomProceduralLayer(const QString& Key);
     void addStackAdjustment(const QString& Key);
     void addShaderLayer();
     void createChannel(ChannelKind Kind);

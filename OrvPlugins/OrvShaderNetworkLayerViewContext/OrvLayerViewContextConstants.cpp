@@ -10,6 +10,7 @@ const QString AdjustmentPath = LayersPath + QStringLiteral("/Adjustment");
 const QString AddAdjustmentLayerMenu = LayersMenu + QStringLiteral("/Add Adjustment Layer");
 const QString AdjustmentStackPath = LayersPath + QStringLiteral("/Adjustment Stack");
 const QString AdjustmentStackMenu = LayersMenu + QStringLiteral("/Adjustment Stack");
+const QString AddAdjustmentStackMenu = AdjustmentStackMenu + QStringLiteral("/Add Adjustment Stack");
 const QString MaskPath = LayersPath + QStringLiteral("/Mask");
 const QString ConvertMaskPath = MaskPath + QStringLiteral("/Convert Mask");
 const QString ResizeMaskPath = MaskPath + QStringLiteral("/Resize Mask");
@@ -20,7 +21,13 @@ const QString ProceduralPath = LayersPath + QStringLiteral("/Procedural");
 const QString AddProceduralLayerMenu = LayersMenu + QStringLiteral("/Add Procedural Layer");
 const QString SecondaryAdjustmentPath = LayersPath + QStringLiteral("/Secondary Adjustment");
 const QString SecondaryAdjustmentMenu = LayersMenu + QStringLiteral("/Secondary Adjustment");
+const QString AddSecondaryAdjustmentMenu
+    = SecondaryAdjustmentMenu + QStringLiteral("/Add Secondary Adjustment");
 const QString SharingMenu = LayersMenu + QStringLiteral("/Sharing");
+const QString CachingMenu = LayersMenu + QStringLiteral("/Caching");
+const QString ExportFlattenedLayerMenu = LayersMenu + QStringLiteral("/Export &Flattened");
+const QString ExportLayerMenu = LayersMenu + QStringLiteral("/&Export");
+const QString ImportLayerMenu = LayersMenu + QStringLiteral("/&Import");
 
 const QString LayersOnlySet = QStringLiteral("LayersOnly");
 const QString LayersAdjustmentOnlySet = QStringLiteral("LayersAdjustmentOnly");

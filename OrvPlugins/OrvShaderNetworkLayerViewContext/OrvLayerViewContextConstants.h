@@ -13,12 +13,13 @@ namespace OrvLayerViewContext {
 // Layers: paths of actions, and of menus of the main window.
 extern const QString LayersPath, LayersMenu;
 extern const QString AdjustmentPath, AddAdjustmentLayerMenu;
-extern const QString AdjustmentStackPath, AdjustmentStackMenu;
+extern const QString AdjustmentStackPath, AdjustmentStackMenu, AddAdjustmentStackMenu;
 extern const QString MaskPath, ConvertMaskPath, ResizeMaskPath;
 extern const QString LayerMaskMenu, ConvertMaskMenu, ResizeMaskMenu;
 extern const QString ProceduralPath, AddProceduralLayerMenu;
-extern const QString SecondaryAdjustmentPath, SecondaryAdjustmentMenu;
-extern const QString SharingMenu;
+extern const QString SecondaryAdjustmentPath, SecondaryAdjustmentMenu, AddSecondaryAdjustmentMenu;
+extern const QString SharingMenu, CachingMenu;
+extern const QString ExportFlattenedLayerMenu, ExportLayerMenu, ImportLayerMenu;
 
 extern const QString LayersOnlySet, LayersAdjustmentOnlySet, LayersAdjustmentStackOnlySet, CacheLayersOnlySet,
     ConvertLayerMasksOnlySet, ResizeLayerMasksOnlySet, LayersProceduralOnlySet,

@@ -436,7 +436,7 @@ void OrvLayerViewContextManager::saveProjectSettings()
         const OrvLayerStack* pLayerStack = pLayerView ? pLayerView->layerStack() : nullptr;
         if (!pLayerStack || !pLayerStack->node())
             continue;
-        // Between sessions the palette is known by its stack.
+        // Stored, the palette is known by its stack.
         const QString ObjectName = pPalette->objectName();
         pPalette->setObjectName(storedName(pLayerStack));
         PaletteManager.savePaletteSettings(Settings, Index, pPalette);

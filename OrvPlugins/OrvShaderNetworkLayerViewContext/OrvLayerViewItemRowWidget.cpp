@@ -350,8 +350,8 @@ void OrvLayerViewItemRowWidget::updateMaskIcon()
     pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
     pMaskButton->setComponentNode(m_Layer->maskNode());
     pMaskButton->setComponentIcon(icon(OrvLayerRowIcons::mask(m_Layer), pMaskButton));
-    pMaskButton->setToolTip(
-        QStringList{tr("Mask"), Toggle, QString(), pMaskButton->dragHint(m_Layer)}.join(QLatin1Char('\n')));
+    const QString Hint = OrvLayerComponentPushButton::dragHint(m_Layer);
+    pMaskButton->setToolTip(QStringList{tr("Mask"), Toggle, QString(), Hint}.join(QLatin1Char('\n')));
     updateComponentButtons();
 }
 

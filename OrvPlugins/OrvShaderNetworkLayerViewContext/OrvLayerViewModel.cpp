@@ -7,6 +7,7 @@
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
@@ -78,13 +79,19 @@ bool OrvLayerViewModel::canDropMimeData(
 {
     if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget))
         return true;
+    if (OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData) && dropTargetNode(Row, Parent))
+        return true;
     return QStandardItemModel::canDropMimeData(pData, Action, Row, Column, Parent);
 }
 
 bool OrvLayerViewModel::dropMimeData(
     const QMimeData* pData, Qt::DropAction, int Row, int, const QModelIndex& Parent)
 {
-    return dropHostContent(pData, Row, Parent) || dropLayers(pData, Row, Parent);
+    if (dropHostContent(pData, Row, Parent))
+        return true;
+    if (OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData))
+        return dropCustomProcedural(pData, Row, Parent);
+    return dropLayers(pData, Row, Parent);
 }
 
 bool OrvLayerViewModel::dropHostContent(const QMimeData* pData, int Row, const QModelIndex& Parent) const
@@ -97,7 +104,24 @@ bool OrvLayerViewModel::dropHostContent(const QMimeData* pData, int Row, const Q
     OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);
     if (OrvLayer* pBelow = pTarget ? OrvLayerManager::instance().getLayer(pTarget, true) : nullptr)
         Parameters.insert(QStringLiteral("LayerBelow"), QVariant::fromValue<OrvLayer*>(pBelow));
+    if (pTarget)
+        Parameters.insert(QStringLiteral("TargetNode"), QVariant::fromValue<OrvSnBaseNode*>(pTarget));
     return Drops.drop(pData, OrvDragAndDropManager::LayerTreeTarget, Parameters);
+}
+
+bool OrvLayerViewModel::dropCustomProcedural(
+    const QMimeData* pData, int Row, const QModelIndex& Parent) const
+{
+    const QStringList Paths = OrvMaterialPaintManager::pathListFromMimeData(pData);
+    OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);
+    OrvLayerStack* pLayerStack = m_LayerView->layerStack();
+    if (Paths.isEmpty() || !pTarget || !pLayerStack)
+        return false;
+    QString Error;
+    const OrvLayer* pLayer = pLayerStack->createCustomProceduralLayer(
+        Paths.first(), pTarget, OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone, Error);
+    OrvLayerViewUtils::warn(tr("Custom Procedural Layer Creation Failed"), Error);
+    return pLayer != nullptr;
 }
 
 bool OrvLayerViewModel::dropLayers(const QMimeData* pData, int Row, const QModelIndex& Parent) const

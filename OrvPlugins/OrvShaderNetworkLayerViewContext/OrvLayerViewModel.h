@@ -72,6 +72,7 @@ private Q_SLOTS:
 
 private:
     bool dropHostContent(const QMimeData* pData, int Row, const QModelIndex& Parent) const;
+    bool dropCustomProcedural(const QMimeData* pData, int Row, const QModelIndex& Parent) const;
     bool dropLayers(const QMimeData* pData, int Row, const QModelIndex& Parent) const;
 
     OrvLayerView* m_LayerView;

@@ -9,9 +9,11 @@
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
 
 #include <QtCore/QVector>
 #include <QtGui/QStandardItem>
+#include <QtWidgets/QMessageBox>
 
 namespace {
 
@@ -83,6 +85,12 @@ bool OrvLayerViewUtils::feedsUserShader(const OrvLayerStack* pLayerStack)
         [&Shaders](const OrvSnBaseNode* pAt) {
             return pAt->hasTag(OrvSnNames::ShaderTag) && !Shaders.isSystemShaderNode(pAt, false);
         });
+}
+
+void OrvLayerViewUtils::warn(const QString& Title, const QString& Error)
+{
+    if (!Error.isEmpty())
+        QMessageBox::warning(&OrvMainWindow::instance(), Title, Error, QMessageBox::Ok);
 }
 
 void OrvLayerViewUtils::report(int Line, const QString& Message)

@@ -28,6 +28,9 @@ bool isAnyUpstream(const QSet<const OrvSnBaseNode*>& Nodes, const OrvSnBaseNode*
 /// Whether what the stack shows reaches a shader that the user made.
 bool feedsUserShader(const OrvLayerStack* pLayerStack);
 
+/// Shows the user why something failed; nothing to say shows nothing.
+void warn(const QString& Title, const QString& Error);
+
 /// Writes to the debug channel in the palette's name.
 void report(int Line, const QString& Message);
 void report(int Line, const char* pMessage);

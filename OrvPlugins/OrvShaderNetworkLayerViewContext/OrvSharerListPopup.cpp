@@ -2,6 +2,7 @@
 
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 
 #include <QtWidgets/QListWidget>
@@ -21,7 +22,8 @@ OrvSharerListPopup::OrvSharerListPopup(QWidget* pParent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
-    m_List->setFrameShape(QFrame::NoFrame);
+    setStyleSheet(OrvLayerViewContext::FramedWidgetStyleSheet);
+    m_List->setStyleSheet(QStringLiteral("QListWidget { border: none; }"));
     m_List->setMinimumSize(1, 1);
     m_List->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_List->setTextElideMode(Qt::ElideMiddle);

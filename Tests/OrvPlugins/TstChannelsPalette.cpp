@@ -1,18 +1,23 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Widgets/OrvColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvDdi/Image/OrvChannel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
@@ -28,8 +33,10 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
+#include <QtWidgets/QUndoStack>
 
 #include <memory>
 
@@ -55,7 +62,8 @@ private Q_SLOTS:
         OrvMainWindow::instance().show();
         for (QWidget* pWidget = m_View; pWidget; pWidget = pWidget->parentWidget())
             pWidget->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
+        m_View->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_View->window()));
     }
 
     void cleanup() { OrvProjectManager::instance().closeProject(); }
@@ -184,9 +192,146 @@ private Q_SLOTS:
         QVERIFY(!Swatches.at(1)->isEnabled());
     }
 
+    /// What a user does with a new project, by mouse and keys alone.
+    void channelsAreMadeNamedChosenAndRemoved()
+    {
+        const QList<QComboBox*> Combos = strip()->findChildren<QComboBox*>();
+        for (QComboBox* pCombo : Combos)
+            QTest::keyClick(pCombo, Qt::Key_End);
+        QTest::keyClick(Combos.first(), Qt::Key_Home);
+        QTest::mouseClick(m_View->findChildren<OrvColorSwatch*>().at(2), Qt::LeftButton);
+        QTRY_COMPARE(rows(), QStringList({"Quick Channel"}));
+        OrvShaderInput* pQuick = channels().currentShaderInput();
+        QCOMPARE(pQuick->imageSetSize(), OrvChannel::supportedTextureSizes().first());
+        QCOMPARE(pQuick->imageSetDepth(), GLenum(GL_FLOAT));
+        QCOMPARE(mainStack(), pQuick);
+        QTRY_COMPARE(propertyNode(), pQuick->node());
+
+        editName("Quick Channel", QStringLiteral("Mask of rust"));
+        QTRY_COMPARE(rows(), QStringList({"Mask of rust"}));
+        QToolBar* pToolBar = m_View->findChild<QToolBar*>();
+        QTest::mouseClick(pToolBar->widgetForAction(pToolBar->actions().first()), Qt::LeftButton);
+        QTRY_COMPARE(rows(), QStringList({"Channel", "Mask of rust"}));
+
+        clickRow("Channel");
+        QTRY_COMPARE(propertyNode(), channels().currentShaderInput()->node());
+        QVERIFY(channels().currentShaderInput() != pQuick);
+        QTest::keyClick(m_Tree, Qt::Key_Down);
+        QCOMPARE(channels().currentShaderInput(), pQuick);
+        QCOMPARE(mainStack(), pQuick);
+        QTest::keyClick(m_Tree, Qt::Key_Delete);
+        QTRY_COMPARE(rows(), QStringList({"Channel"}));
+        QTRY_COMPARE(m_Tree->currentIndex(), m_View->model()->index(0, 0));
+
+        int Steps = 0;
+        while (OrvUndoManager::instance().stack()->canUndo()) {
+            OrvUndoManager::instance().undo();
+            ++Steps;
+        }
+        QCOMPARE(Steps, 4);
+        QTRY_COMPARE(rows(), QStringList());
+        QVERIFY(!mainStack());
+        QTRY_VERIFY(!propertyNode());
+        while (OrvUndoManager::instance().stack()->canRedo())
+            OrvUndoManager::instance().redo();
+        QTRY_COMPARE(rows(), QStringList({"Channel"}));
+    }
+
+    void rightClickOffersTheCommands()
+    {
+        QStringList Texts;
+        QTimer::singleShot(0, this, [&Texts] {
+            QWidget* pMenu = QApplication::activePopupWidget();
+            for (const QAction* pAction : pMenu ? pMenu->actions() : QList<QAction*>())
+                Texts.append(pAction->text());
+            if (pMenu)
+                QTest::keyClick(pMenu, Qt::Key_Escape);
+        });
+        QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(9, 9), m_Tree->mapToGlobal(QPoint(9, 9)));
+        QApplication::sendEvent(m_Tree->viewport(), &Event);
+        QVERIFY(Texts.contains(QStringLiteral("Add Channel")));
+        QVERIFY(Texts.contains(QStringLiteral("Remove Channel")));
+    }
+
+    void publishedCommandsComeToTheToolBar()
+    {
+        const QToolBar* pToolBar = m_View->findChild<QToolBar*>();
+        QAction Command(QStringLiteral("Mirror Channel"));
+        OrvMenuManager& Menus = OrvMenuManager::instance();
+        for (const char* pMenu : {"Panel", "Other"})
+            Menus.registerAction(QStringLiteral("Channels"), QLatin1String(pMenu), QString(), &Command);
+        QCOMPARE(pToolBar->actions().count(&Command), 1);
+        Menus.unregisterAction(QStringLiteral("Channels"), QStringLiteral("Other"), QString(), &Command);
+        QVERIFY(pToolBar->actions().contains(&Command));
+        Menus.unregisterAction(QStringLiteral("Channels"), QStringLiteral("Panel"), QString(), &Command);
+        QVERIFY(!pToolBar->actions().contains(&Command));
+    }
+
+    void settingsSurviveARestart()
+    {
+        const auto sizes = [](const OrvShaderInputView& View) { return View.findChild<QSplitter*>()->sizes(); };
+        QList<int> Sizes;
+        {
+            OrvShaderInputView View(nullptr);
+            View.resize(290, 600);
+            View.show();
+            const QList<QComboBox*> Combos
+                = View.findChild<OrvQuickChannelStrip*>()->findChildren<QComboBox*>();
+            Combos.at(0)->setCurrentIndex(Combos.at(0)->findData(QSize(512, 512)));
+            Combos.at(1)->setCurrentIndex(Combos.at(1)->findData(GL_HALF_FLOAT));
+            View.findChild<QSplitter*>()->setSizes({400, 200});
+            Sizes = sizes(View);
+        }
+        {
+            OrvShaderInputView View(nullptr);
+            View.resize(290, 600);
+            View.show();
+            QCOMPARE(sizes(View), Sizes);
+            const auto* pStrip = View.findChild<OrvQuickChannelStrip*>();
+            QCOMPARE(pStrip->channelSize(), QSize(512, 512));
+            QCOMPARE(pStrip->channelDepth(), GL_HALF_FLOAT);
+        }
+        OrvSettings Settings;
+        Settings.setValue("Quick Create Channel/Size", QSize(300, 200));
+        const OrvQuickChannelStrip Odd;
+        QCOMPARE(Odd.findChildren<QComboBox*>().first()->currentIndex(), -1);
+        QCOMPARE(Odd.channelDepth(), GL_HALF_FLOAT);
+        Settings.remove(QStringLiteral("Quick Create Channel"));
+        const OrvQuickChannelStrip Fresh;
+        QCOMPARE(Fresh.channelSize(), QSize(2048, 2048));
+        QCOMPARE(Fresh.channelDepth(), GL_UNSIGNED_BYTE);
+    }
+
+    void quickChannelNeedsAnObject()
+    {
+        QStringList Messages;
+        OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
+        OrvProjectManager::instance().closeProject();
+        m_View->quickChannel(OrvColor::white(), OrvColorSpaceDefaults::Picker);
+        OrvSetDebugSink({});
+        QCOMPARE(Messages, QStringList("Cannot get a handle to the network"));
+        QTRY_COMPARE(m_View->model()->rowCount(), 0);
+    }
+
+    void materialStacksAreNotListed()
+    {
+        OrvShaderInput* pColor = addChannel(QStringLiteral("Diffuse"));
+        OrvShaderInput* pMaterial = OrvShaderInputUtils::createShaderInput(true);
+        QVERIFY(pMaterial && pMaterial->isMaterialStack());
+        m_View->refresh();
+        QCOMPARE(rows(), QStringList({"Diffuse"}));
+        QVERIFY(!m_View->model()->indexFromShaderInput(pMaterial).isValid());
+        channels().makeShaderInputCurrent(pColor, true);
+        QCOMPARE(mainStack(), pColor);
+        channels().makeShaderInputCurrent(pMaterial, true);
+        QVERIFY(!m_Tree->currentIndex().isValid());
+        QVERIFY(!mainStack());
+        QTRY_COMPARE(propertyNode(), pMaterial->node());
+    }
+
     void quickChannelSizeSurvivesPtex()
     {
-        auto* pStrip = m_View->findChild<OrvQuickChannelStrip*>();
+        OrvQuickChannelStrip* pStrip = strip();
         QComboBox* pSizes = pStrip->findChildren<QComboBox*>().first();
         pSizes->setCurrentIndex(pSizes->findData(QSize(1024, 1024)));
         OrvGeoEntity* pEntity = OrvProjectManager::instance().currentProject()->currentGeoEntity();
@@ -264,6 +409,43 @@ private Q_SLOTS:
         QVERIFY(!pModel->dropMimeData(nullptr, Qt::CopyAction, -1, -1, {}));
     }
 
+    void shiftDropSharesLayersAsChannels()
+    {
+        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
+        const auto addLayer = [pDiffuse](const QString& Name) {
+            return pDiffuse->createPaintableLayer(OrvLayerCreateFlags(), nullptr, Name, OrvColor::white());
+        };
+        OrvLayer* pDirt = addLayer(QStringLiteral("Dirt"));
+        OrvLayer* pRust = addLayer(QStringLiteral("Rust"));
+        m_View->refresh();
+        QMimeData Mime;
+        OrvLayerDragPayload::write(
+            Mime, {pDirt->blendNode()->uuidString(), pRust->blendNode()->uuidString()});
+        const auto drop = [this, &Mime](Qt::Key Key, Qt::KeyboardModifier Modifier) {
+            QTest::keyPress(m_Tree, Key, Modifier);
+            QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
+            QTest::keyRelease(m_Tree, Key);
+        };
+        drop(Qt::Key_Alt, Qt::AltModifier);
+        QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 1);
+        drop(Qt::Key_Shift, Qt::ShiftModifier);
+        QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Rust"}));
+        OrvShaderInput* pShared = OrvShaderInputUtils::getShaderInput(
+            m_View->model()->nodeFromIndex(m_View->model()->index(1, 0)));
+        QCOMPARE(pShared->layerList().size(), 1);
+        QCOMPARE(pShared->layerList().first()->contentNode(), pDirt->contentNode());
+        QCOMPARE(pShared->imageSetSize(), pDiffuse->imageSetSize());
+        OrvUndoManager::instance().undo();
+        QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt"}));
+
+        // What cannot be shared leaves no half-made channel.
+        OrvLayer* pInvert = pDiffuse->createAdjustmentLayer(
+            OrvShaderNetworkManager::instance().layerPathKeys().filter(QRegExp("^Filter/")).first(),
+            OrvLayerCreateFlags());
+        QVERIFY(pInvert && !pInvert->shareLayerAsChannel());
+        QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 2);
+    }
+
     void restingDragSwitchesTheChannel()
     {
         addChannel(QStringLiteral("A"));
@@ -338,6 +520,17 @@ private Q_SLOTS:
 
 private:
     static OrvShaderInputManager& channels() { return OrvShaderInputManager::instance(); }
+    OrvQuickChannelStrip* strip() const { return m_View->findChild<OrvQuickChannelStrip*>(); }
+    /// Whose properties are shown.
+    const QObject* propertyNode() const
+    {
+        const QObject* pShown = nullptr;
+        for (const OrvPropertyView* pView : m_View->findChildren<OrvPropertyView*>()) {
+            if (pView->isVisible())
+                pShown = pView->object();
+        }
+        return pShown;
+    }
     static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
     static OrvLayerStack* mainStack()
     {

@@ -332,54 +332,6 @@ private Q_SLOTS:
         QCOMPARE(selectedNames(), QStringList({"Rust", "Dust", "Must"}));
     }
 
-    void filteringIsFast()
-    {
-        const auto add = [this](int Count) {
-            const OrvUndoManager::NoRecording NoRecording;
-            QList<OrvLayer*> Members;
-            for (int Index = 1; Index <= Count; ++Index) {
-                if (Index % 10 == 0) {
-                    group(m_Channel, Members, QStringLiteral("Group %1").arg(Index));
-                    Members.clear();
-                } else {
-                    Members.append(addLayer(m_Channel, QStringLiteral("Layer %1").arg(Index)));
-                }
-            }
-            m_View->refresh();
-            settle();
-        };
-        // All rows go, some come back, all come back.
-        const auto keyStroke = [this] {
-            qint64 Slowest = 0;
-            for (const char* pText : {"xyz", "yer 1", "la", ""}) {
-                QElapsedTimer Timer;
-                Timer.start();
-                nameEdit()->setText(QString::fromLatin1(pText));
-                settle();
-                Slowest = qMax(Slowest, Timer.nsecsElapsed());
-            }
-            return double(Slowest) / 1e6;
-        };
-        const auto bestOf3 = [](const auto& Work) { return std::min({Work(), Work(), Work()}); };
-        const auto refresh = [this] {
-            QElapsedTimer Timer;
-            Timer.start();
-            m_View->refresh();
-            return double(Timer.nsecsElapsed()) / 1e6;
-        };
-        add(1000);
-        const double OfThousand = bestOf3(keyStroke);
-        add(9000);
-        const double OfTenThousand = bestOf3(keyStroke);
-        const double Unfiltered = bestOf3(refresh);
-        qInfo("key stroke on 1000 rows: %.1f ms, on 10000 rows: %.1f ms; unchanged refresh, not filtered: "
-              "%.1f ms",
-            OfThousand, OfTenThousand, Unfiltered);
-        // A busy machine takes a few times as long; work that grows with the square of the rows a hundred
-        // times.
-        QVERIFY(OfTenThousand < 300);
-    }
-
 private:
     enum FilterIndex { Name, Type, Attribute, ColorTag };
 

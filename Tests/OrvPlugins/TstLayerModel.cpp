@@ -1,5 +1,7 @@
 #include "LayersFixture.h"
 
+#include "OrvCore/Network/OrvSnNames.h"
+#include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
@@ -140,6 +142,8 @@ private Q_SLOTS:
         m_View->refresh();
         QCOMPARE(selectedNames(), QStringList({"A", "D"}));
         // The refresh itself tells the layers nothing.
+        m_View->clearAndRefresh();
+        QCOMPARE(selectedNames(), QStringList({"A", "D"}));
         QVERIFY(Layers[0]->isSelected() && !Layers[1]->isSelected() && Layers[3]->isSelected());
     }
 
@@ -178,6 +182,18 @@ private Q_SLOTS:
         const QPushButton* pButton = warningButton();
         m_View->refresh();
         QCOMPARE(warningButton(), pButton);
+
+        OrvSnBaseNode* pForeign
+            = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{QStringLiteral("_other")}));
+        pForeign->setName(QStringLiteral("Elsewhere"));
+        Layers[1]->blendNode()->connectInput(OrvSnNames::Base, pForeign);
+        m_View->refresh();
+        QCOMPARE(rowText(m_View.get()), QStringLiteral("A B !"));
+        QCOMPARE(warningButton()->toolTip(), QStringLiteral("Node 'Elsewhere' is unrepresentable."));
+        for (int Step = 0; Step < 3; ++Step)
+            OrvUndoManager::instance().undo();
+        m_View->refresh();
+        QCOMPARE(warningButton()->toolTip(), QStringLiteral("No bottom stack node."));
 
         m_Channel->node()->disconnectInput(m_Channel->targetInputName());
         m_View->refresh();

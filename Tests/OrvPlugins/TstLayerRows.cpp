@@ -8,6 +8,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
@@ -334,6 +335,10 @@ private Q_SLOTS:
         QCOMPARE(undoText(), QStringLiteral("Make 'Rust' Current"));
         OrvUndoManager::instance().undo();
         QCOMPARE(maskButton(pLayer)->styleSheet(), Highlight);
+        // A light icon must not fade into the light ground.
+        QVERIFY(lightnessRange(maskButton(pLayer)) > 100);
+        QTest::mouseClick(paintButton(pLayer), Qt::LeftButton);
+        QVERIFY(lightnessRange(paintButton(pLayer)) > 100);
     }
 
     void shiftClickSwitchesMaskAndAdjustments()
@@ -469,6 +474,66 @@ private Q_SLOTS:
         QVERIFY(!QApplication::activePopupWidget());
     }
 
+    void sharersOfGroupsAndChannelsAreListed()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pGroup = group(m_Channel, {pLayer}, QStringLiteral("Group"));
+        OrvLayer* pTwin = m_Channel->shareLayer(pGroup, OrvLayerCreateFlags(30));
+        OrvShaderInput* pBump = addChannel(QStringLiteral("Bump"));
+        m_View->setLayerStack(m_Channel);
+        OrvLayerDrop Drop({pBump->node()}, Qt::LinkAction, nullptr, m_Channel->topNode(), m_Channel);
+        const OrvLayerDrop::Result Dropped = Drop.carryOut();
+        QVERIFY2(Dropped.isDone(), qPrintable(Dropped.Message));
+        OrvLayer* pOfBump = m_Channel->layerList().first();
+        refresh();
+        QVERIFY(sharedButton(pLayer)->isVisible() && !sharedChannelButton(pLayer)->isVisible());
+        QVERIFY(!sharedButton(pOfBump)->isVisible() && sharedChannelButton(pOfBump)->isVisible());
+
+        row(pLayer)->showSharerList();
+        QCOMPARE(popupLines(),
+            QStringList({QStringLiteral("Part Of Shared Layer:"), pGroup->path(true), pTwin->path(true)}));
+        QTest::mouseClick(sharedChannelButton(pOfBump), Qt::LeftButton);
+        QCOMPARE(popupLines(), QStringList({QStringLiteral("Shares Channel :"), pBump->path()}));
+    }
+
+    void dragHintTellsWhatTheKeysDo()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pTagged = addLayer(m_Channel, QStringLiteral("Rust"));
+        pTagged->blendNode()->setUserAttributeValue(OrvMergeAttributes::CrossChannelSharing, true);
+        refresh();
+        const QString Common
+            = QStringLiteral("Use Shift (or Ctrl+Shift) and left-mouse drag to share layers.\n"
+                             "Use Alt (or Ctrl+Alt) and left-mouse drag to copy layers.\n"
+                             "Use left-mouse drag to move layers.\n\nNote that layers can also be moved");
+        QCOMPARE(paintButton(pLayer)->toolTip(),
+            Common + QStringLiteral(" and copied\nbetween the stacks of different channels.\n"));
+        QCOMPARE(paintButton(pTagged)->toolTip(),
+            Common + QStringLiteral(", copied and shared\nbetween the stacks of different channels.\n"));
+        QVERIFY(sharedChannelButton(pTagged)->isVisible() && !sharedChannelButton(pLayer)->isVisible());
+    }
+
+    void rowOfALostLayerDoesNothing()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        Row Orphan(pLayer, m_View);
+        Orphan.resize(300, Row::RowHeight);
+        Orphan.grab();
+        OrvProjectManager::instance().closeProject();
+        QVERIFY(!Orphan.layer());
+        m_Messages.clear();
+        Orphan.setName(QStringLiteral("Rust"));
+        Orphan.onVisibilityButtonPressed();
+        Orphan.makePaintComponentCurrent();
+        Orphan.onMaskComponentClicked();
+        Orphan.onLockedChanged(true);
+        Orphan.setExpanded(true);
+        Orphan.showSharerList();
+        Orphan.updateCostWidget();
+        QCOMPARE(m_Messages, QStringList::fromVector(QVector<QString>(8, QStringLiteral("m_Layer is NULL"))));
+        QVERIFY(!QApplication::activePopupWidget());
+    }
+
     void contextMenuRefreshesTheView()
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
@@ -478,7 +543,12 @@ private Q_SLOTS:
         QApplication::sendEvent(pRow, &Event);
         QMenu* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         QVERIFY(pMenu);
-        QVERIFY(pMenu->actions().size() > 5);
+        QStringList Texts;
+        for (const QAction* pAction : pMenu->actions())
+            Texts.append(pAction->text());
+        QVERIFY(Texts.indexOf(QStringLiteral("Add New Layer")) >= 0);
+        QVERIFY(Texts.indexOf(QStringLiteral("Layer Properties"))
+            > Texts.indexOf(QStringLiteral("Add New Layer")));
         QAction* pRefresh = pMenu->actions().last();
         QCOMPARE(pRefresh->text(), QStringLiteral("Refresh Layer View"));
         pRefresh->trigger();
@@ -557,7 +627,32 @@ private:
         return Buttons.value(Index);
     }
     QToolButton* sharedButton(const OrvLayer* pLayer) const { return toolButton(pLayer, 1); }
+    QToolButton* sharedChannelButton(const OrvLayer* pLayer) const { return toolButton(pLayer, 2); }
     QToolButton* lockButton(const OrvLayer* pLayer) const { return toolButton(pLayer, 3); }
+    /// Of the open list of sharers, which is closed.
+    static QStringList popupLines()
+    {
+        QStringList Lines;
+        QWidget* pPopup = QApplication::activePopupWidget();
+        const QListWidget* pList = pPopup ? pPopup->findChild<QListWidget*>() : nullptr;
+        for (int Line = 0; pList && Line < pList->count(); ++Line)
+            Lines.append(pList->item(Line)->text());
+        if (pPopup)
+            pPopup->close();
+        return Lines;
+    }
+    static int lightnessRange(QWidget* pWidget)
+    {
+        const QImage Image = pWidget->grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+        int Least = 255, Most = 0;
+        for (int Line = 0; Line < Image.height(); ++Line) {
+            for (int x = 0; x < Image.width(); ++x) {
+                Least = qMin(Least, int(Image.constScanLine(Line)[x]));
+                Most = qMax(Most, int(Image.constScanLine(Line)[x]));
+            }
+        }
+        return Most - Least;
+    }
     static QList<QWidget*> visibleChildren(const QWidget* pWidget)
     {
         QList<QWidget*> Children = pWidget->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);

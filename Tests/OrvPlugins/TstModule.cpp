@@ -1,4 +1,5 @@
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Plugin/OrvPluginInterface.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
@@ -8,6 +9,7 @@
 #include <QtCore/QPluginLoader>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
+#include <QtWidgets/QAction>
 
 /// The module as the host finds it: a file in the plug-in directory.
 class TstModule : public QObject {
@@ -45,7 +47,10 @@ private Q_SLOTS:
     {
         auto* pModule = qobject_cast<OrvPluginInterface*>(m_Loader.instance());
         QVERIFY(pModule);
+        followStart();
         QVERIFY(pModule->initialize());
+        QCOMPARE(m_Steps.mid(0, 5).join(QLatin1Char(' ')),
+            QStringLiteral("/Orvi/Channels /Orvi/Layers Shaders Channels Layers"));
         QCOMPARE(m_Messages.first().Text, QStringLiteral("[ Plugin ] Shader Network - Layer View Context"));
         QCOMPARE(m_Messages.first().File, QStringLiteral("OrvShaderNetworkLayerViewContextPlugin"));
         QCOMPARE(m_Messages.first().Line, 20);
@@ -60,6 +65,16 @@ private Q_SLOTS:
             Palettes.append(pPalette->objectName());
         QCOMPARE(Palettes,
             QStringList({QStringLiteral("Shaders"), QStringLiteral("Channels"), QStringLiteral("Layers")}));
+        for (const OrvPalette* pPalette : OrvPaletteManager::instance().palettes()) {
+            QCOMPARE(pPalette->windowTitle(), pPalette->objectName());
+            QCOMPARE(pPalette->contextHelpKey(), pPalette->objectName().toLower() + QStringLiteral("_palette"));
+            QVERIFY(!pPalette->paletteIcon().isNull());
+            QVERIFY(pPalette->originalWidget());
+        }
+        OrvPalette* pLayers = OrvPaletteManager::find(QStringLiteral("Layers"));
+        OrvPalette* pChannels = OrvPaletteManager::find(QStringLiteral("Channels"));
+        QCOMPARE(pLayers->relatedPalettes(), QList<OrvPalette*>{pChannels});
+        QCOMPARE(pChannels->relatedPalettes(), QList<OrvPalette*>{pLayers});
         for (const char* pType :
             {"OrvLayer*", "OrvSnBaseNode*", "OrvLayerCreateFlags", "OrvColor", "QItemSelection"})
             QVERIFY(QMetaType::type(pType) != QMetaType::UnknownType);
@@ -71,8 +86,27 @@ private Q_SLOTS:
     }
 
 private:
+    /// Notes what is registered from now on: palettes, and the first of each run of the module's actions.
+    void followStart()
+    {
+        connect(&OrvActionTreeManager::instance(), &OrvActionTreeManager::actionRegistered, this,
+            [this](const QString& Key) {
+                const QString Root = Key.section(QLatin1Char('/'), 0, 2);
+                const bool IsOfPalettesMenu = Root == QLatin1String("/Orvi/Palettes");
+                if (!IsOfPalettesMenu && (m_Steps.isEmpty() || m_Steps.last() != Root))
+                    m_Steps.append(Root);
+            });
+        connect(&OrvPaletteManager::instance(), &OrvPaletteManager::paletteRegistered, this,
+            [this](const OrvPalette* pPalette) {
+                m_Steps.append(pPalette->objectName());
+                // The menus come last.
+                QVERIFY(!OrvMenuManager::instance().menuSets().contains(pPalette->objectName()));
+            });
+    }
+
     QTemporaryDir m_Directory;
     QPluginLoader m_Loader;
+    QStringList m_Steps;
     QVector<OrvDebugMessage> m_Messages;
 };
 

@@ -80,6 +80,22 @@ private Q_SLOTS:
         QVERIFY(m_Messages.contains(QStringLiteral("pLayerStack is NULL")));
     }
 
+    void withoutProjectNothingIsKeptOrOpened()
+    {
+        QCOMPARE(manager().projectSettingsFileName(),
+            OrvDataBlockManager::cacheRoots().first() + QLatin1Char('/') + OrvDataBlockManager::subCache()
+                + QStringLiteral("/LayerStackPalettes.conf"));
+        OrvProjectManager::instance().closeProject();
+        OrvShaderNetwork Loose(static_cast<OrvGeoEntity*>(nullptr));
+        OrvShaderInput* pChannel
+            = OrvShaderInputUtils::create(&Loose, QStringLiteral("Loose"), QSize(64, 64), GL_UNSIGNED_BYTE);
+        QVERIFY(pChannel);
+        manager().openLayerStackPalette(pChannel, true);
+        manager().loadProjectSettings();
+        QVERIFY(stackPalettes().isEmpty());
+        OrvUndoManager::instance().clear();
+    }
+
     void titlesFollowNames()
     {
         manager().openLayerStackPalette(m_Channel, false);

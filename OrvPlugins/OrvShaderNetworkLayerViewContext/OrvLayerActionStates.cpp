@@ -1,0 +1,170 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionStates.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCoreModules/Menus/OrvActionHelpers.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvLateBindAction.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+
+using namespace OrvLayerViewContext;
+
+namespace {
+
+const QLatin1Char Separator('/');
+
+void setEnabled(const QString& Path, const QStringList& Texts, bool Enabled)
+{
+    for (const QString& Text : Texts)
+        OrvActionHelpers::setActionEnabled(Path + Separator + Text, Enabled);
+}
+
+void setSetEnabled(const QString& SetName, bool Enabled)
+{
+    OrvActionTreeManager::instance().setActionSetEnabled(SetName, Enabled);
+}
+
+/// The action that an entry of a menu stands for.
+QAction* ownAction(QAction* pEntry)
+{
+    const auto* pLateBound = qobject_cast<OrvLateBindAction*>(pEntry);
+    return pLateBound ? pLateBound->parentAction() : pEntry;
+}
+
+/// Whether the export command of that text, as the project explorer has it, writes masks and nothing else.
+bool savesMasksOnly(const QAction* pAction)
+{
+    const QAction* pExplorerAction = OrvActionTreeManager::instance().findAction(
+        QStringLiteral("Orvi/Project/Project Explorer/") + pAction->text());
+    return pExplorerAction && pExplorerAction->property("OrvSaveSelectedMasksOnly").toBool();
+}
+
+} // namespace
+
+OrvLayerActionStates::OrvLayerActionStates()
+{
+    if (!OrvProjectManager::instance().currentProject())
+        return;
+    m_LayerStack = OrvLayerManager::instance().currentLayerStack();
+    m_Layer = OrvLayerManager::instance().currentLayer();
+    m_IsModifiable = m_Layer && m_Layer->isModifiable() && !m_Layer->isBakePointLayer();
+}
+
+void OrvLayerActionStates::switchStackActions() const
+{
+    const bool HasStack = m_LayerStack != nullptr;
+    setEnabled(LayersPath,
+        {tr("Add New Layer"), tr("Cut"), tr("Copy"), tr("Paste"), tr("Remove Layers"), tr("Merge Layers"),
+            tr("Add Empty Layer Group"), tr("Group Layers"), tr("Share Layers As Channel"),
+            tr("Cache Layers"), tr("Uncache Layers")},
+        HasStack);
+    if (OrvLayerUtils::isBakePointLayerFeatureEnabled())
+        setEnabled(LayersPath, {tr("Add Bake Point")}, HasStack);
+    setSetEnabled(LayersAdjustmentOnlySet, HasStack);
+    setSetEnabled(LayersProceduralOnlySet, HasStack);
+    OrvActionHelpers::setMenuEnabled(AddAdjustmentLayerMenu, HasStack);
+    OrvActionHelpers::setMenuEnabled(AddProceduralLayerMenu, HasStack);
+}
+
+void OrvLayerActionStates::switchLayerActions() const
+{
+    const bool IsGroup
+        = m_IsModifiable && m_LayerStack && OrvLayerStreamUtils::isLayerGroup(m_Layer, m_LayerStack);
+    setEnabled(LayersPath, {tr("Flatten Layer Group"), tr("Ungroup Layers")}, IsGroup);
+    switchMaskActions();
+    switchAdjustmentActions();
+    switchContentActions();
+    switchExportActions();
+}
+
+void OrvLayerActionStates::switchMaskActions() const
+{
+    const bool HasMask = m_IsModifiable && m_Layer->hasMask();
+    OrvActionHelpers::setMenuEnabled(LayerMaskMenu, m_IsModifiable);
+    setEnabled(MaskPath,
+        {tr("Reveal All"), tr("Hide All"), tr("From Alpha"), tr("From Selection"),
+            tr("From Selection Group")},
+        m_IsModifiable && !HasMask);
+    setEnabled(MaskPath, {tr("Cut")}, HasMask);
+    setEnabled(MaskPath, {tr("Copy")}, m_Layer && m_Layer->hasMask());
+    setEnabled(MaskPath, {tr("Paste")}, m_IsModifiable);
+
+    setEnabled(LayersPath, {tr("Make Mask Stack")}, HasMask && !m_Layer->hasMaskStack());
+    setEnabled(LayersPath, {tr("Convert To Paintable Mask")},
+        HasMask && (m_Layer->hasMaskStack() || m_Layer->isMaskProcedural()));
+    setEnabled(LayersPath, {tr("Bake Mask")}, HasMask && m_Layer->isPaintableLayer());
+    setEnabled(LayersPath, {tr("Remove Mask")}, HasMask);
+    setEnabled(LayersPath, {tr("Enable Mask")}, HasMask && !m_Layer->isMaskEnabled());
+    setEnabled(LayersPath, {tr("Disable Mask")}, HasMask && m_Layer->isMaskEnabled());
+
+    const bool HasMaskImages = HasMask && m_Layer->hasMaskImageSet();
+    for (const QString& Menu : {ConvertMaskMenu, ResizeMaskMenu})
+        OrvActionHelpers::setMenuEnabled(Menu, HasMaskImages);
+    for (const QString& SetName : {ConvertLayerMasksOnlySet, ResizeLayerMasksOnlySet})
+        setSetEnabled(SetName, HasMaskImages);
+}
+
+void OrvLayerActionStates::switchAdjustmentActions() const
+{
+    const bool IsAdjustment = m_IsModifiable && m_Layer->isAdjustmentLayer();
+    const bool HasSecondary = IsAdjustment && m_Layer->hasSecondaryAdjustment();
+    OrvActionHelpers::setMenuEnabled(SecondaryAdjustmentMenu, IsAdjustment);
+    setSetEnabled(LayersSecondaryAdjustmentOnlySet, IsAdjustment && !HasSecondary);
+    setEnabled(SecondaryAdjustmentPath, {tr("Remove Secondary Adjustment")}, HasSecondary);
+
+    const bool TakesStack = m_IsModifiable && !IsAdjustment && m_Layer->canHaveAdjustmentStack();
+    const bool HasStack = TakesStack && m_Layer->hasAdjustmentStack();
+    const bool IsEnabled = HasStack && m_Layer->isAdjustmentStackEnabled();
+    OrvActionHelpers::setMenuEnabled(AdjustmentStackMenu, TakesStack);
+    setSetEnabled(LayersAdjustmentStackOnlySet, TakesStack);
+    setEnabled(AdjustmentStackPath, {tr("Bake Adjustment Stack")}, HasStack && m_Layer->isPaintableLayer());
+    setEnabled(AdjustmentStackPath, {tr("Remove Adjustment Stack")}, HasStack);
+    setEnabled(AdjustmentStackPath, {tr("Enable Adjustment Stack")}, HasStack && !IsEnabled);
+    setEnabled(AdjustmentStackPath, {tr("Disable Adjustment Stack")}, IsEnabled);
+}
+
+void OrvLayerActionStates::switchContentActions() const
+{
+    const bool IsMultiChannel = m_IsModifiable && OrvLayerStreamUtils::isMultiChannelMergeLayer(m_Layer);
+    setEnabled(LayersPath, {tr("Convert To Paintable")},
+        m_IsModifiable
+            && (m_Layer->isProceduralLayer() || m_Layer->isGraphLayer() || m_Layer->isCustomProceduralLayer()
+                || (IsMultiChannel && OrvLayerStreamUtils::isMaterialLayer(m_Layer))));
+    setEnabled(LayersPath, {tr("Open Layer Contents in Node Graph")}, m_Layer != nullptr);
+
+    const bool IsShareable = m_IsModifiable && !IsMultiChannel;
+    OrvActionHelpers::setMenuEnabled(SharingMenu, IsShareable);
+    setEnabled(LayersPath, {tr("Share Layers As Channel")}, IsShareable && m_LayerStack);
+    setEnabled(LayersPath, {tr("Share Layer")}, IsShareable);
+    setEnabled(LayersPath, {tr("Unshare Layer")}, IsShareable && m_Layer->isShared());
+    setEnabled(
+        LayersPath, {tr("Make Shared Channel Current")}, IsShareable && m_Layer->isSharedShaderInput());
+
+    setEnabled(LayersPath, {tr("Cache Up To Here")}, m_Layer && m_Layer->canCacheUpToHere());
+    setEnabled(LayersPath, {tr("Uncache Up To Here")}, m_Layer && m_Layer->hasCacheUpToHere());
+    setEnabled(LayersPath, {tr("Quick Find")}, OrvProjectManager::instance().currentProject() != nullptr);
+}
+
+void OrvLayerActionStates::switchExportActions() const
+{
+    for (const QString& Menu : {CachingMenu, ExportLayerMenu, ExportFlattenedLayerMenu, ImportLayerMenu})
+        OrvActionHelpers::setMenuEnabled(Menu, m_LayerStack != nullptr);
+    for (const QString& Menu : {ExportLayerMenu, ExportFlattenedLayerMenu}) {
+        for (QAction* pEntry : OrvActionHelpers::getMenuActions(Menu)) {
+            if (QAction* pAction = ownAction(pEntry))
+                pAction->setEnabled(canBeExported(pAction));
+        }
+    }
+}
+
+bool OrvLayerActionStates::canBeExported(const QAction* pAction) const
+{
+    if (!m_Layer)
+        return false;
+    // A shader has no image of its own to write; the mask of its layer has.
+    return !m_Layer->isShaderLayer() || (m_Layer->hasMask() && savesMasksOnly(pAction));
+}
