@@ -20,6 +20,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTreeView>
 
 #include <cmath>
@@ -95,13 +96,20 @@ bool OrvTour::select(const QString& LayerName)
     settle();
     OrvPalette* pLayers = OrvPaletteManager::find(QStringLiteral("Layers"));
     const QTreeView* pTree = pLayers ? pLayers->findChild<QTreeView*>() : nullptr;
-    for (OrvEditLabel* pLabel : pTree ? pTree->findChildren<OrvEditLabel*>() : QList<OrvEditLabel*>()) {
-        if (pLabel->text() != LayerName || !pLabel->isVisible())
-            continue;
-        const QPointF Place = pLabel->mapTo(pTree->viewport(), pLabel->rect().center());
-        click(pTree->viewport(), Place);
+    QScrollBar* pScrollBar = pTree ? pTree->verticalScrollBar() : nullptr;
+    // Only rows in view have labels: look through the tree page by page.
+    for (int Top = 0, Shown = -1; pScrollBar && Shown < pScrollBar->maximum(); Top += qMax(1, pScrollBar->pageStep())) {
+        Shown = qMin(Top, pScrollBar->maximum());
+        pScrollBar->setValue(Shown);
         settle();
-        return true;
+        for (const OrvEditLabel* pLabel : pTree->findChildren<OrvEditLabel*>()) {
+            const QPoint Place = pLabel->mapTo(pTree->viewport(), pLabel->rect().center());
+            if (pLabel->text() != LayerName || !pLabel->isVisible() || !pTree->viewport()->rect().contains(Place))
+                continue;
+            click(pTree->viewport(), Place);
+            settle();
+            return true;
+        }
     }
     m_Failures.append(LayerName);
     return false;
