@@ -400,7 +400,7 @@ void OrvLayerManager::refreshBakePoints()
 {
     for (OrvSnBakePointNode* pBakePoint : qAsConst(m_BakePoints)) {
         if (pBakePoint->refreshBakedState())
-            onNodeRefreshed(pBakePoint);
+            Q_EMIT OrvShaderNetworkManager::instance().nodeRefreshed(pBakePoint);
     }
 }
 

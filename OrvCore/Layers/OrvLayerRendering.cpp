@@ -7,6 +7,7 @@
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QElapsedTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -14,7 +15,11 @@
 
 namespace {
 
-constexpr int RowsAtOnce = 256;
+/// A piece begins with so many rows, and pieces grow while they stay quick: many rows of a blur take no
+/// longer than a few.
+constexpr int FirstRows = 256;
+constexpr qint64 Quick = 600; // ms
+constexpr int MostPixels = 8 * 1024 * 1024;
 const OrvPixelFormat LinearColor{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
 const OrvPixelFormat LinearScalar{GL_FLOAT, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
 
@@ -33,18 +38,23 @@ int pixelCount(const QRect& Band)
 template <class Step>
 OrvImageBuffer madeInBands(const OrvUdimLayout& Layout, const OrvPixelFormat& Format, Step Do)
 {
-    std::vector<QRect> Bands;
+    const int Total = Layout.tiles().size() * Layout.tileSize().height();
+    OrvImageBuffer Result(Layout.extent(), Format);
+    QElapsedTimer Timer;
+    int Rows = FirstRows, Done = 0;
     for (const int Tile : Layout.tiles()) {
         const QRect Whole = Layout.tileRect(Tile);
-        for (int Top = 0; Top < Whole.height(); Top += RowsAtOnce)
-            Bands.push_back(Whole & QRect(Whole.left(), Whole.top() + Top, Whole.width(), RowsAtOnce));
-    }
-    OrvImageBuffer Result(Layout.extent(), Format);
-    int Done = 0;
-    for (const QRect& Band : Bands) {
-        Do(Band, Result);
-        if (progress() && !progress()(++Done, int(Bands.size())))
-            return {};
+        for (int Top = Whole.top(); Top <= Whole.bottom();) {
+            const QRect Band = Whole & QRect(Whole.left(), Top, Whole.width(), Rows);
+            Timer.start();
+            Do(Band, Result);
+            if (Timer.elapsed() < Quick && Band.width() * Rows * 2 <= MostPixels)
+                Rows *= 2;
+            Top += Band.height();
+            Done += Band.height();
+            if (progress() && !progress()(Done, Total))
+                return {};
+        }
     }
     return Result;
 }

@@ -144,6 +144,8 @@ OrvShaderInput* OrvLayerStack::shareLayersAsChannel(const QList<OrvLayer*>& Laye
     OrvShaderInput* pChannel = OrvShaderInputUtils::create(network(),
         OrvShaderInputUtils::generateUniqueName(network(), Shared.first()->name()), pOwner->imageSetSize(),
         pOwner->imageSetDepth(), &pOwner->colorSpaceConfig(), pOwner->isScalar() || isWithinMask());
+    if (pChannel && pOwner->isMaterialStack())
+        pChannel->node()->addTag(OrvSnNames::MaterialShaderInputTag);
     OrvSnBaseNode* pTarget = pChannel ? pChannel->topNode() : nullptr;
     for (auto Layer = Shared.rbegin(); Layer != Shared.rend() && pTarget; ++Layer) {
         // What reads what lies below it reads something else there: it becomes a layer of its own.

@@ -180,8 +180,10 @@ bool isLayerGroupPassThrough(const OrvSnBaseNode* pBlendNode)
 
 void setLayerGroupPassThrough(OrvSnBaseNode* pBlendNode, bool PassThrough)
 {
-    if (isMergeNode(pBlendNode))
-        pBlendNode->setUserAttributeValue(OrvMergeAttributes::PassThrough, PassThrough);
+    if (!isMergeNode(pBlendNode))
+        return;
+    const OrvUndoManager::AutoMacro Macro(tr("Set Pass-Through of '%1'").arg(pBlendNode->name()));
+    pBlendNode->setUserAttributeValue(OrvMergeAttributes::PassThrough, PassThrough);
 }
 
 bool isMultiChannelMergeLayer(const OrvLayer*)

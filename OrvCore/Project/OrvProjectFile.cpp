@@ -325,10 +325,8 @@ std::unique_ptr<OrvProject> OrvProjectFile::build() const
 bool OrvProjectFile::write(
     OrvProject& Project, const QString& Folder, const QString& Manifest, QString& Error, const Progress& Step)
 {
-    if (!QDir().mkpath(Folder)) {
-        Error = tr("The folder '%1' cannot be made").arg(Folder);
+    if (!OrvBlockStore::makeFolder(Folder, Error))
         return false;
-    }
     OrvBlockStore Store(blockFolder(Folder));
     QHash<QString, OrvImageSet*> Images;
     for (const OrvGeoEntity* pEntity : Project.geoEntities())

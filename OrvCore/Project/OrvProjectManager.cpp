@@ -113,8 +113,12 @@ bool OrvProjectManager::saveProjectAs(const QString& Path, QString& Error, const
         Error = tr("'%1' is a file; a project is a folder").arg(Folder);
         return false;
     }
-    if (!OrvProjectFile::write(*m_pProject, Folder, OrvProjectFile::ManifestName, Error, Step))
+    const bool IsNew = !QFileInfo::exists(Folder);
+    if (!OrvProjectFile::write(*m_pProject, Folder, OrvProjectFile::ManifestName, Error, Step)) {
+        if (IsNew)
+            QDir(Folder).removeRecursively();
         return false;
+    }
     m_pProject->setPath(Folder);
     m_pProject->setName(QFileInfo(Folder).completeBaseName());
     OrvUndoManager::instance().stack()->setClean();

@@ -49,8 +49,7 @@ OrvLayer* OrvLayerStack::createCustomProceduralLayer(
     const QString Name = pNode->name();
     OrvLayer* pLayer = addLayer(tr("Add Custom Procedural Layer"), Flags, pBelow, QString(), Name,
         [&](OrvSnBaseNode* pPlace, const QString&) {
-            return OrvChainEditing::addNode<OrvSnBaseNode>(
-                network(), std::move(pNode), Name, pPlace, 1, 1);
+            return OrvChainEditing::addNode<OrvSnBaseNode>(network(), std::move(pNode), Name, pPlace, 1, 1);
         });
     if (!pLayer)
         Error = tr("No layer can be added to '%1': it is locked or cached").arg(name());

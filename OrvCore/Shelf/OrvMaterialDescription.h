@@ -9,8 +9,8 @@
 #include <QtCore/QVariantMap>
 #include <QtCore/QVector>
 
-/// A material of the shelf (".orvmat"): what goes into which input of a shader. A value; it is checked when it
-/// is read, the custom procedurals that it names included. It makes no layers.
+/// A material of the shelf (".orvmat"): what goes into which input of a shader. A value; it is checked when
+/// it is read, the custom procedurals that it names included. It makes no layers.
 struct ORVCORE_EXPORT OrvMaterialDescription {
     static constexpr int FormatVersion = 1;
     static const QString FormatName, Suffix; ///< the suffix with its dot

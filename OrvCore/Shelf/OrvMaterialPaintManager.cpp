@@ -32,23 +32,6 @@ bool isShelfFile(const QString& Path)
         || Path.endsWith(OrvMaterialDescription::Suffix, Qt::CaseInsensitive);
 }
 
-QIcon iconOfKind(const OrvShelfEntry& Entry)
-{
-    static const char* const Procedurals[]
-        = {"CustomProceduralColor", "CustomProceduralScalar", "CustomProceduralMask"};
-    const bool Warns = Entry.MissesGeoChannels || !Entry.Error.isEmpty();
-    QString Name;
-    if (Entry.What == OrvShelfEntry::Material) {
-        Name = Warns ? QStringLiteral("MaterialWithMissingGeoChannel.png")
-                                       : QStringLiteral("Material.png");
-    } else {
-        Name = QLatin1String(Procedurals[Entry.ProceduralType])
-            + (Warns ? QStringLiteral("_MissingGeoChannel.svg")
-                                       : QStringLiteral(".16x16.svg"));
-    }
-    return QIcon(OrvResourceDirectory::path() + QStringLiteral("/icons/") + Name);
-}
-
 } // namespace
 
 OrvMaterialPaintManager& OrvMaterialPaintManager::instance()
@@ -139,6 +122,9 @@ void OrvMaterialPaintManager::watch()
         const auto startTimer = QOverload<>::of(&QTimer::start);
         connect(m_pWatcher, &QFileSystemWatcher::fileChanged, &m_ReloadTimer, startTimer);
         connect(m_pWatcher, &QFileSystemWatcher::directoryChanged, &m_ReloadTimer, startTimer);
+        // Pixmaps must not outlive the application.
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+            [this] { m_Thumbnails.clear(); });
     }
     QStringList Paths;
     for (const QString& Directory : OrvShelfDirectories::all()) {
@@ -147,8 +133,7 @@ void OrvMaterialPaintManager::watch()
         while (!QFileInfo::exists(Watched) && Watched != QFileInfo(Watched).path())
             Watched = QFileInfo(Watched).path();
         Paths.append(Watched);
-        QDirIterator Inside(
-            Directory, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+        QDirIterator Inside(Directory, QDir::AllEntries | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
         while (Inside.hasNext())
             Paths.append(Inside.next());
     }
@@ -188,8 +173,7 @@ QVector<OrvShelfMaterial> OrvMaterialPaintManager::materialsFromShelf()
     return Materials;
 }
 
-bool OrvMaterialPaintManager::readCustomProcedural(
-    const QString& PathOrKey, QByteArray& Text, QString& Error)
+bool OrvMaterialPaintManager::readCustomProcedural(const QString& PathOrKey, QByteArray& Text, QString& Error)
 {
     if (PathOrKey.endsWith(OrvProceduralFile::Suffix, Qt::CaseInsensitive))
         return OrvProceduralFile::read(PathOrKey, Text, Error);
@@ -201,9 +185,27 @@ bool OrvMaterialPaintManager::readCustomProcedural(
     return false;
 }
 
+QString OrvMaterialPaintManager::iconFileOfKind(const OrvShelfEntry& Entry)
+{
+    static const char* const Procedurals[]
+        = {"CustomProceduralColor", "CustomProceduralScalar", "CustomProceduralMask"};
+    const bool Warns = Entry.MissesGeoChannels || !Entry.Error.isEmpty();
+    QString Name;
+    if (Entry.What == OrvShelfEntry::Material) {
+        Name = Warns ? QStringLiteral("MaterialWithMissingGeoChannel.png") : QStringLiteral("Material.png");
+    } else {
+        Name = QLatin1String(Procedurals[Entry.ProceduralType])
+            + (Warns ? QStringLiteral("_MissingGeoChannel.svg") : QStringLiteral(".16x16.svg"));
+    }
+    return Name;
+}
+
 QIcon OrvMaterialPaintManager::icon(const OrvShelfEntry& Entry) const
 {
-    return m_Thumbnails.contains(Entry.Key) ? m_Thumbnails.value(Entry.Key) : iconOfKind(Entry);
+    const auto Thumbnail = m_Thumbnails.constFind(Entry.Key);
+    if (Thumbnail != m_Thumbnails.constEnd())
+        return Thumbnail.value();
+    return QIcon(OrvResourceDirectory::path() + QStringLiteral("/icons/") + iconFileOfKind(Entry));
 }
 
 void OrvMaterialPaintManager::setThumbnail(const QString& Key, const QIcon& Icon)

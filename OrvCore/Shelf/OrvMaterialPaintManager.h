@@ -47,6 +47,9 @@ public:
     /// The text of a file, or of the entry of that key, checked. False, with the reason, when there is none.
     bool readCustomProcedural(const QString& PathOrKey, QByteArray& Text, QString& Error);
 
+    /// The file, in the icon directory, of the kind's icon; it warns of damage and of missing geometry
+    /// channels.
+    static QString iconFileOfKind(const OrvShelfEntry& Entry);
     /// The thumbnail that somebody made, else the icon of the kind.
     QIcon icon(const OrvShelfEntry& Entry) const;
     void setThumbnail(const QString& Key, const QIcon& Icon);

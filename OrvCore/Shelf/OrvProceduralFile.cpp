@@ -81,8 +81,8 @@ private:
             for (const QString& One : m_Way.mid(m_Way.indexOf(Found)))
                 Names.append(fileName(One));
             Names.append(fileName(Found));
-            return fail(Path,
-                tr("a procedural cannot include itself (%1)").arg(Names.join(QStringLiteral(" > "))));
+            return fail(
+                Path, tr("a procedural cannot include itself (%1)").arg(Names.join(QStringLiteral(" > "))));
         }
         if (m_Way.size() >= DeepestInclusion)
             return fail(Path, tr("procedurals include each other more than %1 deep").arg(DeepestInclusion));

@@ -124,15 +124,16 @@ bool OrvProceduralReader::readHead(const QJsonObject& Json)
 
 bool OrvProceduralReader::readNode(const QJsonObject& Json)
 {
-    static const QStringList Common{
-        QStringLiteral("id"), QStringLiteral("operation"), QStringLiteral("blend"),
-        QStringLiteral("procedural"), QStringLiteral("values"), QStringLiteral("unbounded")};
+    static const QStringList Common{QStringLiteral("id"), QStringLiteral("operation"),
+        QStringLiteral("blend"), QStringLiteral("procedural"), QStringLiteral("values"),
+        QStringLiteral("unbounded")};
     Description::Node Node;
-    if (!string(Json, QStringLiteral("id"), Required,
-            tr("Node %1").arg(m_Read.Nodes.size() + 1), Node.Id, m_Error))
+    if (!string(Json, QStringLiteral("id"), Required, tr("Node %1").arg(m_Read.Nodes.size() + 1), Node.Id,
+            m_Error))
         return false;
     if (!isIdentifier(Node.Id))
-        return fail(tr("\"%1\" cannot be the id of a node: letters, digits, \"-\" and \"_\" can").arg(Node.Id));
+        return fail(
+            tr("\"%1\" cannot be the id of a node: letters, digits, \"-\" and \"_\" can").arg(Node.Id));
     if (m_Read.node(Node.Id))
         return fail(tr("Two nodes have the id \"%1\"").arg(Node.Id));
     QStringList InputNames;
@@ -155,8 +156,7 @@ bool OrvProceduralReader::readNode(const QJsonObject& Json)
     return true;
 }
 
-bool OrvProceduralReader::readKind(
-    const QJsonObject& Json, Description::Node& Node, QStringList& InputNames)
+bool OrvProceduralReader::readKind(const QJsonObject& Json, Description::Node& Node, QStringList& InputNames)
 {
     const QString Owner = tr("Node \"%1\"").arg(Node.Id);
     const QJsonValue Operation = Json.value(QStringLiteral("operation"));
@@ -244,8 +244,8 @@ bool OrvProceduralReader::checkConnections()
     for (const Description::Node& Node : qAsConst(m_Read.Nodes)) {
         for (auto Source = Node.Sources.begin(); Source != Node.Sources.end(); ++Source) {
             if (!m_Read.node(Source.value())) {
-                return fail(tr("Node \"%1\" reads a node \"%2\" that there is not")
-                                .arg(Node.Id, Source.value()));
+                return fail(
+                    tr("Node \"%1\" reads a node \"%2\" that there is not").arg(Node.Id, Source.value()));
             }
         }
         Unread.insert(Node.Id, Node.Sources.size());
@@ -280,8 +280,8 @@ bool OrvProceduralReader::readParameter(const QJsonObject& Json)
     Description::Parameter Parameter;
     OrvOperationParameter& Editor = Parameter.Editor;
     QString Type;
-    if (!string(Json, QStringLiteral("name"), Required,
-            tr("Parameter %1").arg(m_Read.Parameters.size() + 1), Editor.Name, m_Error))
+    if (!string(Json, QStringLiteral("name"), Required, tr("Parameter %1").arg(m_Read.Parameters.size() + 1),
+            Editor.Name, m_Error))
         return false;
     const QString Owner = tr("Parameter \"%1\"").arg(Editor.Name);
     if (!isIdentifier(Editor.Name))
@@ -342,8 +342,7 @@ bool OrvProceduralReader::readChoices(
     const bool Wanted = Editor.Type == OrvOperationParameter::Enumeration;
     if (!Wanted && Json.contains(QStringLiteral("choices")))
         return fail(tr("%1 is no enumeration and has no choices").arg(Owner));
-    if (Wanted
-        && !strings(Json, QStringLiteral("choices"), Required, Owner, Editor.Choices, m_Error))
+    if (Wanted && !strings(Json, QStringLiteral("choices"), Required, Owner, Editor.Choices, m_Error))
         return false;
     for (const QString& Choice : qAsConst(Editor.Choices)) {
         QString Label = Choice;
@@ -373,8 +372,7 @@ bool OrvProceduralReader::readBindings(
 bool OrvProceduralReader::readBinding(const QJsonValue& Json, const QString& Owner,
     const OrvOperationParameter& Editor, Description::Binding& Binding)
 {
-    static const QStringList Known{
-        QStringLiteral("to"), QStringLiteral("factor"), QStringLiteral("offset")};
+    static const QStringList Known{QStringLiteral("to"), QStringLiteral("factor"), QStringLiteral("offset")};
     QString Target = Json.toString();
     const QJsonObject Details = Json.toObject();
     if (Json.isObject()

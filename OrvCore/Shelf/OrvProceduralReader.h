@@ -27,14 +27,12 @@ private:
     bool readValues(const QJsonObject& Json, OrvProceduralDescription::Node& Node);
     bool checkConnections();
     bool readParameter(const QJsonObject& Json);
-    bool readRange(
-        const QJsonObject& Json, const QString& Owner, OrvOperationParameter& Editor);
-    bool readChoices(
-        const QJsonObject& Json, const QString& Owner, OrvOperationParameter& Editor);
+    bool readRange(const QJsonObject& Json, const QString& Owner, OrvOperationParameter& Editor);
+    bool readChoices(const QJsonObject& Json, const QString& Owner, OrvOperationParameter& Editor);
     bool readBindings(
         const QJsonObject& Json, const QString& Owner, OrvProceduralDescription::Parameter& Parameter);
-    bool readBinding(const QJsonValue& Json, const QString& Owner,
-        const OrvOperationParameter& Editor, OrvProceduralDescription::Binding& Binding);
+    bool readBinding(const QJsonValue& Json, const QString& Owner, const OrvOperationParameter& Editor,
+        OrvProceduralDescription::Binding& Binding);
     bool fail(const QString& Text);
 
     OrvProceduralDescription& m_Read;

@@ -46,8 +46,8 @@ OrvShelfEntry OrvShelfEntry::read(const QString& Path, const QString& Key)
     Entry.Path = Path;
     Entry.Key = Key;
     Entry.Name = Key.section(QLatin1Char('/'), -1);
-    Entry.What = Path.endsWith(OrvMaterialDescription::Suffix, Qt::CaseInsensitive) ? Material
-                                                                                    : CustomProcedural;
+    Entry.What
+        = Path.endsWith(OrvMaterialDescription::Suffix, Qt::CaseInsensitive) ? Material : CustomProcedural;
     if (Entry.What == Material)
         readMaterial(Entry);
     else
@@ -58,6 +58,6 @@ OrvShelfEntry OrvShelfEntry::read(const QString& Path, const QString& Key)
 bool OrvShelfEntry::operator==(const OrvShelfEntry& Other) const
 {
     return Key == Other.Key && Path == Other.Path && What == Other.What && Name == Other.Name
-        && Description == Other.Description && Text == Other.Text && Values == Other.Values && Error == Other.Error
-        && MissesGeoChannels == Other.MissesGeoChannels;
+        && Description == Other.Description && Text == Other.Text && Values == Other.Values
+        && Error == Other.Error && MissesGeoChannels == Other.MissesGeoChannels;
 }

@@ -6,7 +6,6 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 
@@ -193,8 +192,8 @@ bool value(const QJsonValue& Json, const OrvOperationParameter& Parameter, const
     case OrvOperationParameter::Enumeration:
         Value = Json.toString();
         return Parameter.Choices.contains(Json.toString())
-            || fail(Error,
-                tr("%1 is to be one of %2").arg(Owner, Parameter.Choices.join(QStringLiteral(", "))));
+            || fail(
+                Error, tr("%1 is to be one of %2").arg(Owner, Parameter.Choices.join(QStringLiteral(", "))));
     case OrvOperationParameter::Color:
         return color(Json, Value)
             || fail(Error, tr("%1 is to be a colour, such as \"#8a6136\" or [0.25, 0.1, 0.04]").arg(Owner));

@@ -19,8 +19,7 @@ bool parse(const QByteArray& Text, QJsonObject& Object, QString& Error);
 /// The entry of that name says which version of the format the object is written in.
 bool checkVersion(const QJsonObject& Object, const QString& Format, int NewestVersion, QString& Error);
 /// No entry but these and "comment". The owner is how the object is called in the sentence.
-bool checkEntries(
-    const QJsonObject& Object, const QStringList& Known, const QString& Owner, QString& Error);
+bool checkEntries(const QJsonObject& Object, const QStringList& Known, const QString& Owner, QString& Error);
 
 enum Presence { Required, Optional };
 bool string(const QJsonObject& Object, const QString& Entry, Presence Wanted, const QString& Owner,

@@ -28,8 +28,8 @@ OrvCustomAttribute hidden(const QString& Name, const QVariant& Value)
     return Attribute;
 }
 
-QVariant driven(
-    const QVariant& Value, const OrvProceduralDescription::Binding& Binding, const OrvOperationParameter& Target)
+QVariant driven(const QVariant& Value, const OrvProceduralDescription::Binding& Binding,
+    const OrvOperationParameter& Target)
 {
     switch (Target.Type) {
     case OrvOperationParameter::Real:
@@ -117,7 +117,8 @@ void OrvSnCustomProceduralNode::rebuild(const QByteArray& Text)
     QString Error;
     if (!OrvProceduralDescription::fromText(Text, *m_pProcedural, Error)) {
         OrvDebug("OrvSnCustomProceduralNode", __LINE__,
-            QStringLiteral("[ !! ] The custom procedural '%1' is damaged: %2").arg(name(), Error), false, false);
+            QStringLiteral("[ !! ] The custom procedural '%1' is damaged: %2").arg(name(), Error), false,
+            false);
         return;
     }
     for (const OrvProceduralDescription::Parameter& Parameter : qAsConst(m_pProcedural->Parameters))

@@ -282,7 +282,7 @@ private Q_SLOTS:
             QProcess Saver;
             Saver.start(QCoreApplication::applicationFilePath(), {"--save-for-ever", m_Path});
             QVERIFY(Saver.waitForReadyRead(30000)); // the first save is done
-            QTest::qSleep(QRandomGenerator::global()->bounded(60));
+            QTest::qSleep(1 + QRandomGenerator::global()->bounded(60));
             Saver.kill();
             QVERIFY(Saver.waitForFinished());
             QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));

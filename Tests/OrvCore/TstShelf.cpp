@@ -136,7 +136,8 @@ private Q_SLOTS:
         {
             OrvTestProject Project;
             create(Project.channel())->customProceduralNode()->setUserAttributeValue("share", 2.0);
-            QVERIFY(Project.layer("Two Colors")->customProceduralNode()->userAttribute("share").value() == 2.0);
+            QVERIFY(
+                Project.layer("Two Colors")->customProceduralNode()->userAttribute("share").value() == 2.0);
             QVERIFY2(OrvProjectManager::instance().saveProjectAs(Folder, Error), qPrintable(Error));
             QVERIFY(QFile::remove(m_File));
             QVERIFY2(OrvProjectManager::instance().openProject(Folder, Error), qPrintable(Error));
@@ -256,8 +257,10 @@ private Q_SLOTS:
         for (int Level = 0; Level < 15; ++Level) {
             const QByteArray Next = QByteArray::number(Level) + ".orvproc";
             write(QString::fromLatin1(Next),
-                json("{'orvproc': 1, 'name': 'N', 'type': 'color', 'nodes': [{'id': 'a', 'procedural': 'FILE'},"
-                     "{'id': 'b', 'procedural': 'FILE'}, {'id': 'c', 'blend': 'Add', 'base': 'a', 'over': 'b'}],"
+                json("{'orvproc': 1, 'name': 'N', 'type': 'color', 'nodes': [{'id': 'a', 'procedural': "
+                     "'FILE'},"
+                     "{'id': 'b', 'procedural': 'FILE'}, {'id': 'c', 'blend': 'Add', 'base': 'a', 'over': "
+                     "'b'}],"
                      "'output': 'c'}")
                     .replace("FILE", Name));
             Name = Next;
@@ -275,8 +278,8 @@ private Q_SLOTS:
         QVERIFY(!pLayer->hasMissingGeoChannels());
         QSignalSpy Missing(pLayer, &OrvLayer::missingGeoChannelsRefreshed);
         QSignalSpy Type(pLayer, &OrvLayer::proceduralTypeChanged);
-        const QByteArray Needy = changed(
-            "'type': 'color',\n    'p", "'type': 'mask', 'channels': ['Curvature'],\n    'p");
+        const QByteArray Needy
+            = changed("'type': 'color',\n    'p", "'type': 'mask', 'channels': ['Curvature'],\n    'p");
         pLayer->customProceduralNode()->setUserAttributeValue(
             OrvSnCustomProceduralNode::ProceduralAttribute, QString::fromUtf8(Needy));
         QVERIFY(pLayer->hasMissingGeoChannels());
@@ -384,7 +387,8 @@ private Q_SLOTS:
         QTRY_VERIFY(Thumbnailer.isIdle());
         QCOMPARE(Ready.size(), 2);
         QCOMPARE(Ready[0][0].toString(), QStringLiteral("A"));
-        QCOMPARE(Ready[0][1].value<QImage>().pixelColor(9, 9).red(), 188); // half of red, as a screen shows it
+        QCOMPARE(
+            Ready[0][1].value<QImage>().pixelColor(9, 9).red(), 188); // half of red, as a screen shows it
         QCOMPARE(Ready[1][1].value<QImage>().pixelColor(9, 9).green(), 188);
         Thumbnailer.request("Dropped", TwoColors);
         QCoreApplication::processEvents(); // destroyed while its thread may be at work
@@ -392,14 +396,16 @@ private Q_SLOTS:
 
     void materialsNameTheirStreams()
     {
-        const QByteArray Good = json(
-            "{'orvmat': 1, 'name': 'Brick', 'streams': {"
-            "'Base Color': {'procedural': 'Two Colors.orvproc', 'values': {'share': 3}},"
-            "'Normal': {'image': 'normal.png'}, 'Roughness': {'value': 0.25}, 'Tint': {'color': '#ff0000'}}}");
+        const QByteArray Good
+            = json("{'orvmat': 1, 'name': 'Brick', 'streams': {"
+                   "'Base Color': {'procedural': 'Two Colors.orvproc', 'values': {'share': 3}},"
+                   "'Normal': {'image': 'normal.png'}, 'Roughness': {'value': 0.25}, 'Tint': {'color': "
+                   "'#ff0000'}}}");
         write("normal.png", "pixels");
         OrvMaterialDescription Material;
         QString Error;
-        QVERIFY2(OrvMaterialDescription::read(write("Brick.orvmat", Good), Material, Error), qPrintable(Error));
+        QVERIFY2(
+            OrvMaterialDescription::read(write("Brick.orvmat", Good), Material, Error), qPrintable(Error));
         QCOMPARE(Material.Streams.size(), 4);
         QCOMPARE(Material.Streams[0].ProceduralValues.value("share").toDouble(), 3.0);
         QCOMPARE(Material.Streams[1].ImagePath, m_pDirectory->filePath("normal.png"));
@@ -413,7 +419,8 @@ private Q_SLOTS:
             QByteArray Bad = Good;
             Bad.replace(Fault.first, Fault.second);
             Error.clear();
-            QVERIFY2(!OrvMaterialDescription::read(write("Brick.orvmat", Bad), Material, Error), Fault.second);
+            QVERIFY2(
+                !OrvMaterialDescription::read(write("Brick.orvmat", Bad), Material, Error), Fault.second);
             QVERIFY2(Error.startsWith("Brick.orvmat: "), qPrintable(Error));
         }
     }
@@ -429,7 +436,8 @@ private Q_SLOTS:
         QVERIFY(!shelf().isMimeDataCustomProceduralFile(with("/a/Rust.orvmat").get()));
         QVERIFY(shelf().isMimeDataMaterialFile(with("/a/Rust.orvmat").get()));
         QVERIFY(!shelf().isMimeDataMaterialFile(with("/a/orvmat.png").get()));
-        QCOMPARE(shelf().pathListFromMimeData(with("/a/Rust 1.orvproc").get()), QStringList{"/a/Rust 1.orvproc"});
+        QCOMPARE(
+            shelf().pathListFromMimeData(with("/a/Rust 1.orvproc").get()), QStringList{"/a/Rust 1.orvproc"});
         const QMimeData Empty;
         QVERIFY(!shelf().isMimeDataCustomProceduralFile(&Empty) && !shelf().isMimeDataMaterialFile(nullptr));
     }
