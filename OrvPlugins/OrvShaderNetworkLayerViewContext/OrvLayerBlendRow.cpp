@@ -7,6 +7,7 @@
 #include "OrvCoreModules/Properties/OrvAdvancedBlendingOptionsPopup.h"
 #include "OrvCoreModules/Properties/OrvUserAttributeControletManager.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendBinding.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
@@ -195,12 +196,13 @@ QWidget* OrvLayerBlendRow::addControlet(int Position, const QString& AttributeNa
     constexpr int LabelWidth = 32, Spacing = 1, MinimumEditorWidth = 130, MaximumEditorWidth = 140;
     constexpr int Style
         = OrvUserAttributeControletManager::NoLabel | OrvUserAttributeControletManager::Compact;
-    QWidget* pWidget = OrvUserAttributeControletManager::create(AttributeName, m_BlendNode,
+    if (!m_BlendNode || !m_BlendNode->exists(AttributeName))
+        return nullptr;
+    auto* pBinding = new OrvLayerBlendBinding(m_BlendNode, AttributeName, m_Layer, m_LayerStack);
+    QWidget* pWidget = OrvUserAttributeControletManager::createBound(AttributeName, pBinding,
         m_Pages->widget(BlendPage), LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
-    if (pWidget) {
-        m_BlendLayout->insertWidget(Position, pWidget);
-        pWidget->show();
-    }
+    m_BlendLayout->insertWidget(Position, pWidget);
+    pWidget->show();
     return pWidget;
 }
 

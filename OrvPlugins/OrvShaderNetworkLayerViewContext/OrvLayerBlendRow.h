@@ -15,7 +15,8 @@ class QStackedLayout;
 
 /// How the current layer of a Layers palette is blended: blend mode, amount and the advanced options, or for
 /// a group in pass-through mode the button that ends it. The palette owns the row and tells it what is
-/// current; the editors in it change the blend node themselves.
+/// current; the editors in it change the blend nodes themselves:
+/// that of the layer, and of those selected with it.
 class OrvLayerBlendRow : public QWidget {
     Q_OBJECT
 

@@ -3,9 +3,12 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
+#include "OrvDdi/Image/OrvImageSet.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnails.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
@@ -46,6 +49,20 @@ void OrvLayerComponentPushButton::setComponentIcon(const QIcon& Icon)
     showIcon();
 }
 
+void OrvLayerComponentPushButton::setImageSet(OrvImageSet* pImageSet)
+{
+    if (m_ImageSet == pImageSet)
+        return;
+    m_ImageSet = pImageSet;
+    // Another palette may go on showing it.
+    if (m_pThumbnail)
+        m_pThumbnail->disconnect(this);
+    m_pThumbnail = OrvLayerThumbnails::instance().thumbnail(pImageSet);
+    if (m_pThumbnail)
+        connect(m_pThumbnail.get(), SIGNAL(changed()), this, SLOT(showIcon()));
+    showIcon();
+}
+
 void OrvLayerComponentPushButton::setHighlighted(bool Highlighted)
 {
     // Setting even the same sheet would polish the button anew.
@@ -58,6 +75,11 @@ void OrvLayerComponentPushButton::setHighlighted(bool Highlighted)
 
 void OrvLayerComponentPushButton::showIcon()
 {
+    // A picture is seen on any ground, and darkening it would show other colours.
+    if (m_pThumbnail && !m_pThumbnail->icon().isNull()) {
+        setIcon(m_pThumbnail->icon());
+        return;
+    }
     setIcon(m_Highlighted ? OrvLayerRowIcons::darkened(m_ComponentIcon, this) : m_ComponentIcon);
 }
 

@@ -9,9 +9,11 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QVector>
 #include <QtWidgets/QMessageBox>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -27,25 +29,30 @@ bool isBlocked(const OrvLayer* pSharer)
     return !OrvLayerUtils::isLayerModifiable(pSharer);
 }
 
-QStringList reasonsToAsk(const OrvLayer* pLayer)
+bool hasBlockedSharer(const OrvLayer* pLayer)
+{
+    const QList<OrvLayer*> Sharers = pLayer->getOtherSharers();
+    return std::any_of(Sharers.cbegin(), Sharers.cend(), isBlocked);
+}
+
+QStringList reasonsToAsk(const QList<OrvLayer*>& Layers)
 {
     QStringList Reasons;
-    if (pLayer->isDownstreamLocked())
-        Reasons += Row::tr(
-            " * Ancestors of this layer are locked. Unlocking this layer will unlock its ancestors");
-    if (isCachedUpTo(pLayer))
-        Reasons += Row::tr(" * Up to this layer is cached. Unlocking this layer will remove the cache");
-    if (pLayer->hasLayerCache())
-        Reasons += Row::tr(" * This layer is cached. Unlocking this layer will remove the cache");
-    if (pLayer->isDownstreamCached())
-        Reasons += Row::tr(
-            " * This layer is part of a cached layer. Unlocking this layer will remove the cache.");
-    const QList<OrvLayer*> Sharers = pLayer->getOtherSharers();
-    if (std::any_of(Sharers.cbegin(), Sharers.cend(), isBlocked)) {
-        Reasons += Row::tr(
-            " * One of other shared layers that share resources with this layer is not modifiable due "
-            "to locking and/or caching. Unlocking this layer will remove the lock and/or cache");
-    }
+    const auto addWhere = [&](const auto& applies, const QString& Reason) {
+        if (std::any_of(Layers.cbegin(), Layers.cend(), applies))
+            Reasons += Reason;
+    };
+    addWhere([](const OrvLayer* pLayer) { return pLayer->isDownstreamLocked(); },
+        Row::tr(" * Ancestors of this layer are locked. Unlocking this layer will unlock its ancestors"));
+    addWhere(
+        isCachedUpTo, Row::tr(" * Up to this layer is cached. Unlocking this layer will remove the cache"));
+    addWhere([](const OrvLayer* pLayer) { return pLayer->hasLayerCache(); },
+        Row::tr(" * This layer is cached. Unlocking this layer will remove the cache"));
+    addWhere([](const OrvLayer* pLayer) { return pLayer->isDownstreamCached(); },
+        Row::tr(" * This layer is part of a cached layer. Unlocking this layer will remove the cache."));
+    addWhere(hasBlockedSharer,
+        Row::tr(" * One of other shared layers that share resources with this layer is not modifiable due "
+                "to locking and/or caching. Unlocking this layer will remove the lock and/or cache"));
     return Reasons;
 }
 
@@ -78,28 +85,8 @@ void setOwnLock(OrvLayer* pLayer, bool Locked)
         OrvDebug("OrvLayerViewItemRowWidget", __LINE__, QStringLiteral("LayerNode is NULL"), false, false);
 }
 
-} // namespace
-
-bool OrvLayerRowLock::isShownLocked(const OrvLayer* pLayer)
+void release(OrvLayer* pLayer)
 {
-    return pLayer->isLocked() || !pLayer->isModifiable();
-}
-
-void OrvLayerRowLock::lock(OrvLayer* pLayer)
-{
-    OrvUndoManager::AutoMacro Macro(Row::tr("Lock Layer '%1'").arg(pLayer->name()));
-    setOwnLock(pLayer, true);
-}
-
-void OrvLayerRowLock::unlock(OrvLayer* pLayer)
-{
-    const QStringList Reasons = reasonsToAsk(pLayer);
-    // While the user thinks the layer may go.
-    const QPointer<OrvLayer> pAsked = pLayer;
-    if (!Reasons.isEmpty() && (!userAgrees(Reasons) || !pAsked))
-        return;
-
-    OrvUndoManager::AutoMacro Macro(Row::tr("Unlock Layer '%1'").arg(pLayer->name()));
     releaseAround(pLayer);
     for (OrvLayer* pSharer : pLayer->getOtherSharers()) {
         if (isBlocked(pSharer)) {
@@ -108,4 +95,52 @@ void OrvLayerRowLock::unlock(OrvLayer* pLayer)
         }
     }
     setOwnLock(pLayer, false);
+}
+
+void lock(const QList<OrvLayer*>& Layers)
+{
+    OrvUndoManager::AutoMacro Macro(
+        Layers.size() == 1 ? Row::tr("Lock Layer '%1'").arg(Layers.first()->name()) : Row::tr("Lock Layers"));
+    for (OrvLayer* pLayer : Layers)
+        setOwnLock(pLayer, true);
+}
+
+void unlock(const QList<OrvLayer*>& Layers)
+{
+    // While the user thinks the layers may go.
+    QVector<QPointer<OrvLayer>> Asked;
+    for (OrvLayer* pLayer : Layers)
+        Asked.append(pLayer);
+    const QStringList Reasons = reasonsToAsk(Layers);
+    if (!Reasons.isEmpty() && !userAgrees(Reasons))
+        return;
+    Asked.removeAll(nullptr);
+    if (Asked.isEmpty())
+        return;
+
+    OrvUndoManager::AutoMacro Macro(Asked.size() == 1
+            ? Row::tr("Unlock Layer '%1'").arg(Asked.first()->name())
+            : Row::tr("Unlock Layers"));
+    for (OrvLayer* pLayer : qAsConst(Asked))
+        release(pLayer);
+}
+
+} // namespace
+
+bool OrvLayerRowLock::isShownLocked(const OrvLayer* pLayer)
+{
+    return pLayer->isLocked() || !pLayer->isModifiable();
+}
+
+void OrvLayerRowLock::setLocked(const QList<OrvLayer*>& Layers, bool Locked)
+{
+    QList<OrvLayer*> ToChange;
+    std::copy_if(Layers.cbegin(), Layers.cend(), std::back_inserter(ToChange),
+        [Locked](const OrvLayer* pLayer) { return isShownLocked(pLayer) != Locked; });
+    if (ToChange.isEmpty())
+        return;
+    if (Locked)
+        lock(ToChange);
+    else
+        unlock(ToChange);
 }

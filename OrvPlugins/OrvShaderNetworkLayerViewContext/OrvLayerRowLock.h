@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QList>
+
 class OrvLayer;
 
 /// The lock of a layer as its row shows it: closed as soon as anything keeps the layer from being changed, a
@@ -7,9 +9,9 @@ class OrvLayer;
 namespace OrvLayerRowLock {
 
 bool isShownLocked(const OrvLayer* pLayer);
-void lock(OrvLayer* pLayer);
-/// Takes away everything that keeps the layer from being changed, in one undo step. The user is asked first
-/// where that touches more than the layer's own lock, and may leave everything as it was.
-void unlock(OrvLayer* pLayer);
+/// Those that are not shown so yet, all in one undo step. Unlocking takes away everything that keeps a layer
+/// from being changed. The user is asked first, and once, where that touches more than a layer's own lock,
+/// and may leave everything as it was.
+void setLocked(const QList<OrvLayer*>& Layers, bool Locked);
 
 } // namespace OrvLayerRowLock

@@ -300,14 +300,6 @@ void OrvLayerTreeView::leaveEvent(QEvent* pEvent)
     QTreeView::leaveEvent(pEvent);
 }
 
-void OrvLayerTreeView::keyPressEvent(QKeyEvent* pEvent)
-{
-    if (pEvent->key() == Qt::Key_F2 && pEvent->modifiers() == Qt::NoModifier)
-        m_LayerView->renameCurrentLayer();
-    else
-        QTreeView::keyPressEvent(pEvent);
-}
-
 void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
 {
     const QMimeData* pData = pEvent->mimeData();
@@ -422,8 +414,14 @@ QSize OrvLayerTreeView::viewportSizeHint() const
 
 void OrvLayerTreeView::paintEvent(QPaintEvent* pEvent)
 {
+    executeDelayedItemsLayout();
+    if (m_RowLayoutPending) {
+        // Unfolding everything lays the rows out behind the back of doItemsLayout().
+        m_RowLayoutPending = false;
+        updateEditorGeometries();
+    }
     QTreeView::paintEvent(pEvent);
-    if (m_EmptyText.isEmpty() || model()->rowCount() > 0)
+    if (m_EmptyText.isEmpty() || indexAt(QPoint()).isValid())
         return;
     QPainter Painter(viewport());
     Painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));

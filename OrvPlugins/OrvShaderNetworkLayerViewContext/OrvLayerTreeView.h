@@ -28,7 +28,7 @@ public:
     void setRowWidget(const QModelIndex& Index, QWidget* pWidget);
     /// Puts the layout of the rows off until somebody needs it.
     void scheduleRowLayout();
-    /// Shown in the middle of a tree without rows.
+    /// Shown in the middle of a tree that shows no rows.
     void setEmptyText(const QString& Text);
 
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -48,7 +48,6 @@ protected:
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
     void dragLeaveEvent(QDragLeaveEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
     void scrollContentsBy(int X, int Y) override;
     QStyleOptionViewItem viewOptions() const override;

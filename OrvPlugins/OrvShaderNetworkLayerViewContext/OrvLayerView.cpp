@@ -22,6 +22,7 @@
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerKeyCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertiesArea.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackChanges.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
@@ -37,6 +38,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvNodeMenuBuilder.h"
 
 #include <QtCore/QTimer>
@@ -99,6 +101,7 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
     m_RowFilter = new OrvLayerViewRowFilter(m_Model, m_View, m_FilterBar, this);
     m_StackChanges = new OrvLayerStackChanges(this);
+    m_VisibilityGesture = new OrvLayerVisibilityGesture(this);
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     connectParts();
@@ -211,6 +214,7 @@ void OrvLayerView::registerShortcuts()
         m_View, QKeySequence(Qt::CTRL + Qt::Key_C), SLOT(copy()), this);
     OrvActionHelpers::createAndRegisterShortcut(
         m_View, QKeySequence(Qt::CTRL + Qt::Key_V), SLOT(paste()), this);
+    new OrvLayerKeyCommands(this);
 }
 
 void OrvLayerView::restoreSplitter()
@@ -374,6 +378,8 @@ QString OrvLayerView::emptyText() const
 {
     if (!OrvProjectManager::instance().currentProject())
         return tr("Create or open a project to see its layers.");
+    if (m_Model->rowCount() > 0 && m_FilterBar->filterActive())
+        return tr("No layer passes the filter.");
     return m_LayerStack ? tr("There are no layers yet.\nAdd one with the buttons below.")
                         : tr("Choose a channel to see its layers.");
 }
@@ -583,6 +589,7 @@ void OrvLayerView::updateItemTreeFilteredStates(QStandardItem* pRootItem)
 void OrvLayerView::updateItemTreeFilteredStates()
 {
     updateItemTreeFilteredStates(m_Model->invisibleRootItem());
+    m_View->setEmptyText(emptyText());
 }
 
 void OrvLayerView::updateShaderInputConnections()

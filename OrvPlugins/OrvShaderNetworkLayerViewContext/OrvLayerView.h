@@ -26,6 +26,7 @@ class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
 class OrvLayerViewRowFilter;
 class OrvLayerViewRowSynchronizer;
+class OrvLayerVisibilityGesture;
 class OrvPalette;
 class OrvProject;
 class OrvShaderNetwork;
@@ -59,6 +60,7 @@ public:
     OrvLayerTreeView* treeView() const { return m_View; }
     OrvLayerViewModel* model() const { return m_Model; }
     OrvLayerToolBar* toolBar() const { return m_ToolBar; }
+    OrvLayerVisibilityGesture* visibilityGesture() const { return m_VisibilityGesture; }
     /// Null without a layer there.
     OrvLayer* layerFromIndex(const QModelIndex& Index) const;
     OrvLayerViewItemRowWidget* rowWidget(const QModelIndex& Index) const;
@@ -174,4 +176,5 @@ private:
     std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
     std::unique_ptr<OrvLayerViewCommands> m_Commands;
     OrvLayerStackChanges* m_StackChanges = nullptr;
+    OrvLayerVisibilityGesture* m_VisibilityGesture = nullptr;
 };

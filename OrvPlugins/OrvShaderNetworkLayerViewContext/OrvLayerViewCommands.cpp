@@ -58,8 +58,12 @@ OrvLayerViewCommands::OrvLayerViewCommands(OrvLayerView* pLayerView)
 
 OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
 {
-    if (!m_LayerView->layerStack())
+    if (!m_LayerView->layerStack()) {
         report(Line, "pLayerStack is NULL");
+        OrvStatusManager::instance().showMessage(
+            OrvLayerView::tr("There are no layers to work on: add or choose a channel first."),
+            StatusDuration);
+    }
     return m_LayerView->layerStack();
 }
 

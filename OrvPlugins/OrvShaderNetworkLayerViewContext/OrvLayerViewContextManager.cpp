@@ -42,6 +42,7 @@ constexpr int MainViewFlags = 0;
 constexpr int StackViewFlags = 2;
 constexpr int DeletionDelay = 1; // ms
 constexpr int RaiseDelay = 10; // ms
+const QPoint BelowClickedRow(24, 36); // from the cursor: the row stays in sight
 constexpr int WindowStateVersion = 0;
 
 void report(int Line, const char* Message) { OrvDebug(File, Line, QString::fromLatin1(Message), false, false); }
@@ -183,7 +184,7 @@ void OrvLayerViewContextManager::openLayerStackPalette(OrvLayerStack* pLayerStac
     const QWidget* pBody = pPalette->originalWidget();
     if (!pBody || !pBody->isVisible()) {
         pPalette->show();
-        OrvMoveWidgetToCursor(pPalette, QPoint());
+        OrvMoveWidgetToCursor(pPalette, BelowClickedRow);
     }
     QTimer::singleShot(RaiseDelay, pPalette, SLOT(raise()));
 }

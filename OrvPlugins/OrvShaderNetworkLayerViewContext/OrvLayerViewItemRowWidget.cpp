@@ -15,6 +15,7 @@
 #include "OrvCoreModules/Menus/OrvToggleAction.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowContents.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowCost.h"
@@ -24,12 +25,14 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QGuiApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QToolButton>
 
 using namespace OrvLayerViewContext;
 
@@ -259,11 +262,19 @@ void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
         return;
     if (componentClick() == RepeatedShiftClick)
         return;
-    const bool Visible = !m_Layer->isVisible();
-    OrvUndoManager::AutoMacro Macro(
-        (Visible ? tr("Show Layer '%1'") : tr("Hide Layer '%1'")).arg(m_Layer->name()));
-    m_Layer->setVisible(Visible);
+    OrvLayerVisibilityGesture* pGesture = m_LayerView->visibilityGesture();
+    if (QGuiApplication::keyboardModifiers() == Qt::AltModifier)
+        pGesture->toggleAlone(m_Layer);
+    else if (m_pContents && m_pContents->pVisibilityButton->isDown())
+        pGesture->press(m_Layer, mapToGlobal(eyeGeometry().center()));
+    else
+        pGesture->toggle(m_Layer);
     updateVisibilityIcon();
+}
+
+QRect OrvLayerViewItemRowWidget::eyeGeometry() const
+{
+    return m_pContents ? m_pContents->pVisibilityButton->geometry() : QRect();
 }
 
 void OrvLayerViewItemRowWidget::updateVisibilityIcon()
@@ -272,7 +283,8 @@ void OrvLayerViewItemRowWidget::updateVisibilityIcon()
         return;
     const bool Visible = m_Layer->isVisible();
     m_pContents->pVisibilityButton->setIcon(OrvLayerRowIcons::visibility(Visible));
-    m_pContents->pVisibilityButton->setToolTip(Visible ? tr("Hide the layer") : tr("Show the layer"));
+    m_pContents->pVisibilityButton->setToolTip((Visible ? tr("Hide the layer") : tr("Show the layer"))
+        + QLatin1Char('\n') + tr("Alt + Click to show it alone"));
     m_pContents->pVisibilityButton->setEnabled(m_Layer->isVisibilityChangeable());
 }
 
@@ -306,6 +318,7 @@ void OrvLayerViewItemRowWidget::updatePaintButton()
         return;
     m_pContents->pPaintButton->setComponentIcon(
         OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
+    m_pContents->pPaintButton->setImageSet(m_Layer->paintImageSet());
     m_pContents->pPaintButton->setComponentNode(m_Layer->blendNode());
     m_pContents->pPaintButton->setToolTip(OrvLayerComponentPushButton::dragHint(m_Layer));
 }
@@ -350,6 +363,8 @@ void OrvLayerViewItemRowWidget::updateMaskIcon()
     pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
     pMaskButton->setComponentNode(m_Layer->maskNode());
     pMaskButton->setComponentIcon(icon(OrvLayerRowIcons::mask(m_Layer), pMaskButton));
+    // A mask that is switched off shows its pale icon: its pixels count for nothing.
+    pMaskButton->setImageSet(Enabled ? m_Layer->maskImageSet() : nullptr);
     const QString Hint = OrvLayerComponentPushButton::dragHint(m_Layer);
     pMaskButton->setToolTip(QStringList{tr("Mask"), Toggle, QString(), Hint}.join(QLatin1Char('\n')));
     updateComponentButtons();
@@ -403,10 +418,7 @@ void OrvLayerViewItemRowWidget::onLockedChanged(bool Locked)
         return;
     // A refresh while the user is asked may take the row away.
     const QPointer<OrvLayerViewItemRowWidget> pThis = this;
-    if (Locked)
-        OrvLayerRowLock::lock(m_Layer);
-    else
-        OrvLayerRowLock::unlock(m_Layer);
+    OrvLayerRowLock::setLocked(OrvLayerEditScope::of(m_Layer, m_LayerView->layerStack()), Locked);
     if (pThis)
         updateLock();
 }

@@ -33,6 +33,8 @@ public:
     /// Shows the rich text in the place of the name; editing starts from the plain name all the same.
     void showFilteredName(const QString& RichText, const QString& PlainName);
     void showPlainName();
+    /// Of the visibility button; nowhere before the row was painted.
+    QRect eyeGeometry() const;
     /// Lets the user edit the name in its place.
     void editName();
 

@@ -2,7 +2,12 @@
 
 #include "OrvCoreModules/Window/OrvIcon.h"
 
+#include <QtGui/QActionEvent>
 #include <QtWidgets/QToolButton>
+
+namespace {
+constexpr int ButtonMargin = 3; // around the icon
+} // namespace
 
 OrvPanelToolBar::OrvPanelToolBar(const QString& RootMenu, QWidget* pParent)
     : QToolBar(pParent)
@@ -26,6 +31,17 @@ void OrvPanelToolBar::removePublishedAction(const QString& Root, const QString& 
 {
     if (pAction && isMeant(Root, Sub))
         removeAction(pAction);
+}
+
+void OrvPanelToolBar::actionEvent(QActionEvent* pEvent)
+{
+    QToolBar::actionEvent(pEvent);
+    if (pEvent->type() != QEvent::ActionAdded)
+        return;
+    // A palette of the usual width has room for all commands only if none takes more than it needs.
+    auto* pButton = qobject_cast<QToolButton*>(widgetForAction(pEvent->action()));
+    if (pButton && !pEvent->action()->menu())
+        pButton->setFixedSize(iconSize() + 2 * QSize(ButtonMargin, ButtonMargin));
 }
 
 bool OrvPanelToolBar::isMeant(const QString& Root, const QString& Sub) const

@@ -15,6 +15,9 @@ public:
     void addPublishedAction(const QString& Root, const QString& Sub, QAction* pAction);
     void removePublishedAction(const QString& Root, const QString& Sub, QAction* pAction);
 
+protected:
+    void actionEvent(QActionEvent* pEvent) override;
+
 private:
     bool isMeant(const QString& Root, const QString& Sub) const;
 

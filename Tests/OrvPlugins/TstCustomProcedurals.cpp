@@ -70,8 +70,8 @@ private Q_SLOTS:
     {
         QMenu Root;
         QHash<QString, QMenu*> Menus{{"Noise", Root.addMenu("Noise")}};
-        m_pView->createCustomProceduralLayerMenu(&Root, Menus,
-            {{"Noise/Soft", {"Soft Noise", QIcon()}}, {"Masks/Dirt", {"Dirt", QIcon()}}});
+        m_pView->createCustomProceduralLayerMenu(
+            &Root, Menus, {{"Noise/Soft", {"Soft Noise", QIcon()}}, {"Masks/Dirt", {"Dirt", QIcon()}}});
         QCOMPARE(Root.actions().size(), 2); // "Noise" was used again
         QCOMPARE(Menus.value("Noise")->actions().size(), 1);
         QAction* pDirt = Menus.value("Masks")->actions().first();

@@ -237,6 +237,13 @@ private Q_SLOTS:
         QCOMPARE(shownRows(), QStringLiteral("Rusty things()"));
         QCOMPARE(nameShown(pOuter), QStringLiteral("Rusty <b>things</b>"));
 
+        // A tree that shows nothing says why.
+        nameEdit()->setText(QStringLiteral("nothing"));
+        QCOMPARE(shownRows(), QString());
+        const QImage Told = m_View->treeView()->viewport()->grab().toImage();
+        m_View->treeView()->setEmptyText(QString());
+        QVERIFY(Told != m_View->treeView()->viewport()->grab().toImage());
+
         // A warning is about no layer, and never hidden.
         Layers[2]->blendNode()->disconnectInput(OrvSnNames::Base);
         m_View->refresh();

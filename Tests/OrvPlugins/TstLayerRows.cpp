@@ -1,6 +1,7 @@
 #include "LayersFixture.h"
 
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
@@ -44,6 +45,8 @@ private Q_SLOTS:
     {
         QVERIFY(m_Directory.isValid());
         qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        // Icons are compared below.
+        OrvSettings().setValue(QStringLiteral("LayerView/Thumbnails"), false);
         OrvShaderInputActions::instance();
         OrvLayerActions::instance();
         m_View = OrvLayerViewContextManager::instance().mainLayerView();

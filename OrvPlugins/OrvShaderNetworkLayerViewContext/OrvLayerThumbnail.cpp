@@ -1,0 +1,53 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
+
+#include "OrvDdi/Image/OrvImageSet.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnailPicture.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnails.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QPixmap>
+
+OrvLayerThumbnail::OrvLayerThumbnail(OrvImageSet* pImageSet)
+    : m_ImageSet(pImageSet)
+{
+    m_Due.setSingleShot(true);
+    connect(&m_Due, SIGNAL(timeout()), this, SLOT(make()));
+    connect(pImageSet, SIGNAL(pixelsChanged(QRect)), this, SLOT(onPixelsChanged()));
+    connect(pImageSet, SIGNAL(replaced()), this, SLOT(onPixelsChanged()));
+    m_Due.start(0);
+}
+
+void OrvLayerThumbnail::onPixelsChanged()
+{
+    m_Due.start(RestInterval);
+}
+
+void OrvLayerThumbnail::make()
+{
+    if (!m_ImageSet)
+        return;
+    if (m_Reading) {
+        onPixelsChanged();
+        return;
+    }
+    const int DeviceEdge = qRound(Edge * qGuiApp->devicePixelRatio());
+    if (m_ImageSet->isUniform()) {
+        showPicture(OrvLayerThumbnailPicture::ofColor(
+            m_ImageSet->fillColor(), m_ImageSet->format(), m_ImageSet->extent().size(), DeviceEdge));
+        return;
+    }
+    m_Reading = true;
+    // No snapshot: what is written while it is read announces itself, and makes the next picture.
+    OrvLayerThumbnails::instance().read(shared_from_this(), m_ImageSet->buffer(), DeviceEdge);
+}
+
+void OrvLayerThumbnail::showPicture(const QImage& Picture)
+{
+    m_Reading = false;
+    QPixmap Pixmap = QPixmap::fromImage(Picture);
+    Pixmap.setDevicePixelRatio(qreal(Picture.width()) / Edge);
+    m_Icon = QIcon(Pixmap);
+    Q_EMIT changed();
+}
+
+#include "moc_OrvLayerThumbnail.cpp"

@@ -1,0 +1,463 @@
+#include "LayersFixture.h"
+
+#include "OrvCoreModules/Widgets/OrvComboBox.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolButton>
+#include <QtWidgets/QUndoStack>
+
+using namespace LayersFixture;
+
+/// What one gesture or key in the Layers palette does to several layers at once.
+class TstLayerGestures : public QObject {
+    Q_OBJECT
+
+    using Row = OrvLayerViewItemRowWidget;
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+        OrvApplication::appInstance().setInitialized(true);
+        OrvShaderInputActions::instance();
+        OrvLayerActions::instance();
+        m_View = OrvLayerViewContextManager::instance().mainLayerView();
+        OrvMainWindow::instance().resize(1000, 800);
+        OrvMainWindow::instance().show();
+        OrvPaletteManager::find(QStringLiteral("Layers"))->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
+    }
+
+    void init()
+    {
+        OrvProjectManager::instance().newProject(QStringLiteral("Test"));
+        m_Channel = addChannel(QStringLiteral("Diffuse"));
+        m_View->setLayerStack(m_Channel);
+        m_Layers = addLayers(m_Channel, {"A", "B", "C", "D"});
+        refresh();
+        m_UndoIndex = undoIndex();
+    }
+
+    void cleanup()
+    {
+        OrvProjectManager::instance().closeProject();
+        m_View->refresh();
+        QTest::qWait(10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void sweepGivesTheStateOfTheFirst()
+    {
+        m_Layers[1]->setVisible(false);
+        m_UndoIndex = undoIndex();
+        QTest::mousePress(eye(m_Layers[0]), Qt::LeftButton);
+        QCOMPARE(visible(), QStringLiteral("CD"));
+        // Faster than there are events for every row; what was hidden already stays so.
+        drag(m_Layers[0], eyeCenter(m_Layers[2]));
+        QCOMPARE(visible(), QStringLiteral("D"));
+        drag(m_Layers[0], eyeCenter(m_Layers[3]) + QPoint(60, 0));
+        release(m_Layers[0], eyeCenter(m_Layers[3]));
+        QCOMPARE(visible(), QStringLiteral("D"));
+        drag(m_Layers[0], eyeCenter(m_Layers[3]));
+        QCOMPARE(visible(), QStringLiteral("D"));
+        expectOneStep(QStringLiteral("ACD"), QStringLiteral("D"));
+    }
+
+    void sweepReachesIntoGroups()
+    {
+        OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
+        refresh();
+        m_UndoIndex = undoIndex();
+        QTest::mousePress(eye(m_Layers[0]), Qt::LeftButton);
+        drag(m_Layers[0], eyeCenter(m_Layers[3]));
+        release(m_Layers[0], eyeCenter(m_Layers[3]));
+        QVERIFY(!pGroup->isVisible());
+        expectOneStep(QStringLiteral("ABCD"), QString());
+    }
+
+    void sweepOutlivesItsRow()
+    {
+        QTest::mousePress(eye(m_Layers[0]), Qt::LeftButton);
+        m_View->clearAndRefresh();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        m_View->treeView()->grab();
+        drag(m_Layers[1], eyeCenter(m_Layers[1]));
+        release(m_Layers[1], eyeCenter(m_Layers[1]));
+        expectOneStep(QStringLiteral("ABCD"), QStringLiteral("CD"));
+    }
+
+    void keysDuringASweepFindTheDocumentWhole()
+    {
+        QTest::mousePress(eye(m_Layers[0]), Qt::LeftButton);
+        QTest::keyClick(m_View->treeView(), Qt::Key_Control, Qt::ControlModifier);
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        drag(m_Layers[0], eyeCenter(m_Layers[2]));
+        QCOMPARE(visible(), QStringLiteral("BCD"));
+        release(m_Layers[0], eyeCenter(m_Layers[0]));
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+    }
+
+    void altClickShowsALayerAlone()
+    {
+        m_Layers[3]->setVisible(false);
+        m_UndoIndex = undoIndex();
+        altClick(m_Layers[1]);
+        expectOneStep(QStringLiteral("ABC"), QStringLiteral("B"));
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("ABC"));
+        QCOMPARE(undoIndex(), m_UndoIndex + 2);
+        // A hidden layer is hidden again.
+        altClick(m_Layers[3]);
+        QCOMPARE(visible(), QStringLiteral("D"));
+        altClick(m_Layers[0]);
+        QCOMPARE(visible(), QStringLiteral("A"));
+        altClick(m_Layers[0]);
+        QCOMPARE(visible(), QStringLiteral("ABC"));
+    }
+
+    void whatWasSurvivesChangesInBetween()
+    {
+        m_Layers[3]->setVisible(false);
+        altClick(m_Layers[1]);
+        m_Channel->deleteLayers({m_Layers[2]});
+        addLayer(m_Channel, QStringLiteral("E"));
+        refresh();
+        altClick(m_Layers[1]);
+        m_Layers.removeAt(2);
+        QCOMPARE(visible(), QStringLiteral("AB"));
+
+        // Undone, it is no longer in effect, and is done anew.
+        altClick(m_Layers[0]);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(visible(), QStringLiteral("AB"));
+        altClick(m_Layers[0]);
+        QCOMPARE(visible(), QStringLiteral("A"));
+        // The user's own clicks weigh more than what is remembered.
+        click(eye(m_Layers[1]));
+        altClick(m_Layers[0]);
+        QCOMPARE(visible(), QStringLiteral("A"));
+    }
+
+    void layerInAGroupIsAloneInTheWholeStack()
+    {
+        OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
+        pGroup->setVisible(false);
+        refresh();
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("B"));
+        QVERIFY(pGroup->isVisible());
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("ABCD"));
+        QVERIFY(!pGroup->isVisible());
+    }
+
+    void layerThatIsAloneAlreadyShowsTheOthers()
+    {
+        for (int Index : {0, 2, 3})
+            click(eye(m_Layers[Index]));
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("ABCD"));
+    }
+
+    void eyeAndLockOfTheSelectionGoTogether()
+    {
+        select({0, 2, 3});
+        click(eye(m_Layers[2]));
+        expectOneStep(QStringLiteral("ABCD"), QStringLiteral("B"));
+        click(eye(m_Layers[1]));
+        QCOMPARE(visible(), QString());
+        OrvUndoManager::instance().undo();
+
+        click(lock(m_Layers[0]));
+        QCOMPARE(locked(), QStringLiteral("ACD"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(locked(), QString());
+        click(lock(m_Layers[1]));
+        QCOMPARE(locked(), QStringLiteral("B"));
+    }
+
+    void unlockingTheSelectionAsksOnce_data()
+    {
+        QTest::addColumn<int>("Button");
+        QTest::addColumn<QString>("StillLocked");
+        QTest::newRow("yes") << int(QMessageBox::Yes) << QString();
+        QTest::newRow("no") << int(QMessageBox::No) << QStringLiteral("ABC");
+    }
+    void unlockingTheSelectionAsksOnce()
+    {
+        QFETCH(int, Button);
+        QFETCH(QString, StillLocked);
+        OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
+        for (OrvLayer* pLayer : {m_Layers[0], m_Layers[1], m_Layers[2], pGroup})
+            pLayer->setLocked(true);
+        refresh();
+        select({0, 1, 2});
+        m_UndoIndex = undoIndex();
+        int Questions = 0;
+        QTimer Answers;
+        connect(&Answers, &QTimer::timeout, this, [&] {
+            if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                ++Questions;
+                pBox->button(QMessageBox::StandardButton(Button))->click();
+            }
+        });
+        Answers.start(0);
+        click(lock(m_Layers[0]));
+        QCOMPARE(Questions, 1);
+        QCOMPARE(locked(), StillLocked);
+        QCOMPARE(pGroup->isLocked(), !StillLocked.isEmpty());
+        QCOMPARE(undoIndex(), m_UndoIndex + (StillLocked.isEmpty() ? 1 : 0));
+    }
+
+    void blendModeGoesToAllThatAllowIt()
+    {
+        m_Layers[2]->setLocked(true);
+        select({2, 0, 1});
+        m_UndoIndex = undoIndex();
+        auto* pCombo = blendEditor<OrvComboBox>();
+        const QStringList Before = values(OrvMergeAttributes::BlendMode);
+        QTest::keyClick(pCombo, Qt::Key_Down);
+        const QStringList After = values(OrvMergeAttributes::BlendMode);
+        QVERIFY(After[0] != Before[0]);
+        QCOMPARE(After, QStringList({After[0], After[0], Before[2], Before[3]}));
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(values(OrvMergeAttributes::BlendMode), Before);
+    }
+
+    void amountIsDraggedForAll()
+    {
+        m_Layers[1]->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.25);
+        select({0, 1});
+        m_UndoIndex = undoIndex();
+        auto* pSlider = blendEditor<OrvSliderSpinBox>();
+        const QStringList Before = values(OrvMergeAttributes::Amount);
+        Q_EMIT pSlider->editBegun();
+        Q_EMIT pSlider->valueEdited(0.5);
+        QCOMPARE(values(OrvMergeAttributes::Amount).mid(0, 3), QStringList({"0.5", "0.5", Before[2]}));
+        Q_EMIT pSlider->valueEdited(Before[1].toDouble());
+        Q_EMIT pSlider->editFinished();
+        QCOMPARE(values(OrvMergeAttributes::Amount), Before);
+        QCOMPARE(undoIndex(), m_UndoIndex);
+
+        Q_EMIT pSlider->editBegun();
+        Q_EMIT pSlider->valueEdited(0.5);
+        Q_EMIT pSlider->editFinished();
+        QCOMPARE(values(OrvMergeAttributes::Amount).mid(0, 3), QStringList({"0.5", "0.5", Before[2]}));
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(values(OrvMergeAttributes::Amount), Before);
+    }
+
+    void blendingOfACurrentLayerOutsideTheSelectionIsItsOwn()
+    {
+        select({0, 1});
+        m_Layers[3]->makeCurrent(false, false);
+        refresh();
+        auto* pCombo = blendEditor<OrvComboBox>();
+        const QStringList Before = values(OrvMergeAttributes::BlendMode);
+        QTest::keyClick(pCombo, Qt::Key_Down);
+        const QStringList After = values(OrvMergeAttributes::BlendMode);
+        QCOMPARE(After.mid(0, 3), Before.mid(0, 3));
+        QVERIFY(After[3] != Before[3]);
+    }
+
+    void keysChangeTheSelection()
+    {
+        select({1, 2});
+        key(Qt::Key_Space);
+        expectOneStep(QStringLiteral("ABCD"), QStringLiteral("AD"));
+        // The key of a tool elsewhere in the window, too.
+        key(Qt::Key_L);
+        QCOMPARE(locked(), QStringLiteral("BC"));
+        key(Qt::Key_L);
+        QCOMPARE(locked(), QString());
+        key(Qt::Key_F2);
+        QVERIFY(row(m_Layers[2])->findChild<OrvEditLabel*>()->isEditing());
+    }
+
+    void keysMoveTheSelection_data()
+    {
+        QTest::addColumn<QVector<int>>("Selected");
+        QTest::addColumn<int>("Key");
+        QTest::addColumn<QString>("Stack");
+        QTest::newRow("up") << QVector<int>{2} << int(Qt::Key_Up) << "A C G(B) D";
+        QTest::newRow("up, two") << QVector<int>{2, 3} << int(Qt::Key_Up) << "A C D G(B)";
+        QTest::newRow("up, one at the end") << QVector<int>{0, 3} << int(Qt::Key_Up) << "A G(B) D C";
+        QTest::newRow("down, two") << QVector<int>{0, 2} << int(Qt::Key_Down) << "G(B) A D C";
+        QTest::newRow("down, at the end") << QVector<int>{2, 3} << int(Qt::Key_Down) << "A G(B) C D";
+        QTest::newRow("into the group below") << QVector<int>{0} << int(Qt::Key_Right) << "G(A B) C D";
+        QTest::newRow("into the group above") << QVector<int>{2, 3} << int(Qt::Key_Right) << "A G(B C D)";
+        QTest::newRow("no group there") << QVector<int>{3} << int(Qt::Key_Right) << "A G(B) C D";
+        QTest::newRow("no group around") << QVector<int>{3} << int(Qt::Key_Left) << "A G(B) C D";
+    }
+    void keysMoveTheSelection()
+    {
+        QFETCH(QVector<int>, Selected);
+        QFETCH(int, Key);
+        QFETCH(QString, Stack);
+        group(m_Channel, {m_Layers[1]}, QStringLiteral("G"));
+        refresh();
+        select(Selected);
+        m_UndoIndex = undoIndex();
+        const QString Before = stackText(m_Channel);
+        key(Qt::Key(Key), Qt::AltModifier);
+        QCOMPARE(stackText(m_Channel), Stack);
+        QCOMPARE(undoIndex(), m_UndoIndex + (Stack == Before ? 0 : 1));
+        refresh();
+        QCOMPARE(rowText(m_View), Stack);
+        for (int Index : Selected)
+            QVERIFY(m_Layers[Index]->isSelected());
+        if (Stack == Before)
+            return;
+        OrvUndoManager::instance().undo();
+        QCOMPARE(stackText(m_Channel), Before);
+    }
+
+    void keysMoveOutOfGroupsAndBack()
+    {
+        OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
+        refresh();
+        select({1, 2});
+        key(Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A B C G() D"));
+        refresh();
+        m_View->treeView()->collapse(m_View->model()->indexFromLayer(pGroup));
+        key(Qt::Key_Right, Qt::AltModifier);
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A G(B C) D"));
+        m_View->refresh();
+        QVERIFY(m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)));
+    }
+
+    void lockedLayersAreNotMoved()
+    {
+        m_Layers[1]->setLocked(true);
+        select({1, 2});
+        m_UndoIndex = undoIndex();
+        key(Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A B C D"));
+        QCOMPARE(undoIndex(), m_UndoIndex);
+    }
+
+private:
+    static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
+
+    void refresh() const
+    {
+        m_View->refresh();
+        // Rows get their contents when they are painted.
+        m_View->treeView()->grab();
+        QApplication::processEvents();
+    }
+    /// The last one becomes current.
+    void select(const QVector<int>& Indexes) const
+    {
+        auto modifier = Qt::KeyboardModifiers(Qt::NoModifier);
+        for (int Index : Indexes) {
+            const QModelIndex Place = m_View->model()->indexFromLayer(m_Layers[Index]);
+            QTest::mouseClick(m_View->treeView()->viewport(), Qt::LeftButton, modifier,
+                m_View->treeView()->visualRect(Place).center());
+            modifier = Qt::ControlModifier;
+        }
+    }
+    Row* row(const OrvLayer* pLayer) const
+    {
+        return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
+    }
+    QToolButton* eye(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<QToolButton*>().first();
+    }
+    QToolButton* lock(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<QToolButton*>().last();
+    }
+    QPoint eyeCenter(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->mapToGlobal(row(pLayer)->eyeGeometry().center());
+    }
+    template <class Editor>
+    Editor* blendEditor() const
+    {
+        // Those of the layer that was current before go a little later.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return m_View->findChild<OrvLayerBlendRow*>()->findChild<Editor*>();
+    }
+    static void click(QToolButton* pButton) { QTest::mouseClick(pButton, Qt::LeftButton); }
+    void altClick(const OrvLayer* pLayer) const
+    {
+        QTest::mouseClick(eye(pLayer), Qt::LeftButton, Qt::AltModifier);
+    }
+    void drag(const OrvLayer* pFrom, const QPoint& To) const
+    {
+        send(pFrom, To, QEvent::MouseMove, Qt::NoButton, Qt::LeftButton);
+    }
+    void release(const OrvLayer* pFrom, const QPoint& To) const
+    {
+        send(pFrom, To, QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
+    }
+    /// To the eye that was pressed, which has the mouse.
+    void send(const OrvLayer* pFrom, const QPoint& To, QEvent::Type Type, Qt::MouseButton Button,
+        Qt::MouseButtons Buttons) const
+    {
+        QMouseEvent Event(Type, eye(pFrom)->mapFromGlobal(To), To, Button, Buttons, Qt::NoModifier);
+        QApplication::sendEvent(eye(pFrom), &Event);
+    }
+    void key(Qt::Key Key, Qt::KeyboardModifiers Modifiers = Qt::NoModifier) const
+    {
+        m_View->window()->activateWindow();
+        m_View->treeView()->setFocus();
+        QTRY_VERIFY(m_View->treeView()->hasFocus());
+        QTest::keyClick(m_View->treeView(), Key, Modifiers);
+    }
+    QString names(bool (OrvLayer::*is)() const) const
+    {
+        QString Names;
+        for (const OrvLayer* pLayer : m_Layers)
+            Names += (pLayer->*is)() ? pLayer->name() : QString();
+        return Names;
+    }
+    QString visible() const { return names(&OrvLayer::isVisible); }
+    QString locked() const { return names(&OrvLayer::isLocked); }
+    QStringList values(const QString& AttributeName) const
+    {
+        QStringList Values;
+        for (const OrvLayer* pLayer : m_Layers)
+            Values.append(pLayer->blendNode()->userAttribute(AttributeName).value().toString());
+        return Values;
+    }
+    /// What is visible now took one step from what was before.
+    void expectOneStep(const QString& Before, const QString& Now) const
+    {
+        QCOMPARE(visible(), Now);
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        OrvUndoManager::instance().undo();
+        QCOMPARE(visible(), Before);
+        OrvUndoManager::instance().redo();
+        QCOMPARE(visible(), Now);
+    }
+
+    QTemporaryDir m_Directory;
+    OrvLayerView* m_View = nullptr;
+    OrvShaderInput* m_Channel = nullptr;
+    QList<OrvLayer*> m_Layers;
+    int m_UndoIndex = 0;
+};
+
+QTEST_MAIN(TstLayerGestures)
+#include "TstLayerGestures.moc"
