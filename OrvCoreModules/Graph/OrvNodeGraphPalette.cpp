@@ -6,12 +6,13 @@
 #include "OrvCoreModules/Graph/OrvNodeGraphLayout.h"
 #include "OrvCoreModules/Graph/OrvNodeGraphScene.h"
 #include "OrvCoreModules/Graph/OrvNodeGraphSelection.h"
-#include "OrvCoreModules/Graph/OrvNodeGraphShortcuts.h"
 #include "OrvCoreModules/Graph/OrvNodeGraphView.h"
 #include "OrvCoreModules/Graph/OrvNodeItem.h"
 #include "OrvCoreModules/Graph/OrvNodePropertiesPane.h"
 #include "OrvCoreModules/Graph/OrvWireItem.h"
+#include "OrvCoreModules/Menus/OrvFocusShortcuts.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvContextHelp.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 
@@ -142,7 +143,9 @@ QWidget* OrvNodeGraphPalette::createToolBar()
 
 void OrvNodeGraphPalette::createShortcuts()
 {
-    auto* pShortcuts = new OrvNodeGraphShortcuts(m_pView);
+    OrvShortcutManager::instance().addShortcutGroupMapping(
+        QStringLiteral("Node Graph"), QLatin1String(m_pView->metaObject()->className()));
+    auto* pShortcuts = new OrvFocusShortcuts(m_pView);
     const auto add = [&](const QKeySequence& Keys, const char* pSlot) { pShortcuts->add(Keys, pSlot, this); };
     add(Qt::Key_Tab, SLOT(addNode()));
     add(Qt::Key_Delete, SLOT(deleteSelection()));

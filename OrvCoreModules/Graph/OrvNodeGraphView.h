@@ -24,6 +24,8 @@ public:
     explicit OrvNodeGraphView(OrvNodeGraphScene* pScene, QWidget* pParent = nullptr);
     ~OrvNodeGraphView() override;
 
+    /// A part of the window that leaves room for a canvas above, however large the graph is.
+    QSize sizeHint() const override { return {480, 260}; }
     qreal zoom() const { return transform().m11(); }
     /// Brings all of an area into sight, in the middle; a small one is not magnified.
     void frame(const QRectF& Area);

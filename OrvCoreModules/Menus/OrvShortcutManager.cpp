@@ -71,7 +71,7 @@ QString OrvShortcutManager::group(const QString& Path) const
 {
     const auto Found = m_Bindings.constFind(Path);
     if (Found != m_Bindings.cend() && !Found->WidgetGroup.isEmpty())
-        return Found->WidgetGroup;
+        return tr("%1 palette").arg(Found->WidgetGroup);
     return Path.section(Separator, 2, -2);
 }
 

@@ -7,10 +7,9 @@
 
 namespace {
 
-QString undoText(const OrvSerializableObject* pObject, const QString& Name)
+QString undoText(const OrvSerializableObject* pObject, const QString& Label)
 {
     const auto* pNode = qobject_cast<const OrvSnBaseNode*>(pObject);
-    const QString Label = OrvValueEditor::labelFromName(Name);
     return pNode && !pNode->name().isEmpty()
         ? OrvAttributeBinding::tr("Set %1 of '%2'").arg(Label, pNode->name())
         : OrvAttributeBinding::tr("Set %1").arg(Label);
@@ -19,8 +18,9 @@ QString undoText(const OrvSerializableObject* pObject, const QString& Name)
 } // namespace
 
 OrvAttributeBinding::OrvAttributeBinding(
-    OrvSerializableObject* pObject, const QString& Name, QObject* pParent)
-    : OrvValueBinding(undoText(pObject, Name), pParent)
+    OrvSerializableObject* pObject, const QString& Name, QObject* pParent, const QString& Label)
+    : OrvValueBinding(
+        undoText(pObject, Label.isEmpty() ? OrvValueEditor::labelFromName(Name) : Label), pParent)
     , m_pObject(pObject)
     , m_Name(Name)
 {

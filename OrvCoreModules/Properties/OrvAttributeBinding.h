@@ -14,7 +14,9 @@ class ORVCOREMODULES_EXPORT OrvAttributeBinding : public OrvValueBinding {
     Q_OBJECT
 
 public:
-    OrvAttributeBinding(OrvSerializableObject* pObject, const QString& Name, QObject* pParent);
+    /// The undo history names the value by the label; without one, by what its name says.
+    OrvAttributeBinding(OrvSerializableObject* pObject, const QString& Name, QObject* pParent,
+        const QString& Label = QString());
     ~OrvAttributeBinding() override;
 
     QVariant value() const override;

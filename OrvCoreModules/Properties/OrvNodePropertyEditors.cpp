@@ -1,11 +1,13 @@
 #include "OrvCoreModules/Properties/OrvNodePropertyEditors.h"
 
 #include "OrvCoreModules/Properties/OrvAttributeBinding.h"
+#include "OrvCoreModules/Properties/OrvBakePointControls.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditor.h"
 #include "OrvCoreModules/Properties/OrvPropertyBinding.h"
 #include "OrvCoreModules/Properties/OrvValueEditor.h"
 #include "OrvCoreModules/Widgets/OrvFormLayout.h"
 
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
@@ -41,8 +43,8 @@ QStringList addOperationRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
     QStringList Shown;
     for (const OrvOperationParameter& Parameter :
         static_cast<OrvSnOperationNode*>(pNode)->operation().Parameters) {
-        OrvValueEditor::addRow(
-            pForm, new OrvAttributeBinding(pNode, Parameter.Name, nullptr), Parameter, false);
+        OrvValueEditor::addRow(pForm,
+            new OrvAttributeBinding(pNode, Parameter.Name, nullptr, Parameter.Label), Parameter, false);
         Shown.append(Parameter.Name);
     }
     return Shown;
@@ -53,7 +55,8 @@ QStringList addCustomProceduralRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
     QStringList Shown;
     for (const OrvProceduralDescription::Parameter& Parameter :
         static_cast<OrvSnCustomProceduralNode*>(pNode)->procedural().Parameters) {
-        OrvValueEditor::addRow(pForm, new OrvAttributeBinding(pNode, Parameter.Editor.Name, nullptr),
+        OrvValueEditor::addRow(pForm,
+            new OrvAttributeBinding(pNode, Parameter.Editor.Name, nullptr, Parameter.Editor.Label),
             Parameter.Editor, false);
         Shown.append(Parameter.Editor.Name);
     }
@@ -70,6 +73,13 @@ QStringList addImageRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
     addPropertyRow(pForm, pImages, "fileSpace", tr("Colour Space"), true);
     addPropertyRow(pForm, pImages, "tileCount", tr("Tiles"), true);
     return {};
+}
+
+QStringList addBakePointRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
+{
+    auto* pBakePoint = static_cast<OrvSnBakePointNode*>(pNode);
+    pForm->addRow(tr("Result"), new OrvBakePointControls(pBakePoint));
+    return {OrvSnBakePointNode::BakedFromAttribute};
 }
 
 QStringList addNameRow(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
@@ -100,6 +110,7 @@ FactoryTable& factories()
         {&OrvSnOperationNode::staticMetaObject, rowsFactory(addOperationRows)},
         {&OrvSnCustomProceduralNode::staticMetaObject, rowsFactory(addCustomProceduralRows)},
         {&OrvSnMergeNode::staticMetaObject, rowsFactory(addNoRows)},
+        {&OrvSnBakePointNode::staticMetaObject, rowsFactory(addBakePointRows)},
         {&OrvSnChannelInputNode::staticMetaObject, rowsFactory(addImageRows)},
     };
     return Table;

@@ -35,21 +35,27 @@ QWidget* OrvUserAttributeControletManager::create(const QString& AttributeName,
 {
     if (!pObject || !pObject->exists(AttributeName))
         return nullptr;
+    return createBound(AttributeName, new OrvAttributeBinding(pObject, AttributeName, nullptr), pParent,
+        LabelWidth, Spacing, MinimumEditorWidth, MaximumEditorWidth, Style);
+}
+
+QWidget* OrvUserAttributeControletManager::createBound(const QString& AttributeName,
+    OrvAttributeBinding* pBinding, QWidget* pParent, int LabelWidth, int Spacing, int MinimumEditorWidth,
+    int MaximumEditorWidth, int Style)
+{
     QWidget* pControlet = new QWidget(pParent);
     pControlet->setObjectName(AttributeName);
     QHBoxLayout* pLayout = new QHBoxLayout(pControlet);
     const int Margin = Style & Compact ? 0 : 2;
     pLayout->setContentsMargins(Margin, Margin, Margin, Margin);
     pLayout->setSpacing(Spacing);
-    const OrvOperationParameter Description
-        = describe(AttributeName, pObject->userAttribute(AttributeName).value());
+    const OrvOperationParameter Description = describe(AttributeName, pBinding->value());
     if (!(Style & NoLabel)) {
         QLabel* pLabel = new QLabel(Description.Label, pControlet);
         pLabel->setMinimumWidth(LabelWidth);
         pLayout->addWidget(pLabel);
     }
-    QWidget* pEditor = OrvValueEditor::create(
-        new OrvAttributeBinding(pObject, AttributeName, nullptr), Description, false, pControlet);
+    QWidget* pEditor = OrvValueEditor::create(pBinding, Description, false, pControlet);
     pEditor->setMinimumWidth(MinimumEditorWidth);
     pEditor->setMaximumWidth(MaximumEditorWidth);
     pLayout->addWidget(pEditor);

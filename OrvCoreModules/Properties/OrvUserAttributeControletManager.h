@@ -4,6 +4,7 @@
 
 #include <QtCore/QString>
 
+class OrvAttributeBinding;
 class OrvSerializableObject;
 struct OrvOperationParameter;
 class QVariant;
@@ -17,6 +18,9 @@ public:
 
     /// Null when the object has no such attribute. Widths in pixels; the parent owns the result.
     static QWidget* create(const QString& AttributeName, OrvSerializableObject* pObject, QWidget* pParent,
+        int LabelWidth, int Spacing, int MinimumEditorWidth, int MaximumEditorWidth, int Style);
+    /// The same for a binding that does more than edit the one attribute; the result owns it.
+    static QWidget* createBound(const QString& AttributeName, OrvAttributeBinding* pBinding, QWidget* pParent,
         int LabelWidth, int Spacing, int MinimumEditorWidth, int MaximumEditorWidth, int Style);
 
     /// What an attribute of that name means where the name says more than the value: blend modes, amounts.

@@ -21,8 +21,8 @@ public:
     /// Outside a gesture this is one undo step of its own.
     void edit(const QVariant& Value);
     /// Everything edited in between becomes one undo step, a value that comes back to where it began none.
-    void beginGesture();
-    void finishGesture();
+    virtual void beginGesture();
+    virtual void finishGesture();
 
 Q_SIGNALS:
     void valueChanged();

@@ -1,5 +1,7 @@
 #include "OrvCoreModules/Shelf/OrvShelfModel.h"
 
+#include "OrvCoreModules/Window/OrvIcon.h"
+
 #include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCore/Shelf/OrvProceduralDescription.h"
 #include "OrvCore/Shelf/OrvShelfThumbnailer.h"
@@ -45,7 +47,8 @@ QString toolTip(const OrvShelfEntry& Entry)
     return Text + QStringLiteral("<p>%1</p>").arg(QDir::toNativeSeparators(Entry.Path).toHtmlEscaped());
 }
 
-QIcon thumbnailIcon(const QImage& Picture)
+/// The badge tells what the picture cannot.
+QIcon thumbnailIcon(const QImage& Picture, const QIcon& Badge)
 {
     QPixmap Rounded(Picture.size());
     Rounded.fill(Qt::transparent);
@@ -55,6 +58,15 @@ QIcon thumbnailIcon(const QImage& Picture)
     Painter.setBrush(QBrush(Picture));
     const qreal Radius = CornerRadius * Picture.width();
     Painter.drawRoundedRect(Picture.rect(), Radius, Radius);
+    if (!Badge.isNull()) {
+        const int Edge = Picture.width() / 4;
+        const int Margin = Edge / 4;
+        const QRect Place(Picture.width() - Edge - Margin, Picture.height() - Edge - Margin, Edge, Edge);
+        Painter.setBrush(QColor(0, 0, 0, 150));
+        Painter.drawRoundedRect(
+            Place.adjusted(-Margin / 2, -Margin / 2, Margin / 2, Margin / 2), Radius, Radius);
+        Badge.paint(&Painter, Place);
+    }
     return QIcon(Rounded);
 }
 
@@ -96,10 +108,14 @@ void OrvShelfModel::requestThumbnails()
 
 void OrvShelfModel::onThumbnailReady(const QString& Key, const QImage& Picture)
 {
-    shelf().setThumbnail(Key, thumbnailIcon(Picture));
     for (int Row = 0; Row < rowCount(); ++Row) {
-        if (shelf().entries()[Row].Key == Key)
-            Q_EMIT dataChanged(index(Row), index(Row), {Qt::DecorationRole});
+        const OrvShelfEntry& Entry = shelf().entries()[Row];
+        if (Entry.Key != Key)
+            continue;
+        const bool Marked = Entry.What == OrvShelfEntry::Material || Entry.MissesGeoChannels;
+        const QIcon Badge = Marked ? OrvIcon::createIconFromFilename(shelf().iconFileOfKind(Entry)) : QIcon();
+        shelf().setThumbnail(Key, thumbnailIcon(Picture, Badge));
+        Q_EMIT dataChanged(index(Row), index(Row), {Qt::DecorationRole});
     }
 }
 

@@ -21,6 +21,7 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QStyledItemDelegate>
 #include <QtWidgets/QVBoxLayout>
 
 namespace {
@@ -29,6 +30,30 @@ constexpr int ThumbnailEdge = 84;
 constexpr int StatusDuration = 5000;
 constexpr int LayerFlags
     = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
+
+/// Gives every entry the whole of its cell, so that long names have room for a second line.
+class CellDelegate : public QStyledItemDelegate {
+public:
+    explicit CellDelegate(QListView* pView)
+        : QStyledItemDelegate(pView)
+        , m_pView(pView)
+    {
+    }
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        return m_pView->gridSize();
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& Index) const override
+    {
+        QStyledItemDelegate::initStyleOption(pOption, Index);
+        pOption->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
+    }
+
+private:
+    const QListView* m_pView;
+};
 
 QListView* makeView(QWidget* pParent)
 {
@@ -39,7 +64,8 @@ QListView* makeView(QWidget* pParent)
     pView->setUniformItemSizes(true);
     pView->setWordWrap(true);
     pView->setIconSize(QSize(ThumbnailEdge, ThumbnailEdge));
-    pView->setGridSize(QSize(ThumbnailEdge + 16, ThumbnailEdge + 16 + 2 * pView->fontMetrics().height()));
+    pView->setGridSize(QSize(ThumbnailEdge + 24, ThumbnailEdge + 16 + 2 * pView->fontMetrics().height()));
+    pView->setItemDelegate(new CellDelegate(pView));
     pView->setFrameShape(QFrame::NoFrame);
     pView->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     pView->setDragEnabled(true);
@@ -157,11 +183,12 @@ void OrvShelfPalette::popupMenu(const QPoint& Position)
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     auto* pMenu = new OrvMenu(this);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [&](const QString& Text, bool Enabled, void (OrvShelfPalette::*pDo)(const QModelIndex&)) {
-        QAction* pAction = pMenu->addAction(Text);
-        pAction->setEnabled(Enabled);
-        connect(pAction, &QAction::triggered, this, [this, Index, pDo] { (this->*pDo)(Index); });
-    };
+    const auto add
+        = [&](const QString& Text, bool Enabled, void (OrvShelfPalette::*pDo)(const QModelIndex&)) {
+              QAction* pAction = pMenu->addAction(Text);
+              pAction->setEnabled(Enabled);
+              connect(pAction, &QAction::triggered, this, [this, Index, pDo] { (this->*pDo)(Index); });
+          };
     add(tr("Add as Layer"), Usable && OrvLayerManager::instance().currentLayerStack(),
         &OrvShelfPalette::addAsLayer);
     add(tr("Use as Mask of the Current Layer"), Usable && pLayer && !pLayer->hasMask(),

@@ -16,6 +16,7 @@ OrvInPlaceEdit::OrvInPlaceEdit(const QString& Text, QWidget* pHost)
     : QLineEdit(Text, pHost)
 {
     setFrame(false);
+    setAutoFillBackground(true); // what the host paints must not show through
     setCursor(Qt::IBeamCursor);
     setGeometry(pHost->rect());
     selectAll();
@@ -61,6 +62,17 @@ void OrvInPlaceEdit::keyPressEvent(QKeyEvent* pEvent)
         end(pEvent->key() != Qt::Key_Escape);
     else
         QLineEdit::keyPressEvent(pEvent);
+}
+
+void OrvInPlaceEdit::mouseDoubleClickEvent(QMouseEvent* pEvent)
+{
+    // A number is one word, whatever stands between its digits.
+    bool IsNumber = false;
+    text().toDouble(&IsNumber);
+    if (IsNumber)
+        selectAll();
+    else
+        QLineEdit::mouseDoubleClickEvent(pEvent);
 }
 
 void OrvInPlaceEdit::focusOutEvent(QFocusEvent* pEvent)

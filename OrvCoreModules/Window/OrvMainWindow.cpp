@@ -5,10 +5,13 @@
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvGlyphs.h"
+#include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
+#include <QtCore/QTimer>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QScreen>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenuBar>
 #include <QtWidgets/QProgressBar>
@@ -23,6 +26,8 @@ const QString GeometryKey = QStringLiteral("Geometry");
 const QString StateKey = QStringLiteral("State");
 constexpr int StateVersion = 1; // of the set of palettes and tool bars
 const QSize InitialSize(1400, 900);
+constexpr double InitialShare = 0.9; // of the screen, at most
+const QSize SmallScreen(1280, 800); // one that the window needs all of
 const QSize ProgressBarSize(180, 12);
 constexpr int TitlesKeptLast = 2; // of the menu order
 
@@ -161,12 +166,32 @@ bool OrvMainWindow::restoreLayout()
 {
     OrvSettings Settings;
     Settings.beginGroup(SettingsGroup);
-    restoreGeometry(Settings.value(GeometryKey).toByteArray());
+    if (!restoreGeometry(Settings.value(GeometryKey).toByteArray()))
+        fitToScreen();
+    // Palettes that float find the window that they lie above only if it is there before them.
+    winId();
     const bool Found = restoreState(Settings.value(StateKey).toByteArray(), StateVersion);
     if (!Found && m_ArrangeDefaultLayout)
         m_ArrangeDefaultLayout();
     OrvPaletteManager::instance().restorePaletteSettings(Settings);
     return Found;
+}
+
+void OrvMainWindow::fitToScreen()
+{
+    const QRect Room = screen()->availableGeometry();
+    const QSize Size = InitialSize.boundedTo(Room.size() * InitialShare);
+    setGeometry(QRect(Room.center() - QPoint(Size.width(), Size.height()) / 2, Size));
+    if (Room.width() <= SmallScreen.width() || Room.height() <= SmallScreen.height())
+        setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void OrvMainWindow::raiseFloatingPalettes()
+{
+    for (OrvPalette* pPalette : findChildren<OrvPalette*>()) {
+        if (pPalette->isFloating() && pPalette->isVisible())
+            pPalette->raise();
+    }
 }
 
 void OrvMainWindow::saveLayout() const
@@ -182,6 +207,14 @@ void OrvMainWindow::resetLayout()
 {
     if (m_ArrangeDefaultLayout)
         m_ArrangeDefaultLayout();
+}
+
+void OrvMainWindow::showEvent(QShowEvent* pEvent)
+{
+    QMainWindow::showEvent(pEvent);
+    // The window system puts a window that it shows in front of those that were there before.
+    if (!pEvent->spontaneous())
+        QTimer::singleShot(0, this, &OrvMainWindow::raiseFloatingPalettes);
 }
 
 void OrvMainWindow::closeEvent(QCloseEvent* pEvent)

@@ -39,6 +39,7 @@ public Q_SLOTS:
     void resetLayout();
 
 protected:
+    void showEvent(QShowEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
 
 private Q_SLOTS:
@@ -51,6 +52,9 @@ private:
     OrvMainWindow();
     void createStatusBar();
     void rebuildMenuBar();
+    /// The first start: as much of the screen as is good.
+    void fitToScreen();
+    void raiseFloatingPalettes();
     /// Progress is reported from code that keeps the event loop waiting, so the change is painted at once.
     void repaintStatusBar();
 

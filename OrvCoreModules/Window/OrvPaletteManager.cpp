@@ -89,6 +89,7 @@ void OrvPaletteManager::addToPalettesMenu(OrvPalette* pPalette)
 {
     auto* pAction = new OrvAction(pPalette->paletteIcon(), pPalette->objectName(), pPalette);
     pAction->setCheckable(true);
+    pAction->setIconVisibleInMenu(false); // it would stand where the check mark does
     pAction->setChecked(pPalette->isPaletteActive());
     connect(pPalette, &OrvPalette::paletteActiveChanged, pAction, &QAction::setChecked);
     connect(pAction, &QAction::triggered, pPalette, [pPalette](bool Open) {

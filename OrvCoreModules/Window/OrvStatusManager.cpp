@@ -1,8 +1,38 @@
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Object/OrvDebug.h"
 
 #include <QtCore/QTimer>
+
+#include <memory>
+
+namespace {
+
+constexpr int RefusalDuration = 8000; // ms
+
+/// One report from the first step to the last; whoever does the work knows no window.
+bool showRenderingProgress(int Done, int Total)
+{
+    static std::unique_ptr<OrvStatusManager::AutoProgress> s_pReport;
+    if (!s_pReport)
+        s_pReport = std::make_unique<OrvStatusManager::AutoProgress>(
+            OrvStatusManager::tr("Computing pixels..."), Total);
+    s_pReport->setValue(Done);
+    if (Done >= Total)
+        s_pReport.reset();
+    return true;
+}
+
+} // namespace
+
+OrvStatusManager::OrvStatusManager()
+{
+    connect(&OrvLayerManager::instance(), &OrvLayerManager::refused, this,
+        [this](const QString& Reason) { showMessage(Reason, RefusalDuration); });
+    OrvLayerRendering::setProgress(showRenderingProgress);
+}
 
 OrvStatusManager& OrvStatusManager::instance()
 {

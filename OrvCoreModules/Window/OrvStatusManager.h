@@ -7,7 +7,8 @@
 #include <QtCore/QString>
 
 /// The status line and its progress bar. It keeps what is to be shown and says so by signals, which the main
-/// window shows at once; it works without a window, and it never runs the event loop.
+/// window shows at once; it works without a window, and it never runs the event loop. What layers refuse, and
+/// how far they are with long work, it shows by itself.
 class ORVCOREMODULES_EXPORT OrvStatusManager : public QObject {
     Q_OBJECT
 
@@ -31,7 +32,7 @@ Q_SIGNALS:
     void progressFinished();
 
 private:
-    OrvStatusManager() = default;
+    OrvStatusManager();
     void enter(AutoProgress* pProgress);
     void leave(AutoProgress* pProgress);
 

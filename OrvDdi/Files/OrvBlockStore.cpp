@@ -66,8 +66,22 @@ bool syncDescriptor(const QString& Path, int (*pSync)(int))
     if (Descriptor < 0)
         return false;
     const bool Done = pSync(Descriptor) == 0;
+    const int Reason = errno;
     ::close(Descriptor);
+    errno = Reason; // the caller tells it
     return Done;
+}
+
+/// A disk that fills up takes a part of what it is given without complaint; only the next write says why.
+bool writeAll(QFile& File, const QByteArray& Contents)
+{
+    for (qint64 Written = 0; Written < Contents.size();) {
+        const qint64 Taken = File.write(Contents.constData() + Written, Contents.size() - Written);
+        if (Taken <= 0)
+            return false;
+        Written += Taken;
+    }
+    return true;
 }
 
 } // namespace
@@ -128,13 +142,21 @@ QByteArray OrvBlockStore::put(const QByteArray& Raw, QString& Error)
     return Key;
 }
 
+bool OrvBlockStore::makeFolder(const QString& Path, QString& Error)
+{
+    std::error_code Trouble;
+    std::filesystem::create_directories(QFile::encodeName(Path).constData(), Trouble);
+    if (Trouble)
+        Error = tr("The folder '%1' cannot be made: %2")
+                    .arg(Path, QString::fromLocal8Bit(Trouble.message().c_str()));
+    return !Trouble;
+}
+
 bool OrvBlockStore::writeBlock(const QByteArray& Raw, const QString& Path, QString& Error)
 {
     const QString Folder = QFileInfo(Path).path();
-    if (!QDir().mkpath(Folder)) {
-        Error = tr("The folder '%1' cannot be made").arg(Folder);
+    if (!makeFolder(Folder, Error))
         return false;
-    }
     QByteArray Contents(int(sizeof(BlockHeader) + ZSTD_compressBound(size_t(Raw.size()))), Qt::Uninitialized);
     const size_t Stored = ZSTD_compress(Contents.data() + sizeof(BlockHeader),
         size_t(Contents.size()) - sizeof(BlockHeader), Raw.constData(), size_t(Raw.size()), CompressionLevel);
@@ -159,8 +181,8 @@ bool OrvBlockStore::writeBlock(const QByteArray& Raw, const QString& Path, QStri
                       .arg(++Counter)
                       .arg(PartialSuffix));
     std::error_code Trouble;
-    const bool Written = Partial.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-        && Partial.write(Contents) == Contents.size();
+    const bool Written
+        = Partial.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(Partial, Contents);
     const QString Reason = Partial.errorString();
     Partial.close();
     if (Written)
@@ -168,7 +190,7 @@ bool OrvBlockStore::writeBlock(const QByteArray& Raw, const QString& Path, QStri
             QFile::encodeName(Partial.fileName()).constData(), QFile::encodeName(Path).constData(), Trouble);
     if (!Written || Trouble) {
         Error = tr("The data block '%1' cannot be written: %2")
-                    .arg(Path, Written ? QString::fromStdString(Trouble.message()) : Reason);
+                    .arg(Path, Written ? QString::fromLocal8Bit(Trouble.message().c_str()) : Reason);
         Partial.remove();
         return false;
     }

@@ -30,6 +30,9 @@ public:
     /// Not to be called while another store writes into the directory.
     int removeUnreferenced(const QSet<QByteArray>& Keys);
 
+    /// Makes a folder and those above it; one that is there already is fine. The error says what is in the
+    /// way.
+    static bool makeFolder(const QString& Path, QString& Error);
     static bool isKey(const QByteArray& Key);
     /// The key under which contents are stored, wherever that is.
     static QByteArray keyOf(const QByteArray& Raw);

@@ -198,7 +198,7 @@ private Q_SLOTS:
             OrvTestProject Project(QSize(64, 64));
             fillWithEverything(Project);
             QVERIFY(!projects().saveProjectAs(m_Path, Error, [](int, int) { return false; }));
-            QVERIFY(Error.contains("cancelled") && !QFile::exists(m_Manifest));
+            QVERIFY(Error.contains("cancelled") && !QFile::exists(m_Path));
             QVERIFY(projects().saveProjectAs(m_Path, Error));
         }
         int Steps = 0, Total = 0;

@@ -6,6 +6,7 @@
 #include "OrvCoreModules/Window/OrvPaletteSidebar.h"
 
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QScreen>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDialog>
@@ -276,8 +277,12 @@ private Q_SLOTS:
     {
         int Arranged = 0;
         window().setDefaultLayout([&Arranged] { ++Arranged; });
+        window().resize(4000, 3000);
         QVERIFY(!window().restoreLayout());
         QCOMPARE(Arranged, 1);
+        QVERIFY(window().isMaximized()); // on the small screen that there is
+        window().showNormal();
+        QVERIFY(window().screen()->availableGeometry().contains(window().geometry()));
 
         OrvPalette* pPalette = createRegistered("Layers", true);
         window().addDockWidget(Qt::RightDockWidgetArea, pPalette);

@@ -234,6 +234,8 @@ private Q_SLOTS:
                 const QVariant Edited = pNode->userAttribute(Parameter.Name).value();
                 QVERIFY2(Edited != Default, qPrintable(Operation.Name + QLatin1Char(' ') + Parameter.Name));
                 QCOMPARE(Edited.userType(), Default.userType());
+                QVERIFY2(OrvUndoManager::instance().stack()->undoText().contains(Parameter.Label),
+                    qPrintable(OrvUndoManager::instance().stack()->undoText()));
                 QCOMPARE(undoCount(), Steps + 1);
                 OrvUndoManager::instance().undo();
                 QVERIFY(pNode->userAttribute(Parameter.Name).value() == Default);

@@ -36,8 +36,7 @@ private Q_SLOTS:
     {
         QTRY_VERIFY_WITH_TIMEOUT(m_pPalette->model()->thumbnailer()->isIdle(), 60000);
         const QModelIndex Index = find("Camouflage");
-        const QImage Thumbnail
-            = Index.data(Qt::DecorationRole).value<QIcon>().pixmap(64, 64).toImage();
+        const QImage Thumbnail = Index.data(Qt::DecorationRole).value<QIcon>().pixmap(64, 64).toImage();
         QSet<QRgb> Colors;
         for (int Place = 4; Place < Thumbnail.width(); ++Place)
             Colors.insert(Thumbnail.pixel(Place, Place));
@@ -120,7 +119,8 @@ private Q_SLOTS:
         for (const QLabel* pLabel : pEditor->findChildren<QLabel*>())
             Labels.append(pLabel->text());
         for (const char* pLabel : {"Metal", "Rust", "Patch Density", "Seed"})
-            QVERIFY2(Labels.filter(QRegularExpression(QStringLiteral("^%1:?$").arg(pLabel))).size() >= 1, pLabel);
+            QVERIFY2(
+                Labels.filter(QRegularExpression(QStringLiteral("^%1:?$").arg(pLabel))).size() >= 1, pLabel);
         for (const QString& Label : qAsConst(Labels))
             QVERIFY2(!Label.contains("Procedural") && !Label.contains("Extent"), qPrintable(Label));
     }
@@ -150,8 +150,7 @@ private:
         for (OrvMenu* pOld : m_pPalette->findChildren<OrvMenu*>())
             delete pOld;
         m_pPalette->view()->scrollTo(Index);
-        Q_EMIT m_pPalette->view()->customContextMenuRequested(
-            m_pPalette->view()->visualRect(Index).center());
+        Q_EMIT m_pPalette->view()->customContextMenuRequested(m_pPalette->view()->visualRect(Index).center());
         return m_pPalette->findChild<OrvMenu*>()->actions().value(Entry);
     }
     void chooseFromMenu(const QModelIndex& Index, int Entry) { menuAction(Index, Entry)->trigger(); }

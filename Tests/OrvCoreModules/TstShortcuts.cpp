@@ -142,7 +142,7 @@ private Q_SLOTS:
         FirstView First;
         const SecondView Second;
         const QString Path = QStringLiteral("/Orvi/Palettes/First/Remove Rows");
-        QCOMPARE(manager().group(Path), QStringLiteral("First"));
+        QCOMPARE(manager().group(Path), QStringLiteral("First palette"));
         QCOMPARE(manager().text(Path), QStringLiteral("Remove Rows"));
         QVERIFY(manager().conflicts(Path, QKeySequence(Qt::Key_Delete)).isEmpty());
         // A command of the whole window would make the key ambiguous.

@@ -480,6 +480,18 @@ private Q_SLOTS:
         QCOMPARE(pSlider->value(), 0.123456);
         QCOMPARE(Begun.size(), 3);
 
+        // The number shown before does not shine through, and is one word.
+        QTest::mouseClick(pSlider, Qt::LeftButton);
+        auto* pEdit = pSlider->findChild<QLineEdit*>();
+        QTest::mouseDClick(pEdit, Qt::LeftButton, {}, QPoint(pEdit->width() / 2, pEdit->height() / 2));
+        QCOMPARE(pEdit->selectedText(), pEdit->text());
+        pEdit->clear();
+        const QImage Cleared = pSlider->grab().toImage();
+        const QRect Middle = Cleared.rect().adjusted(8, 4, -Cleared.width() / 2 - 4, -4);
+        QCOMPARE(Cleared.copy(Middle).scaled(1, 1).convertToFormat(QImage::Format_RGB32).pixel(0, 0),
+            pSlider->palette().color(QPalette::Base).rgb());
+        QTest::keyClick(pEdit, Qt::Key_Escape);
+
         // A digit begins to type, Tab leads from number to number.
         pSlider->setFocus();
         QTest::keyClick(pSlider, Qt::Key_7);

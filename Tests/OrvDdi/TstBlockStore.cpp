@@ -8,8 +8,13 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <random>
 #include <thread>
+
+#include <sys/resource.h>
 
 namespace {
 
@@ -164,6 +169,22 @@ private Q_SLOTS:
         OrvBlockStore Store(InTheWay.fileName());
         QVERIFY(Store.put("x", m_Error).isEmpty());
         QVERIFY2(m_Error.contains(InTheWay.fileName()), qPrintable(m_Error));
+        QVERIFY2(m_Error.contains(QString::fromLocal8Bit(strerror(ENOTDIR))), qPrintable(m_Error));
+    }
+
+    void aWriteThatEndsHalfwaySaysWhy()
+    {
+        rlimit Usual;
+        getrlimit(RLIMIT_FSIZE, &Usual);
+        const auto pUsualHandler = std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit Small{4096, Usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &Small);
+        const QByteArray Key = m_pStore->put(noise(20000, 1), m_Error);
+        setrlimit(RLIMIT_FSIZE, &Usual);
+        std::signal(SIGXFSZ, pUsualHandler);
+        QVERIFY(Key.isEmpty());
+        QVERIFY2(m_Error.contains(QString::fromLocal8Bit(strerror(EFBIG))), qPrintable(m_Error));
+        QVERIFY(!QDirIterator(m_pFolder->path(), QDir::Files, QDirIterator::Subdirectories).hasNext());
     }
 
     void imageSetsComeBack_data()

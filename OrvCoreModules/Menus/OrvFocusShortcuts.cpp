@@ -1,4 +1,4 @@
-#include "OrvCoreModules/Graph/OrvNodeGraphShortcuts.h"
+#include "OrvCoreModules/Menus/OrvFocusShortcuts.h"
 
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 
@@ -6,25 +6,23 @@
 #include <QtWidgets/QShortcut>
 #include <QtWidgets/QWidget>
 
-OrvNodeGraphShortcuts::OrvNodeGraphShortcuts(QWidget* pCanvas)
-    : QObject(pCanvas)
-    , m_pCanvas(pCanvas)
+OrvFocusShortcuts::OrvFocusShortcuts(QWidget* pWidget)
+    : QObject(pWidget)
+    , m_pWidget(pWidget)
 {
-    OrvShortcutManager::instance().addShortcutGroupMapping(
-        QStringLiteral("Node Graph"), QLatin1String(pCanvas->metaObject()->className()));
-    pCanvas->installEventFilter(this);
+    pWidget->installEventFilter(this);
 }
 
-void OrvNodeGraphShortcuts::add(const QKeySequence& Keys, const char* pSlot, QObject* pReceiver)
+void OrvFocusShortcuts::add(const QKeySequence& Keys, const char* pSlot, QObject* pReceiver)
 {
-    QShortcut* pShortcut = OrvShortcutManager::instance().createShortcut(m_pCanvas, Keys, pSlot, pReceiver);
+    QShortcut* pShortcut = OrvShortcutManager::instance().createShortcut(m_pWidget, Keys, pSlot, pReceiver);
     if (!pShortcut)
         return;
     pShortcut->setEnabled(false);
     m_Shortcuts.append(pShortcut);
 }
 
-QShortcut* OrvNodeGraphShortcuts::matching(const QKeyEvent* pEvent) const
+QShortcut* OrvFocusShortcuts::matching(const QKeyEvent* pEvent) const
 {
     const int Modifiers = int(pEvent->modifiers() & ~Qt::KeypadModifier);
     const QKeySequence Pressed(Modifiers | pEvent->key());
@@ -35,11 +33,11 @@ QShortcut* OrvNodeGraphShortcuts::matching(const QKeyEvent* pEvent) const
     return nullptr;
 }
 
-bool OrvNodeGraphShortcuts::eventFilter(QObject* pWatched, QEvent* pEvent)
+bool OrvFocusShortcuts::eventFilter(QObject* pWatched, QEvent* pEvent)
 {
     const bool Override = pEvent->type() == QEvent::ShortcutOverride;
-    // Keys that an editor on the canvas has left over pass through here too.
-    if ((!Override && pEvent->type() != QEvent::KeyPress) || !m_pCanvas->hasFocus())
+    // Keys that an editor in the widget has left over pass through here too.
+    if ((!Override && pEvent->type() != QEvent::KeyPress) || !m_pWidget->hasFocus())
         return QObject::eventFilter(pWatched, pEvent);
     QShortcut* pShortcut = matching(static_cast<QKeyEvent*>(pEvent));
     if (!pShortcut)
@@ -50,4 +48,4 @@ bool OrvNodeGraphShortcuts::eventFilter(QObject* pWatched, QEvent* pEvent)
     return true;
 }
 
-#include "moc_OrvNodeGraphShortcuts.cpp"
+#include "moc_OrvFocusShortcuts.cpp"
