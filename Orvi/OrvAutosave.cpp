@@ -10,6 +10,8 @@
 #include "OrvDdi/Files/OrvDataBlockManager.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEvent>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
 #include <QtCore/QSettings>
@@ -20,6 +22,9 @@ namespace {
 
 constexpr int Delay = 10 * 1000; // ms
 constexpr int Interval = 3 * 60 * 1000; // ms
+constexpr int Rest = 1500; // ms without mouse or keys
+constexpr int SlicePause = 30; // ms for the window between two slices
+constexpr qint64 SliceLength = 150; // ms, and one image at least
 const QString CopyFolder = QStringLiteral("Autosave");
 const QString LockName = QStringLiteral("Autosave.lock");
 const QString NotesName = QStringLiteral("Autosave.ini");
@@ -31,16 +36,47 @@ QString copyFolder(const QString& CacheDirectory)
     return CacheDirectory + QLatin1Char('/') + CopyFolder;
 }
 
+/// Never under the user's hand, nor in the midst of saving or importing.
+bool isUserBusy()
+{
+    return OrvUndoManager::instance().isInMacro() || QApplication::mouseButtons() != Qt::NoButton
+        || QApplication::activeModalWidget();
+}
+
+bool isTouch(QEvent::Type Type)
+{
+    switch (Type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::DragMove:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
-OrvAutosave::OrvAutosave(QObject* pParent)
+OrvAutosave::OrvAutosave(OrvCanvasRenderer* pRenderer, QObject* pParent)
     : QObject(pParent)
+    , m_pRenderer(pRenderer)
 {
     m_Delay.setSingleShot(true);
     m_Delay.setInterval(Delay);
     m_Interval.setInterval(Interval);
-    connect(&m_Delay, &QTimer::timeout, this, &OrvAutosave::request);
-    connect(&m_Interval, &QTimer::timeout, this, &OrvAutosave::request);
+    m_Idle.setSingleShot(true);
+    m_Idle.setInterval(Rest);
+    m_Slices.setInterval(SlicePause);
+    connect(&m_Delay, &QTimer::timeout, this, &OrvAutosave::saveWhenIdle);
+    connect(&m_Interval, &QTimer::timeout, this, &OrvAutosave::saveWhenIdle);
+    connect(&m_Idle, &QTimer::timeout, this, &OrvAutosave::beginSaving);
+    connect(&m_Slices, &QTimer::timeout, this, &OrvAutosave::saveSlice);
     OrvProjectManager& Projects = OrvProjectManager::instance();
     connect(&Projects, &OrvProjectManager::autosaveRequested, this, [this] { m_Delay.start(); });
     connect(&Projects, &OrvProjectManager::projectClosed, this, &OrvAutosave::dropCopy);
@@ -64,17 +100,70 @@ void OrvAutosave::onProjectCurrent()
     m_Directory = OrvDataBlockManager::subCachePath();
 }
 
-void OrvAutosave::request()
+void OrvAutosave::saveWhenIdle()
 {
-    // Never under the user's hand, nor in the midst of saving or importing.
-    if (OrvUndoManager::instance().isInMacro() || QApplication::mouseButtons() != Qt::NoButton
-        || QApplication::activeModalWidget())
-        m_Delay.start();
-    else
-        saveNow();
+    if (isWaiting() || !OrvProjectManager::instance().isModified())
+        return;
+    m_Idle.start();
+    // Every event of the program passes a filter, so there is one only while it has something to do.
+    qApp->installEventFilter(this);
+}
+
+bool OrvAutosave::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    if (isTouch(pEvent->type())) {
+        m_Slices.stop();
+        m_pPause.reset();
+        m_Idle.start();
+    }
+    return QObject::eventFilter(pWatched, pEvent);
+}
+
+void OrvAutosave::beginSaving()
+{
+    if (isUserBusy())
+        return m_Idle.start();
+    m_pPause = std::make_unique<OrvCanvasRenderer::Pause>(m_pRenderer);
+    m_Slices.start();
+}
+
+void OrvAutosave::saveSlice()
+{
+    if (isUserBusy()) {
+        m_Slices.stop();
+        m_pPause.reset();
+        return m_Idle.start();
+    }
+    if (!m_pPause->isReached())
+        return;
+    // What one slice has stored the next one finds; so each brings at least one image more.
+    QElapsedTimer Age;
+    bool Cut = false;
+    write([&](int Done, int Total) {
+        if (!Age.isValid())
+            Age.start();
+        Cut = Age.elapsed() > SliceLength && Done < Total;
+        return !Cut;
+    });
+    if (!Cut)
+        endSaving();
+}
+
+void OrvAutosave::endSaving()
+{
+    m_Idle.stop();
+    m_Slices.stop();
+    m_pPause.reset();
+    qApp->removeEventFilter(this);
 }
 
 bool OrvAutosave::saveNow()
+{
+    const OrvCanvasRenderer::Pause Pause(m_pRenderer);
+    return write({});
+}
+
+bool OrvAutosave::write(const std::function<bool(int Done, int Total)>& Step)
 {
     OrvProjectManager& Projects = OrvProjectManager::instance();
     OrvProject* pProject = Projects.currentProject();
@@ -88,8 +177,15 @@ bool OrvAutosave::saveNow()
         m_pLock = std::move(pLock);
     }
     QString Error;
-    if (!OrvProjectFile::write(*pProject, copyFolder(m_Directory), OrvProjectFile::ManifestName, Error, {})) {
-        OrvDebug("OrvAutosave", __LINE__, Error, false, false);
+    bool Cut = false;
+    const auto step = [&](int Done, int Total) {
+        Cut = Step && !Step(Done, Total);
+        return !Cut;
+    };
+    if (!OrvProjectFile::write(
+            *pProject, copyFolder(m_Directory), OrvProjectFile::ManifestName, Error, step)) {
+        if (!Cut)
+            OrvDebug("OrvAutosave", __LINE__, Error, false, false);
         return false;
     }
     QSettings Notes(m_Directory + QLatin1Char('/') + NotesName, QSettings::IniFormat);
@@ -101,9 +197,10 @@ bool OrvAutosave::saveNow()
 void OrvAutosave::dropCopy()
 {
     m_Delay.stop();
+    endSaving();
     if (!m_pLock)
         return;
-    discard({m_Directory, QString(), QString()});
+    discard({m_Directory, QString(), QString(), QDateTime()});
     m_pLock.reset();
 }
 
@@ -123,7 +220,9 @@ QList<OrvAutosave::Copy> OrvAutosave::leftBehind()
         if (!Lock.tryLock(0))
             continue;
         const QSettings Notes(Directory + QLatin1Char('/') + NotesName, QSettings::IniFormat);
-        Copies.append({Directory, Notes.value(NameKey).toString(), Notes.value(PathKey).toString()});
+        Copies.append({Directory, Notes.value(NameKey).toString(), Notes.value(PathKey).toString(),
+            QFileInfo(copyFolder(Directory) + QLatin1Char('/') + OrvProjectFile::ManifestName)
+                .lastModified()});
     }
     return Copies;
 }

@@ -1,28 +1,34 @@
 #pragma once
 
+#include "Orvi/OrvCanvasRenderer.h"
+
+#include <QtCore/QDateTime>
 #include <QtCore/QObject>
+#include <QtCore/QPointer>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <QtCore/QTimer>
 
+#include <functional>
 #include <memory>
 
 class QLockFile;
 
 /// Keeps a second, younger copy of the open project in its cache directory while there are unsaved changes,
-/// and finds copies that a crash left behind. A copy goes when its project is saved or closed. It never
-/// writes where the user saves.
+/// and finds copies that a crash left behind. A copy is written in slices while the user rests and the
+/// renderer pauses, and goes when its project is saved or closed. It never writes where the user saves.
 class OrvAutosave : public QObject {
     Q_OBJECT
 
 public:
-    explicit OrvAutosave(QObject* pParent = nullptr);
+    explicit OrvAutosave(OrvCanvasRenderer* pRenderer = nullptr, QObject* pParent = nullptr);
     ~OrvAutosave() override;
 
     struct Copy {
         QString Directory; ///< where it lies
         QString ProjectName;
         QString ProjectPath; ///< empty for a project that was never saved
+        QDateTime Written;
     };
     /// Copies whose program is gone, not those of another one that runs.
     static QList<Copy> leftBehind();
@@ -33,14 +39,26 @@ public:
 
     /// True when a copy was written; nothing is when there is nothing to lose.
     bool saveNow();
+    /// Writes a copy once the user has rested for a moment; the window stays alive meanwhile.
+    void saveWhenIdle();
+    bool isWaiting() const { return m_Idle.isActive() || m_Slices.isActive(); }
+
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 private:
     void onProjectCurrent();
-    void request();
+    void beginSaving();
+    void saveSlice();
+    void endSaving();
+    bool write(const std::function<bool(int Done, int Total)>& Step);
     void dropCopy();
 
+    QPointer<OrvCanvasRenderer> m_pRenderer;
+    std::unique_ptr<OrvCanvasRenderer::Pause> m_pPause; ///< while slices are written
     QTimer m_Delay; ///< after the last request, so that a burst of edits is one copy
     QTimer m_Interval;
+    QTimer m_Idle; ///< since the user's last touch
+    QTimer m_Slices;
     QString m_Directory; ///< of the open project
     std::unique_ptr<QLockFile> m_pLock;
 };

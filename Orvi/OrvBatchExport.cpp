@@ -9,6 +9,7 @@
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
 
 #include <cstdio>
@@ -46,6 +47,8 @@ int OrvBatchExport::run(const OrvCommandLine& Line)
 {
     OrvProjectManager& Projects = OrvProjectManager::instance();
     QString Error;
+    if (!QFileInfo::exists(Line.Project))
+        return fail(tr("'%1' does not exist").arg(Line.Project));
     if (!Projects.openProject(Line.Project, Error))
         return fail(Error);
     QStringList Known;
@@ -56,6 +59,12 @@ int OrvBatchExport::run(const OrvCommandLine& Line)
                                       .arg(Line.Project, Line.Channel, Known.join(QLatin1String(", ")));
     }
     const bool Written = pChannel && OrvChannelExport::writeChannel(pChannel, Line.File, {}, Error);
+    if (Written) {
+        // Of several tiles each has a file, whose name is not the one that was asked for.
+        QTextStream Out(stdout);
+        for (const QString& File : OrvChannelExport::filesOf(pChannel, Line.File))
+            Out << File << '\n';
+    }
     Projects.closeProject();
     return Written ? int(OrvCommandLine::Success) : fail(Error);
 }

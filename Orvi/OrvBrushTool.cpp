@@ -3,6 +3,7 @@
 #include "Orvi/OrvBrushStroke.h"
 #include "Orvi/OrvCanvasSelection.h"
 
+#include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
@@ -12,6 +13,8 @@
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include "OrvDdi/Image/OrvImageSet.h"
+
+#include <cmath>
 
 namespace {
 
@@ -118,11 +121,17 @@ bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd)
             MessageDuration);
     }
     const bool Line = FromLastEnd && m_HasLastEnd;
+    const OrvUdimLayout Layout = pNode->imageSet()->layout();
+    const QSize Seen = OrvImageSettings::ofLayer(pNode).Layout.tileSize();
+    m_ScaleX = double(Layout.tileSize().width()) / Seen.width();
+    m_ScaleY = double(Layout.tileSize().height()) / Seen.height();
+    OrvBrush Brush = m_Brush;
+    Brush.setSize(m_Brush.size() * std::sqrt(m_ScaleX * m_ScaleY));
     m_pStroke = std::make_unique<OrvBrushStroke>(
-        pNode, m_Brush, m_pSelection->coverage(pNode->imageSet()->layout()), Line ? m_LastEnd : Point);
+        pNode, Brush, m_pSelection->coverage(Layout), onImage(Line ? m_LastEnd : Point));
     m_LastEnd = Point;
     if (Line)
-        m_pStroke->moveTo(Point);
+        m_pStroke->moveTo(onImage(Point));
     return true;
 }
 
@@ -130,7 +139,7 @@ void OrvBrushTool::moveTo(const QPointF& Point)
 {
     if (!m_pStroke)
         return;
-    m_pStroke->moveTo(Point);
+    m_pStroke->moveTo(onImage(Point));
     m_LastEnd = Point;
 }
 

@@ -45,12 +45,15 @@ Q_SIGNALS:
     void brushChanged();
 
 private:
+    /// Images may be smaller or larger than the picture that they are seen in.
+    QPointF onImage(const QPointF& Point) const { return {Point.x() * m_ScaleX, Point.y() * m_ScaleY}; }
     void load();
     void store() const;
 
     const OrvCanvasSelection* m_pSelection;
     OrvBrush m_Brush;
     std::unique_ptr<OrvBrushStroke> m_pStroke;
+    double m_ScaleX = 1.0, m_ScaleY = 1.0; ///< pixels of the image that is painted on for one of the picture
     QPointF m_LastEnd;
     bool m_HasLastEnd = false;
 };

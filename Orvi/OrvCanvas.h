@@ -23,6 +23,8 @@ public:
 
     /// Everything in view is up to date and nothing is being computed.
     bool isSettled() const;
+    /// What computes, for those who need it to pause.
+    OrvCanvasRenderer* renderer() { return &m_Renderer; }
     double zoom() const { return m_View.zoom(); }
     QPointF toPicture(const QPointF& WidgetPoint) const;
     QPointF toWidget(const QPointF& PicturePoint) const;

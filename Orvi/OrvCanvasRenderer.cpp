@@ -101,6 +101,51 @@ bool OrvCanvasRenderer::isIdle() const
     return m_Wishes.isEmpty() && !m_Computing && !m_DeliveryPosted;
 }
 
+OrvCanvasRenderer::Pause::Pause(OrvCanvasRenderer* pRenderer)
+    : m_pRenderer(pRenderer)
+{
+    if (!m_pRenderer)
+        return;
+    const std::lock_guard<std::mutex> Lock(m_pRenderer->m_Mutex);
+    ++m_pRenderer->m_Pauses;
+}
+
+OrvCanvasRenderer::Pause::~Pause()
+{
+    if (!m_pRenderer)
+        return;
+    {
+        const std::lock_guard<std::mutex> Lock(m_pRenderer->m_Mutex);
+        --m_pRenderer->m_Pauses;
+    }
+    m_pRenderer->m_Wake.notify_all();
+}
+
+bool OrvCanvasRenderer::Pause::isReached(std::chrono::milliseconds Patience) const
+{
+    if (!m_pRenderer)
+        return true;
+    std::unique_lock<std::mutex> Lock(m_pRenderer->m_Mutex);
+    return m_pRenderer->m_PartEnded.wait_for(Lock, Patience, [this] { return !m_pRenderer->m_Evaluating; });
+}
+
+bool OrvCanvasRenderer::beginPart()
+{
+    std::unique_lock<std::mutex> Lock(m_Mutex);
+    m_Wake.wait(Lock, [this] { return m_Quit || m_Pauses == 0; });
+    m_Evaluating = !m_Quit;
+    return m_Evaluating;
+}
+
+void OrvCanvasRenderer::endPart()
+{
+    {
+        const std::lock_guard<std::mutex> Lock(m_Mutex);
+        m_Evaluating = false;
+    }
+    m_PartEnded.notify_all();
+}
+
 void OrvCanvasRenderer::readPixel(const QPoint& Pixel, float* pRgba)
 {
     std::fill(pRgba, pRgba + 4, 0.0f);
@@ -133,10 +178,13 @@ QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Mean
             const QRect Part = QRect(Left, Top, m_PartEdge, m_PartEdge).intersected(Region);
             const std::size_t First = std::size_t(Top - Region.top()) * std::size_t(Region.width())
                 + std::size_t(Left - Region.left());
+            if (!beginPart())
+                return QImage();
             const auto Start = std::chrono::steady_clock::now();
             m_pShown->render(
                 Part, 1.0 / (1 << Wanted.Level), PixelFormat, Pixels.data() + First * Components, Stride);
             m_Slowest = std::max(m_Slowest, std::chrono::steady_clock::now() - Start);
+            endPart();
             std::this_thread::sleep_for(Breath);
         }
     }
@@ -151,7 +199,7 @@ void OrvCanvasRenderer::work()
 {
     std::unique_lock<std::mutex> Lock(m_Mutex);
     while (true) {
-        m_Wake.wait(Lock, [this] { return m_Quit || (m_pShown && !m_Wishes.isEmpty()); });
+        m_Wake.wait(Lock, [this] { return m_Quit || (m_pShown && m_Pauses == 0 && !m_Wishes.isEmpty()); });
         if (m_Quit)
             return;
         const Piece Wanted = m_Wishes.takeFirst();
@@ -163,6 +211,8 @@ void OrvCanvasRenderer::work()
         Lock.unlock();
         const QImage Pixels = compute(Wanted, Values);
         Lock.lock();
+        if (m_Quit)
+            return;
         m_Computing = false;
         if (Epoch == m_Epoch) {
             m_Deliveries.append({Wanted, Pixels});

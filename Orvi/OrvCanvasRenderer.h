@@ -4,6 +4,7 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QPoint>
+#include <QtCore/QPointer>
 #include <QtCore/QRect>
 #include <QtCore/QVector>
 #include <QtGui/QImage>
@@ -45,6 +46,24 @@ public:
     /// Nothing is wished, computed or waiting to be delivered.
     bool isIdle() const;
 
+    /// While one lives, nothing more is evaluated: work that needs the engine again and again, such as
+    /// saving, would wait for a part of the picture each time. What is wished meanwhile is computed
+    /// afterwards.
+    class Pause {
+    public:
+        /// Returns at once; of no renderer it is reached from the start.
+        explicit Pause(OrvCanvasRenderer* pRenderer);
+        ~Pause();
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+        /// The part that was being evaluated is done; waits for that so long.
+        bool isReached(std::chrono::milliseconds Patience = std::chrono::milliseconds(0)) const;
+
+    private:
+        QPointer<OrvCanvasRenderer> m_pRenderer;
+    };
+
     /// One pixel of the result as straight linear RGBA; waits for the engine.
     void readPixel(const QPoint& Pixel, float* pRgba);
 
@@ -61,7 +80,10 @@ private:
     };
 
     void work();
+    /// Null when the renderer ends meanwhile.
     QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values);
+    bool beginPart();
+    void endPart();
     void postDelivery();
     bool isOnItsWay(const Piece& Wanted) const;
     void noteInvalidated(const QRect& Region);
@@ -75,6 +97,7 @@ private:
 
     mutable std::mutex m_Mutex; ///< guards what follows; never held while the engine is asked for anything
     std::condition_variable m_Wake;
+    std::condition_variable m_PartEnded;
     QVector<Piece> m_Wishes;
     Piece m_Present; ///< what is computed now
     QVector<Delivery> m_Deliveries;
@@ -82,7 +105,9 @@ private:
     QRegion m_InvalidatedMeanwhile; ///< while the present piece was computed
     OrvDisplayTransform::Meaning m_Values = OrvDisplayTransform::Light;
     int m_Epoch = 0;
+    int m_Pauses = 0;
     bool m_Computing = false;
+    bool m_Evaluating = false; ///< a part of the present piece
     bool m_DeliveryPosted = false;
     bool m_Quit = false;
 

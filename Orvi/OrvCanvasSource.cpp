@@ -34,6 +34,9 @@ OrvCanvasSource::OrvCanvasSource(QObject* pParent)
     connect(
         &OrvLayerShaderManager::instance(), &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
     connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this, request);
+    // Where nothing is shown before and after, the words still differ.
+    connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this,
+        &OrvCanvasSource::descriptionChanged);
     connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, request);
     // What is shown goes with its node, before anything is said about what comes instead.
     connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeDeregistered, this,

@@ -116,7 +116,7 @@ QVector<OrvCanvasRenderer::Piece> OrvCanvasTiles::wishes(
         return OrvCanvasRenderer::Piece{Which.Level, QPoint(Which.Column, Which.Row), Missing.boundingRect()};
     };
     std::vector<Wish> Wishes;
-    int WholeTiles = 0;
+    int AbsentTiles = 0;
     for (const Key& Which : tilesOf(Level, VisiblePart)) {
         const QRegion Missing = missingPart(Which);
         if (Missing.isEmpty())
@@ -124,13 +124,13 @@ QVector<OrvCanvasRenderer::Piece> OrvCanvasTiles::wishes(
         const QPointF Centre = QPointF(QRectF(tileRect(Which)).center()) * (1 << Level);
         const QPointF Way = Centre - Focus;
         Wishes.push_back({toPiece(Which, Missing), Way.x() * Way.x() + Way.y() * Way.y()});
-        WholeTiles += Missing.boundingRect() == tileRect(Which);
+        AbsentTiles += !m_Tiles.contains(Which);
     }
     std::stable_sort(Wishes.begin(), Wishes.end(),
         [](const Wish& One, const Wish& Other) { return One.Distance < Other.Distance; });
 
     QVector<OrvCanvasRenderer::Piece> Pieces;
-    if (WholeTiles >= MuchMissing) {
+    if (AbsentTiles >= MuchMissing) {
         for (const Key& Which : tilesOf(Level + CoarseStep, VisiblePart)) {
             const QRegion Missing = missingPart(Which);
             if (!Missing.isEmpty())
@@ -167,13 +167,15 @@ void OrvCanvasTiles::draw(QPainter& Painter, const OrvCanvasView& View)
     };
 
     const QVector<Key> Tiles = tilesOf(Level, Visible);
-    QRegion Missing; // in device pixels
+    QRegion Missing, Absent; // in device pixels
     for (const Key& Which : Tiles) {
+        QRegion& Part = m_Tiles.contains(Which) ? Missing : Absent;
         for (const QRect& Rect : missingPart(Which))
-            Missing += toDevice(Rect, Level);
+            Part += toDevice(Rect, Level);
     }
-    // An outdated tile is better than nothing, but one of another level that is up to date shows what was
-    // just done.
+    Missing += Absent;
+    // A finer tile that is up to date shows what was just done; a coarser one would blur what is sharp, so it
+    // serves only where there is nothing else.
     struct Patch {
         Key Which;
         QRegion Shown;
@@ -187,7 +189,8 @@ void OrvCanvasTiles::draw(QPainter& Painter, const OrvCanvasView& View)
             const auto Found = m_Tiles.constFind(Which);
             if (Found == m_Tiles.constEnd())
                 continue;
-            QRegion Fresh = Missing.intersected(toDevice(tileRect(Which), Which.Level));
+            const QRegion& Wanted = Offset > 0 ? Absent : Missing;
+            QRegion Fresh = Wanted.intersected(toDevice(tileRect(Which), Which.Level));
             for (const QRect& Rect : Found->Outdated)
                 Fresh -= toDevice(Rect, Which.Level);
             if (Fresh.isEmpty())
@@ -195,6 +198,7 @@ void OrvCanvasTiles::draw(QPainter& Painter, const OrvCanvasView& View)
             Patches.push_back({Which, Fresh});
             Patched += Fresh;
             Missing -= Fresh;
+            Absent -= Fresh;
         }
     }
 

@@ -20,11 +20,11 @@ public:
     void invalidate(const QRegion& Region);
     void put(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
 
-    /// What is missing to show a part of the picture on a level: first a coarse view of all where much is
-    /// missing, then tile by tile, those near the focus first.
+    /// What is missing to show a part of the picture on a level: first a coarse view of all where there are
+    /// no pixels yet for much of it, then tile by tile, those near the focus first.
     QVector<OrvCanvasRenderer::Piece> wishes(int Level, const QRect& VisiblePart, const QPointF& Focus) const;
-    /// Tiles of the level, and where they are missing or outdated, coarser ones. The painter's unit is a
-    /// device pixel.
+    /// Tiles of the level; where they are outdated, finer ones, and where they are missing, coarser ones,
+    /// too. The painter's unit is a device pixel.
     void draw(QPainter& Painter, const OrvCanvasView& View);
     /// Forgets tiles that were not drawn for the longest time.
     void trim();

@@ -1,5 +1,7 @@
 #include "Orvi/OrvEditCommands.h"
 
+#include "Orvi/OrvDialogAction.h"
+
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvAction.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
@@ -23,8 +25,13 @@ OrvEditCommands::OrvEditCommands(QObject* pParent)
     m_pRedo = Creator.createAndAddToMenu(
         tr("Redo"), QStringLiteral("Redo.png"), SLOT(redo()), QVariant(), QString());
     Creator.addMenuSeparator();
-    Creator.createAndAddToMenu(
-        tr("Keyboard Shortcuts"), QString(), SLOT(editShortcuts()), QVariant(), QString());
+    OrvDialogAction::mark(Creator.createAndAddToMenu(
+        tr("Keyboard Shortcuts"), QString(), SLOT(editShortcuts()), QVariant(), QString()));
+    // Its other key is as common; an action of its own, so that it can be bound to something else.
+    Shortcuts.setDefaultShortcut(
+        Path + QStringLiteral("/") + tr("Redo (Other Key)"), QKeySequence(Qt::CTRL + Qt::Key_Y));
+    Creator.setMenuPath(QString());
+    Creator.create(tr("Redo (Other Key)"), QString(), SLOT(redo()), QVariant(), QString());
 
     const QUndoStack* pStack = OrvUndoManager::instance().stack();
     connect(pStack, &QUndoStack::indexChanged, this, &OrvEditCommands::updateTexts);

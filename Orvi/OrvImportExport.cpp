@@ -2,6 +2,8 @@
 
 #include "Orvi/OrvChannelExport.h"
 #include "Orvi/OrvCommandLine.h"
+#include "Orvi/OrvDialogAction.h"
+#include "Orvi/OrvExportDialog.h"
 #include "Orvi/OrvFailureMessage.h"
 #include "Orvi/OrvProjectCommands.h"
 
@@ -18,19 +20,24 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvProgressDialog.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include "OrvDdi/Files/OrvImageFiles.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QStandardPaths>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDropEvent>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QPushButton>
 
 #include <algorithm>
 #include <functional>
@@ -41,6 +48,7 @@ const QString UriList = QStringLiteral("text/uri-list");
 const QString ImportDirectoryKey = QStringLiteral("Images/ImportDirectory");
 const QString ExportDirectoryKey = QStringLiteral("Images/ExportDirectory");
 const QString ExportSuffixKey = QStringLiteral("Images/ExportSuffix");
+const QString ExportAllSuffixKey = QStringLiteral("Images/ExportAllSuffix");
 constexpr int MessageDuration = 4000; // ms
 
 QStringList localPaths(const QMimeData& Data)
@@ -72,9 +80,50 @@ OrvLayer* layerReading(const OrvSnBaseNode* pContent)
 
 QString directory(const QString& Key)
 {
-    return OrvSettings()
-        .value(Key, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
-        .toString();
+    const QString Last = OrvSettings()
+                             .value(Key, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
+                             .toString();
+    return QFileInfo(Last).isDir() ? Last : QDir::homePath();
+}
+
+/// The type that was chosen in the dialog counts, and where that leaves it open, the name's own or the usual
+/// one.
+QString typedPath(const QString& Path, const QString& Filter, const QString& UsualSuffix)
+{
+    QStringList Chosen;
+    static const QRegularExpression Pattern(QStringLiteral("\\*\\.(\\w+)"));
+    for (auto Match = Pattern.globalMatch(Filter); Match.hasNext();)
+        Chosen.append(Match.next().captured(1));
+    const QStringList Writable = OrvImageFiles::writableSuffixes();
+    const bool Open = Chosen.isEmpty() || Chosen.size() == Writable.size();
+    const QString Suffix = QFileInfo(Path).suffix();
+    const bool Named = Writable.contains(Suffix, Qt::CaseInsensitive);
+    if (Named && (Open || Chosen.contains(Suffix, Qt::CaseInsensitive)))
+        return Path;
+    const QString Base = Named ? Path.chopped(Suffix.size() + 1) : Path;
+    return Base + QLatin1Char('.') + (Open ? UsualSuffix : Chosen.first());
+}
+
+/// One question for all files. Unattended runs replace what they are told to write.
+bool mayReplace(const QStringList& Files)
+{
+    QStringList Existing;
+    std::copy_if(Files.begin(), Files.end(), std::back_inserter(Existing),
+        [](const QString& File) { return QFileInfo::exists(File); });
+    if (Existing.isEmpty() || !OrvApplication::popupsAllowed())
+        return true;
+    QMessageBox Box(&OrvMainWindow::instance());
+    Box.setIcon(QMessageBox::Question);
+    Box.setWindowTitle(OrvImportExport::tr("Export"));
+    Box.setTextFormat(Qt::PlainText);
+    Box.setText(Existing.size() == 1
+            ? OrvImportExport::tr("The file \"%1\" exists already.").arg(QFileInfo(Existing[0]).fileName())
+            : OrvImportExport::tr("%1 of %2 files exist already.").arg(Existing.size()).arg(Files.size()));
+    Box.setInformativeText(OrvImportExport::tr("Do you want to replace what is there?"));
+    const QPushButton* pReplace = Box.addButton(OrvImportExport::tr("Replace"), QMessageBox::DestructiveRole);
+    Box.setDefaultButton(Box.addButton(QMessageBox::Cancel));
+    Box.exec();
+    return Box.clickedButton() == pReplace;
 }
 
 /// Imports one image after the other, under one progress dialog and in one undo step. Returns what failed, to
@@ -120,34 +169,31 @@ void OrvImportExport::createActions()
 {
     OrvActionCreator Creator(
         QStringLiteral("/Orvi/File"), this, QStringLiteral("MainWindow/&File"), QString());
-    Creator.createAndAddToMenu(tr("Import Images as Channels"), QStringLiteral("Import.png"),
-        SLOT(importChannelsFromDialog()), QVariant(), QString());
+    const auto create = [&Creator](const QString& Text, const char* pSlot, const QString& Icon = QString()) {
+        OrvDialogAction::mark(Creator.createAndAddToMenu(Text, Icon, pSlot, QVariant(), QString()));
+    };
+    create(tr("Import Images as Channels"), SLOT(importChannelsFromDialog()), QStringLiteral("Import.png"));
     Creator.setActionSetName(QStringLiteral("ProjectOnly"));
-    Creator.createAndAddToMenu(tr("Export All Channels"), QStringLiteral("Export.png"),
-        SLOT(exportAllChannels()), QVariant(), QString());
+    create(tr("Export Channel"), SLOT(exportChannel()), QStringLiteral("Export.png"));
+    create(tr("Export All Channels"), SLOT(exportAllChannels()));
     Creator.addMenuSeparator();
 
     Creator.setActionPath(QStringLiteral("/Orvi/Channels/Images"));
     Creator.setActionSetName(QString());
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Import"));
-    Creator.createAndAddToMenu(
-        tr("Images as Channels"), QString(), SLOT(importChannelsFromDialog()), QVariant(), QString());
+    create(tr("Images as Channels"), SLOT(importChannelsFromDialog()));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Export"));
-    Creator.createAndAddToMenu(
-        tr("All Channels"), QString(), SLOT(exportAllChannels()), QVariant(), QString());
+    create(tr("All Channels"), SLOT(exportAllChannels()));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/Export &Flattened"));
-    Creator.createAndAddToMenu(
-        tr("Current Channel"), QString(), SLOT(exportChannel()), QVariant(), QString());
+    create(tr("Current Channel"), SLOT(exportChannel()));
 
     Creator.setActionPath(QStringLiteral("/Orvi/Layers/Images"));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Import"));
-    Creator.createAndAddToMenu(
-        tr("Images as Paint Layers"), QString(), SLOT(importLayersFromDialog()), QVariant(), QString());
+    create(tr("Images as Paint Layers"), SLOT(importLayersFromDialog()));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Export"));
-    Creator.createAndAddToMenu(tr("Current Layer"), QString(), SLOT(exportLayer()), QVariant(), QString());
+    create(tr("Current Layer"), SLOT(exportLayer()));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/Export &Flattened"));
-    Creator.createAndAddToMenu(
-        tr("Current Layer and Below"), QString(), SLOT(exportUpToLayer()), QVariant(), QString());
+    create(tr("Current Layer and Below"), SLOT(exportUpToLayer()));
 }
 
 void OrvImportExport::registerDrops()
@@ -225,39 +271,52 @@ bool OrvImportExport::eventFilter(QObject* pWatched, QEvent* pEvent)
 
 void OrvImportExport::openImagesAsProject(const QStringList& Paths)
 {
-    if (Paths.isEmpty() || !m_pProjects->mayLeaveProject())
+    QStringList Files, Folders;
+    for (const QString& Path : Paths) {
+        if (QFileInfo(Path).isDir())
+            Folders.append(tr("'%1' is a folder, but neither an image nor a project (a folder \"Name.orvi\")")
+                               .arg(QDir::toNativeSeparators(Path)));
+        else
+            Files.append(Path);
+    }
+    OrvFailureMessage::show(tr("Open"), Folders);
+    if (Files.isEmpty() || !m_pProjects->mayLeaveProject())
         return;
-    m_pProjects->makeNew(OrvImageImport::imageSets(Paths).first().BaseName);
-    importChannels(Paths);
+    m_pProjects->makeNew(OrvImageImport::imageSets(Files).first().BaseName);
+    const QString FirstName = importChannels(Files);
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     const QList<OrvShaderInput*> Channels
         = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
     if (Channels.isEmpty())
         OrvProjectManager::instance().closeProject();
+    else
+        m_pProjects->rename(FirstName);
 }
 
-void OrvImportExport::importChannels(const QStringList& Paths)
+QString OrvImportExport::importChannels(const QStringList& Paths)
 {
     const OrvProject* pProject = OrvProjectManager::instance().currentProject();
-    if (!pProject)
-        return openImagesAsProject(Paths);
-    OrvGeoEntity* pEntity = pProject->currentGeoEntity();
+    OrvGeoEntity* pEntity = pProject ? pProject->currentGeoEntity() : nullptr;
     if (Paths.isEmpty() || !pEntity)
-        return;
+        return QString();
     const QList<OrvUdimSet> Sets = OrvImageImport::imageSets(Paths);
     OrvImageImport::takeTiles(pEntity, Sets);
     QPointer<OrvShaderInput> pFirst;
+    QString FirstName;
     const QStringList Failures = importEach(
         tr("Import Channels"), Sets, [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
             OrvShaderInput* pChannel
                 = OrvImageImport::importChannel(pEntity->shaderNetwork(), Set, Progress, Error);
-            if (!pFirst)
+            if (!pFirst && pChannel) {
                 pFirst = pChannel;
+                FirstName = Set.BaseName;
+            }
             return pChannel != nullptr;
         });
     if (pFirst)
         OrvShaderInputManager::instance().makeShaderInputCurrent(pFirst, true);
     OrvFailureMessage::show(tr("Import Channels"), Failures);
+    return FirstName;
 }
 
 void OrvImportExport::importLayers(
@@ -288,7 +347,11 @@ QStringList OrvImportExport::askForImages(const QString& Title)
 
 void OrvImportExport::importChannelsFromDialog()
 {
-    importChannels(askForImages(tr("Import Images as Channels")));
+    const QStringList Paths = askForImages(tr("Import Images as Channels"));
+    if (OrvProjectManager::instance().currentProject())
+        importChannels(Paths);
+    else
+        openImagesAsProject(Paths);
 }
 
 void OrvImportExport::importLayersFromDialog()
@@ -304,10 +367,15 @@ void OrvImportExport::exportNode(const OrvSnBaseNode* pNode, const QString& Name
     if (!pNode || !pChannel)
         return;
     const QString Suffix = OrvSettings().value(ExportSuffixKey, QStringLiteral("png")).toString();
-    const QString Path = QFileDialog::getSaveFileName(&OrvMainWindow::instance(), tr("Export %1").arg(Name),
+    // The dialog's own question knows nothing of tiles.
+    QString Filter;
+    const QString Chosen = QFileDialog::getSaveFileName(&OrvMainWindow::instance(), tr("Export %1").arg(Name),
         OrvChannelExport::suggestedPath(pChannel, directory(ExportDirectoryKey), Name, Suffix),
-        OrvImageFiles::writeFilter());
-    if (Path.isEmpty())
+        OrvImageFiles::writeFilter(), &Filter, QFileDialog::DontConfirmOverwrite);
+    if (Chosen.isEmpty())
+        return;
+    const QString Path = typedPath(Chosen, Filter, Suffix);
+    if (!mayReplace(OrvChannelExport::filesOf(pChannel, Path)))
         return;
     QString Error;
     bool Written = false, Cancelled = false;
@@ -347,37 +415,57 @@ void OrvImportExport::exportUpToLayer()
 
 void OrvImportExport::exportAllChannels()
 {
+    if (!OrvProjectManager::instance().currentProject())
+        return;
+    OrvExportDialog Dialog(directory(ExportDirectoryKey), OrvSettings().value(ExportAllSuffixKey).toString(),
+        &OrvMainWindow::instance());
+    if (Dialog.exec() != QDialog::Accepted)
+        return;
+    OrvSettings().setValue(ExportDirectoryKey, Dialog.directory());
+    OrvSettings().setValue(ExportAllSuffixKey, Dialog.suffix());
+    exportAllChannelsTo(Dialog.directory(), Dialog.suffix());
+}
+
+void OrvImportExport::exportAllChannelsTo(const QString& Directory, const QString& Suffix)
+{
     const OrvProject* pProject = OrvProjectManager::instance().currentProject();
     if (!pProject || !pProject->currentGeoEntity())
         return;
-    const QString Directory = QFileDialog::getExistingDirectory(
-        &OrvMainWindow::instance(), tr("Export All Channels To"), directory(ExportDirectoryKey));
-    if (Directory.isEmpty())
-        return;
-    OrvSettings().setValue(ExportDirectoryKey, Directory);
     const QList<OrvShaderInput*> Channels = OrvShaderInputManager::instance().getShaderInputsFromNetwork(
         pProject->currentGeoEntity()->shaderNetwork());
+    QStringList Paths, Files;
+    for (const OrvShaderInput* pChannel : Channels) {
+        const QString Deep
+            = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
+        Paths.append(OrvChannelExport::suggestedPath(
+            pChannel, Directory, pChannel->name(), Suffix.isEmpty() ? Deep : Suffix));
+        Files += OrvChannelExport::filesOf(pChannel, Paths.last());
+    }
+    if (Channels.isEmpty() || !mayReplace(Files))
+        return;
     QStringList Failures;
+    bool Cancelled = false;
     {
         OrvProgressDialog Progress(tr("Exporting"), &OrvMainWindow::instance());
         for (int Index = 0; Index < Channels.size() && !Progress.isCancelled(); ++Index) {
-            OrvShaderInput* pChannel = Channels[Index];
-            Progress.setText(tr("Exporting %1").arg(pChannel->name()));
-            // What no 8-bit file can hold goes to EXR.
-            const QString Suffix = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png")
-                                                                                 : QStringLiteral("exr");
+            Progress.setText(tr("Exporting %1").arg(Channels[Index]->name()));
             QString Error;
             const auto step = [&](int Done, int Total) {
                 const int Share = Total > 0 ? 100 * Done / Total : 0;
                 return Progress.step(100 * Index + Share, 100 * Channels.size());
             };
-            const QString Path
-                = OrvChannelExport::suggestedPath(pChannel, Directory, pChannel->name(), Suffix);
-            if (!OrvChannelExport::writeChannel(pChannel, Path, step, Error) && !Progress.isCancelled())
+            if (!OrvChannelExport::writeChannel(Channels[Index], Paths[Index], step, Error)
+                && !Progress.isCancelled())
                 Failures.append(Error);
         }
+        Cancelled = Progress.isCancelled();
     }
     OrvFailureMessage::show(tr("Export All Channels"), Failures);
+    if (!Cancelled && Failures.isEmpty()) {
+        OrvStatusManager::instance().showMessage(
+            tr("Exported %1 files to %2").arg(Files.size()).arg(QDir::toNativeSeparators(Directory)),
+            MessageDuration);
+    }
 }
 
 #include "moc_OrvImportExport.cpp"

@@ -22,10 +22,14 @@ public:
     explicit OrvImportExport(OrvProjectCommands* pProjects, QObject* pParent = nullptr);
     ~OrvImportExport() override;
 
-    /// A new project with one channel for each image, named after the first. Files that cannot be read are
-    /// named in one message; the others are there.
+    /// A new project with one channel for each image, named after the first that opened. Files that cannot be
+    /// read are named in one message; the others are there.
     void openImagesAsProject(const QStringList& Paths);
-    void importChannels(const QStringList& Paths);
+    /// Returns the base name of the first image that opened.
+    QString importChannels(const QStringList& Paths);
+    /// All of the current object into a folder that exists; an empty suffix means a type as deep as the
+    /// channel. Asks once when that would replace files.
+    void exportAllChannelsTo(const QString& Directory, const QString& Suffix);
     void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow,
         OrvImageImport::Place Where = OrvImageImport::AboveCurrent);
     /// A project opens, images become channels; false when there was neither.
@@ -36,6 +40,7 @@ public:
 public Q_SLOTS:
     void importChannelsFromDialog();
     void importLayersFromDialog();
+    /// Both ask for a place and a type, and before files are replaced.
     void exportChannel();
     void exportAllChannels();
     void exportLayer();

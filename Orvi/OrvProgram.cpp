@@ -48,7 +48,6 @@
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QMessageBox>
-#include <QtWidgets/QPushButton>
 
 namespace {
 
@@ -116,11 +115,11 @@ void OrvProgram::makeParts()
     Window.setCentralWidget(m_pCanvas);
     Window.addToolBar(new OrvToolBar(m_pTools, &Window));
     Window.addToolBar(new OrvBrushBar(m_pTools->brushTool(), &Window));
-    m_pProjectCommands = new OrvProjectCommands(this);
+    m_pProjectCommands = new OrvProjectCommands(m_pCanvas->renderer(), this);
     m_pImportExport = new OrvImportExport(m_pProjectCommands, this);
     m_pSelectionCommands = new OrvSelectionCommands(m_pTools, this);
     m_pEditCommands = new OrvEditCommands(this);
-    m_pAutosave = new OrvAutosave(this);
+    m_pAutosave = new OrvAutosave(m_pCanvas->renderer(), this);
 }
 
 void OrvProgram::makeMenus()
@@ -237,44 +236,21 @@ void OrvProgram::start(const OrvCommandLine& Line)
 
 void OrvProgram::open(const OrvCommandLine& Line)
 {
-    if (Line.RequestedMode == OrvCommandLine::Sample)
-        openSample();
-    else if (!Line.Project.isEmpty())
+    if (Line.RequestedMode == OrvCommandLine::Sample) {
+        if (!m_pProjectCommands->offerRecovery(OrvSampleProject::path()))
+            openSample();
+    } else if (!Line.Project.isEmpty()) {
         m_pProjectCommands->open(Line.Project);
-    else if (!Line.Images.isEmpty())
+    } else if (!Line.Images.isEmpty()) {
         m_pImportExport->openImagesAsProject(Line.Images);
-    else if (Line.RequestedMode == OrvCommandLine::Interactive)
-        offerRecovery();
-}
-
-void OrvProgram::offerRecovery()
-{
-    if (!OrvApplication::popupsAllowed())
-        return;
-    for (const OrvAutosave::Copy& Left : OrvAutosave::leftBehind()) {
-        QMessageBox Box(&OrvMainWindow::instance());
-        Box.setIcon(QMessageBox::Question);
-        Box.setWindowTitle(tr("Recover Project"));
-        Box.setText(tr("Orvi did not end properly while \"%1\" had unsaved changes.").arg(Left.ProjectName));
-        Box.setInformativeText(tr("A copy from shortly before can be opened as a new project."));
-        const QPushButton* pRecover = Box.addButton(tr("Recover"), QMessageBox::AcceptRole);
-        const QPushButton* pDiscard = Box.addButton(tr("Discard"), QMessageBox::DestructiveRole);
-        Box.addButton(tr("Later"), QMessageBox::RejectRole);
-        Box.exec();
-        if (Box.clickedButton() == pDiscard) {
-            OrvAutosave::discard(Left);
-        } else if (Box.clickedButton() == pRecover) {
-            QString Error;
-            if (OrvAutosave::recover(Left, Error).isEmpty())
-                OrvFailureMessage::show(tr("Recover Project"), Error);
-            return;
-        }
+    } else if (Line.RequestedMode == OrvCommandLine::Interactive) {
+        m_pProjectCommands->offerRecovery();
     }
 }
 
 void OrvProgram::openSample()
 {
-    if (!m_pProjectCommands->mayLeaveProject())
+    if (!m_pProjectCommands->mayLeaveProject() || !m_pProjectCommands->mayOpenSaved(OrvSampleProject::path()))
         return;
     QString Error;
     bool Opened = false;

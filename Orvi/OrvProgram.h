@@ -38,7 +38,6 @@ private:
     void registerPalettes();
     static void arrangePalettes();
     void open(const OrvCommandLine& Line);
-    void offerRecovery();
 
     OrvCanvas* m_pCanvas = nullptr; ///< the window's
     OrvCanvasTools* m_pTools = nullptr;

@@ -290,6 +290,7 @@ int OrvTour::run()
         return OrvCommandLine::Failure;
     }
     OrvMainWindow& Window = OrvMainWindow::instance();
+    Window.showNormal(); // on a small screen it has all of it
     Window.resize(WindowSize);
     Window.resetLayout();
     if (m_Subject == SampleProject)

@@ -68,6 +68,17 @@ private Q_SLOTS:
         QCOMPARE(pixel(100, 60).alpha(), 128);
     }
 
+    void imagesOfAnotherSizeArePaintedWhereTheyAreSeen()
+    {
+        m_pTool->setBrush(brush(20, 1.0, 1.0, Qt::red));
+        QVERIFY(m_pLayer->resizeImageSets(0, -1, true, true)); // half as large in each direction
+        stroke({{100, 60}, {200, 60}});
+        QCOMPARE(pixel(75, 30).alpha(), 255);
+        QCOMPARE(pixel(100, 30).alpha(), 255);
+        QCOMPARE(pixel(75, 37).alpha(), 0);
+        QCOMPARE(pixel(110, 30).alpha(), 0);
+    }
+
     void softEdgesStaySoftHoweverTheStrokeIsCut()
     {
         // The cross-section of a stroke is that of one dab, whether it came in two points or in a hundred.

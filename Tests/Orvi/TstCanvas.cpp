@@ -154,6 +154,22 @@ private Q_SLOTS:
         }
     }
 
+    void whatIsSharpStaysSharpUntilThereIsBetter()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(2048, 2048));
+        m_Document.newPaintLayer(pChannel, OrvColor(0.2f, 0.5f, 0.7f));
+        stroke({{900, 1000}, {1200, 1050}});
+        m_pCanvas->resize(900, 900);
+        applyZoom(m_pCanvas.get(), 1.0);
+        QVERIFY(isSettled(m_pCanvas.get()));
+        const QImage Before = m_pCanvas->grab().toImage();
+        m_Document.newPaintLayer(pChannel);
+        while (!m_pCanvas->isSettled()) {
+            QApplication::processEvents();
+            QVERIFY(areAlike(m_pCanvas->grab().toImage(), Before));
+        }
+    }
+
     void editsWhileThePictureIsComputed()
     {
         OrvShaderInput* pChannel = m_Document.newChannel(QSize(1024, 1024));

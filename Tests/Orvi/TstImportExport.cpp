@@ -1,3 +1,4 @@
+#include "Tests/Orvi/OrvTestAnswers.h"
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvChannelExport.h"
@@ -7,6 +8,7 @@
 
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QUrl>
@@ -267,9 +269,11 @@ private Q_SLOTS:
         QVERIFY(Bad.open(QIODevice::WriteOnly));
         Bad.write("bad");
         Bad.close();
-        Commands.openImagesAsProject({save(QStringLiteral("first.png"), pattern(ImageSize)), Bad.fileName(),
-            m_Document.filePath(QStringLiteral("nowhere.png")),
-            save(QStringLiteral("second.png"), pattern(ImageSize))});
+        const QString FolderName = QFileInfo(Bad).absolutePath();
+        Commands.openImagesAsProject(
+            {FolderName, Bad.fileName(), save(QStringLiteral("first.png"), pattern(ImageSize)),
+                m_Document.filePath(QStringLiteral("nowhere.png")),
+                save(QStringLiteral("second.png"), pattern(ImageSize))});
         m_pNetwork = OrvProjectManager::instance().currentProject()->currentGeoEntity()->shaderNetwork();
         QCOMPARE(channels().size(), 2);
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("first"));
@@ -277,6 +281,37 @@ private Q_SLOTS:
         // Without any good one there is no project.
         Commands.openImagesAsProject({Bad.fileName()});
         QVERIFY(!OrvProjectManager::instance().currentProject());
+        // A folder alone leaves what is open alone.
+        m_Document.newProject();
+        Commands.openImagesAsProject({FolderName});
+        QCOMPARE(OrvProjectManager::instance().currentProject()->name(), QStringLiteral("Test"));
+    }
+
+    void exportingOverFilesAsksOnce()
+    {
+        OrvProjectCommands Projects;
+        OrvImportExport Commands(&Projects);
+        import(save(QStringLiteral("one.png"), pattern(ImageSize)));
+        import(save(QStringLiteral("two.png"), pattern(ImageSize)));
+        const QTemporaryDir Folder;
+        const QStringList Files{Folder.filePath("one.tif"), Folder.filePath("two.tif")};
+        const auto exportAnswering = [&](const QString& Button) {
+            return answering(
+                Button, [&] { Commands.exportAllChannelsTo(Folder.path(), QStringLiteral("tif")); });
+        };
+        QCOMPARE(exportAnswering(QStringLiteral("Cancel")), QStringList());
+        QVERIFY(QFileInfo::exists(Files[0]) && QFileInfo::exists(Files[1]));
+        QVERIFY(OrvStatusManager::instance().text().contains(Folder.path()));
+
+        for (const QString& File : Files)
+            QVERIFY(QFile::resize(File, 3));
+        const QStringList Refused = exportAnswering(QStringLiteral("Cancel"));
+        QCOMPARE(Refused.size(), 1);
+        QVERIFY2(Refused.first().contains(QLatin1Char('2')), qPrintable(Refused.first()));
+        QCOMPARE(QFileInfo(Files[0]).size(), 3);
+        QCOMPARE(exportAnswering(QStringLiteral("Replace")).size(), 1);
+        for (const QString& File : Files)
+            QVERIFY(QFileInfo(File).size() > 3);
     }
 
     void dropsBecomeLayersAboveTheOneUnderThePointer()

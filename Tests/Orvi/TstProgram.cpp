@@ -1,3 +1,4 @@
+#include "Tests/Orvi/OrvTestAnswers.h"
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvCanvas.h"
@@ -89,6 +90,33 @@ private Q_SLOTS:
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("paint"));
         QTRY_VERIFY(m_pProgram->canvas()->isSettled());
         QVERIFY(OrvActionTreeManager::instance().findAction("/Orvi/File/Save Project")->isEnabled());
+    }
+
+    void menuEntriesThatAskSaySo()
+    {
+        const auto text = [](const char* pKey) {
+            const QAction* pAction = OrvActionTreeManager::instance().findAction(QString::fromLatin1(pKey));
+            return pAction ? pAction->text() : QString();
+        };
+        for (const char* pKey : {"/Orvi/File/Open Project", "/Orvi/File/Export Channel",
+                 "/Orvi/File/Export All Channels", "/Orvi/Layers/Images/Current Layer"})
+            QVERIFY2(text(pKey).endsWith(QStringLiteral("…")), pKey);
+        QVERIFY(!text("/Orvi/File/Save Project").endsWith(QStringLiteral("…")));
+    }
+
+    void whatIsNotThereLeavesTheOpenProjectAlone()
+    {
+        const QString Missing = m_Document.filePath(QStringLiteral("missing.orvi"));
+        OrvCommandLine Line;
+        Line.Project = Missing;
+        const QStringList Told = answering(QStringLiteral("OK"), [&] {
+            m_pProgram->start(Line);
+            QTest::qWait(500);
+        });
+        QCOMPARE(Told.size(), 1);
+        QVERIFY2(Told.first().contains(Missing) && Told.first().contains(QStringLiteral("does not exist")),
+            qPrintable(Told.first()));
+        QCOMPARE(channels().size(), 2);
     }
 
     void filesDroppedOnTheWindowOpen()

@@ -1,13 +1,18 @@
+#include "Tests/Orvi/OrvTestAnswers.h"
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvAutosave.h"
+#include "Orvi/OrvCanvas.h"
+#include "Orvi/OrvCanvasTools.h"
 #include "Orvi/OrvEditCommands.h"
 #include "Orvi/OrvHistoryModel.h"
 #include "Orvi/OrvProjectCommands.h"
 
+#include "OrvCore/Project/OrvProjectFile.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include "OrvDdi/Files/OrvDataBlockManager.h"
 
@@ -54,6 +59,7 @@ private Q_SLOTS:
 
     void aCopySurvivesACrashAndNothingElse()
     {
+        OrvProjectCommands Commands;
         OrvAutosave Autosave;
         OrvShaderInput* pChannel = m_Document.newChannel(QSize(16, 16));
         m_Document.newPaintLayer(pChannel, OrvColor(0.0f, 1.0f, 0.0f));
@@ -75,13 +81,91 @@ private Q_SLOTS:
         QCOMPARE(Copies.size(), 1);
         QCOMPARE(Copies.first().ProjectName, QStringLiteral("saved"));
         QString Error;
-        const QString Folder = OrvAutosave::recover(Copies.first(), Error);
-        QVERIFY2(!Folder.isEmpty(), qPrintable(Error));
-        QCOMPARE(Folder, m_Document.filePath(QStringLiteral("saved recovered.orvi")));
+
+        // Who opens the project is asked about its younger copy, and may leave both alone.
+        const QString Saved = m_Document.filePath(QStringLiteral("saved.orvi"));
+        const auto openSaved = [&] { QVERIFY(!Commands.open(Saved)); };
+        QCOMPARE(answering(QStringLiteral("Cancel"), openSaved).size(), 1);
+        QVERIFY(!OrvProjectManager::instance().currentProject());
+        const auto offer = [&] { QVERIFY(!Commands.offerRecovery()); };
+        QCOMPARE(answering(QStringLiteral("Later"), offer).size(), 1);
+        QVERIFY(!Commands.offerRecovery(Saved));
+        QCOMPARE(OrvAutosave::leftBehind().size(), 1);
+
+        const QString Folder = m_Document.filePath(QStringLiteral("saved recovered.orvi"));
+        QVERIFY(Commands.recover(Copies.first()));
+        QCOMPARE(OrvProjectManager::instance().currentProject()->path(), Folder);
+        // The user is told where it went, and finds it again.
+        QVERIFY(OrvStatusManager::instance().text().contains(Folder));
+        QCOMPARE(OrvRecentProjects::paths().first(), Folder);
+        QVERIFY(OrvMainWindow::instance().windowTitle().startsWith(QStringLiteral("saved recovered")));
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("Lost"));
         QVERIFY(OrvAutosave::leftBehind().isEmpty());
         OrvProjectManager::instance().closeProject();
         QVERIFY(OrvProjectManager::instance().openProject(Folder, Error));
+    }
+
+    void savingDoesNotWaitForACostlyPicture()
+    {
+        OrvCanvasTools Tools;
+        OrvCanvas Canvas(&Tools);
+        Canvas.resize(600, 600);
+        Canvas.show();
+        OrvProjectCommands Commands(Canvas.renderer());
+        OrvAutosave Autosave(Canvas.renderer());
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(2048, 2048));
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel, OrvColor::white());
+        for (int Edge = 1000; Edge > 0; Edge -= 50) {
+            const QRect Square(0, 0, Edge, Edge);
+            pLayer->paintImageSet()->buffer().fill(OrvColor(Edge % 7 / 7.0f, 0.5f, 0.1f), Square);
+            pLayer->paintImageSet()->pixelsWritten(Square);
+        }
+        for (int Blur = 0; Blur < 6; ++Blur)
+            pChannel->createAdjustmentLayer(
+                QStringLiteral("Filter/Blur/Gaussian Blur"), OrvTestDocument::LayerFlags);
+        Canvas.showActualSize();
+        QTRY_VERIFY(!Canvas.renderer()->isIdle());
+
+        // The window's own events go on while the copy is waited for and written. The picture becomes
+        // outdated again and again, so that it is never done before.
+        const QString Manifest = OrvDataBlockManager::subCachePath() + QStringLiteral("/Autosave/")
+            + OrvProjectFile::ManifestName;
+        QElapsedTimer SinceTick;
+        SinceTick.start();
+        qint64 Longest = 0;
+        QTimer Ticks;
+        connect(&Ticks, &QTimer::timeout, &Canvas, [&] {
+            Longest = std::max(Longest, SinceTick.restart());
+            if (Canvas.renderer()->isIdle())
+                pLayer->paintImageSet()->pixelsWritten(pLayer->paintImageSet()->extent());
+        });
+        Ticks.start(10);
+        Autosave.saveWhenIdle();
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(Manifest), 60000);
+        QTRY_VERIFY(!Autosave.isWaiting());
+        qInfo("longest wait %lld ms", static_cast<long long>(Longest));
+        QVERIFY2(Longest < 5000, qPrintable(QString::number(Longest)));
+
+        // Touching the window puts the copy off.
+        pLayer->setName(QStringLiteral("Touched"));
+        QVERIFY(QFile::remove(Manifest));
+        Autosave.saveWhenIdle();
+        for (int Touch = 0; Touch < 12; ++Touch) {
+            QTest::qWait(200);
+            QTest::keyClick(&Canvas, Qt::Key_Shift);
+        }
+        QVERIFY(!QFileInfo::exists(Manifest));
+
+        // Saving comes to its end as well, and the picture goes on afterwards.
+        Ticks.stop();
+        const QString Path = m_Document.filePath(QStringLiteral("costly.orvi"));
+        OrvProjectManager::instance().currentProject()->setPath(Path);
+        QVERIFY(Commands.saveProject());
+        QVERIFY(!OrvProjectManager::instance().isModified());
+        int Pieces = 0;
+        connect(Canvas.renderer(), &OrvCanvasRenderer::pieceReady, &Canvas, [&Pieces] { ++Pieces; });
+        pLayer->paintImageSet()->pixelsWritten(pLayer->paintImageSet()->extent());
+        QTRY_VERIFY_WITH_TIMEOUT(Pieces > 0, 60000);
     }
 
     void menusNameWhatTheyTakeBackAndTheHistoryGoesThere()
@@ -101,6 +185,14 @@ private Q_SLOTS:
         QCOMPARE(pChannel->name(), QStringLiteral("A"));
         pUndo->trigger();
         QVERIFY(pRedo->isEnabled());
+        // Redo has two common keys.
+        QAction* pOther
+            = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Edit/Redo (Other Key)"));
+        QVERIFY(pOther);
+        QCOMPARE(pOther->shortcut(), QKeySequence(Qt::CTRL + Qt::Key_Y));
+        pOther->trigger();
+        QCOMPARE(pChannel->name(), QStringLiteral("A"));
+        pUndo->trigger();
         History.goTo(History.rowCount() - 1);
         QCOMPARE(pChannel->name(), QStringLiteral("C"));
         History.goTo(Before);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtWidgets/QDialog>
+
+class QComboBox;
+class QLineEdit;
+
+/// Asks where all channels go and as what type of file. It offers only folders that exist, and writes
+/// nothing.
+class OrvExportDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit OrvExportDialog(const QString& Directory, const QString& Suffix, QWidget* pParent = nullptr);
+
+    QString directory() const;
+    /// Empty: PNG for channels of 8 bits, EXR for those that hold more.
+    QString suffix() const;
+
+private:
+    void browse();
+
+    QLineEdit* m_pDirectory;
+    QComboBox* m_pType;
+};
