@@ -17,6 +17,11 @@ OrvLayerThumbnail::OrvLayerThumbnail(OrvImageSet* pImageSet)
     m_Due.start(0);
 }
 
+bool OrvLayerThumbnail::isOf(const OrvImageSet* pImageSet) const
+{
+    return m_ImageSet == pImageSet;
+}
+
 void OrvLayerThumbnail::onPixelsChanged()
 {
     m_Due.start(RestInterval);

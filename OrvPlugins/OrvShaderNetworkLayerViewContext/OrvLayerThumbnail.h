@@ -21,6 +21,7 @@ public:
 
     explicit OrvLayerThumbnail(OrvImageSet* pImageSet);
 
+    bool isOf(const OrvImageSet* pImageSet) const;
     /// Null until the first picture is made; the last one while a new one is due.
     const QIcon& icon() const { return m_Icon; }
     void showPicture(const QImage& Picture);

@@ -73,15 +73,13 @@ QImage framed(const QImage& Pixels, int Edge)
     QImage Picture(Edge, Edge, QImage::Format_ARGB32_Premultiplied);
     Picture.fill(Qt::transparent);
     QPainter Painter(&Picture);
-    const QRect Place(
-        QPoint((Edge - Pixels.width()) / 2, (Edge - Pixels.height()) / 2), Pixels.size());
+    const QRect Place(QPoint((Edge - Pixels.width()) / 2, (Edge - Pixels.height()) / 2), Pixels.size());
     if (Pixels.hasAlphaChannel()) {
         const int Square = std::max(1, Edge / 4);
         Painter.setClipRect(Place);
         for (int Y = 0; Y < Edge; Y += Square) {
             for (int X = 0; X < Edge; X += Square)
-                Painter.fillRect(
-                    X, Y, Square, Square, (X + Y) / Square % 2 ? CheckerLight : CheckerDark);
+                Painter.fillRect(X, Y, Square, Square, (X + Y) / Square % 2 ? CheckerLight : CheckerDark);
         }
     }
     Painter.drawImage(Place, Pixels);

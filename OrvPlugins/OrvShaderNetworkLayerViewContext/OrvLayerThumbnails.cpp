@@ -38,9 +38,10 @@ std::shared_ptr<OrvLayerThumbnail> OrvLayerThumbnails::thumbnail(OrvImageSet* pI
 {
     if (!pImageSet || !OrvSettings().value(QStringLiteral("LayerView/Thumbnails"), true).toBool())
         return nullptr;
-    if (const auto Existing = m_Thumbnails.value(pImageSet).lock())
+    // The place of an image set that is gone may be another's before its thumbnail goes.
+    const auto Existing = m_Thumbnails.value(pImageSet).lock();
+    if (Existing && Existing->isOf(pImageSet))
         return Existing;
-    // The place of an image set that is gone may be another's by the time its thumbnail goes.
     const auto forget = [this, pImageSet] {
         if (m_Thumbnails.value(pImageSet).expired())
             m_Thumbnails.remove(pImageSet);
@@ -48,7 +49,6 @@ std::shared_ptr<OrvLayerThumbnail> OrvLayerThumbnails::thumbnail(OrvImageSet* pI
     const auto Fresh = std::make_shared<OrvLayerThumbnail>(pImageSet);
     m_Thumbnails.insert(pImageSet, Fresh);
     connect(Fresh.get(), &QObject::destroyed, this, forget);
-    connect(pImageSet, &QObject::destroyed, Fresh.get(), [this, pImageSet] { m_Thumbnails.remove(pImageSet); });
     return Fresh;
 }
 

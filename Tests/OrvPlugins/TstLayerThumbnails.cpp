@@ -17,6 +17,9 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
+#include <memory>
+#include <new>
+
 using namespace LayersFixture;
 
 namespace {
@@ -152,6 +155,19 @@ private Q_SLOTS:
         const std::weak_ptr<OrvLayerThumbnail> Watch = First;
         First.reset();
         QVERIFY2(Watch.expired(), "nothing keeps a picture that nobody shows");
+
+        // Held by a row that has not been told yet, while another image set takes the place.
+        alignas(OrvImageSet) char Place[sizeof(OrvImageSet)];
+        const OrvPixelFormat Format = pLayer->paintImageSet()->format();
+        auto* pGone = new (Place) OrvImageSet(OrvUdimLayout({64, 64}), Format, OrvColor());
+        auto Stale = Thumbnails.thumbnail(pGone);
+        pGone->~OrvImageSet();
+        auto* pNew = new (Place) OrvImageSet(OrvUdimLayout({64, 64}), Format, OrvColor());
+        const auto Fresh = Thumbnails.thumbnail(pNew);
+        QVERIFY(Fresh != Stale);
+        Stale.reset();
+        QCOMPARE(Thumbnails.thumbnail(pNew), Fresh);
+        pNew->~OrvImageSet();
     }
 
     void settingSwitchesThemOff()
