@@ -313,8 +313,10 @@ std::unique_ptr<OrvProject> OrvProjectFile::build() const
         OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
         for (OrvShaderInput* pChannel : Channels.getShaderInputsFromNetwork(pEntity->shaderNetwork())) {
             OrvSnBaseNode* pLayerNode = nodeOf(One.CurrentLayers.value(pChannel->node()->uuidString()));
-            if (OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pLayerNode, true))
+            if (OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pLayerNode, true)) {
                 Channels.setCurrentLayerOf(pChannel, pLayer);
+                pLayer->setSelected(true, false);
+            }
         }
         Channels.makeShaderInputCurrent(
             pEntity->shaderNetwork(), OrvShaderInputUtils::getShaderInput(nodeOf(One.CurrentChannel)), false);

@@ -147,6 +147,7 @@ private Q_SLOTS:
         QVERIFY(OrvTestProject::same(OrvTestProject::pixel(pChannel->node(), {599, 20}), Seen, 0.001f));
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), pChannel);
         QCOMPARE(OrvLayerManager::instance().currentLayer()->blendNode()->uuidString(), Identity);
+        QVERIFY(OrvLayerManager::instance().currentLayer()->isSelected());
         QCOMPARE(projects().currentProject()->geoEntities().last()->udimTiles(), QVector<int>({1001, 1012}));
         QVERIFY(!projects().isModified() && !OrvUndoManager::instance().stack()->canUndo());
 
