@@ -18,6 +18,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragHover.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 
@@ -262,6 +263,11 @@ void OrvLayerTreeView::selectSharingRows(const QSet<OrvLayer*>& Deselected)
 
 void OrvLayerTreeView::mousePressEvent(QMouseEvent* pEvent)
 {
+    // Commands of menus and shortcuts work where the user works.
+    if (m_LayerView) {
+        OrvLayerViewContextManager::instance().setActiveLayerView(m_LayerView);
+        m_LayerView->makeLayerStackCurrent();
+    }
     if (!(pEvent->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
         m_PlainClick = true;
     if (pEvent->modifiers() == Qt::ShiftModifier)

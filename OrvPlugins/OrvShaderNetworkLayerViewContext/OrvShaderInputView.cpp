@@ -65,8 +65,11 @@ QVBoxLayout* createTightLayout(QWidget* pWidget)
 
 void showInMainLayerView(OrvLayerStack* pLayerStack)
 {
-    if (OrvLayerView* pLayerView = OrvLayerViewContextManager::instance().mainLayerView())
+    OrvLayerViewContextManager& Palettes = OrvLayerViewContextManager::instance();
+    if (OrvLayerView* pLayerView = Palettes.mainLayerView()) {
         pLayerView->setLayerStack(pLayerStack);
+        Palettes.setActiveLayerView(pLayerView);
+    }
 }
 
 } // namespace

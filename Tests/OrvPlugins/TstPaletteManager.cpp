@@ -11,6 +11,7 @@
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvDdi/Files/OrvDataBlockManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
@@ -309,7 +310,14 @@ private Q_SLOTS:
         QCOMPARE(manager().layerView(), manager().mainLayerView());
         manager().openLayerStackPalette(m_Channel, false);
         OrvLayerView* pView = layerViewOf(stackPalettes().first());
-        manager().setActiveLayerView(pView);
+        OrvLayerManager::instance().setCurrentLayerStack(nullptr);
+        QTest::mouseClick(pView->treeView()->viewport(), Qt::LeftButton);
+        QCOMPARE(manager().layerView(), pView);
+        QCOMPARE(OrvLayerManager::instance().currentLayerStack(), m_Channel);
+        // Choosing a channel brings the work back to the main palette.
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel->network(), nullptr, true);
+        QCOMPARE(manager().layerView(), manager().mainLayerView());
+        QTest::mouseClick(pView->treeView()->viewport(), Qt::LeftButton);
         QCOMPARE(manager().layerView(), pView);
         OrvProjectManager::instance().closeProject();
         QTRY_COMPARE(manager().layerView(), manager().mainLayerView());
