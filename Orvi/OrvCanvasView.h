@@ -24,7 +24,6 @@ public:
     /// Shows all of the content, centred, and keeps doing so when the viewport changes, until zoomed or
     /// panned.
     void fit();
-    bool isFitted() const { return m_Fitted; }
 
     QPointF toPicture(const QPointF& ViewportPoint) const { return (ViewportPoint - m_Origin) / m_Zoom; }
     QPointF toViewport(const QPointF& PicturePoint) const { return PicturePoint * m_Zoom + m_Origin; }

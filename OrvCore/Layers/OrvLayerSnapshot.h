@@ -20,7 +20,6 @@ public:
     static OrvLayerSnapshot captureMask(const OrvSnMergeNode* pMerge);
 
     bool isEmpty() const { return m_Roots.isEmpty(); }
-    int layerCount() const { return m_Roots.size(); }
 
     /// Makes the layers, undoably, in no chain yet; topmost first. A channel that the network has is shared
     /// again; of one that it lacks its layers are taken, as a group. Images are brought to the layout where

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "LayersPaletteFixture.h"
 
 #include "OrvCoreModules/Widgets/OrvComboBox.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
@@ -33,14 +34,8 @@ private Q_SLOTS:
     {
         QVERIFY(m_Directory.isValid());
         qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-        OrvApplication::appInstance().setInitialized(true);
-        OrvShaderInputActions::instance();
-        OrvLayerActions::instance();
-        m_View = OrvLayerViewContextManager::instance().mainLayerView();
-        OrvMainWindow::instance().resize(1000, 800);
-        OrvMainWindow::instance().show();
-        OrvPaletteManager::find(QStringLiteral("Layers"))->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
+        m_View = showLayersPalette(QSize(1000, 800));
+        QVERIFY(m_View);
     }
 
     void init()

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "LayersPaletteFixture.h"
 
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -46,15 +47,9 @@ private Q_SLOTS:
     {
         QVERIFY(m_Directory.isValid());
         qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-        OrvApplication::appInstance().setInitialized(true);
-        OrvShaderInputActions::instance();
-        OrvLayerActions::instance();
-        m_View = OrvLayerViewContextManager::instance().mainLayerView();
+        m_View = showLayersPalette(QSize(900, 800));
+        QVERIFY(m_View);
         m_Tree = m_View->treeView();
-        OrvMainWindow::instance().resize(900, 800);
-        OrvMainWindow::instance().show();
-        OrvPaletteManager::find(QStringLiteral("Layers"))->open();
-        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
     }
 
     void init()
