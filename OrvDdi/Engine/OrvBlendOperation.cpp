@@ -100,10 +100,8 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
         gegl_operation_context_set_object(pContext, "output", G_OBJECT(pPicture->buffer()));
         return TRUE;
     }
-    const GeglRectangle Region{
-        pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
     OrvPictureProgram(pPicture).renderTo(
-        gegl_operation_context_get_target(pContext, "output"), Region, Level);
+        gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
     return TRUE;
 }
 

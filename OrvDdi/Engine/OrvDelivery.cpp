@@ -54,9 +54,7 @@ gboolean process(
             pContext, "output", G_OBJECT(OrvPicture::carrier(OrvPicture::nothing())));
         return TRUE;
     }
-    const GeglRectangle Region{
-        pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
-    Program.renderTo(gegl_operation_context_get_target(pContext, "output"), Region, Level);
+    Program.renderTo(gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
     return TRUE;
 }
 

@@ -83,10 +83,8 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     const bool PassesDescriptions
         = !IsCropped && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node));
     if (pSelf->Cached || (IsDescription && !PassesDescriptions)) {
-        const GeglRectangle Region{
-            pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
         OrvPictureProgram(pPicture).renderTo(
-            gegl_operation_context_get_target(pContext, "output"), Region, Level);
+            gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
         return TRUE;
     }
     if (IsDescription || !IsCropped

@@ -324,7 +324,7 @@ void OrvPictureProgram::renderTo(GeglBuffer* pTarget, const GeglRectangle& Regio
 {
     Output Where;
     Where.pBuffer = pTarget;
-    render(Where, Region, Level);
+    render(Where, {Region.x >> Level, Region.y >> Level, Region.width >> Level, Region.height >> Level}, Level);
 }
 
 void OrvPictureProgram::renderTo(

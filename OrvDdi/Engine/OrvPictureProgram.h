@@ -12,8 +12,9 @@ class OrvPictureProgram {
 public:
     explicit OrvPictureProgram(const OrvPicture::Pointer& pPicture);
 
-    /// Regions are in pixels of the mipmap level. The target is premultiplied float.
+    /// For the output of an operation, premultiplied float: the region is in pixels of the whole picture.
     void renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level);
+    /// The region is in pixels of the mipmap level.
     void renderTo(void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level);
 
 private:

@@ -109,10 +109,8 @@ gboolean uniformProcess(GeglOperation* pOperation, GeglOperationContext* pContex
         gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));
         return TRUE;
     }
-    const GeglRectangle Region{
-        pRegion->x >> Level, pRegion->y >> Level, pRegion->width >> Level, pRegion->height >> Level};
     OrvPictureProgram(pPicture).renderTo(
-        gegl_operation_context_get_target(pContext, "output"), Region, Level);
+        gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
     return TRUE;
 }
 
