@@ -107,6 +107,27 @@ bool OrvBlockStore::isKey(const QByteArray& Key)
     });
 }
 
+QSet<QByteArray> OrvBlockStore::keysIn(const QByteArray& Text)
+{
+    QSet<QByteArray> Keys;
+    int Quote = Text.indexOf('"');
+    while (Quote >= 0) {
+        const int Next = Text.indexOf('"', Quote + 1);
+        if (Next - Quote == KeyLength + 1) {
+            const QByteArray Quoted = Text.mid(Quote + 1, KeyLength);
+            if (isKey(Quoted))
+                Keys.insert(Quoted);
+        }
+        Quote = Next;
+    }
+    return Keys;
+}
+
+bool OrvBlockStore::syncFolder(const QString& Path)
+{
+    return syncDescriptor(Path, &::fsync);
+}
+
 QString OrvBlockStore::blockPath(const QByteArray& Key) const
 {
     return m_Directory + QLatin1Char('/') + QLatin1String(Key.left(2)) + QLatin1Char('/')

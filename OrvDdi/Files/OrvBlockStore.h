@@ -27,12 +27,17 @@ public:
     /// Forces what was put since the last time onto the disk.
     bool sync(QString& Error);
     /// Removes all other blocks, and what interrupted writers left over; returns the number of files removed.
-    /// Not to be called while another store writes into the directory.
+    /// Not to be called while another store writes into the directory, nor before whatever names the blocks
+    /// that are needed is on the disk.
     int removeUnreferenced(const QSet<QByteArray>& Keys);
 
     /// Makes a folder and those above it; one that is there already is fine. The error says what is in the
     /// way.
     static bool makeFolder(const QString& Path, QString& Error);
+    /// Forces what entered, left or was renamed in a folder onto the disk.
+    static bool syncFolder(const QString& Path);
+    /// All keys that stand as quoted texts in a text, whatever it is otherwise.
+    static QSet<QByteArray> keysIn(const QByteArray& Text);
     static bool isKey(const QByteArray& Key);
     /// The key under which contents are stored, wherever that is.
     static QByteArray keyOf(const QByteArray& Raw);

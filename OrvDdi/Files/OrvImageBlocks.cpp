@@ -151,11 +151,14 @@ bool OrvImageBlocks::store(OrvImageSet& Images, OrvBlockStore& Store, QJsonObjec
             : Store.put(Raw, Trouble);
         return !Keys[size_t(Index)].isEmpty();
     };
-    if (!runInTwoThreads(int(Changed.size()), Progress, Error, tr("Storing was cancelled"), storeSquare))
+    const bool Done
+        = runInTwoThreads(int(Changed.size()), Progress, Error, tr("Storing was cancelled"), storeSquare);
+    for (const int Index : Changed) {
+        if (!Keys[size_t(Index)].isEmpty())
+            Images.setBlockKey(Index, Keys[size_t(Index)]);
+    }
+    if (!Done)
         return false;
-
-    for (const int Index : Changed)
-        Images.setBlockKey(Index, Keys[size_t(Index)]);
     QJsonArray Squares;
     for (const QByteArray& Key : Keys)
         Squares.append(QLatin1String(Key));

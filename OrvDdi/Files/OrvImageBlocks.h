@@ -16,7 +16,7 @@ class OrvImageSet;
 class ORVDDI_EXPORT OrvImageBlocks {
 public:
     /// Stores what changed since the set was last stored, and whatever this store lacks; then the set's block
-    /// keys are up to date. On failure the set's keys stay as they were.
+    /// keys are up to date. When it fails or is cancelled, what it stored until then need not be stored again.
     static bool store(OrvImageSet& Images, OrvBlockStore& Store, QJsonObject& Description,
         const OrvProgress& Progress, QString& Error);
     /// Replaces the pixels of a set that has the layout and format that the stored one had. On failure it is
