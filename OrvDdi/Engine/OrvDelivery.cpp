@@ -1,5 +1,7 @@
 #include "OrvDdi/Engine/OrvDelivery.h"
 
+#include "OrvDdi/Engine/OrvLitPicture.h"
+#include "OrvDdi/Engine/OrvOutputOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 #include <cstring>
@@ -46,6 +48,14 @@ gboolean process(
     GeglOperation*, GeglOperationContext* pContext, const char*, const GeglRectangle* pRegion, int Level)
 {
     const OrvPicture::Pointer pPicture = OrvPicture::of(gegl_operation_context_get_object(pContext, "input"));
+    if (pPicture->kind() == OrvPicture::Lit) {
+        pPicture->litPicture().renderTo(
+            pOrder->pPixels, pOrder->Stride, pOrder->Layout, pOrder->Region, pOrder->Level);
+        pOrder->Done = true;
+        gegl_operation_context_take_object(
+            pContext, "output", G_OBJECT(OrvPicture::carrier(OrvPicture::nothing())));
+        return TRUE;
+    }
     OrvPictureProgram Program(pPicture);
     if (pOrder) {
         Program.renderTo(pOrder->pPixels, pOrder->Stride, pOrder->Layout, pOrder->Region, pOrder->Level);
@@ -153,6 +163,15 @@ void OrvDelivery::render(GeglNode* pTarget, const GeglRectangle& Region, double 
 bool OrvDelivery::isTarget(const GeglNode* pNode)
 {
     return IsRendering && pNode == pConnectedTarget;
+}
+
+bool OrvDelivery::delivers(const GeglNode* pNode)
+{
+    if (!pOrder || !pConnectedTarget)
+        return false;
+    return pNode == pConnectedTarget
+        || (OrvOutputOperation::passesOn(pConnectedTarget)
+            && gegl_node_get_producer(pConnectedTarget, "input", nullptr) == pNode);
 }
 
 void OrvDelivery::forget(const GeglNode* pNode)

@@ -15,6 +15,9 @@ void render(GeglNode* pTarget, const GeglRectangle& Region, double Scale, OrvPix
     void* pPixels, int Stride);
 /// True while the node is what is being rendered: its output goes nowhere else then.
 bool isTarget(const GeglNode* pNode);
+/// True while all that becomes of the node's output is that it is delivered, as it is or through a step that
+/// passes it on: whatever picture it yields is rendered into the caller's memory.
+bool delivers(const GeglNode* pNode);
 /// The node is about to go.
 void forget(const GeglNode* pNode);
 

@@ -8,6 +8,7 @@
 #include "OrvDdi/Engine/OrvOperationParameters.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvShadingOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 #include "OrvDdi/Image/OrvColor.h"
 
@@ -52,7 +53,7 @@ GeglNode* newNode(const char* pOperation)
 /// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
 /// the next evaluation.
 struct OrvEngineNode::SubGraph {
-    enum Kind { Blend, Source, Uniform, Operation, Fit, Pass };
+    enum Kind { Blend, Source, Uniform, Operation, Fit, Shading, Pass };
 
     explicit SubGraph(Kind What)
         : WhichKind(What)
@@ -63,7 +64,7 @@ struct OrvEngineNode::SubGraph {
     const Kind WhichKind;
     GeglNode* pInput = nullptr; ///< has the input pads and the parameters
     GeglNode* pOutput = nullptr; ///< the same node, or what follows it
-    SubGraph* Sources[3] = {};
+    SubGraph* Sources[PadCount] = {};
     std::vector<SubGraph*> Readers; ///< once for every pad
     OrvImageBuffer Pixels; ///< keeps the handle's buffer the same object
     std::function<void(const QRect&)> Invalidated;
@@ -94,8 +95,8 @@ std::unordered_set<OrvEngineNode::SubGraph*> OrvEngineNode::SubGraph::Abandoned;
 OrvEngineNode::SubGraph::~SubGraph()
 {
     OrvDelivery::forget(pOutput);
-    for (const Pad Input : {Base, Over, Mask})
-        setSource(Input, nullptr);
+    for (int Input = 0; Input < PadCount; ++Input)
+        setSource(Pad(Input), nullptr);
     for (SubGraph* pReader : Readers)
         std::replace(
             std::begin(pReader->Sources), std::end(pReader->Sources), this, static_cast<SubGraph*>(nullptr));
@@ -173,13 +174,15 @@ void OrvEngineNode::SubGraph::tellDownstream()
     }
 }
 
-/// Only blend and pass steps understand descriptions of pictures, and only one reader may have a blend
+/// Only blend, shading and pass steps understand descriptions of pictures, and only one reader may have a blend
 /// computed for it alone; a colour is computed in no time.
 void OrvEngineNode::SubGraph::updateDeferral()
 {
     const bool IsUnderstood = !Readers.empty()
         && std::all_of(Readers.begin(), Readers.end(),
-            [](const SubGraph* p) { return p->WhichKind == Blend || p->WhichKind == Pass; });
+            [](const SubGraph* p) {
+                return p->WhichKind == Blend || p->WhichKind == Shading || p->WhichKind == Pass;
+            });
     const bool IsForOne = IsUnderstood && Readers.size() == 1 && !Cached;
     if (WhichKind == Blend)
         OrvBlendOperation::setDeferred(pInput, IsForOne);
@@ -312,6 +315,14 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createFit(const OrvUdimLayout& Fro
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createShading()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Shading);
+    pGraph->pInput = pGraph->pOutput = newNode(OrvShadingOperation::Name);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
 std::unique_ptr<OrvEngineNode> OrvEngineNode::createPass()
 {
     const OrvEngine::Lock Lock;
@@ -322,9 +333,8 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createPass()
 
 void OrvEngineNode::connectInput(Pad Input, OrvEngineNode* pSource)
 {
-    static const char* const PadNames[] = {"input", "aux", "aux2"};
     const OrvEngine::Lock Lock;
-    const char* pPad = PadNames[Input];
+    const char* pPad = OrvShadingOperation::padName(Input); // others have the first of them
     SubGraph* pSourceGraph = pSource ? pSource->m_pGraph.get() : nullptr;
     if (!gegl_node_has_pad(m_pGraph->pInput, pPad) || m_pGraph->Sources[Input] == pSourceGraph)
         return;
@@ -351,6 +361,16 @@ void OrvEngineNode::setBlend(const OrvBlendParameters& Parameters)
         || OrvBlendOperation::parameters(m_pGraph->pInput) == Parameters)
         return;
     OrvBlendOperation::setParameters(m_pGraph->pInput, Parameters);
+    m_pGraph->invalidate(Plane);
+}
+
+void OrvEngineNode::setShading(const OrvShadingParameters& Parameters)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind != SubGraph::Shading
+        || OrvShadingOperation::parameters(m_pGraph->pInput) == Parameters)
+        return;
+    OrvShadingOperation::setParameters(m_pGraph->pInput, Parameters);
     m_pGraph->invalidate(Plane);
 }
 
@@ -404,6 +424,8 @@ void OrvEngineNode::setCached(bool Cached)
     m_pGraph->Cached = Cached;
     if (m_pGraph->WhichKind == SubGraph::Blend)
         OrvBlendOperation::setCached(m_pGraph->pOutput, Cached);
+    else if (m_pGraph->WhichKind == SubGraph::Shading)
+        OrvShadingOperation::setCached(m_pGraph->pOutput, Cached);
     else
         OrvOutputOperation::setCached(m_pGraph->pOutput, Cached);
     m_pGraph->updateDeferral();

@@ -10,13 +10,16 @@
 #include <memory>
 
 class OrvUdimLayout;
+struct OrvShadingParameters;
 struct _GeglNode;
 
 /// One step of an evaluation: a thin owner of one sub-graph of the image engine. The document's nodes own these and
 /// connect them as they are connected themselves. Every call takes the engine's lock; nothing here knows the document.
 class ORVDDI_EXPORT OrvEngineNode {
 public:
-    enum Pad { Base, Over, Mask };
+    /// The shading step has all of them, in the order of OrvShadingParameters::Slot; others have up to three.
+    enum Pad { Base, Over, Mask, Input3, Input4, Input5, Input6, Input7 };
+    static constexpr int PadCount = Input7 + 1;
 
     /// Blends over above base through mask; any of the three may be missing.
     static std::unique_ptr<OrvEngineNode> createBlend();
@@ -30,6 +33,8 @@ public:
     /// Brings what is connected from one layout to another: averaged when it shrinks, interpolated when it grows, as
     /// OrvImageResampling does.
     static std::unique_ptr<OrvEngineNode> createFit(const OrvUdimLayout& From, const OrvUdimLayout& To);
+    /// The picture of a flat texture under a light; any input may be missing.
+    static std::unique_ptr<OrvEngineNode> createShading();
     /// Passes Base on unchanged; nothing connected reads as transparent.
     static std::unique_ptr<OrvEngineNode> createPass();
     ~OrvEngineNode();
@@ -40,6 +45,7 @@ public:
     bool readsFrom(Pad Input, const OrvEngineNode* pSource) const;
 
     void setBlend(const OrvBlendParameters& Parameters); ///< blend nodes
+    void setShading(const OrvShadingParameters& Parameters); ///< shading nodes
     void setBuffer(const OrvImageBuffer& Buffer); ///< source nodes
     void setUniform(const OrvColor& Color, const QRect& Extent); ///< uniform nodes
     /// Operation nodes. Values as OrvOperationRegistry describes the parameter; false for an unknown name or a value

@@ -5,6 +5,7 @@
 #include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
 #include "OrvDdi/Engine/OrvPointOperations.h"
+#include "OrvDdi/Engine/OrvShadingOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 
 void OrvEngineOperations::registerAll()
@@ -15,6 +16,7 @@ void OrvEngineOperations::registerAll()
     OrvDelivery::registerType();
     OrvPointOperations::registerTypes();
     OrvFitOperation::registerType();
+    OrvShadingOperation::registerType();
 }
 
 void OrvEngineOperations::release()

@@ -85,6 +85,44 @@ void describeEnumeration(GParamSpec* pSpec, OrvOperationParameter& Parameter)
     }
 }
 
+/// Numbers that the engine gives a meaning in their description alone.
+struct NumberedChoices {
+    const char* pOperation;
+    const char* pProperty;
+    QStringList Choices; ///< from 0
+};
+
+const NumberedChoices* numberedChoices(const GParamSpec* pSpec)
+{
+    static const NumberedChoices Known[] = {
+        {"gegl:text", "alignment",
+            {QStringLiteral("left"), QStringLiteral("center"), QStringLiteral("right")}},
+        {"gegl:text", "vertical-alignment",
+            {QStringLiteral("top"), QStringLiteral("middle"), QStringLiteral("bottom")}},
+    };
+    if (!G_IS_PARAM_SPEC_INT(pSpec))
+        return nullptr;
+    const gpointer pOwner = g_type_class_peek(pSpec->owner_type);
+    const char* pOperation
+        = pOwner && GEGL_IS_OPERATION_CLASS(pOwner) ? GEGL_OPERATION_CLASS(pOwner)->name : nullptr;
+    for (const NumberedChoices& Entry : Known) {
+        if (g_strcmp0(pOperation, Entry.pOperation) == 0
+            && g_strcmp0(g_param_spec_get_name(const_cast<GParamSpec*>(pSpec)), Entry.pProperty) == 0)
+            return &Entry;
+    }
+    return nullptr;
+}
+
+void describeNumberedChoices(
+    GParamSpec* pSpec, const NumberedChoices& Numbered, OrvOperationParameter& Parameter)
+{
+    Parameter.Type = OrvOperationParameter::Enumeration;
+    Parameter.Choices = Numbered.Choices;
+    for (const QString& Choice : Numbered.Choices)
+        Parameter.ChoiceLabels.append(Choice.left(1).toUpper() + Choice.mid(1));
+    Parameter.Default = Numbered.Choices.value(G_PARAM_SPEC_INT(pSpec)->default_value);
+}
+
 OrvColor colorOf(GeglColor* pColor)
 {
     float Pixel[4] = {0.0f, 0.0f, 0.0f, 1.0f};
@@ -149,6 +187,19 @@ bool setNumber(GeglNode* pNode, const char* pName, GParamSpec* pSpec, const QVar
     return true;
 }
 
+bool setNumberedChoice(GeglNode* pNode, const char* pName, GParamSpec* pSpec, const NumberedChoices& Numbered,
+    const QVariant& Value)
+{
+    const int Index = Numbered.Choices.indexOf(Value.toString());
+    if (Index >= 0)
+        return setNumber(pNode, pName, pSpec, Index);
+    // A bare number, as older documents have it, is as good as the name.
+    bool IsNumber = false;
+    const double Number = Value.toDouble(&IsNumber);
+    return IsNumber && Number >= 0.0 && Number < Numbered.Choices.size()
+        && setNumber(pNode, pName, pSpec, Number);
+}
+
 } // namespace
 
 bool OrvOperationParameters::describe(GParamSpec* pSpec, OrvOperationParameter& Parameter)
@@ -158,9 +209,14 @@ bool OrvOperationParameters::describe(GParamSpec* pSpec, OrvOperationParameter& 
     Parameter.Name = text(g_param_spec_get_name(pSpec));
     Parameter.Label = text(g_param_spec_get_nick(pSpec));
     Parameter.Description = text(g_param_spec_get_blurb(pSpec));
+    // What an operation reports of its result is writable to the engine, but of no use to set.
+    if (Parameter.Description.contains(QLatin1String("(read only)")))
+        return false;
     Parameter.Unit = text(gegl_param_spec_get_property_key(pSpec, "unit"));
     if (G_IS_PARAM_SPEC_DOUBLE(pSpec)) {
         describeReal(pSpec, Parameter);
+    } else if (const NumberedChoices* pNumbered = numberedChoices(pSpec)) {
+        describeNumberedChoices(pSpec, *pNumbered, Parameter);
     } else if (G_IS_PARAM_SPEC_INT(pSpec)) {
         describeInteger(pSpec, Parameter);
     } else if (G_IS_PARAM_SPEC_UINT(pSpec)) {
@@ -190,6 +246,8 @@ bool OrvOperationParameters::set(GeglNode* pNode, const QString& Name, const QVa
     GParamSpec* pSpec = gegl_node_find_property(pNode, pName);
     if (!pSpec || !Value.isValid())
         return false;
+    if (const NumberedChoices* pNumbered = numberedChoices(pSpec))
+        return setNumberedChoice(pNode, pName, pSpec, *pNumbered, Value);
     if (G_IS_PARAM_SPEC_DOUBLE(pSpec) || G_IS_PARAM_SPEC_INT(pSpec) || G_IS_PARAM_SPEC_UINT(pSpec))
         return setNumber(pNode, pName, pSpec, Value);
     if (G_IS_PARAM_SPEC_ENUM(pSpec))

@@ -119,6 +119,15 @@ void OrvOutputOperation::registerType()
     g_type_class_ref(output_operation_get_type());
 }
 
+bool OrvOutputOperation::passesOn(GeglNode* pNode)
+{
+    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
+    if (!pOperation || !G_TYPE_CHECK_INSTANCE_TYPE(pOperation, output_operation_get_type()))
+        return false;
+    const OutputOperation* pSelf = instance(pOperation);
+    return !pSelf->Cached && !pSelf->FullScale && gegl_rectangle_is_empty(&pSelf->Extent);
+}
+
 void OrvOutputOperation::setExtent(GeglNode* pNode, const GeglRectangle& Extent)
 {
     instance(gegl_node_get_gegl_operation(pNode))->Extent = Extent;

@@ -9,6 +9,8 @@ namespace OrvOutputOperation {
 constexpr char Name[] = "orv:output";
 
 void registerType();
+/// The node is of this operation, and hands on what it is given, whatever that is.
+bool passesOn(GeglNode* pNode);
 /// An empty extent lifts the crop.
 void setExtent(GeglNode* pNode, const GeglRectangle& Extent);
 /// Computes reduced views from the result at full scale.

@@ -45,6 +45,13 @@ OrvPicture::Pointer OrvPicture::blend(
     return Pointer(pPicture);
 }
 
+OrvPicture::Pointer OrvPicture::lit(std::shared_ptr<const OrvLitPicture> pLit)
+{
+    auto* pPicture = new OrvPicture(Lit);
+    pPicture->m_pLit = std::move(pLit);
+    return Pointer(pPicture);
+}
+
 OrvPicture::~OrvPicture()
 {
     if (m_pBuffer)

@@ -5,12 +5,14 @@
 
 #include <memory>
 
-/// What one step of an evaluation yields, before anything is computed: pixels that exist, one colour, or a
-/// blend of other pictures. Blend steps hand such descriptions to each other instead of buffers, so that a
+class OrvLitPicture;
+
+/// What one step of an evaluation yields, before anything is computed: pixels that exist, one colour, a blend of
+/// other pictures, or a lit one. Blend steps hand such descriptions to each other instead of buffers, so that a
 /// whole stack is computed in one pass (see OrvPictureProgram). Lives during one evaluation; immutable.
 class OrvPicture {
 public:
-    enum Kind { Nothing, Pixels, Uniform, Blend };
+    enum Kind { Nothing, Pixels, Uniform, Blend, Lit };
     using Pointer = std::shared_ptr<const OrvPicture>;
 
     static Pointer nothing();
@@ -19,6 +21,8 @@ public:
     static Pointer uniform(const float* pColor, const GeglRectangle& Extent);
     /// A null mask means none; a null or empty base or over image means transparent.
     static Pointer blend(const OrvBlendParameters& Parameters, Pointer pBase, Pointer pOver, Pointer pMask);
+    /// For delivery alone: nothing is blended with it.
+    static Pointer lit(std::shared_ptr<const OrvLitPicture> pLit);
     ~OrvPicture();
 
     Kind kind() const { return m_Kind; }
@@ -29,6 +33,7 @@ public:
     const Pointer& base() const { return m_pBase; }
     const Pointer& over() const { return m_pOver; }
     const Pointer& mask() const { return m_pMask; }
+    const OrvLitPicture& litPicture() const { return *m_pLit; }
 
     /// A buffer without pixels that carries the description from one operation to the next. The caller owns
     /// it.
@@ -48,4 +53,5 @@ private:
     GeglRectangle m_Extent = {};
     OrvBlendParameters m_Parameters;
     Pointer m_pBase, m_pOver, m_pMask;
+    std::shared_ptr<const OrvLitPicture> m_pLit;
 };

@@ -246,6 +246,7 @@ OrvPictureProgram::Operand OrvPictureProgram::operand(const OrvPicture* pPicture
 {
     switch (pPicture->kind()) {
     case OrvPicture::Nothing:
+    case OrvPicture::Lit:
         break;
     case OrvPicture::Pixels:
         return {Operand::Source, sourceIndex(pPicture->buffer())};

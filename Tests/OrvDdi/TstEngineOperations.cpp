@@ -128,6 +128,20 @@ void TstEngineOperations::descriptions()
     const OrvOperation* pHue
         = OrvOperationRegistry::instance().findByMenuPath("Filter/Color/Hue Saturation Value");
     QCOMPARE(pHue->Parameters[0].Type, OrvOperationParameter::Angle);
+
+    // Numbers that stand for names are chosen by name; a bare number of an older document is understood.
+    const auto pText = OrvEngineNode::createOperation(QStringLiteral("gegl:text"));
+    for (const OrvOperationParameter& Parameter :
+        OrvOperationRegistry::instance().find("gegl:text")->Parameters) {
+        QVERIFY(Parameter.Name != QStringLiteral("width") && Parameter.Name != QStringLiteral("height"));
+        if (!Parameter.Name.endsWith(QStringLiteral("alignment")))
+            continue;
+        QCOMPARE(Parameter.Type, OrvOperationParameter::Enumeration);
+        QCOMPARE(Parameter.Choices.size(), 3);
+        QVERIFY(pText->setParameter(Parameter.Name, Parameter.Choices.last()));
+        QVERIFY(pText->setParameter(Parameter.Name, 1));
+        QVERIFY(!pText->setParameter(Parameter.Name, QStringLiteral("sideways")));
+    }
 }
 
 /// Every filter takes its defaults, computes without complaint, and keeps no stale pixels when its input is
