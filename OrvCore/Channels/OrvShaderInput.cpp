@@ -1,5 +1,7 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 
+#include "OrvCore/Channels/OrvChannelConversion.h"
+#include "OrvCore/Channels/OrvChannelFlattening.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -21,9 +23,11 @@ OrvColorSpaceConfig storedConfig(const OrvSnShaderInputNode& Node, const QString
                             : OrvColorSpaceConfig::fromJson(QJsonObject::fromVariantMap(Stored));
 }
 
-void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, const OrvColorSpaceConfig& Config,
-    bool Undoable)
+void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, bool Scalar,
+    const OrvColorSpaceConfig& Config, bool Undoable)
 {
+    if (Config == storedConfig(Node, AttributeName, Scalar))
+        return;
     const QVariantMap Map = Config.toJson().toVariantMap();
     if (Undoable) {
         const OrvUndoManager::AutoMacro Macro(OrvShaderInput::tr("Set Color Space : %1").arg(Node.name()));
@@ -145,18 +149,44 @@ OrvPixelFormat OrvShaderInput::maskFormat() const
 void OrvShaderInput::setColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable)
 {
     if (node())
-        storeConfig(*channelNode(), OrvSnShaderInputNode::ColorSpaceAttribute, Config, Undoable);
+        storeConfig(*channelNode(), OrvSnShaderInputNode::ColorSpaceAttribute, isScalar(), Config, Undoable);
 }
 
 void OrvShaderInput::setScalarColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable)
 {
     if (node())
-        storeConfig(*channelNode(), OrvSnShaderInputNode::ScalarColorSpaceAttribute, Config, Undoable);
+        storeConfig(
+            *channelNode(), OrvSnShaderInputNode::ScalarColorSpaceAttribute, true, Config, Undoable);
 }
 
-bool OrvShaderInput::containsMultiChannelLayerOfShaderModel(const void*) const
+bool OrvShaderInput::containsMultiChannelLayerOfShaderModel(const OrvShadingModel* pShaderModel) const
 {
-    return false;
+    return OrvLayerStreamUtils::containsMultiChannelLayers(this, pShaderModel);
+}
+
+bool OrvShaderInput::convertDepthTo(GLenum Depth, int Option)
+{
+    return OrvChannelConversion(this, ConversionOption(Option)).convertDepth(Depth);
+}
+
+bool OrvShaderInput::convertColorSpaceTo(const QString& Space, int Option)
+{
+    return OrvChannelConversion(this, ConversionOption(Option)).convertColorSpace(Space);
+}
+
+bool OrvShaderInput::convertScalarColorSpaceTo(const QString& Space, int Option)
+{
+    return OrvChannelConversion(this, ConversionOption(Option)).convertScalarColorSpace(Space);
+}
+
+bool OrvShaderInput::resizeLayers(int Size, void*, bool, bool)
+{
+    return OrvChannelConversion(this, AllImages).resize(Size);
+}
+
+bool OrvShaderInput::flattenUI()
+{
+    return OrvChannelFlattening::flatten(this);
 }
 
 void OrvShaderInput::readNode(const QString& AttributeName)

@@ -6,6 +6,7 @@
 #include "OrvDdi/Image/OrvPixelFormat.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
+class OrvShadingModel;
 class OrvSnShaderInputNode;
 
 /// A channel: the stack of a node tagged "_shaderInput". It knows size, depth and colour space of its images,
@@ -46,7 +47,25 @@ public:
     void setColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable);
     void setScalarColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable);
 
-    bool containsMultiChannelLayerOfShaderModel(const void* pShaderModel) const;
+    /// On any level; null: of any model.
+    bool containsMultiChannelLayerOfShaderModel(const OrvShadingModel* pShaderModel) const;
+
+    /// Which images a conversion takes; the channel itself follows in any case.
+    enum ConversionOption {
+        FreeImages = 0, ///< all but those that are locked, or seen in other channels too
+        AllImages = 1
+    };
+    // Each is one undo step. False, with nothing changed, when it was cancelled, or refused: then the reason
+    // is told (OrvLayerManager::refused). See OrvChannelConversion.
+    bool convertDepthTo(GLenum Depth, int Option);
+    /// The stored values of colour, and of masks and other data, go to another space. The configuration names
+    /// it afterwards.
+    bool convertColorSpaceTo(const QString& Space, int Option);
+    bool convertScalarColorSpaceTo(const QString& Space, int Option);
+    /// The edge length of every tile. The other arguments only choose among resizing operations.
+    bool resizeLayers(int Size, void* = nullptr, bool = true, bool = true);
+    /// Asks (see OrvChannelFlattening) before it takes hidden or locked layers away. One paint layer is left.
+    Q_INVOKABLE bool flattenUI();
 
 Q_SIGNALS:
     void imageSetDepthChanged(GLenum Depth);

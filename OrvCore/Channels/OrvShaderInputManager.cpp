@@ -69,12 +69,12 @@ void OrvShaderInputManager::makeShaderInputCurrent(
         m_Current.insert(pNetwork, pInput);
     else
         m_Current.remove(pNetwork);
-    if (pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork()) {
-        OrvLayerManager& Layers = OrvLayerManager::instance();
+    OrvLayerManager& Layers = OrvLayerManager::instance();
+    const bool IsCurrent = pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork();
+    if (IsCurrent)
         Layers.setCurrentLayerStack(pInput);
-        Layers.setCurrentLayer(pNetwork, pInput ? pInput->currentLayer() : nullptr);
-    }
-    if (Notify)
+    Layers.setCurrentLayer(pNetwork, pInput ? pInput->currentLayer() : nullptr);
+    if (Notify && IsCurrent)
         Q_EMIT currentShaderInputChanged(pInput);
 }
 
@@ -87,20 +87,27 @@ QList<OrvShaderInput*> OrvShaderInputManager::getShaderInputsFromNetwork(
 OrvShaderInput* OrvShaderInputManager::neighborOf(
     const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
 {
-    QList<OrvShaderInput*> Channels;
-    for (OrvShaderInput* pChannel : getShaderInputsFromNetwork(pNetwork)) {
-        if (!pChannel->isMaterialStack() || pChannel == pInput)
-            Channels.append(pChannel);
+    const auto comesBefore = [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
+        const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
+        return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
+    };
+    // One pass: a document may have thousands.
+    const QList<OrvShaderInput*> Channels = getShaderInputsFromNetwork(pNetwork);
+    const bool Listed = Channels.contains(const_cast<OrvShaderInput*>(pInput));
+    OrvShaderInput *pNext = nullptr, *pPrevious = nullptr;
+    bool Passed = false; // of channels with the same name those are next that come later in the list
+    for (OrvShaderInput* pChannel : Channels) {
+        Passed = Passed || pChannel == pInput;
+        if (pChannel == pInput || pChannel->isMaterialStack())
+            continue;
+        const bool IsAfter = !Listed || comesBefore(pInput, pChannel)
+            || (Passed && !comesBefore(pChannel, pInput));
+        if (IsAfter && (!pNext || comesBefore(pChannel, pNext)))
+            pNext = pChannel;
+        if (!IsAfter && (!pPrevious || !comesBefore(pChannel, pPrevious)))
+            pPrevious = pChannel;
     }
-    std::sort(
-        Channels.begin(), Channels.end(), [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
-            const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
-            return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
-        });
-    const int Index = Channels.indexOf(const_cast<OrvShaderInput*>(pInput));
-    if (Index + 1 < Channels.size())
-        return Channels[Index + 1];
-    return Index > 0 ? Channels[Index - 1] : nullptr;
+    return pNext ? pNext : pPrevious;
 }
 
 void OrvShaderInputManager::selectNextShaderInput()
@@ -182,13 +189,14 @@ void OrvShaderInputManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSn
     OrvShaderInput* pInput = pChannelNode ? pChannelNode->m_pShaderInput : nullptr;
     if (!pInput)
         return;
-    OrvShaderInput* pNext = neighborOf(pNetwork, pInput);
+    const bool WasCurrent = m_Current.value(pNetwork) == pInput;
+    OrvShaderInput* pNext = WasCurrent ? neighborOf(pNetwork, pInput) : nullptr;
     QList<OrvShaderInput*>& Channels = m_Channels[pNetwork];
     Channels.removeOne(pInput);
     if (Channels.isEmpty())
         m_Channels.remove(pNetwork);
     m_Empty.remove(pInput);
-    if (m_Current.value(pNetwork) == pInput)
+    if (WasCurrent)
         makeShaderInputCurrent(pNetwork, pNext, true);
     Q_EMIT shaderInputRemoved(pInput);
 }
@@ -221,7 +229,9 @@ void OrvShaderInputManager::onNodeReconnected(
 void OrvShaderInputManager::onCurrentNetworkChanged()
 {
     OrvShaderInput* pCurrent = currentShaderInput();
-    OrvLayerManager::instance().setCurrentLayerStack(pCurrent);
+    OrvLayerManager& Layers = OrvLayerManager::instance();
+    OrvLayerStack* pLeft = Layers.stackLeftIn(OrvShaderNetworkManager::instance().currentShaderNetwork());
+    Layers.setCurrentLayerStack(pLeft && !qobject_cast<OrvShaderInput*>(pLeft) ? pLeft : pCurrent);
     Q_EMIT currentShaderInputChanged(pCurrent);
 }
 

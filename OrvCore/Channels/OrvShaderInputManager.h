@@ -25,6 +25,7 @@ public:
     /// The current channel of a network; null: of the current network.
     OrvShaderInput* currentShaderInput(OrvShaderNetwork* pNetwork = nullptr) const;
     OrvSnBaseNode* currentShaderInputNode() const;
+    /// Of another object than the current one it is not told before that becomes current.
     void makeShaderInputCurrent(OrvShaderInput* pInput, bool Notify);
     /// A null channel is allowed.
     void makeShaderInputCurrent(OrvShaderNetwork* pNetwork, OrvShaderInput* pInput, bool Notify);

@@ -1,16 +1,15 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 
+#include "OrvCore/Channels/OrvChannelSnapshot.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerSnapshot.h"
+#include "OrvCore/Layers/OrvSnapshotClipboard.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
@@ -27,16 +26,36 @@ QString tr(const char* pText)
     return QCoreApplication::translate("OrvShaderInputUtils", pText);
 }
 
-/// A channel node and the bottom of its stack.
-OrvSnShaderInputNode* addChannel(
-    OrvShaderNetwork* pNetwork, std::unique_ptr<OrvSnShaderInputNode> pNode, const QString& Name)
+/// The tiles of the object that the network belongs to.
+QVector<int> tilesOf(const OrvShaderNetwork* pNetwork)
 {
-    OrvSnShaderInputNode* pChannel
-        = OrvChainEditing::addNode(pNetwork, std::move(pNode), Name, nullptr, 0, 0);
-    OrvSnBaseNode* pBottom = OrvChainEditing::addNode(
-        pNetwork, std::make_unique<OrvSnBottomTransparencyNode>(), QString(), pChannel, -1, 0);
-    pChannel->connectInput(OrvSnNames::Input, pBottom);
-    return pChannel;
+    const QList<OrvShaderInput*> Others
+        = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
+    const OrvGeoEntity* pEntity = pNetwork->geoEntity();
+    return !Others.isEmpty() ? Others.first()->layout().tiles()
+        : pEntity            ? pEntity->udimTiles()
+                             : QVector<int>{1001};
+}
+
+bool refuse(const QString& Reason)
+{
+    Q_EMIT OrvLayerManager::instance().refused(Reason);
+    return false;
+}
+
+bool canBeCopied(const OrvShaderInput* pInput)
+{
+    if (!pInput || !pInput->network())
+        return false;
+    return !pInput->containsMultiChannelLayerOfShaderModel(nullptr)
+        || refuse(tr("'%1' contains multi-channel layers and cannot be copied").arg(pInput->name()));
+}
+
+const OrvSnapshotClipboard<OrvChannelSnapshot>& clipboard()
+{
+    static const OrvSnapshotClipboard<OrvChannelSnapshot> Channels(
+        QStringLiteral("application/x-orvi-channel-clipboard"));
+    return Channels;
 }
 
 } // namespace
@@ -84,20 +103,17 @@ OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QS
         return nullptr;
     const OrvUndoManager::AutoMacro Macro(tr("Add Channel"));
     auto pNode = std::make_unique<OrvSnShaderInputNode>();
-    const QList<OrvShaderInput*> Others
-        = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
     const OrvGeoEntity* pEntity = pNetwork->geoEntity();
-    const QVector<int> Tiles = !Others.isEmpty() ? Others.first()->layout().tiles()
-        : pEntity                                ? pEntity->udimTiles()
-                                                 : QVector<int>{1001};
-    pNode->setLayoutOfImages(OrvUdimLayout(Size.isEmpty() ? pNode->layout().tileSize() : Size, Tiles));
+    const QSize TileSize = Size.isEmpty() ? pNode->layout().tileSize() : Size;
+    pNode->setLayoutOfImages(pEntity && pEntity->isPtex() ? OrvUdimLayout(pEntity->faceResolution())
+                                                          : OrvUdimLayout(TileSize, tilesOf(pNetwork)));
     pNode->setDepth(int(Depth));
     pNode->setScalar(Scalar || (pConfig && pConfig->scalar()));
     if (pConfig) {
         pNode->setUserAttributeValue(
             OrvSnShaderInputNode::ColorSpaceAttribute, pConfig->toJson().toVariantMap());
     }
-    return addChannel(
+    return OrvChannelSnapshot::addChannel(
         pNetwork, std::move(pNode), Name.isEmpty() ? generateUniqueName(pNetwork, tr("Channel")) : Name)
         ->shaderInput();
 }
@@ -120,33 +136,60 @@ OrvShaderInput* createShaderInput(bool Material)
 
 OrvShaderInput* createDuplicate(OrvShaderInput* pInput, const QString& Name)
 {
-    OrvShaderNetwork* pNetwork = pInput ? pInput->network() : nullptr;
-    if (!pNetwork)
+    if (!canBeCopied(pInput))
         return nullptr;
+    OrvShaderNetwork* pNetwork = pInput->network();
     OrvUndoManager::AutoMacro Macro(tr("Duplicate Channel : %1").arg(pInput->name()));
-    auto pNode = std::make_unique<OrvSnShaderInputNode>();
-    for (const OrvCustomAttribute& Attribute : pInput->node()->ownUserAttributes())
-        pNode->createUserAttribute(Attribute);
-    for (const QString& Tag : pInput->node()->tags())
-        pNode->addTag(Tag);
-    OrvSnShaderInputNode* pCopy = addChannel(pNetwork, std::move(pNode),
-        Name.isEmpty() ? generateUniqueName(pNetwork, tr("%1 Copy").arg(pInput->name())) : Name);
+    OrvShaderInput* pCopy
+        = OrvChannelSnapshot::capture(pInput, OrvChainEditing::Channels::AreLimits)
+              .instantiate(pNetwork,
+                  Name.isEmpty() ? generateUniqueName(pNetwork, tr("%1 Copy").arg(pInput->name())) : Name,
+                  QVector<int>());
+    if (!pCopy)
+        Macro.cancel();
+    return pCopy;
+}
 
-    QVector<OrvSnMergeNode*> Merges;
-    for (const OrvLayer* pLayer : pInput->layerList())
-        Merges.append(pLayer->blendNode());
-    const QVector<OrvSnMergeNode*> Copies
-        = OrvLayerSnapshot::capture(Merges, OrvChainEditing::Channels::AreLimits)
-              .instantiate(pNetwork, OrvUdimLayout());
-    OrvSnBaseNode* pTarget = pCopy->preferredInputNode();
-    for (auto Merge = Copies.rbegin(); Merge != Copies.rend(); ++Merge) {
-        if (!OrvChainEditing::insertAbove(*Merge, pTarget)) {
-            Macro.cancel();
-            return nullptr;
-        }
-        pTarget = *Merge;
+bool copyToClipboard(OrvShaderInput* pInput)
+{
+    if (!canBeCopied(pInput))
+        return false;
+    clipboard().put(OrvChannelSnapshot::capture(pInput, OrvChainEditing::Channels::AreFollowed));
+    return true;
+}
+
+bool cutToClipboard(OrvShaderInput* pInput, int Strategy)
+{
+    if (!canBeCopied(pInput))
+        return false;
+    if (!pInput->isModifiable())
+        return refuse(tr("'%1' is locked or cached").arg(pInput->name()));
+    const OrvChannelSnapshot Snapshot
+        = OrvChannelSnapshot::capture(pInput, OrvChainEditing::Channels::AreFollowed);
+    const OrvUndoManager::AutoMacro Macro(tr("Cut Channel : %1").arg(pInput->path()));
+    if (!OrvShaderInputManager::instance().destroy(pInput, Strategy))
+        return false;
+    clipboard().put(Snapshot);
+    return true;
+}
+
+OrvShaderInput* pasteFromClipboard(QString& Error, OrvShaderNetwork* pNetwork)
+{
+    Error.clear();
+    OrvChannelSnapshot Snapshot;
+    if (!pNetwork || !clipboard().holds() || !clipboard().get(Snapshot, Error))
+        return nullptr;
+    OrvUndoManager::AutoMacro Macro(tr("Paste Channel : %1").arg(Snapshot.name()));
+    OrvShaderInput* pChannel = Snapshot.instantiate(
+        pNetwork, generateUniqueName(pNetwork, Snapshot.name()), tilesOf(pNetwork));
+    if (!pChannel) {
+        Macro.cancel();
+        Error = tr("The channel on the clipboard cannot be pasted: it shares a channel that would then show "
+                   "itself");
+        return nullptr;
     }
-    return pCopy->shaderInput();
+    OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
+    return pChannel;
 }
 
 OrvSnBaseNode* duplicateImageSetNode(

@@ -26,8 +26,8 @@ ORVCORE_EXPORT OrvShaderInput* find(const OrvSnBaseNode* pNode, const QString& I
 ORVCORE_EXPORT QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, const QString& InputName);
 ORVCORE_EXPORT QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base);
 
-/// A new, empty channel in one undo step, or null. An invalid size is that of an object with its own
-/// resolution; the network's other channels give the tiles. Without a configuration the depth and the scalar
+/// A new, empty channel in one undo step, or null. An object whose faces carry their own resolution gives the size,
+/// whatever was asked for; of others an invalid one is the usual size, and their other channels give the tiles. Without a configuration the depth and the scalar
 /// flag choose one.
 ORVCORE_EXPORT OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size,
     GLenum Depth, const OrvColorSpaceConfig* pConfig = nullptr, bool Scalar = false);
@@ -39,5 +39,14 @@ ORVCORE_EXPORT OrvShaderInput* createDuplicate(OrvShaderInput* pInput, const QSt
 /// is valid. Null for another node.
 ORVCORE_EXPORT OrvSnBaseNode* duplicateImageSetNode(
     const OrvSnBaseNode* pNode, OrvShaderNetwork* pNetwork, const OrvUdimLayout& Layout);
+
+/// The channel with its layers, and with the channels that these share; pixels and all.
+ORVCORE_EXPORT bool copyToClipboard(OrvShaderInput* pInput);
+/// The strategy is one of OrvShaderInputManager::destroy(). False, with nothing changed, for a channel that is
+/// locked.
+ORVCORE_EXPORT bool cutToClipboard(OrvShaderInput* pInput, int Strategy);
+/// The pasted channel, which becomes the network's current one. Null without a text when no channel is on the
+/// clipboard, null with one when it cannot be pasted.
+ORVCORE_EXPORT OrvShaderInput* pasteFromClipboard(QString& Error, OrvShaderNetwork* pNetwork);
 
 } // namespace OrvShaderInputUtils

@@ -52,10 +52,13 @@ const QVector<OrvCustomAttribute>& OrvSnShaderInputNode::attributeDefaults() con
 
 OrvUdimLayout OrvSnShaderInputNode::layout() const
 {
-    QVector<int> Tiles;
-    for (const QVariant& Tile : userAttribute(TilesAttribute).value().toList())
-        Tiles.append(Tile.toInt());
-    return OrvUdimLayout(userAttribute(SizeAttribute).value().toSize(), Tiles);
+    if (!m_Layout.isValid()) {
+        QVector<int> Tiles;
+        for (const QVariant& Tile : userAttribute(TilesAttribute).value().toList())
+            Tiles.append(Tile.toInt());
+        m_Layout = OrvUdimLayout(userAttribute(SizeAttribute).value().toSize(), Tiles);
+    }
+    return m_Layout;
 }
 
 void OrvSnShaderInputNode::setLayoutOfImages(const OrvUdimLayout& Layout)
@@ -103,8 +106,15 @@ QString OrvSnShaderInputNode::fileSpace() const
     return m_pShaderInput ? m_pShaderInput->colorSpaceConfig().dataPrettyName() : QString();
 }
 
+void OrvSnShaderInputNode::applyUserAttributeRemoval(const QString& Name)
+{
+    m_Layout = OrvUdimLayout();
+    OrvSnBaseNode::applyUserAttributeRemoval(Name);
+}
+
 void OrvSnShaderInputNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
 {
+    m_Layout = OrvUdimLayout();
     OrvSnBaseNode::applyUserAttribute(Attribute);
     if (network() && (Attribute.name() == SizeAttribute || Attribute.name() == TilesAttribute))
         OrvNodeEvaluation::layoutChanged(this);

@@ -42,10 +42,13 @@ public:
 protected:
     const QVector<OrvCustomAttribute>& attributeDefaults() const override;
     void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
+    void applyUserAttributeRemoval(const QString& Name) override;
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     QStringList enginePadInputs() const override;
 
 private:
     friend class OrvShaderInputManager;
     OrvShaderInput* m_pShaderInput = nullptr;
+    /// What size and tiles say, once somebody has asked: each edit asks every channel.
+    mutable OrvUdimLayout m_Layout;
 };

@@ -135,15 +135,27 @@ bool replaceContent(OrvSnBaseNode* pContent, OrvSnBaseNode* pOther)
     return true;
 }
 
+void copyAppearance(const OrvSnMergeNode& From, OrvSnMergeNode& To)
+{
+    const OrvSnBaseNode* pCommon = From.commonNode();
+    for (const OrvCustomAttribute& Attribute : From.ownUserAttributes()) {
+        if (Attribute.name() != OrvMergeAttributes::LayerCached && Attribute.name() != OrvMergeAttributes::Stream)
+            To.createUserAttribute(Attribute);
+    }
+    if (pCommon == &From)
+        return;
+    for (const QString& Name : {OrvMergeAttributes::MaskEnabled, OrvMergeAttributes::ColorTag})
+        To.setUserAttributeValue(Name, pCommon->userAttribute(Name).value());
+}
+
 void removeUnused(OrvSnBaseNode* pNode)
 {
-    static const QString StackShaderTag = QStringLiteral("_stackShader");
     QVector<OrvSnBaseNode*> Pending{pNode};
     while (!Pending.isEmpty()) {
         OrvSnBaseNode* pUnused = Pending.takeLast();
         const bool Stays = !pUnused || !pUnused->network() || !pUnused->consumers().isEmpty()
             || pUnused->hasTag(OrvSnNames::ShaderInputTag)
-            || (pUnused->hasTag(OrvSnNames::ShaderTag) && !pUnused->hasTag(StackShaderTag));
+            || (pUnused->hasTag(OrvSnNames::ShaderTag) && !pUnused->hasTag(OrvSnNames::StackShaderTag));
         if (Stays)
             continue;
         for (const OrvSnBaseNode::Input& Input : pUnused->inputs())
@@ -198,6 +210,8 @@ QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels
     }
     for (int Index = 0; Index < Found.size(); ++Index) {
         const OrvSnBaseNode* pNode = Found[Index];
+        if (pNode->hasTag(OrvSnNames::ShaderTag))
+            continue; // it is fed by channels, which are never its own
         for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
             const bool FromBelow
                 = BaseOperations.contains(pNode) || (Input.Name == OrvSnNames::Base && Roots.contains(pNode));

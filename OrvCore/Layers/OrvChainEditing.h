@@ -51,11 +51,14 @@ ORVCORE_EXPORT void fitImages(OrvSnMergeNode* pMerge, const OrvUdimLayout& Layou
 /// Another node becomes the content of every layer that shows this one, which goes unless it is read
 /// otherwise. False when that would close a cycle; the macro is then to be cancelled.
 ORVCORE_EXPORT bool replaceContent(OrvSnBaseNode* pContent, OrvSnBaseNode* pOther);
+/// How the layer of a merge node blends and looks becomes that of the other one, an ordinary one. What is
+/// cached does not.
+ORVCORE_EXPORT void copyAppearance(const OrvSnMergeNode& From, OrvSnMergeNode& To);
 /// Removes the node, and whatever is then read by nothing, unless it is read itself, a channel or a shader.
 ORVCORE_EXPORT void removeUnused(OrvSnBaseNode* pNode);
 
 /// The nodes that make up the layers of these merge nodes: themselves and what feeds their content and masks.
-/// Channels among it end the walk, or are walked through as well.
+/// Channels among it end the walk, or are walked through as well; those that feed shaders end it always.
 enum class Channels { AreLimits, AreFollowed };
 ORVCORE_EXPORT QVector<OrvSnBaseNode*> nodesOf(const QVector<OrvSnMergeNode*>& Merges, Channels Handling);
 

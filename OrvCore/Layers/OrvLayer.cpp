@@ -14,6 +14,7 @@
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Project/OrvEntity.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
@@ -30,15 +31,36 @@ OrvLayer::OrvLayer(OrvSnMergeNode* pBlendNode)
 
 OrvLayer::~OrvLayer() = default;
 
+OrvSnBaseNode* OrvLayer::commonNode() const
+{
+    return m_pBlendNode->commonNode();
+}
+
+bool OrvLayer::isMultiChannelLayer() const
+{
+    return m_pBlendNode->multiChannelNode() != nullptr;
+}
+
+QList<OrvLayer*> OrvLayer::inAllChannels() const
+{
+    QList<OrvLayer*> Layers{const_cast<OrvLayer*>(this)};
+    const OrvSnMultiChannelMergeNode* pCommon = m_pBlendNode->multiChannelNode();
+    for (OrvSnMergeNode* pMerge : pCommon ? pCommon->mergeNodes() : QVector<OrvSnMergeNode*>()) {
+        if (pMerge != m_pBlendNode)
+            Layers.append(OrvLayerManager::instance().getLayer(pMerge, true));
+    }
+    return Layers;
+}
+
 QString OrvLayer::name() const
 {
-    return m_pBlendNode->name();
+    return commonNode()->name();
 }
 
 void OrvLayer::setName(const QString& Name)
 {
     if (!Name.isEmpty())
-        m_pBlendNode->setName(Name);
+        commonNode()->setName(Name);
 }
 
 QString OrvLayer::path(bool WithEntity) const
@@ -51,10 +73,11 @@ QString OrvLayer::path(bool WithEntity) const
             break;
         const OrvChainTargets::Target& Outer = Targets.first();
         const QVector<OrvSnMergeNode*> Owners = OrvChainTargets::owners(Outer);
-        pNode = Owners.isEmpty() ? nullptr : Owners.first();
+        const OrvSnMergeNode* pOwner = Owners.isEmpty() ? nullptr : Owners.first();
         if (Outer.InputName == OrvSnNames::Mask)
             Parts.prepend(tr("Mask"));
-        Parts.prepend(pNode ? pNode->name() : Outer.pNode->name());
+        Parts.prepend(pOwner ? pOwner->commonNode()->name() : Outer.pNode->name());
+        pNode = pOwner;
     }
     const OrvShaderNetwork* pNetwork = m_pBlendNode->network();
     if (WithEntity && pNetwork && pNetwork->geoEntity())
@@ -64,7 +87,7 @@ QString OrvLayer::path(bool WithEntity) const
 
 QColor OrvLayer::color() const
 {
-    const QString Tag = m_pBlendNode->userAttribute(OrvMergeAttributes::ColorTag).value().toString();
+    const QString Tag = commonNode()->userAttribute(OrvMergeAttributes::ColorTag).value().toString();
     const QMap<QString, QColor>& Known = OrvLayerUtils::validLayerColors();
     return Known.contains(Tag) ? Known.value(Tag) : QColor(Tag);
 }
@@ -73,7 +96,7 @@ void OrvLayer::setColor(const QColor& Color)
 {
     const QString Tag
         = Color.isValid() ? OrvLayerUtils::validLayerColors().key(Color, Color.name()) : QString();
-    m_pBlendNode->setUserAttributeValue(OrvMergeAttributes::ColorTag, Tag);
+    commonNode()->setUserAttributeValue(OrvMergeAttributes::ColorTag, Tag);
 }
 
 OrvSnBaseNode* OrvLayer::contentNode() const
@@ -88,7 +111,7 @@ OrvSnBaseNode* OrvLayer::overNode() const
 
 OrvSnBaseNode* OrvLayer::maskNode() const
 {
-    return m_pBlendNode->inputNode(OrvSnNames::Mask);
+    return m_pBlendNode->maskSource();
 }
 
 OrvSnBaseNode* OrvLayer::paintNode() const
@@ -177,27 +200,46 @@ bool OrvLayer::canHaveAdjustmentStack() const
 
 bool OrvLayer::isVisible() const
 {
-    return m_pBlendNode->enabledAsBool();
+    return commonNode()->enabledAsBool();
 }
 
 void OrvLayer::setVisible(bool Visible)
 {
-    m_pBlendNode->setEnabledAsBool(Visible);
+    commonNode()->setEnabledAsBool(Visible);
+}
+
+bool OrvLayer::isVisibleHere() const
+{
+    return m_pBlendNode->isShown();
+}
+
+void OrvLayer::setVisibleHere(bool Visible)
+{
+    const OrvUndoManager::AutoMacro Macro((Visible ? tr("Show Layer '%1'") : tr("Hide Layer '%1'")).arg(name()));
+    if (Visible || !isMultiChannelLayer())
+        setVisible(Visible);
+    if (isMultiChannelLayer())
+        m_pBlendNode->setEnabledAsBool(Visible);
 }
 
 bool OrvLayer::isVisibilityChangeable() const
 {
-    return OrvLayerUtils::isModificationAllowedAt(m_pBlendNode);
+    const QList<OrvLayer*> Everywhere = inAllChannels();
+    return std::all_of(Everywhere.begin(), Everywhere.end(),
+        [](const OrvLayer* pLayer) { return OrvLayerUtils::isModificationAllowedAt(pLayer->blendNode()); });
 }
 
 bool OrvLayer::isLocked() const
 {
-    return m_pBlendNode->locked();
+    return commonNode()->locked() || m_pBlendNode->locked();
 }
 
 void OrvLayer::setLocked(bool Locked)
 {
-    m_pBlendNode->setLocked(Locked);
+    commonNode()->setLocked(Locked);
+    // One channel's part has no lock of its own that the user could open.
+    if (!Locked)
+        m_pBlendNode->setLocked(false);
 }
 
 bool OrvLayer::isDownstreamLocked() const
@@ -214,10 +256,9 @@ void OrvLayer::unlockLockedAncestorLayers()
 
 bool OrvLayer::isModifiable() const
 {
-    const QList<OrvLayer*> Sharers = getOtherSharers();
-    return OrvLayerUtils::isLayerModifiable(this)
-        && std::all_of(Sharers.begin(), Sharers.end(),
-            [](const OrvLayer* pSharer) { return OrvLayerUtils::isLayerModifiable(pSharer); });
+    const QList<OrvLayer*> Affected = inAllChannels() + getOtherSharers();
+    return std::all_of(Affected.begin(), Affected.end(),
+        [](const OrvLayer* pLayer) { return OrvLayerUtils::isLayerModifiable(pLayer); });
 }
 
 bool OrvLayer::isBlendingModifiable() const

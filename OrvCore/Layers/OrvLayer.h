@@ -38,6 +38,12 @@ public:
 
     /// The merge node, null once that is gone.
     OrvSnMergeNode* blendNode() const { return m_pBlendNode; }
+    /// The node that holds name, lock, visibility, colour and mask: the merge node, or what a layer that stands
+    /// in several channels has in common.
+    OrvSnBaseNode* commonNode() const;
+    bool isMultiChannelLayer() const;
+    /// This layer, and itself in the other channels in which it stands.
+    QList<OrvLayer*> inAllChannels() const;
     /// The content that feeds "Over", below the adjustment stack where there is one.
     OrvSnBaseNode* contentNode() const;
     OrvSnBaseNode* overNode() const;
@@ -69,12 +75,16 @@ public:
 
     bool isVisible() const;
     void setVisible(bool Visible);
+    /// Visible as a whole, and not hidden in this channel alone.
+    bool isVisibleHere() const;
+    /// In this channel alone, for a layer that stands in several; one that is hidden as a whole is shown as a whole.
+    void setVisibleHere(bool Visible);
     bool isVisibilityChangeable() const;
     bool isLocked() const;
     void setLocked(bool Locked);
     bool isDownstreamLocked() const;
     void unlockLockedAncestorLayers();
-    /// No lock or cache on the layer, around it, or on a layer that shares its content.
+    /// No lock or cache on the layer, in any of its channels, around it, or on a layer that shares its content.
     bool isModifiable() const;
     bool isBlendingModifiable() const;
     bool isBlendingAmountModifiable() const;
@@ -160,6 +170,11 @@ public:
     bool isShared() const { return isPaintComponentShared() || isMaskComponentShared(); }
     bool isSharedShaderInput() const { return sharedShaderInput() != nullptr; }
     OrvShaderInput* sharedShaderInput() const;
+    /// A shader layer whose shader is listed, or shown by other layers too.
+    bool isSharedShader() const;
+    /// The layer goes, and its shader stands alone from then on. Its node, or null when the layer shows none,
+    /// shares it or cannot be edited.
+    OrvSnBaseNode* convertShaderLayerToShader();
     bool isTaggedForCrossChannelSharing() const;
     /// The other layers whose paint or mask content is this one's.
     QList<OrvLayer*> getOtherSharers() const;

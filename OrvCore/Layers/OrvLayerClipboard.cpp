@@ -1,9 +1,8 @@
 #include "OrvCore/Layers/OrvLayerClipboard.h"
 
+#include "OrvCore/Layers/OrvSnapshotClipboard.h"
+
 #include <QtCore/QCoreApplication>
-#include <QtCore/QMimeData>
-#include <QtGui/QClipboard>
-#include <QtGui/QGuiApplication>
 
 namespace {
 
@@ -12,34 +11,9 @@ QString tr(const char* pText)
     return QCoreApplication::translate("OrvLayerClipboard", pText);
 }
 
-/// Turns its layers into bytes only when somebody asks for them.
-class LayerMimeData : public QMimeData {
-public:
-    LayerMimeData(const QString& Format, const OrvLayerSnapshot& Snapshot)
-        : m_Format(Format)
-        , m_Snapshot(Snapshot)
-    {
-    }
-    const OrvLayerSnapshot& snapshot() const { return m_Snapshot; }
-    QStringList formats() const override { return {m_Format}; }
-    bool hasFormat(const QString& Format) const override { return Format == m_Format; }
-
-protected:
-    QVariant retrieveData(const QString& Format, QVariant::Type) const override
-    {
-        return hasFormat(Format) ? QVariant(m_Snapshot.toBytes()) : QVariant();
-    }
-
-private:
-    QString m_Format;
-    OrvLayerSnapshot m_Snapshot;
-};
-
-/// Null without a window system.
-QClipboard* clipboard()
+OrvSnapshotClipboard<OrvLayerSnapshot> clipboard(OrvLayerClipboard::Contents What)
 {
-    return qobject_cast<QGuiApplication*>(QCoreApplication::instance()) ? QGuiApplication::clipboard()
-                                                                        : nullptr;
+    return OrvSnapshotClipboard<OrvLayerSnapshot>(OrvLayerClipboard::mimeType(What));
 }
 
 } // namespace
@@ -52,27 +26,19 @@ QString OrvLayerClipboard::mimeType(Contents What)
 
 void OrvLayerClipboard::put(Contents What, const OrvLayerSnapshot& Snapshot)
 {
-    if (QClipboard* pClipboard = clipboard())
-        pClipboard->setMimeData(new LayerMimeData(mimeType(What), Snapshot));
+    clipboard(What).put(Snapshot);
 }
 
 bool OrvLayerClipboard::holds(Contents What)
 {
-    const QMimeData* pData = clipboard() ? clipboard()->mimeData() : nullptr;
-    return pData && pData->hasFormat(mimeType(What));
+    return clipboard(What).holds();
 }
 
 bool OrvLayerClipboard::get(Contents What, OrvLayerSnapshot& Snapshot, QString& Error)
 {
-    if (!holds(What)) {
-        Error = What == Layers ? tr("There are no layers on the clipboard")
-                               : tr("There is no mask on the clipboard");
-        return false;
-    }
-    const QMimeData* pData = clipboard()->mimeData();
-    if (const auto* pOwn = dynamic_cast<const LayerMimeData*>(pData)) {
-        Snapshot = pOwn->snapshot();
-        return true;
-    }
-    return OrvLayerSnapshot::fromBytes(pData->data(mimeType(What)), Snapshot, Error);
+    if (holds(What))
+        return clipboard(What).get(Snapshot, Error);
+    Error = What == Layers ? tr("There are no layers on the clipboard")
+                           : tr("There is no mask on the clipboard");
+    return false;
 }

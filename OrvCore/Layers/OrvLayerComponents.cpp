@@ -33,7 +33,7 @@ bool OrvLayer::isAdjustmentStackEnabled() const
 
 void OrvLayer::setAdjustmentStackEnabled(bool Enabled)
 {
-    if (hasAdjustmentStack())
+    if (hasAdjustmentStack() && checkModifiable())
         overNode()->setEnabledAsBool(Enabled);
 }
 

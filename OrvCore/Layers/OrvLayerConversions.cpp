@@ -6,9 +6,11 @@
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Image/OrvImage.h"
@@ -69,6 +71,10 @@ bool OrvLayer::convertPayloadToImageSet()
 {
     if (!checkModifiable())
         return false;
+    if (OrvLayerStreamUtils::isMaterialLayer(this)) {
+        const OrvUndoManager::AutoMacro Macro(tr("Convert To Paintable : %1").arg(name()));
+        return !OrvMultiChannelLayerUtils::convertToStandardLayers(inAllChannels()).isEmpty();
+    }
     if (!isProceduralLayer() && !isCustomProceduralLayer() && !isGraphLayer())
         return refuse(tr("'%1' is no procedural and no graph").arg(name()));
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);

@@ -7,6 +7,7 @@
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
@@ -20,6 +21,7 @@ namespace {
 // Milliseconds per million pixels, measured on two cores.
 constexpr double BlendCost = 1.1;
 constexpr double ImageCost = 0.4;
+constexpr double ShadingCost = 12.0;
 constexpr double Unit = 100.0;
 
 QString tr(const char* pText)
@@ -128,6 +130,11 @@ double contentCost(const OrvSnBaseNode* pNode, const OrvSnBaseNode* pBase)
         } else if (const OrvImageSet* pImages = pNode->imageSet()) {
             Cost += pImages->isUniform() ? 0.0 : ImageCost;
             break; // whatever the node reads besides is not computed
+        } else if (qobject_cast<const OrvSnShaderNode*>(pNode)) {
+            Cost += ShadingCost;
+            for (const OrvSnBaseNode::Input& Input : pNode->inputs())
+                Cost += contentCost(Input.pNode, nullptr);
+            break;
         } else if (const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode)) {
             Cost += operationCost(pOperation->operation());
         } else if (const OrvShaderNetwork* pNested = pNode->nestedNetwork()) {
@@ -155,7 +162,7 @@ double contentOfLayer(const OrvSnMergeNode* pMerge)
 
 double maskOfLayer(const OrvSnMergeNode* pMerge)
 {
-    return unlessKept(pMerge, contentCost(pMerge->inputNode(OrvSnNames::Mask), nullptr));
+    return unlessKept(pMerge, contentCost(pMerge->maskSource(), nullptr));
 }
 
 double layerCost(const OrvSnMergeNode* pMerge)
@@ -163,7 +170,7 @@ double layerCost(const OrvSnMergeNode* pMerge)
     const auto Known = memory().Layers.constFind(pMerge);
     if (Known != memory().Layers.constEnd())
         return Known.value();
-    const double Cost = !pMerge->enabledAsBool() ? 0.0
+    const double Cost = !pMerge->isShown() ? 0.0
         : pMerge->cacheActive() == OrvSnCacheActive
         ? ImageCost
         : BlendCost + contentOfLayer(pMerge) + maskOfLayer(pMerge);
@@ -176,7 +183,7 @@ double layerCost(const OrvSnMergeNode* pMerge)
 OrvLayerCost OrvLayerCost::of(const OrvSnMergeNode* pBlendNode)
 {
     OrvLayerCost Cost;
-    if (!pBlendNode || !pBlendNode->enabledAsBool() || OrvLayerUtils::isPartOfCache(pBlendNode))
+    if (!pBlendNode || !pBlendNode->isShown() || OrvLayerUtils::isPartOfCache(pBlendNode))
         return Cost;
     if (pBlendNode->cacheActive() == OrvSnCacheActive) {
         Cost.m_Parts.append({tr("cache"), ImageCost / Unit});

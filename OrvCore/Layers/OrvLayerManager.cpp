@@ -5,12 +5,14 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerCost.h"
+#include "OrvCore/Layers/OrvMultiChannelLayer.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
@@ -50,6 +52,28 @@ private:
     QPointer<OrvShaderNetwork> m_pNetwork;
     QPointer<OrvLayer> m_pBefore, m_pAfter;
 };
+
+namespace {
+
+/// What of a layer is painted on: what was, if it is the layer's; else its paint, else its mask.
+OrvSnBaseNode* componentOf(const OrvLayer* pLayer, OrvSnBaseNode* pBefore)
+{
+    if (!pLayer)
+        return nullptr;
+    OrvSnBaseNode* pPaint = pLayer->paintNode();
+    OrvSnBaseNode* pMask = pLayer->maskPaintNode();
+    if (pBefore && (pBefore == pPaint || pBefore == pMask))
+        return pBefore;
+    return pPaint ? pPaint : pMask;
+}
+
+/// A merge node, or what several of them have in common.
+bool namesLayers(const OrvSnBaseNode* pNode)
+{
+    return qobject_cast<const OrvSnMergeNode*>(pNode) || qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode);
+}
+
+} // namespace
 
 OrvLayerManager& OrvLayerManager::instance()
 {
@@ -128,12 +152,7 @@ void OrvLayerManager::setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLay
         m_CurrentLayers.remove(pNetwork);
     if (pNetwork != OrvShaderNetworkManager::instance().currentShaderNetwork())
         return;
-    const bool OwnComponent = pLayer && m_pCurrentComponent
-        && (m_pCurrentComponent == pLayer->paintNode() || m_pCurrentComponent == pLayer->maskPaintNode());
-    if (!OwnComponent) {
-        OrvSnBaseNode* pPaint = pLayer ? pLayer->paintNode() : nullptr;
-        setCurrentComponent(!pPaint && pLayer ? pLayer->maskPaintNode() : pPaint);
-    }
+    setCurrentComponent(componentOf(pLayer, m_pCurrentComponent));
     Q_EMIT currentLayerChanged(pLayer);
 }
 
@@ -172,8 +191,23 @@ OrvLayer* OrvLayerManager::getLayer(OrvSnBaseNode* pNode, bool Create)
     if (!pMerge)
         return nullptr;
     if (!pMerge->m_pLayer && Create)
-        pMerge->m_pLayer = new OrvLayer(pMerge);
+        pMerge->m_pLayer = pMerge->multiChannelNode() ? new OrvMultiChannelLayer(pMerge) : new OrvLayer(pMerge);
     return pMerge->m_pLayer;
+}
+
+QList<OrvLayer*> OrvLayerManager::layersOf(OrvSnBaseNode* pNode)
+{
+    QList<OrvLayer*> Layers;
+    const auto note = [&Layers](const OrvSnMergeNode* pMerge) {
+        if (pMerge && pMerge->layer())
+            Layers.append(pMerge->layer());
+    };
+    note(qobject_cast<OrvSnMergeNode*>(pNode));
+    if (const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pNode)) {
+        for (const OrvSnMergeNode* pMerge : pCommon->mergeNodes())
+            note(pMerge);
+    }
+    return Layers;
 }
 
 bool OrvLayerManager::carriesStack(const OrvSnBaseNode* pNode, const QString& InputName)
@@ -188,12 +222,19 @@ bool OrvLayerManager::carriesStack(const OrvSnBaseNode* pNode, const QString& In
     if (InputName == OrvSnNames::Mask) {
         const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pSource);
         return !qobject_cast<const OrvSnChannelInputNode*>(pSource)
+            && !qobject_cast<const OrvSnMultiChannelMergeNode*>(pSource)
             && !qobject_cast<const OrvSnCustomProceduralNode*>(pSource)
             && !(pOperation && pOperation->isProcedural());
     }
     return (InputName == OrvSnNames::Over && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag))
         || qobject_cast<const OrvSnMergeNode*>(pSource)
         || qobject_cast<const OrvSnBottomTransparencyNode*>(pSource);
+}
+
+OrvLayerStack* OrvLayerManager::stackLeftIn(const OrvShaderNetwork* pNetwork) const
+{
+    OrvLayerStack* pStack = m_Left.value(pNetwork).pStack;
+    return pStack && pNetwork && pNetwork->contains(pStack->node()) ? pStack : nullptr;
 }
 
 OrvLayerStack* OrvLayerManager::getLayerStack(OrvSnBaseNode* pNode, const QString& InputName)
@@ -224,10 +265,10 @@ void OrvLayerManager::onNodeRegistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
     m_StructureChanged = true;
     if (auto* pBakePoint = qobject_cast<OrvSnBakePointNode*>(pNode))
         m_BakePoints.insert(pBakePoint);
-    if (!qobject_cast<OrvSnMergeNode*>(pNode))
-        return;
-    m_Names.enter(pNode);
-    markDirty(pNode, Alone);
+    if (namesLayers(pNode))
+        m_Names.enter(pNode);
+    if (qobject_cast<OrvSnMergeNode*>(pNode))
+        markDirty(pNode, Alone);
 }
 
 void OrvLayerManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)
@@ -257,39 +298,40 @@ void OrvLayerManager::onNodeReconnected(OrvShaderNetwork*, QString InputName, Or
     OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
 {
     m_StructureChanged = true;
-    const bool IsMerge = qobject_cast<OrvSnMergeNode*>(pNode) != nullptr;
+    const bool IsMerge = namesLayers(pNode);
     // A merge node that nothing reads yet, or any more, takes nothing along.
     const bool InChain = OrvChainTargets::continuesChain(pNode, InputName) && !pNode->consumers().isEmpty();
     if (InChain || OrvChainTargets::isTarget(pNode, InputName))
         markMoved(pNewInputNode, pOldInputNode);
     if (!IsMerge)
         return;
-    markDirty(pNode, Alone);
+    markLayersDirty(pNode, Alone);
     if (InputName == OrvSnNames::Base)
         return;
     for (OrvSnBaseNode* pContent : {pNewInputNode, pOldInputNode}) {
         if (pContent)
             m_DirtyContents.insert(pContent);
     }
-    OrvLayer* pLayer = getLayer(pNode, false);
-    if (!pLayer)
-        return;
     const auto isStackTop = [](const OrvSnBaseNode* pSource) {
         return pSource && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag);
     };
-    if (InputName == OrvSnNames::Mask)
-        Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
-    else if (isStackTop(pNewInputNode) || isStackTop(pOldInputNode))
-        Q_EMIT pLayer->adjustmentEnabledChanged(pLayer->isAdjustmentStackEnabled());
+    for (OrvLayer* pLayer : layersOf(pNode)) {
+        if (InputName == OrvSnNames::Mask)
+            Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
+        else if (isStackTop(pNewInputNode) || isStackTop(pOldInputNode))
+            Q_EMIT pLayer->adjustmentEnabledChanged(pLayer->isAdjustmentStackEnabled());
+    }
 }
 
 void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
 {
     OrvLayerCost::invalidate();
-    if (OrvLayer* pLayer = getLayer(pNode, false)) {
-        markDirty(pNode, Alone);
-        Q_EMIT pLayer->enabledAsBoolChanged(Enabled != 0);
-        Q_EMIT pLayer->nodeEnabledChanged(pNode, Enabled);
+    if (namesLayers(pNode)) {
+        markLayersDirty(pNode, Alone);
+        for (OrvLayer* pLayer : layersOf(pNode)) {
+            Q_EMIT pLayer->enabledAsBoolChanged(pLayer->isVisible());
+            Q_EMIT pLayer->nodeEnabledChanged(pNode, Enabled);
+        }
         return;
     }
     if (!pNode->hasTag(OrvSnNames::AdjustmentStackTopTag))
@@ -305,7 +347,7 @@ void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
 
 void OrvLayerManager::onNodeLockedChanged(OrvSnBaseNode* pNode, bool)
 {
-    markDirty(pNode, WithContents);
+    markLayersDirty(pNode, WithContents);
     for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
         if (Input.pNode && Input.Name != OrvSnNames::Base)
             m_DirtyContents.insert(Input.pNode);
@@ -323,21 +365,20 @@ void OrvLayerManager::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNo
 void OrvLayerManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
 {
     OrvLayerCost::invalidate();
-    OrvLayer* pLayer = getLayer(pNode, false);
     if (Name == OrvMergeAttributes::LayerCached)
         markDirty(pNode, WithContents);
     else if (Name == OrvMergeAttributes::PassThrough)
         markDirty(pNode, Alone);
     else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute)
         tellProceduralChanged(pNode);
-    if (!pLayer)
-        return;
-    if (Name == OrvMergeAttributes::ColorTag)
-        Q_EMIT pLayer->colorChanged(pLayer->color());
-    else if (Name == OrvMergeAttributes::MaskEnabled)
-        Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
-    else if (Name == OrvMergeAttributes::LayerCached)
-        Q_EMIT pLayer->cacheStateChanged();
+    for (OrvLayer* pLayer : layersOf(pNode)) {
+        if (Name == OrvMergeAttributes::ColorTag)
+            Q_EMIT pLayer->colorChanged(pLayer->color());
+        else if (Name == OrvMergeAttributes::MaskEnabled)
+            Q_EMIT pLayer->maskEnabledChanged(pLayer->isMaskEnabled());
+        else if (Name == OrvMergeAttributes::LayerCached)
+            Q_EMIT pLayer->cacheStateChanged();
+    }
 }
 
 void OrvLayerManager::tellProceduralChanged(const OrvSnBaseNode* pNode)
@@ -358,13 +399,13 @@ void OrvLayerManager::tellProceduralChanged(const OrvSnBaseNode* pNode)
     }
 }
 
-void OrvLayerManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString Name)
+void OrvLayerManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString)
 {
-    if (!qobject_cast<OrvSnMergeNode*>(pNode))
+    if (!namesLayers(pNode))
         return;
     m_Names.rename(pNode);
-    if (OrvLayer* pLayer = getLayer(pNode, false))
-        Q_EMIT pLayer->nameChanged(Name);
+    for (OrvLayer* pLayer : layersOf(pNode))
+        Q_EMIT pLayer->nameChanged(pLayer->name());
 }
 
 void OrvLayerManager::onNodeRefreshed(OrvSnBaseNode* pNode)
@@ -378,10 +419,13 @@ void OrvLayerManager::onNodeRefreshed(OrvSnBaseNode* pNode)
     }
 }
 
-void OrvLayerManager::onCurrentNetworkChanged()
+void OrvLayerManager::onCurrentNetworkChanged(OrvShaderNetwork* pNew, OrvShaderNetwork* pOld)
 {
+    m_Left.insert(pOld, {m_pCurrentStack, m_pCurrentComponent});
+    if (!pNew)
+        m_Left.clear(); // the project closes
     OrvLayer* pLayer = currentLayer();
-    setCurrentComponent(pLayer ? pLayer->paintNode() : nullptr);
+    applyCurrentComponent(componentOf(pLayer, m_Left.value(pNew).pComponent));
     Q_EMIT currentLayerChanged(pLayer);
 }
 
@@ -408,6 +452,15 @@ void OrvLayerManager::markDirty(OrvSnBaseNode* pNode, Reach Extent)
 {
     Reach& Known = m_Dirty[pNode];
     Known = qMax(Known, Extent);
+}
+
+void OrvLayerManager::markLayersDirty(OrvSnBaseNode* pNode, Reach Extent)
+{
+    markDirty(pNode, Extent);
+    if (const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pNode)) {
+        for (OrvSnMergeNode* pMerge : pCommon->mergeNodes())
+            markDirty(pMerge, Extent);
+    }
 }
 
 void OrvLayerManager::markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
@@ -480,6 +533,13 @@ QSet<OrvSnBaseNode*> OrvLayerManager::takeDirtyNodes()
     }
     for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node)
         Seen.insert(Node.key());
+    // What holds a layer in one of its channels holds it in all.
+    for (OrvSnBaseNode* pNode : QSet<OrvSnBaseNode*>(Seen)) {
+        if (const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pNode)) {
+            for (OrvSnMergeNode* pMerge : pCommon->mergeNodes())
+                Seen.insert(pMerge);
+        }
+    }
     for (const OrvSnBaseNode* pContent : Contents) {
         const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pContent).Targets;
         for (const OrvChainTargets::Target& Target : Targets) {

@@ -32,6 +32,8 @@ public:
     void setCurrentLayer(OrvShaderNetwork* pNetwork, OrvLayer* pLayer, bool Undoable = false);
     OrvLayerStack* currentLayerStack() const { return m_pCurrentStack; }
     void setCurrentLayerStack(OrvLayerStack* pStack);
+    /// The current stack when the network was left last, while there is one; else null.
+    OrvLayerStack* stackLeftIn(const OrvShaderNetwork* pNetwork) const;
     /// The image node that is painted on, or null. Changing it is an undo step when a macro is open.
     OrvSnBaseNode* currentComponent() const { return m_pCurrentComponent; }
     void setCurrentComponent(OrvSnBaseNode* pNode);
@@ -42,6 +44,8 @@ public:
     OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
 
     bool inBatchLayerStateRefresh() const { return m_InBatch; }
+    /// The layers that are shown by a merge node, or by what several of them have in common; those that were made.
+    static QList<OrvLayer*> layersOf(OrvSnBaseNode* pNode);
     /// A name that no layer of the network has: the given one, or the same with a number.
     QString uniqueLayerName(const OrvShaderNetwork* pNetwork, const QString& Base) const
     {
@@ -74,7 +78,7 @@ private Q_SLOTS:
     void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
     void onNodeNameChanged(OrvSnBaseNode* pNode, QString Name);
     void onNodeRefreshed(OrvSnBaseNode* pNode);
-    void onCurrentNetworkChanged();
+    void onCurrentNetworkChanged(OrvShaderNetwork* pNew, OrvShaderNetwork* pOld);
     void onEditFinished();
 
 private:
@@ -88,6 +92,8 @@ private:
     ~OrvLayerManager() override;
     void applyCurrentComponent(OrvSnBaseNode* pNode);
     void markDirty(OrvSnBaseNode* pNode, Reach Extent);
+    /// The node, and the merge nodes that have it in common.
+    void markLayersDirty(OrvSnBaseNode* pNode, Reach Extent);
     void markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
     void dropStacksOf(const OrvSnBaseNode* pNode);
     void dropStacksThatNoLongerHold();
@@ -104,6 +110,12 @@ private:
     QHash<const OrvShaderNetwork*, QPointer<OrvLayer>> m_CurrentLayers;
     QPointer<OrvLayerStack> m_pCurrentStack;
     QPointer<OrvSnBaseNode> m_pCurrentComponent;
+    /// What was current in a network when another became the current one.
+    struct LeftBehind {
+        QPointer<OrvLayerStack> pStack;
+        QPointer<OrvSnBaseNode> pComponent;
+    };
+    QHash<const OrvShaderNetwork*, LeftBehind> m_Left;
     QHash<OrvSnBaseNode*, Reach> m_Dirty;
     QSet<OrvSnBaseNode*> m_DirtyContents; ///< nodes that layers share, or shared
     QSet<OrvSnBakePointNode*> m_BakePoints;

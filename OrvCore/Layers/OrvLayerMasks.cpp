@@ -56,17 +56,18 @@ bool OrvLayer::hasMaskStack() const
 
 OrvLayerStack* OrvLayer::maskStack() const
 {
-    return hasMaskStack() ? OrvLayerStack::getLayerStack(m_pBlendNode, OrvSnNames::Mask) : nullptr;
+    return hasMaskStack() ? OrvLayerStack::getLayerStack(commonNode(), OrvSnNames::Mask) : nullptr;
 }
 
 bool OrvLayer::isMaskEnabled() const
 {
-    return m_pBlendNode->userAttribute(OrvMergeAttributes::MaskEnabled).value().toBool();
+    return commonNode()->userAttribute(OrvMergeAttributes::MaskEnabled).value().toBool();
 }
 
 void OrvLayer::setMaskEnabled(bool Enabled)
 {
-    m_pBlendNode->setUserAttributeValue(OrvMergeAttributes::MaskEnabled, Enabled);
+    if (hasMask() && checkModifiable())
+        commonNode()->setUserAttributeValue(OrvMergeAttributes::MaskEnabled, Enabled);
 }
 
 bool OrvLayer::checkTakesMask() const
@@ -80,7 +81,7 @@ bool OrvLayer::addMask(const QString& MacroText, const OrvColor& Fill, const Orv
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);
     OrvSnChannelInputNode* pImages = OrvChainEditing::addImageNode(m_pBlendNode->network(), Settings.Layout,
         Settings.Mask, Fill, tr("%1 Mask").arg(name()), m_pBlendNode, -1, 2, Pixels);
-    if (!m_pBlendNode->connectInput(OrvSnNames::Mask, pImages)) {
+    if (!commonNode()->connectInput(OrvSnNames::Mask, pImages)) {
         Macro.cancel();
         return false;
     }
@@ -201,7 +202,7 @@ OrvLayerStack* OrvLayer::convertMaskToMaskStack()
         OrvLayerManager::instance().uniqueLayerName(pNetwork, tr("Mask")), pContent, 1, 0);
     const bool Done = pMerge->connectInput(OrvSnNames::Base, pBottom)
         && pMerge->connectInput(OrvSnNames::Over, pContent)
-        && m_pBlendNode->connectInput(OrvSnNames::Mask, pMerge);
+        && commonNode()->connectInput(OrvSnNames::Mask, pMerge);
     if (!Done) {
         Macro.cancel();
         return nullptr;
@@ -227,7 +228,7 @@ bool OrvLayer::convertMaskToImageSet()
     // Layers that share the mask share the image.
     const QVector<OrvSnBaseNode::Consumer> Readers = pMask->consumers();
     for (const OrvSnBaseNode::Consumer& Reader : Readers) {
-        if (Reader.InputName == OrvSnNames::Mask && Reader.pNode != m_pBlendNode)
+        if (Reader.InputName == OrvSnNames::Mask && Reader.pNode != commonNode())
             Reader.pNode->connectInput(Reader.InputName, pImages);
     }
     if (!replaceMask(pImages)) {
@@ -243,6 +244,8 @@ bool OrvLayer::applyMask()
         return false;
     if (!hasMask() || !isPaintableLayer())
         return refuse(tr("'%1' has no mask, or no paint to bake it into").arg(name()));
+    if (isMultiChannelLayer())
+        return refuse(tr("The mask of '%1' is seen in other channels too, which would lose it").arg(name()));
     const OrvImageBuffer Pixels = OrvLayerRendering::renderMasked(
         m_pBlendNode, OrvImageSettings::ofLayer(m_pBlendNode).Layout, paintImageSet()->format());
     if (Pixels.isNull())
@@ -270,7 +273,7 @@ bool OrvLayer::replaceMask(OrvSnBaseNode* pMask)
     const QPointer<OrvSnBaseNode> pPainted = Manager.currentComponent();
     if (Inside.contains(Manager.currentLayer(m_pBlendNode->network())))
         Manager.setCurrentLayer(m_pBlendNode->network(), this, true);
-    if (!m_pBlendNode->connectInput(OrvSnNames::Mask, pMask))
+    if (!commonNode()->connectInput(OrvSnNames::Mask, pMask))
         return false;
     OrvChainEditing::removeUnused(pFormer);
     OrvLayerStack::tellRemoved(Inside);

@@ -7,9 +7,11 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvShaderLayers.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -36,6 +38,32 @@ OrvImageBuffer renderTogetherWithBelow(OrvSnMergeNode* pGroup, const OrvImageSet
     return Pixels;
 }
 
+/// Layers that stand in other channels too would fall apart; true, with a word to the user, when there are some.
+bool refuseMultiChannelLayers(const QList<OrvLayer*>& Layers)
+{
+    for (const OrvLayer* pLayer : Layers) {
+        if (OrvLayerStreamUtils::containsMultiChannelLayers(pLayer)) {
+            Q_EMIT OrvLayerManager::instance().refused(
+                OrvLayerStack::tr("'%1' stands in other channels too, or holds a layer that does").arg(pLayer->name()));
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The group becomes an ordinary one in each of its channels, and the layers in it that stand in several become
+/// ordinary ones.
+QList<OrvLayer*> convertWithContents(const OrvLayer* pGroup)
+{
+    const QList<OrvLayer*> Streams = pGroup->inAllChannels();
+    QList<OrvLayer*> Converted = Streams;
+    for (const OrvLayer* pStream : Streams) {
+        if (const OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pStream))
+            Converted += pInside->allLayers();
+    }
+    return OrvMultiChannelLayerUtils::convertToStandardLayers(Converted).mid(0, Streams.size());
+}
+
 /// The pixels hold all that the blending did.
 void blendPlainly(OrvSnMergeNode* pMerge)
 {
@@ -53,8 +81,12 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
 {
     const QList<OrvLayer*> Merged = outermost(selectedLayers());
     QString Error;
-    if (Merged.isEmpty() || !canBeGathered(Merged, Error))
+    if (Merged.isEmpty() || !canBeGathered(Merged, Error) || refuseMultiChannelLayers(Merged))
         return nullptr;
+    if (OrvShaderLayers::isPlaceOfShaders(Merged.first()->blendNode())) {
+        Q_EMIT OrvLayerManager::instance().refused(tr("Shader layers cannot be merged: they hold no paint"));
+        return nullptr;
+    }
     OrvUndoManager::AutoMacro Macro(tr("Merge Layers"));
     const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
     const QString Name = Merged.first()->name();
@@ -105,7 +137,25 @@ OrvLayer* OrvLayerStreamUtils::flattenLayer(OrvLayer* pLayer, OrvLayerStack*, bo
         }
         return nullptr;
     }
+    if (OrvShaderLayers::isPlaceOfShaders(pLayer->blendNode())) {
+        Q_EMIT Manager.refused(
+            OrvLayerStack::tr("'%1' cannot be flattened: it holds shaders, and no paint").arg(pLayer->name()));
+        return nullptr;
+    }
     OrvUndoManager::AutoMacro Macro(OrvLayerStack::tr("Flatten Layer Group : %1").arg(pLayer->name()));
+    if (pLayer->isMultiChannelLayer()) {
+        QList<OrvLayer*> Flat;
+        for (OrvLayer* pStream : convertWithContents(pLayer))
+            Flat.append(flattenLayer(pStream, nullptr));
+        if (!Flat.isEmpty() && !Flat.contains(nullptr))
+            return Flat.first();
+        Macro.cancel();
+        return nullptr;
+    }
+    if (refuseMultiChannelLayers({pLayer})) {
+        Macro.cancel();
+        return nullptr;
+    }
     OrvSnMergeNode* pGroup = pLayer->blendNode();
     OrvSnBaseNode* pContent = pLayer->contentNode();
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(pGroup);

@@ -52,7 +52,7 @@ OrvImageBuffer madeInBands(const OrvUdimLayout& Layout, const OrvPixelFormat& Fo
                 Rows *= 2;
             Top += Band.height();
             Done += Band.height();
-            if (progress() && !progress()(Done, Total))
+            if (!OrvLayerRendering::step(Done, Total))
                 return {};
         }
     }
@@ -178,6 +178,11 @@ OrvImageBuffer renderDifference(const OrvSnBaseNode* pUpper, const OrvSnBaseNode
 void setProgress(const OrvProgress& Progress)
 {
     progress() = Progress;
+}
+
+bool step(int Done, int Total)
+{
+    return !progress() || progress()(Done, Total);
 }
 
 } // namespace OrvLayerRendering

@@ -35,5 +35,7 @@ ORVCORE_EXPORT OrvImageBuffer renderDifference(const OrvSnBaseNode* pUpper, cons
 /// Who shows how far long work is, and may cancel it; an empty function for nobody. It must not edit the
 /// document.
 ORVCORE_EXPORT void setProgress(const OrvProgress& Progress);
+/// Tells it; false when the work is to stop. The last step of all ends the report.
+ORVCORE_EXPORT bool step(int Done, int Total);
 
 } // namespace OrvLayerRendering

@@ -10,15 +10,17 @@
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Layers/OrvShaderLayers.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
 namespace {
 
-/// The other merge nodes that read the node as this kind of component.
+/// The merge nodes of other layers that read the node as this kind of component.
 QVector<OrvSnMergeNode*> otherReaders(
     const OrvSnBaseNode* pComponent, bool AsMask, const OrvSnMergeNode* pSelf)
 {
@@ -30,7 +32,8 @@ QVector<OrvSnMergeNode*> otherReaders(
         if ((Target.InputName == OrvSnNames::Mask) != AsMask)
             continue;
         for (OrvSnMergeNode* pReader : OrvChainTargets::owners(Target)) {
-            if (pReader != pSelf && !Readers.contains(pReader))
+            // Streams of one layer share nothing with each other: the mask is the layer's.
+            if (pReader->commonNode() != pSelf->commonNode() && !Readers.contains(pReader))
                 Readers.append(pReader);
         }
     }
@@ -71,6 +74,8 @@ bool OrvLayer::isDownstreamShared() const
 QList<OrvLayer*> OrvLayer::downstreamSharer() const
 {
     for (OrvSnBaseNode* pContainer : OrvChainTargets::containers(m_pBlendNode)) {
+        if (qobject_cast<OrvSnMultiChannelMergeNode*>(pContainer))
+            continue;
         OrvLayer* pAround = OrvLayerManager::instance().getLayer(pContainer, true);
         if (!pAround)
             break; // what shares the channel shares all of it, which the channel says
@@ -94,14 +99,19 @@ bool OrvLayer::canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* 
     const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pTarget);
     if (Containers.contains(m_pBlendNode) || Containers.contains(contentNode()))
         return false;
-    if (!pStack || pStack->isWithinMask())
-        return true;
-    const QList<OrvShaderInput*> Channels = pStack->parentShaderInputs();
-    const bool NeedsMaterial = OrvLayerStreamUtils::containsShaderLayers(this, pStack)
-        || OrvLayerStreamUtils::containsMaterialShaderInputLayers(this, pStack);
-    return std::all_of(Channels.begin(), Channels.end(), [&](const OrvShaderInput* pChannel) {
-        return pChannel->isMaterialStack() == NeedsMaterial || (isGroupLayer() && !NeedsMaterial);
-    });
+    // A stream of a layer in several channels is that of its channel, in masks there is none.
+    if (OrvLayerStreamUtils::containsMultiChannelLayers(this)
+        && (OrvChainTargets::channel(pTarget) != OrvChainTargets::channel(m_pBlendNode)
+            || (pStack && pStack->isWithinMask())))
+        return false;
+    // A layered shader is fed by stacks in which it cannot stand itself.
+    if (isShaderLayer() && pTarget->network()->wouldConnectionBreakDAG(shaderNode(), pTarget))
+        return false;
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
+    // What goes into a shared group later is seen with its sharers too.
+    const bool KindIsOpen = isGroupLayer() && !isPaintComponentShared();
+    return OrvShaderLayers::fits(this, AmongShaders)
+        && (KindIsOpen || OrvShaderLayers::isPlaceOfShaders(m_pBlendNode) == AmongShaders);
 }
 
 OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, bool)
@@ -109,15 +119,13 @@ OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, 
     // The content of an adjustment layer is what lies below it: another place makes it another content.
     if (!pTarget || !overNode() || OrvChainEditing::baseOperationOf(m_pBlendNode))
         return nullptr;
-    if (pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+    if (pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget)
+        || OrvShaderLayers::isPlaceOfShaders(pTarget) != OrvShaderLayers::isPlaceOfShaders(m_pBlendNode))
         return nullptr;
     OrvUndoManager::AutoMacro Macro(tr("Share Layer '%1'").arg(name()));
     OrvSnMergeNode* pMerge = OrvChainEditing::addNode(
         m_pBlendNode->network(), std::make_unique<OrvSnMergeNode>(), name(), pTarget, 1, 0);
-    for (const OrvCustomAttribute& Attribute : m_pBlendNode->ownUserAttributes()) {
-        if (Attribute.name() != OrvMergeAttributes::LayerCached)
-            pMerge->createUserAttribute(Attribute);
-    }
+    OrvChainEditing::copyAppearance(*m_pBlendNode, *pMerge);
     const bool Done = pMerge->connectInput(OrvSnNames::Over, overNode())
         && (!maskNode() || pMerge->connectInput(OrvSnNames::Mask, maskNode()))
         && OrvChainEditing::insertAbove(pMerge, pTarget);
@@ -144,7 +152,7 @@ OrvShaderInput* OrvLayerStack::shareLayersAsChannel(const QList<OrvLayer*>& Laye
     OrvShaderInput* pChannel = OrvShaderInputUtils::create(network(),
         OrvShaderInputUtils::generateUniqueName(network(), Shared.first()->name()), pOwner->imageSetSize(),
         pOwner->imageSetDepth(), &pOwner->colorSpaceConfig(), pOwner->isScalar() || isWithinMask());
-    if (pChannel && pOwner->isMaterialStack())
+    if (pChannel && holdsShaders())
         pChannel->node()->addTag(OrvSnNames::MaterialShaderInputTag);
     OrvSnBaseNode* pTarget = pChannel ? pChannel->topNode() : nullptr;
     for (auto Layer = Shared.rbegin(); Layer != Shared.rend() && pTarget; ++Layer) {
@@ -181,15 +189,15 @@ void OrvLayer::unshareLayer()
         Macro.cancel();
         return;
     }
-    const auto takeOver = [&](const QString& InputName) {
-        OrvSnBaseNode* pFormer = m_pBlendNode->inputNode(InputName);
-        m_pBlendNode->connectInput(InputName, Copies.first()->inputNode(InputName));
+    const auto takeOver = [&](OrvSnBaseNode* pHolder, const QString& InputName) {
+        OrvSnBaseNode* pFormer = pHolder->inputNode(InputName);
+        pHolder->connectInput(InputName, Copies.first()->inputNode(InputName));
         OrvChainEditing::removeUnused(pFormer); // an adjustment stack of its own above what was shared
     };
     if (PaintShared)
-        takeOver(OrvSnNames::Over);
+        takeOver(m_pBlendNode, OrvSnNames::Over);
     if (MaskShared)
-        takeOver(OrvSnNames::Mask);
+        takeOver(commonNode(), OrvSnNames::Mask);
     OrvChainEditing::removeUnused(Copies.first());
     if (isCurrent() && (PaintCurrent || MaskCurrent))
         Manager.setCurrentComponent(PaintCurrent ? paintNode() : maskPaintNode());

@@ -3,6 +3,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 
@@ -83,6 +84,34 @@ void dropCaches(OrvNodeDescription& Node)
         Node.Attributes.end());
 }
 
+/// One stream, captured without the others: an ordinary layer, which has of its own what they have in common.
+void detach(OrvNodeDescription& Node, const OrvSnMergeNode& Merge)
+{
+    const OrvSnMultiChannelMergeNode& Common = *Merge.multiChannelNode();
+    Node.Name = Common.name();
+    Node.Enabled = Merge.isShown();
+    Node.Locked = Common.locked();
+    Node.Attributes.erase(std::remove_if(Node.Attributes.begin(), Node.Attributes.end(),
+                              [](const OrvCustomAttribute& Attribute) {
+                                  return Attribute.name() == OrvMergeAttributes::Stream;
+                              }),
+        Node.Attributes.end());
+    for (const OrvCustomAttribute& Attribute : Common.ownUserAttributes()) {
+        if (Attribute.name() != OrvSnMultiChannelMergeNode::ShaderModelAttribute)
+            Node.Attributes.append(Attribute);
+    }
+    const OrvSnBaseNode* pMask = Merge.maskSource();
+    for (int Index = Node.Connections.size() - 1; Index >= 0; --Index) {
+        OrvNodeDescription::Connection& One = Node.Connections[Index];
+        if (One.InputName != OrvSnNames::Mask)
+            continue;
+        if (pMask)
+            One.SourceUuid = pMask->uuidString();
+        else
+            Node.Connections.removeAt(Index);
+    }
+}
+
 void fit(OrvNodeDescription& Node, const OrvUdimLayout& Layout)
 {
     if (Node.HasImages && Node.Layout != Layout) {
@@ -111,8 +140,18 @@ OrvLayerSnapshot OrvLayerSnapshot::capture(
         Roots.insert(pMerge);
         BaseOperations.insert(OrvChainEditing::baseOperationOf(pMerge));
     }
+    // A layer in several channels is captured as such where all its streams are.
+    const auto isWhole = [&Inside](const OrvSnMultiChannelMergeNode* pCommon) {
+        const QVector<OrvSnMergeNode*> Streams = pCommon->mergeNodes();
+        return std::all_of(Streams.begin(), Streams.end(),
+            [&Inside](const OrvSnMergeNode* pMerge) { return Inside.contains(pMerge); });
+    };
     for (const OrvSnBaseNode* pNode : Nodes) {
+        const auto* pCommon = qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode);
+        if (pCommon && !isWhole(pCommon))
+            continue;
         OrvNodeDescription Node = OrvNodeSubgraph::describe(pNode);
+        const auto* pMerge = qobject_cast<const OrvSnMergeNode*>(pNode);
         QVector<OrvNodeDescription::Connection> Kept;
         for (const OrvNodeDescription::Connection& One : qAsConst(Node.Connections)) {
             const OrvSnBaseNode* pSource = pNode->inputNode(One.InputName);
@@ -122,6 +161,8 @@ OrvLayerSnapshot OrvLayerSnapshot::capture(
                 Kept.append(One);
         }
         Node.Connections = Kept;
+        if (pMerge && pMerge->multiChannelNode() && !isWhole(pMerge->multiChannelNode()))
+            detach(Node, *pMerge);
         if (Roots.contains(pNode))
             dropCaches(Node);
         Snapshot.m_Nodes.append(Node);
@@ -138,7 +179,7 @@ OrvLayerSnapshot OrvLayerSnapshot::captureMask(const OrvSnMergeNode* pMerge)
     Carrier.Type = pMerge->typeName();
     Carrier.Name = pMerge->name();
     QVector<const OrvSnBaseNode*> Nodes;
-    if (const OrvSnBaseNode* pMask = pMerge->inputNode(OrvSnNames::Mask)) {
+    if (const OrvSnBaseNode* pMask = pMerge->maskSource()) {
         Carrier.Connections.append({OrvSnNames::Mask, pMask->uuidString(), QString()});
         Nodes.append(pMask);
     }
@@ -202,6 +243,8 @@ QVector<OrvSnMergeNode*> OrvLayerSnapshot::instantiate(
     for (OrvNodeDescription Node : Reached.nodes()) {
         if (Layout.isValid())
             fit(Node, Layout);
+        if (Node.Tags.contains(OrvSnNames::ShaderTag) && !Node.Tags.contains(OrvSnNames::StackShaderTag))
+            Node.Tags.append(OrvSnNames::StackShaderTag); // the copy of a listed shader is the layers' own
         Fitted.append(Node);
     }
     const QVector<OrvSnBaseNode*> Made = Fitted.instantiate(pNetwork);

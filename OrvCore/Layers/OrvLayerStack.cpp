@@ -10,6 +10,8 @@
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 
 #include <QtCore/QSet>
 
@@ -65,7 +67,7 @@ QString OrvLayerStack::name() const
     if (!m_pNode)
         return {};
     const QVector<OrvSnMergeNode*> Owners = OrvChainTargets::owners({m_pNode, m_InputName});
-    return Owners.isEmpty() ? m_pNode->name() : Owners.first()->name();
+    return Owners.isEmpty() ? m_pNode->name() : Owners.first()->commonNode()->name();
 }
 
 OrvShaderNetwork* OrvLayerStack::network() const
@@ -91,18 +93,7 @@ bool OrvLayerStack::isGroupStack() const
 
 bool OrvLayerStack::isWithinMask() const
 {
-    // The group layers around the stack, up to the first stack that is no group's.
-    QPointer<OrvSnBaseNode> pNode = m_pNode;
-    QString InputName = m_InputName;
-    while (pNode && InputName != OrvSnNames::Mask && !pNode->hasTag(OrvSnNames::ShaderInputTag)) {
-        const QVector<OrvSnMergeNode*> Owners = OrvChainTargets::owners({pNode, InputName});
-        if (Owners.isEmpty())
-            return false;
-        const QVector<OrvChainTargets::Target> Outer = OrvChainTargets::of(Owners.first()).Targets;
-        pNode = Outer.isEmpty() ? nullptr : Outer.first().pNode;
-        InputName = Outer.isEmpty() ? QString() : Outer.first().InputName;
-    }
-    return pNode && InputName == OrvSnNames::Mask;
+    return OrvChainTargets::isWithinMask({m_pNode.data(), m_InputName});
 }
 
 bool OrvLayerStack::isEmpty() const
@@ -123,16 +114,15 @@ const OrvLayerStack::Chain& OrvLayerStack::chain() const
 
 QList<OrvLayer*> OrvLayerStack::layerList(int RetrieveFlags) const
 {
-    if (!(RetrieveFlags & OrdinaryLayers))
-        return {};
-    if (RetrieveFlags & DisabledLayers)
+    if (RetrieveFlags == AllLayers)
         return chain().Layers;
-    QList<OrvLayer*> Visible;
+    QList<OrvLayer*> Wanted;
     for (OrvLayer* pLayer : chain().Layers) {
-        if (pLayer->isVisible())
-            Visible.append(pLayer);
+        const RetrieveFlag Kind = pLayer->isMultiChannelLayer() ? MultiChannelLayers : OrdinaryLayers;
+        if ((RetrieveFlags & Kind) && ((RetrieveFlags & DisabledLayers) || pLayer->isVisibleHere()))
+            Wanted.append(pLayer);
     }
-    return Visible;
+    return Wanted;
 }
 
 QMap<OrvLayerStack::ImageSetStatus, QList<OrvImageSet*>> OrvLayerStack::allImageSetsByStatus() const
@@ -216,6 +206,29 @@ OrvShaderInput* OrvLayerStack::ownerShaderInput() const
 {
     const QList<OrvShaderInput*> Channels = parentShaderInputs();
     return Channels.isEmpty() ? nullptr : Channels.first();
+}
+
+QString OrvLayerStack::currentStream() const
+{
+    const OrvShaderInput* pOwner = ownerShaderInput();
+    if (!pOwner)
+        return {};
+    const OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+    const OrvLayerShader* pCurrent = Shaders.currentLayerShader(network());
+    const QString Shown = pCurrent ? pCurrent->inputStreamName(pOwner) : QString();
+    if (!Shown.isEmpty())
+        return Shown;
+    for (const OrvSnBaseNode::Consumer& Reader : pOwner->node()->consumers()) {
+        if (Reader.pNode->hasTag(OrvSnNames::ShaderTag) && !Shaders.isSystemShaderNode(Reader.pNode))
+            return Reader.InputName;
+    }
+    return {};
+}
+
+QString OrvLayerStack::currentStreamName(const OrvSnBaseNode* pMergeNode) const
+{
+    const auto* pMerge = qobject_cast<const OrvSnMergeNode*>(pMergeNode);
+    return pMerge && pMerge->multiChannelNode() ? pMerge->stream() : QString();
 }
 
 bool OrvLayerStack::isStructureModifiable() const

@@ -14,6 +14,7 @@
 class OrvColor;
 class OrvImageSet;
 class OrvLayer;
+class OrvLayerShader;
 class OrvShaderInput;
 class OrvShaderNetwork;
 class OrvSnMergeNode;
@@ -26,6 +27,7 @@ class ORVCORE_EXPORT OrvLayerStack : public QObject {
     Q_OBJECT
 
 public:
+    /// A layer stands in one channel or in several; without the last flag it is left out when it is hidden.
     enum RetrieveFlag { OrdinaryLayers = 1, MultiChannelLayers = 2, DisabledLayers = 4, AllLayers = 7 };
     /// Locked: a lock or cache forbids changing the images. Shared: another channel shows them too.
     enum ImageSetStatus { FreeImageSets, LockedImageSets, SharedImageSets };
@@ -46,6 +48,8 @@ public:
     bool isAdjustmentStack() const;
     bool isMaskStack() const;
     bool isGroupStack() const;
+    /// Its layers are shaders and groups of such: the stack of a material channel, or of a group in one.
+    bool holdsShaders() const;
     /// A mask stack, or a stack inside one: its layers are data, whatever the channel holds.
     bool isWithinMask() const;
     bool isEmpty() const;
@@ -64,9 +68,15 @@ public:
     /// The channel whose size, depth and colour space new layers take: the first of parentShaderInputs(), or
     /// null.
     OrvShaderInput* ownerShaderInput() const;
-    /// The stream shown; empty for the plain one.
-    QString currentStream() const { return {}; }
-    QString currentStreamName(OrvSnBaseNode* = nullptr) const { return {}; }
+    /// The shader's input that the channel around the stack feeds; empty while it feeds none.
+    QString currentStream() const;
+    /// The stream that a merge node serves; empty for the plain one.
+    QString currentStreamName(const OrvSnBaseNode* pMergeNode = nullptr) const;
+    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a
+    /// chain that ends in nothing its bottom.
+    OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow);
+    /// Selection and current layer after layers were made; the first becomes current.
+    void present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags);
 
     // Creation. Null when the place does not allow it (locked, cached) or, where the operation can fail
     // otherwise, with a text. Each is one undo step named after what it does.
@@ -78,6 +88,10 @@ public:
         const QString& Name = QString());
     OrvLayer* createProceduralLayer(const QString& Key, OrvLayerCreateFlags Flags, OrvLayer* pBelow = nullptr,
         const QString& Name = QString());
+    /// A layer that shows the shader, in a material channel's stack only. A listed shader stays listed: the
+    /// layer shares it. Null also when the shader is fed by what it would stand in.
+    OrvLayer* createShaderLayer(OrvLayerShader* pShader, OrvLayerCreateFlags Flags,
+        OrvLayer* pBelow = nullptr, const QString& Name = QString());
     /// From a file, or an entry of the shelf, above a node of this stack or of a group in it; without a node
     /// the flags choose the place.
     OrvLayer* createCustomProceduralLayer(
@@ -132,20 +146,17 @@ private:
     };
     const Chain& chain() const;
 
-    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a
-    /// chain that ends in nothing its bottom.
-    OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow);
     using ContentFactory = std::function<OrvSnBaseNode*(OrvSnBaseNode* pTarget, const QString& Name)>;
     OrvLayer* addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow,
         const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent);
     OrvLayer* addOperationLayer(const QString& MacroText, const QString& Key, bool Procedural,
         OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name);
-    /// Selection and current layer after layers were made; the first becomes current.
-    void present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags);
     /// Puts layers of one group, topmost first, into a new group above the target. Null when that would close
     /// a cycle.
     OrvSnMergeNode* gather(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name);
     bool canBeGathered(const QList<OrvLayer*>& Layers, QString& Error) const;
+    /// Puts the layers of a group in its place, in this channel, topmost first. False for a cycle.
+    static bool freeLayersOf(const OrvLayer* pGroup, QList<OrvLayer*>& Freed);
     /// The layer to be current when these go.
     OrvLayer* survivorOf(const QList<OrvLayer*>& Layers) const;
 

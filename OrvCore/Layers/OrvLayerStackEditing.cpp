@@ -1,4 +1,4 @@
-// What is done to the layers of a stack: making, removing, grouping, copying.
+// What is done to the layers of a stack: making, grouping, copying.
 
 #include "OrvCore/Layers/OrvLayerStack.h"
 
@@ -9,6 +9,7 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Layers/OrvShaderLayers.h"
 #include "OrvCore/Network/OrvNodeRegistry.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
@@ -23,32 +24,6 @@
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QSet>
-#include <QtWidgets/QUndoCommand>
-
-/// Tells, whenever it is done, that layers left their stacks.
-class OrvRemovedLayersNotice : public QUndoCommand {
-public:
-    explicit OrvRemovedLayersNotice(const QList<OrvLayer*>& Layers)
-        : m_Layers(Layers.begin(), Layers.end())
-    {
-    }
-    void undo() override { }
-    void redo() override { Q_EMIT OrvLayerManager::instance().layersRemoved(m_Layers); }
-
-private:
-    QSet<OrvLayer*> m_Layers;
-};
-
-void OrvLayerStack::tellRemoved(const QList<OrvLayer*>& Layers)
-{
-    QList<OrvLayer*> Gone;
-    for (OrvLayer* pLayer : Layers) {
-        if (!pLayer->blendNode()->network())
-            Gone.append(pLayer);
-    }
-    if (!Gone.isEmpty())
-        OrvUndoManager::instance().perform(std::make_unique<OrvRemovedLayersNotice>(Gone));
-}
 
 OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow)
 {
@@ -105,6 +80,7 @@ OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags 
 {
     OrvUndoManager::AutoMacro Macro(MacroText);
     OrvSnBaseNode* pTarget = placeFor(Flags, pBelow);
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     OrvLayerManager& Manager = OrvLayerManager::instance();
     QString LayerName = Name.isEmpty() ? DefaultName : Name;
     if (Name.isEmpty() && Flags.testFlag(OrvLayerUniqueName))
@@ -121,6 +97,12 @@ OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags 
         return nullptr;
     }
     OrvLayer* pLayer = Manager.getLayer(pMerge, true);
+    if (!OrvShaderLayers::fits(pLayer, AmongShaders)) {
+        Macro.cancel();
+        Q_EMIT Manager.refused(AmongShaders ? tr("Only shader layers stand in a material channel")
+                                            : tr("Shader layers stand in material channels only"));
+        return nullptr;
+    }
     present({pLayer}, Flags);
     return pLayer;
 }
@@ -207,68 +189,6 @@ OrvLayer* OrvLayerStack::createBakePointLayer(OrvLayerCreateFlags Flags)
         });
 }
 
-OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
-{
-    OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
-    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
-    OrvLayer* pGone = pCurrent;
-    while (pGone && !Going.contains(pGone))
-        pGone = pGone->parentGroup();
-    if (!pGone)
-        return pCurrent;
-    OrvLayerManager& Manager = OrvLayerManager::instance();
-    // The next one below, else the next one above, else the group around.
-    for (OrvSnBaseNode* pNode = pGone->blendNode(); pNode; pNode = pNode->inputNode(OrvSnNames::Base)) {
-        OrvLayer* pLayer = Manager.getLayer(pNode, true);
-        if (pLayer && !Going.contains(pLayer))
-            return pLayer;
-    }
-    OrvSnBaseNode* pNode = pGone->blendNode();
-    while (pNode) {
-        OrvSnBaseNode* pAbove = nullptr;
-        for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
-            if (Reader.InputName == OrvSnNames::Base && OrvLayerStreamUtils::isMergeNode(Reader.pNode))
-                pAbove = Reader.pNode;
-        }
-        OrvLayer* pLayer = Manager.getLayer(pAbove, true);
-        if (pLayer && !Going.contains(pLayer))
-            return pLayer;
-        pNode = pAbove;
-    }
-    return pGone->parentGroup();
-}
-
-void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
-{
-    OrvLayerManager& Manager = OrvLayerManager::instance();
-    OrvLayer* pNext = survivorOf(Leaving);
-    Manager.setCurrentLayer(network(), pNext, true);
-    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
-    const QSet<OrvSnBaseNode*>& Selected = network()->selectedNodes();
-    const bool NothingSelected = std::all_of(Selected.begin(), Selected.end(),
-        [&](OrvSnBaseNode* pNode) { return Going.contains(Manager.getLayer(pNode, false)); });
-    if (pNext && NothingSelected)
-        pNext->setSelected(true);
-}
-
-void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
-{
-    QList<OrvLayer*> Going;
-    for (OrvLayer* pLayer : outermost(Layers.isEmpty() ? selectedLayers() : Layers)) {
-        if (OrvLayerUtils::isLayerModifiable(pLayer))
-            Going.append(pLayer);
-    }
-    if (Going.isEmpty())
-        return;
-    const OrvUndoManager::AutoMacro Macro(tr("Remove Layers"));
-    leaveCurrentLayer(Going);
-    for (OrvLayer* pLayer : qAsConst(Going)) {
-        OrvChainEditing::takeOut(pLayer->blendNode());
-        OrvChainEditing::removeUnused(pLayer->blendNode());
-    }
-    tellRemoved(Going);
-}
-
 OrvSnMergeNode* OrvLayerStack::gather(
     const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, const QString& Name)
 {
@@ -313,7 +233,7 @@ bool OrvLayerStack::dependsOnWhatIsBelow(const QList<OrvLayer*>& Layers)
     static const QString Normal = OrvBlendParameters::modeNames().first();
     return std::any_of(Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) {
         const OrvSnMergeNode* pMerge = pLayer->blendNode();
-        if (!pLayer->isVisible())
+        if (!pLayer->isVisibleHere())
             return false;
         if (pLayer->isAdjustmentLayer() || pLayer->isBakePointLayer()
             || pMerge->userAttribute(OrvMergeAttributes::BlendMode).value().toString() != Normal
@@ -351,51 +271,6 @@ OrvLayer* OrvLayerStack::groupLayers(QString& Error, OrvLayerCreateFlags Flags,
     OrvLayer* pLayer = Manager.getLayer(pGroup, true);
     present({pLayer}, Flags);
     return pLayer;
-}
-
-void OrvLayerStack::ungroupLayers()
-{
-    QList<OrvLayer*> Groups;
-    for (OrvLayer* pLayer : outermost(selectedLayers())) {
-        if (pLayer->isGroupLayer() && OrvLayerUtils::isLayerModifiable(pLayer))
-            Groups.append(pLayer);
-    }
-    if (Groups.isEmpty())
-        return;
-    OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));
-    QList<OrvLayer*> Freed;
-    for (OrvLayer* pGroup : qAsConst(Groups)) {
-        OrvSnMergeNode* pGroupNode = pGroup->blendNode();
-        QVector<OrvSnMergeNode*> Inside;
-        for (const OrvLayer* pLayer : OrvLayerStreamUtils::groupStack(pGroup)->layerList())
-            Inside.append(pLayer->blendNode());
-        // Layers that another group shows too stay there; copies of them are freed here.
-        const bool Shared = pGroup->isPaintComponentShared();
-        if (Shared) {
-            Inside = OrvLayerSnapshot::capture(Inside, OrvChainEditing::Channels::AreLimits)
-                         .instantiate(network(), OrvUdimLayout());
-        }
-        OrvSnBaseNode* pTarget = pGroupNode;
-        QList<OrvLayer*> FreedHere;
-        for (auto Merge = Inside.rbegin(); Merge != Inside.rend(); ++Merge) {
-            if (!Shared)
-                OrvChainEditing::takeOut(*Merge);
-            if (!OrvChainEditing::insertAbove(*Merge, pTarget)) {
-                Macro.cancel();
-                return;
-            }
-            if (!pGroup->isVisible())
-                (*Merge)->setEnabledAsBool(false);
-            pTarget = *Merge;
-            FreedHere.prepend(OrvLayerManager::instance().getLayer(*Merge, true));
-        }
-        leaveCurrentLayer({pGroup});
-        OrvChainEditing::takeOut(pGroupNode);
-        OrvChainEditing::removeUnused(pGroupNode);
-        Freed += FreedHere;
-    }
-    tellRemoved(Groups);
-    present(Freed, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
 }
 
 QList<OrvLayer*> OrvLayerStack::duplicateLayers()
@@ -459,6 +334,7 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
         Error = tr("Layers cannot be pasted here: the place is locked or cached");
         return {};
     }
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     const QVector<OrvSnMergeNode*> Merges
         = Snapshot.instantiate(network(), OrvImageSettings::ofStack(this).Layout);
     QList<OrvLayer*> Layers;
@@ -469,8 +345,17 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
             Macro.cancel();
             return {};
         }
+        OrvLayer* pLayer = OrvLayerManager::instance().getLayer(*Merge, true);
+        if (!OrvShaderLayers::fits(pLayer, AmongShaders)) {
+            const QString Reason = AmongShaders
+                ? tr("'%1' cannot be pasted here: only shader layers stand in a material channel")
+                : tr("'%1' cannot be pasted here: shader layers stand in material channels only");
+            Error = Reason.arg((*Merge)->name());
+            Macro.cancel();
+            return {};
+        }
         pTarget = *Merge;
-        Layers.prepend(OrvLayerManager::instance().getLayer(*Merge, true));
+        Layers.prepend(pLayer);
     }
     present(Layers, Flags);
     return Layers;

@@ -2,15 +2,21 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Layers/OrvShaderLayers.h"
+#include "OrvCore/Layers/OrvStreamPlaces.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
+#include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include <QtCore/QCoreApplication>
@@ -45,6 +51,17 @@ QString copyName(const OrvShaderNetwork* pNetwork, const QString& Name)
     return OrvLayerManager::instance().uniqueLayerName(pNetwork, tr("%1 Copy").arg(Original));
 }
 
+/// Where the copy of a layer's stream goes when that of another one goes above the target: above the like layer, else
+/// above the original. Null where nothing may be put.
+OrvSnBaseNode* placeOfCopy(OrvSnMergeNode* pOriginal, const OrvSnBaseNode* pTarget)
+{
+    const auto* pAbove = qobject_cast<const OrvSnMergeNode*>(pTarget);
+    OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(pOriginal));
+    if (pChannel && pAbove && pAbove->multiChannelNode())
+        return OrvStreamPlaces::alike(pAbove, pChannel);
+    return OrvLayerUtils::isModificationAllowedAt(pOriginal) ? pOriginal : nullptr;
+}
+
 } // namespace
 
 namespace OrvLayerStreamUtils {
@@ -75,24 +92,43 @@ bool isChainEnd(const OrvSnBaseNode* pNode)
         || (pNode && pNode->hasTag(OrvSnNames::AdjustmentStackBottomTag));
 }
 
+bool insertLayersAfter(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayerStack* pStack)
+{
+    // Where a layer stands is known from one walk through its stack until something is changed: so all is asked before
+    // the first change, and the rest after the last one.
+    if (Layers.isEmpty())
+        return true;
+    QVector<OrvUdimLayout> Before;
+    for (const OrvLayer* pLayer : Layers) {
+        if (!pTarget || !pLayer || !pLayer->isMoveable() || !pLayer->canBePlacedAt(pTarget, pStack))
+            return false;
+        Before.append(OrvImageSettings::ofLayer(pLayer->blendNode()).Layout);
+    }
+    OrvUndoManager::AutoMacro Macro(
+        Layers.size() == 1 ? tr("Move Layer '%1'").arg(Layers.first()->name()) : tr("Move Layers"));
+    for (const OrvLayer* pLayer : Layers) {
+        OrvSnMergeNode* pMerge = pLayer->blendNode();
+        if (pTarget == pMerge || pMerge->inputNode(OrvSnNames::Base) == pTarget)
+            continue;
+        OrvChainEditing::takeOut(pMerge);
+        if (!OrvChainEditing::insertAbove(pMerge, pTarget)) {
+            Macro.cancel();
+            return false;
+        }
+    }
+    QVector<OrvUdimLayout> After;
+    for (const OrvLayer* pLayer : Layers)
+        After.append(OrvImageSettings::ofLayer(pLayer->blendNode()).Layout);
+    for (int Index = 0; Index < Layers.size(); ++Index) {
+        if (After[Index] != Before[Index])
+            OrvChainEditing::fitImages(Layers[Index]->blendNode(), After[Index]);
+    }
+    return true;
+}
+
 bool insertLayerAfter(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack)
 {
-    OrvSnMergeNode* pMerge = pLayer ? pLayer->blendNode() : nullptr;
-    if (!pMerge || !pTarget || !pLayer->isMoveable() || !pLayer->canBePlacedAt(pTarget, pStack))
-        return false;
-    if (pTarget == pMerge || pMerge->inputNode(OrvSnNames::Base) == pTarget)
-        return true;
-    OrvUndoManager::AutoMacro Macro(tr("Move Layer '%1'").arg(pLayer->name()));
-    const OrvUdimLayout Before = OrvImageSettings::ofLayer(pMerge).Layout;
-    OrvChainEditing::takeOut(pMerge);
-    if (!OrvChainEditing::insertAbove(pMerge, pTarget)) {
-        Macro.cancel();
-        return false;
-    }
-    const OrvUdimLayout After = OrvImageSettings::ofLayer(pMerge).Layout;
-    if (After != Before)
-        OrvChainEditing::fitImages(pMerge, After);
-    return true;
+    return insertLayersAfter({pLayer}, pTarget, pStack);
 }
 
 OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack)
@@ -101,20 +137,35 @@ OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLa
     if (!pLayer || !pNetwork || !OrvLayerUtils::isModificationAllowedAt(pTarget))
         return nullptr;
     const bool SameNetwork = pLayer->blendNode()->network() == pNetwork;
-    const OrvUdimLayout Layout = pStack ? OrvImageSettings::ofStack(pStack).Layout : OrvUdimLayout();
+    const bool InAllChannels = OrvStreamPlaces::isForAllStreams(pLayer, pTarget);
+    QVector<OrvSnMergeNode*> Originals;
+    for (const OrvLayer* pStream : InAllChannels ? pLayer->inAllChannels() : QList<OrvLayer*>{pLayer})
+        Originals.append(pStream->blendNode());
+    const OrvUdimLayout Layout
+        = pStack && !InAllChannels ? OrvImageSettings::ofStack(pStack).Layout : OrvUdimLayout();
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     OrvUndoManager::AutoMacro Macro(tr("Copy Layer '%1'").arg(pLayer->name()));
-    const QVector<OrvSnMergeNode*> Copies = OrvLayerSnapshot::capture({pLayer->blendNode()},
+    const QVector<OrvSnMergeNode*> Copies = OrvLayerSnapshot::capture(Originals,
         SameNetwork ? OrvChainEditing::Channels::AreLimits : OrvChainEditing::Channels::AreFollowed)
                                                 .instantiate(pNetwork, Layout);
-    if (Copies.isEmpty() || !OrvChainEditing::insertAbove(Copies.first(), pTarget)) {
+    bool Done = Copies.size() == Originals.size();
+    for (int Index = 0; Index < Copies.size() && Done; ++Index) {
+        OrvSnBaseNode* pPlace = Index == 0 ? pTarget : placeOfCopy(Originals[Index], pTarget);
+        Done = pPlace && OrvChainEditing::insertAbove(Copies[Index], pPlace)
+            && OrvShaderLayers::fits(Copies[Index], AmongShaders);
+    }
+    if (!Done) {
         Macro.cancel();
+        if (InAllChannels)
+            Q_EMIT OrvLayerManager::instance().refused(
+                tr("'%1' cannot be copied: another of its channels is locked or cached").arg(pLayer->name()));
         return nullptr;
     }
-    OrvSnMergeNode* pCopy = Copies.first();
+    OrvSnBaseNode* pCopy = Copies.first()->commonNode();
     if (SameNetwork)
         pCopy->setName(copyName(pNetwork, pLayer->name()));
     pCopy->setLocked(false);
-    return OrvLayerManager::instance().getLayer(pCopy, true);
+    return OrvLayerManager::instance().getLayer(Copies.first(), true);
 }
 
 OrvSnBaseNode* createLayerNodeAfter(
@@ -125,10 +176,12 @@ OrvSnBaseNode* createLayerNodeAfter(
         || !OrvLayerUtils::isModificationAllowedAt(pTarget))
         return nullptr;
     const QString LayerName = Name.isEmpty() ? pContent->name() : Name;
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     OrvUndoManager::AutoMacro Macro(tr("Add Layer '%1'").arg(LayerName));
     OrvSnMergeNode* pMerge
         = OrvChainEditing::addNode(pNetwork, std::make_unique<OrvSnMergeNode>(), LayerName, pTarget, 1, 0);
-    if (pMerge->connectInput(OrvSnNames::Over, pContent) && OrvChainEditing::insertAbove(pMerge, pTarget))
+    if (pMerge->connectInput(OrvSnNames::Over, pContent) && OrvChainEditing::insertAbove(pMerge, pTarget)
+        && OrvShaderLayers::fits(pMerge, AmongShaders))
         return pMerge;
     Macro.cancel();
     return nullptr;
@@ -166,10 +219,15 @@ OrvLayerStack* groupStack(const OrvLayer* pLayer, const QString&)
     return OrvLayerStack::getLayerStack(pLayer->blendNode(), OrvSnNames::Over);
 }
 
-bool validateGroupSelection(const QList<OrvLayer*>& Layers, const OrvSnBaseNode*)
+bool validateGroupSelection(const QList<OrvLayer*>& Layers, const OrvSnBaseNode* pMultiChannelNode)
 {
-    return std::all_of(
-        Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) { return pLayer != nullptr; });
+    const auto* pGroup = qobject_cast<const OrvSnMultiChannelMergeNode*>(pMultiChannelNode);
+    return std::all_of(Layers.begin(), Layers.end(), [pGroup](const OrvLayer* pLayer) {
+        const OrvSnMultiChannelMergeNode* pCommon = pLayer ? pLayer->blendNode()->multiChannelNode() : nullptr;
+        if (!pCommon)
+            return pLayer != nullptr;
+        return pCommon->isRepresentable() && (!pGroup || pCommon->shaderModelKey() == pGroup->shaderModelKey());
+    });
 }
 
 bool isLayerGroupPassThrough(const OrvSnBaseNode* pBlendNode)
@@ -186,19 +244,44 @@ void setLayerGroupPassThrough(OrvSnBaseNode* pBlendNode, bool PassThrough)
     pBlendNode->setUserAttributeValue(OrvMergeAttributes::PassThrough, PassThrough);
 }
 
-bool isMultiChannelMergeLayer(const OrvLayer*)
+bool isMultiChannelMergeLayer(const OrvLayer* pLayer)
 {
-    return false;
+    return pLayer && pLayer->isMultiChannelLayer();
 }
 
-bool isMaterialLayer(const OrvLayer*)
+bool isMaterialLayer(const OrvLayer* pLayer)
 {
-    return false;
+    const OrvSnMultiChannelMergeNode* pCommon = pLayer ? pLayer->blendNode()->multiChannelNode() : nullptr;
+    return pCommon && pCommon->isMaterial();
 }
 
-bool isInvalidMaterialLayer(const OrvLayer*)
+bool isInvalidMaterialLayer(const OrvLayer* pLayer)
 {
-    return false;
+    if (!isMaterialLayer(pLayer))
+        return false;
+    const QList<OrvLayer*> Streams = pLayer->inAllChannels();
+    return !pLayer->blendNode()->multiChannelNode()->isRepresentable()
+        || std::any_of(
+            Streams.begin(), Streams.end(), [](const OrvLayer* pStream) { return !pStream->contentNode(); });
+}
+
+OrvSnBaseNode* materialNode(const OrvLayer* pLayer)
+{
+    return isMaterialLayer(pLayer) ? pLayer->contentNode() : nullptr;
+}
+
+bool containsMultiChannelLayers(const OrvLayer* pLayer)
+{
+    return anyInside(pLayer, [](const OrvLayer* pInside) { return pInside->isMultiChannelLayer(); });
+}
+
+bool containsMultiChannelLayers(const OrvShaderInput* pChannel, const OrvShadingModel* pModel)
+{
+    const QList<OrvLayer*> Layers = pChannel ? pChannel->allLayers() : QList<OrvLayer*>();
+    return std::any_of(Layers.begin(), Layers.end(), [pModel](const OrvLayer* pLayer) {
+        const OrvSnMultiChannelMergeNode* pCommon = pLayer->blendNode()->multiChannelNode();
+        return pCommon && (!pModel || pCommon->shaderModelKey() == pModel->key());
+    });
 }
 
 void setColorRecursiveUndo(const QList<OrvLayer*>& Layers, const QColor& Color)

@@ -7,6 +7,8 @@
 
 class OrvLayer;
 class OrvLayerStack;
+class OrvShaderInput;
+class OrvShadingModel;
 class OrvSnBaseNode;
 class QColor;
 
@@ -26,6 +28,9 @@ ORVCORE_EXPORT bool isChainEnd(const OrvSnBaseNode* pNode);
 
 /// Moves the layer to just above the target, out of its old place. False when that is not allowed.
 ORVCORE_EXPORT bool insertLayerAfter(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
+/// The same for many, the first on top: all or none. It takes hardly longer than for one.
+ORVCORE_EXPORT bool insertLayersAfter(
+    const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
 /// Adds an independent copy of the layer above the target; works between networks.
 ORVCORE_EXPORT OrvLayer* addDuplicateLayerAbove(
     OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
@@ -45,9 +50,18 @@ ORVCORE_EXPORT bool validateGroupSelection(
 ORVCORE_EXPORT bool isLayerGroupPassThrough(const OrvSnBaseNode* pBlendNode);
 ORVCORE_EXPORT void setLayerGroupPassThrough(OrvSnBaseNode* pBlendNode, bool PassThrough);
 
+/// The layer stands in several channels of a shader.
 ORVCORE_EXPORT bool isMultiChannelMergeLayer(const OrvLayer* pLayer);
+/// Such a layer that carries a material, not a group.
 ORVCORE_EXPORT bool isMaterialLayer(const OrvLayer* pLayer);
+/// A material layer whose connections no layer stack can show.
 ORVCORE_EXPORT bool isInvalidMaterialLayer(const OrvLayer* pLayer);
+/// What a material layer shows in its channel; null for another layer.
+ORVCORE_EXPORT OrvSnBaseNode* materialNode(const OrvLayer* pLayer);
+/// The channel holds, on any level, layers that stand in several channels of shaders of the model; null: of any.
+ORVCORE_EXPORT bool containsMultiChannelLayers(const OrvShaderInput* pChannel, const OrvShadingModel* pModel);
+/// The layer, or one inside it, stands in several channels.
+ORVCORE_EXPORT bool containsMultiChannelLayers(const OrvLayer* pLayer);
 
 /// Turns a group into one paintable layer in its place, undoable. The group's blending and mask stay, unless
 /// its layers can only be seen together with what lies below it. Null when that is not allowed.

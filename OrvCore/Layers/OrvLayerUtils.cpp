@@ -45,7 +45,8 @@ bool isLayer(const OrvSnBaseNode* pNode)
 bool isLayerModifiable(const OrvLayer* pLayer)
 {
     const OrvSnMergeNode* pBlendNode = pLayer ? pLayer->blendNode() : nullptr;
-    return pBlendNode && pBlendNode->network() && !pBlendNode->locked() && !pBlendNode->blocked()
+    return pBlendNode && pBlendNode->network() && !pLayer->isLocked() && !pBlendNode->blocked()
+        && !pBlendNode->commonNode()->blocked()
         && !pLayer->isCachedUpToHere() && !pLayer->isLayerCached() && isModificationAllowedAt(pBlendNode);
 }
 

@@ -3,6 +3,7 @@
 #include "OrvCore/Network/OrvNodeRegistry.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnUnknownNode.h"
+#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -293,6 +294,9 @@ QVector<OrvSnBaseNode*> OrvNodeSubgraph::instantiate(OrvShaderNetwork* pNetwork,
                 InputNames.append(One.InputName);
             pNode = std::make_unique<OrvSnUnknownNode>(
                 Description.Foreign.isEmpty() ? Description.toJson() : Description.Foreign, InputNames);
+            OrvDebug("OrvNodeDescription", __LINE__,
+                tr("'%1' is of a type that this version of Orvi does not know (%2); it is kept as it is")
+                    .arg(Description.Name.isEmpty() ? Description.Uuid : Description.Name, Description.Type));
         }
         if (Identities == KeepIdentities)
             pNode->setUuidString(Description.Uuid);

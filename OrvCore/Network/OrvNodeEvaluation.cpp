@@ -11,6 +11,8 @@
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
@@ -22,7 +24,11 @@
 
 namespace {
 
-constexpr OrvEngineNode::Pad Pads[] = {OrvEngineNode::Base, OrvEngineNode::Over, OrvEngineNode::Mask};
+/// The pad behind a node's engine input.
+OrvEngineNode::Pad padAt(int Position)
+{
+    return OrvEngineNode::Pad(Position);
+}
 
 /// Nodes whose engine nodes are to be connected anew.
 QSet<OrvSnBaseNode*>& stale()
@@ -118,11 +124,11 @@ void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
             };
             OrvEngineNode* pReader = Nodes[Index]->m_pEngineNode.get();
             OrvEngineNode* pWanted = pSource ? pSource->m_pEngineNode.get() : nullptr;
-            if (const OrvInputStep* pStep = inputStep(Nodes[Index], Pads[Position])) {
+            if (const OrvInputStep* pStep = inputStep(Nodes[Index], padAt(Position))) {
                 link(pStep->pEngineNode.get(), OrvEngineNode::Base, pWanted);
                 pWanted = pStep->pEngineNode.get();
             }
-            link(pReader, Pads[Position], pWanted);
+            link(pReader, padAt(Position), pWanted);
         }
     }
     // With every connection the engine walks through all that lies above and below it. In order along a chain of n
@@ -147,6 +153,13 @@ void OrvNodeEvaluation::update()
     markContentsOfMoved();
     if (stale().isEmpty())
         return;
+    // What feeds a shader decides how large its picture is, which layers that show it scale.
+    for (const OrvSnBaseNode* pNode : QSet<OrvSnBaseNode*>(stale())) {
+        if (!qobject_cast<const OrvSnShaderNode*>(pNode))
+            continue;
+        for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers())
+            stale().insert(Reader.pNode);
+    }
     QVector<OrvSnBaseNode*> Nodes;
     for (OrvSnBaseNode* pNode : qAsConst(stale())) {
         if (pNode->m_pEngineNode)
@@ -155,7 +168,7 @@ void OrvNodeEvaluation::update()
     stale().clear();
     connectAll(Nodes);
     for (const OrvSnBaseNode* pNode : qAsConst(Nodes))
-        updateBlends(pNode);
+        updateParameters(pNode);
 }
 
 void OrvNodeEvaluation::markContentsOfMoved()
@@ -206,7 +219,7 @@ std::vector<OrvInputStep> OrvNodeEvaluation::takeInputSteps(OrvSnBaseNode* pNode
     const QStringList Inputs = pNode->enginePadInputs();
     for (int Position = 0; Position < Inputs.size(); ++Position) {
         OrvInputStep Wanted;
-        Wanted.Pad = Pads[Position];
+        Wanted.Pad = padAt(Position);
         pNode->describeInputStep(Inputs[Position], Wanted);
         if (!Wanted.isNeeded())
             continue;
@@ -230,7 +243,7 @@ OrvEngineNode* OrvNodeEvaluation::inputResult(const OrvSnBaseNode* pNode, const 
     if (!result(pNode))
         return nullptr;
     const int Position = pNode->enginePadInputs().indexOf(InputName);
-    const OrvInputStep* pStep = Position < 0 ? nullptr : inputStep(pNode, Pads[Position]);
+    const OrvInputStep* pStep = Position < 0 ? nullptr : inputStep(pNode, padAt(Position));
     return pStep ? pStep->pEngineNode.get() : result(pNode->inputNode(InputName));
 }
 
@@ -245,16 +258,17 @@ OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
     return pWanted->m_pEngineNode.get();
 }
 
-void OrvNodeEvaluation::updateBlends(const OrvSnBaseNode* pNode)
+void OrvNodeEvaluation::updateParameters(const OrvSnBaseNode* pNode)
 {
-    // How a merge node blends depends on whether its content reads what lies below it.
-    if (qobject_cast<const OrvSnMergeNode*>(pNode)) {
+    // How a merge node blends depends on whether its content reads what lies below it, how a shader is lit on which of
+    // its inputs are fed, and by channels of which size.
+    if (qobject_cast<const OrvSnMergeNode*>(pNode) || qobject_cast<const OrvSnShaderNode*>(pNode)) {
         if (pNode->m_pEngineNode)
             pNode->updateEngineNode(*pNode->m_pEngineNode);
     } else if (qobject_cast<const OrvSnOperationNode*>(pNode)
         || qobject_cast<const OrvSnBakePointNode*>(pNode)) {
         for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
-            updateBlends(One.pNode);
+            updateParameters(One.pNode);
     }
 }
 
@@ -265,7 +279,7 @@ void OrvNodeEvaluation::groupBottomChanged(OrvSnBaseNode* pTop)
         return;
     const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pTop).Targets;
     for (const OrvChainTargets::Target& Target : Targets)
-        updateBlends(Target.pNode);
+        updateParameters(Target.pNode);
     markReaders(pBottom->consumers());
 }
 
@@ -274,6 +288,11 @@ void OrvNodeEvaluation::inputReconnected(
 {
     if (pNode->inputNode(InputName))
         moved().insert(pNode->inputNode(InputName));
+    for (OrvSnBaseNode* pSource : {pNode->inputNode(InputName), pFormerSource}) {
+        // One that no channel feeds is as large as what shows it.
+        if (qobject_cast<OrvSnShaderNode*>(pSource) && pSource->m_pEngineNode)
+            stale().insert(pSource);
+    }
     if (InputName == OrvSnNames::Over) {
         // A chain that is shown once more, or once less, may begin with something else.
         OrvSnBaseNode* pSource = pNode->inputNode(InputName);
@@ -340,6 +359,19 @@ void OrvNodeEvaluation::layoutChanged(OrvSnBaseNode* pNode)
             if (pOwner->m_pEngineNode)
                 stale().insert(pOwner);
         }
+    }
+    markReaders(pNode->consumers());
+    if (pNode->hasTag(OrvSnNames::ShaderInputTag))
+        channelsChanged(pNode->network());
+}
+
+void OrvNodeEvaluation::channelsChanged(const OrvShaderNetwork* pNetwork)
+{
+    for (OrvSnBaseNode* pNode : OrvLayerShaderManager::instance().getShaderNodes(pNetwork, false)) {
+        const bool Fed = std::any_of(pNode->inputs().begin(), pNode->inputs().end(),
+            [](const OrvSnBaseNode::Input& Input) { return Input.pNode != nullptr; });
+        if (!Fed && pNode->m_pEngineNode)
+            stale().insert(pNode);
     }
     markReaders({});
 }

@@ -31,6 +31,8 @@ public:
     static void inputStepsChanged(OrvSnBaseNode* pNode);
     /// What the node yields has another size now; what a channel holds is seen in that.
     static void layoutChanged(OrvSnBaseNode* pNode);
+    /// The network has other channels, or one has another size: shaders that no channel feeds follow them.
+    static void channelsChanged(const OrvShaderNetwork* pNetwork);
     static void pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region);
     /// The node's kind of engine node changed: it is made anew, and what it feeds is connected again.
     static void replaced(OrvSnBaseNode* pNode);
@@ -45,7 +47,7 @@ private:
     static void markReaders(QVector<OrvSnBaseNode::Consumer> Pending);
     static void connectAll(QVector<OrvSnBaseNode*> Nodes);
     static OrvSnBaseNode* withNewEngineNode(const OrvSnBaseNode* pNode);
-    static void updateBlends(const OrvSnBaseNode* pNode);
+    static void updateParameters(const OrvSnBaseNode* pNode);
     static void markUpstream(OrvSnBaseNode* pNode);
     static void markContentsOfMoved();
     static std::vector<OrvInputStep> takeInputSteps(OrvSnBaseNode* pNode);

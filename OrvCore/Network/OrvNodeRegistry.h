@@ -13,16 +13,19 @@
 
 class OrvSnBaseNode;
 
-/// Makes nodes from the names of their types. Every operation of the image engine that can be a layer has the type
-/// name "Operation/" + the operation's name; the types of Orvi itself are entered at start-up.
+/// Makes nodes from the names of their types. Every operation of the image engine that can be a layer has the
+/// type name "Operation/" + the operation's name; the types of Orvi itself, shaders among them, are entered
+/// at start-up.
 class ORVCORE_EXPORT OrvNodeRegistry {
 public:
     static OrvNodeRegistry& instance();
 
     using Factory = std::function<std::unique_ptr<OrvSnBaseNode>()>;
+    /// Menus are told of what is entered after the start (OrvShaderNetworkManager).
     void enter(const QString& TypeName, Factory Make);
 
-    /// Where a shader type is offered.
+    /// A shader stands alone, fed by channels, and can be a layer of a material stack too; or it is made of
+    /// such stacks.
     enum ShaderUse { StandaloneShader = 1, LayeredShader = 2 };
     Q_DECLARE_FLAGS(ShaderUses, ShaderUse)
     void enterShader(const QString& TypeName, ShaderUses Uses, Factory Make);
@@ -38,4 +41,5 @@ private:
     OrvNodeRegistry();
     QHash<QString, Factory> m_Factories;
     QVector<QPair<QString, ShaderUses>> m_Shaders;
+    bool m_IsComplete = false; ///< but for what others enter
 };

@@ -5,11 +5,11 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvShaderNetworkUtils.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
-#include <QtCore/QHash>
 #include <QtCore/QPointer>
 #include <QtWidgets/QUndoCommand>
 
@@ -72,6 +72,7 @@ OrvShaderNetwork::OrvShaderNetwork(OrvGeoEntity* pGeoEntity, QObject* pParent)
     , m_pGeoEntity(pGeoEntity)
 {
     startListeners();
+    OrvLayerShaderManager::instance().makeSystemShaders(this);
 }
 
 OrvShaderNetwork::OrvShaderNetwork(OrvSnBaseNode* pContainer)
@@ -89,25 +90,14 @@ OrvShaderNetwork::~OrvShaderNetwork()
 void OrvShaderNetwork::clear()
 {
     // Engine nodes refer to each other across nodes; they go before any node does, readers before what they read.
-    QHash<const OrvSnBaseNode*, int> Readers;
-    QVector<OrvSnBaseNode*> Unread;
-    for (OrvSnBaseNode* pNode : qAsConst(m_Nodes)) {
-        Readers.insert(pNode, pNode->consumers().size());
-        if (pNode->consumers().isEmpty())
-            Unread.append(pNode);
-    }
-    while (!Unread.isEmpty()) {
-        OrvSnBaseNode* pNode = Unread.takeLast();
+    for (OrvSnBaseNode* pNode : OrvShaderNetworkUtils::readersFirst(this)) {
         OrvNodeEvaluation::removed(pNode);
         if (OrvShaderNetwork* pNested = pNode->nestedNetwork())
             pNested->clear();
-        for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
-            if (Input.pNode && --Readers[Input.pNode] == 0)
-                Unread.append(Input.pNode);
-        }
     }
     while (!m_Nodes.isEmpty())
         applyRemoval(m_Nodes.last());
+    OrvLayerShaderManager::instance().forget(this);
 }
 
 OrvGeoEntity* OrvShaderNetwork::geoEntity() const
@@ -170,6 +160,20 @@ std::unique_ptr<OrvSnBaseNode> OrvShaderNetwork::applyRemoval(OrvSnBaseNode* pNo
     Q_EMIT Manager.nodeDeregistered(this, pNode);
     pNode->enterNetwork(nullptr);
     return std::unique_ptr<OrvSnBaseNode>(pNode);
+}
+
+OrvSnBaseNode* OrvShaderNetwork::addSystemNode(std::unique_ptr<OrvSnBaseNode> pNode)
+{
+    OrvSnBaseNode* pAdded = pNode.release();
+    m_SystemNodes.append(pAdded);
+    pAdded->enterNetwork(this);
+    return pAdded;
+}
+
+void OrvShaderNetwork::releaseSystemNode(OrvSnBaseNode* pNode)
+{
+    pNode->enterNetwork(nullptr);
+    pNode->deleteLater();
 }
 
 bool OrvShaderNetwork::wouldConnectionBreakDAG(const OrvSnBaseNode* pSource, const OrvSnBaseNode* pTarget) const

@@ -24,6 +24,9 @@ public:
 
     /// Not those of nested networks.
     const QVector<OrvSnBaseNode*>& nodes() const { return m_Nodes; }
+    /// Nodes that belong to the program rather than to the document (system shaders): they have this network and an
+    /// identity, but are not among its nodes, and neither the undo history nor the project file sees them.
+    const QVector<OrvSnBaseNode*>& systemNodes() const { return m_SystemNodes; }
     /// The object that this network, or the one around it, belongs to.
     OrvGeoEntity* geoEntity() const;
     OrvSnBaseNode* container() const { return m_pContainer; }
@@ -56,11 +59,17 @@ public:
 
 private:
     friend class OrvNodePopulationEdit;
+    friend class OrvLayerShaderManager;
+    OrvSnBaseNode* addSystemNode(std::unique_ptr<OrvSnBaseNode> pNode);
+    /// The last one is no longer listed, then deleted as soon as nobody can be using it.
+    OrvSnBaseNode* takeSystemNode() { return m_SystemNodes.takeLast(); }
+    void releaseSystemNode(OrvSnBaseNode* pNode);
     void applyAddition(std::unique_ptr<OrvSnBaseNode> pNode, int Index);
     std::unique_ptr<OrvSnBaseNode> applyRemoval(OrvSnBaseNode* pNode);
 
     OrvGeoEntity* m_pGeoEntity = nullptr;
     OrvSnBaseNode* m_pContainer = nullptr;
     QVector<OrvSnBaseNode*> m_Nodes;
+    QVector<OrvSnBaseNode*> m_SystemNodes;
     QSet<OrvSnBaseNode*> m_Selected;
 };

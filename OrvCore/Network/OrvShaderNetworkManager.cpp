@@ -1,6 +1,11 @@
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 
 #include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvShadingModel.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
@@ -33,8 +38,25 @@ QStringList OrvShaderNetworkManager::layerPathKeys() const
     return Keys;
 }
 
+QString OrvShaderNetworkManager::nodeMenuPath(const QString& Key) const
+{
+    const OrvShadingModel* pModel = OrvShadingModel::find(Key);
+    return pModel ? pModel->menuPath() : Key;
+}
+
 void OrvShaderNetworkManager::upgradeAllNodes()
 {
+    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    const OrvUndoManager::AutoMacro Macro(tr("Update Shaders"));
+    for (const OrvGeoEntity* pEntity : pProject ? pProject->geoEntities() : QList<OrvGeoEntity*>()) {
+        for (OrvSnBaseNode* pNode : pEntity->shaderNetwork()->nodes()) {
+            auto* pShader = qobject_cast<OrvSnShaderNode*>(pNode);
+            if (!pShader || !pShader->renew())
+                continue;
+            Q_EMIT nodeInputOrderChanged(pShader->network(), pShader);
+            Q_EMIT nodeRefreshed(pShader);
+        }
+    }
     Q_EMIT upgradeCompleted();
 }
 

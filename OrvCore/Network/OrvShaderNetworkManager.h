@@ -25,7 +25,7 @@ public:
     /// Keys of all node types that can become layers; the key of such a type is its menu path.
     QStringList layerPathKeys() const;
     /// "/"-separated place of a node type in menus.
-    QString nodeMenuPath(const QString& Key) const { return Key; }
+    QString nodeMenuPath(const QString& Key) const;
 
     /// Counts structural changes; whatever is derived from connections is valid for one revision.
     quint64 revision() const { return m_Revision; }
@@ -34,7 +34,7 @@ public:
     void focusOnNode(OrvSnBaseNode* pNode) { Q_EMIT nodeFocusRequested(pNode); }
 
 public Q_SLOTS:
-    /// Brings nodes of older projects up to date.
+    /// Brings nodes of older projects up to date: shaders get the inputs that their models have gained since.
     void upgradeAllNodes();
 
 Q_SIGNALS:
@@ -55,6 +55,7 @@ Q_SIGNALS:
     void nodeUserAttributeRemoved(OrvSnBaseNode* pNode, QString Name);
     void nodeUserAttributeChanged(OrvSnBaseNode* pNode, QString Name);
     void nodeRefreshed(OrvSnBaseNode* pNode);
+    void nodeInputEnabledChanged(OrvSnBaseNode* pNode, QString InputName, bool Enabled);
     void nodeInputOrderChanged(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
     void nodeFocusRequested(OrvSnBaseNode* pNode);
     void upgradeCompleted();

@@ -5,6 +5,8 @@
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 
+#include <QtCore/QHash>
+
 namespace OrvShaderNetworkUtils {
 
 QStringList standaloneShaderTypes()
@@ -15,6 +17,25 @@ QStringList standaloneShaderTypes()
 QStringList layeredShaderTypes()
 {
     return OrvNodeRegistry::instance().shaderTypes(OrvNodeRegistry::LayeredShader);
+}
+
+QVector<OrvSnBaseNode*> readersFirst(const OrvShaderNetwork* pNetwork)
+{
+    QHash<const OrvSnBaseNode*, int> Readers;
+    QVector<OrvSnBaseNode*> Ordered, Unread;
+    for (OrvSnBaseNode* pNode : pNetwork->nodes()) {
+        Readers.insert(pNode, pNode->consumers().size());
+        if (pNode->consumers().isEmpty())
+            Unread.append(pNode);
+    }
+    while (!Unread.isEmpty()) {
+        Ordered.append(Unread.takeLast());
+        for (const OrvSnBaseNode::Input& Input : Ordered.last()->inputs()) {
+            if (Input.pNode && --Readers[Input.pNode] == 0)
+                Unread.append(Input.pNode);
+        }
+    }
+    return Ordered;
 }
 
 OrvNodeWalker::Visitor::~Visitor() = default;

@@ -6,14 +6,19 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 
+class OrvShaderNetwork;
 class OrvSnBaseNode;
 
 /// Questions about graphs of nodes that need walking through them.
 namespace OrvShaderNetworkUtils {
 
-/// Keys of the shader types that stand on their own, and of those that can be layers; in menu order.
+/// Keys of the shader types that stand on their own, which can be put into material stacks as layers too, and
+/// of those that are made of layers, that is, of material stacks; in menu order.
 ORVCORE_EXPORT QStringList standaloneShaderTypes();
 ORVCORE_EXPORT QStringList layeredShaderTypes();
+
+/// A network's nodes, each after all that read it, so that they can be taken away in this order.
+ORVCORE_EXPORT QVector<OrvSnBaseNode*> readersFirst(const OrvShaderNetwork* pNetwork);
 
 /// Visits the nodes reachable from a start node, each once, the start node included. A nested network's
 /// output node leads on to the node that holds the network.

@@ -33,6 +33,36 @@ private:
     QVariant m_Before, m_After;
 };
 
+/// A tag comes or goes. Of the tags it touches that one alone, so that others may change without undo.
+class OrvNodeTagEdit : public QUndoCommand {
+public:
+    OrvNodeTagEdit(OrvSnBaseNode* pNode, const QString& Tag, bool Carried, const QString& Text)
+        : QUndoCommand(Text)
+        , m_pNode(pNode)
+        , m_Tag(Tag)
+        , m_Index(Carried ? pNode->tags().size() : pNode->tags().indexOf(Tag))
+        , m_Carried(Carried)
+    {
+    }
+    void undo() override { put(!m_Carried); }
+    void redo() override { put(m_Carried); }
+
+private:
+    void put(bool Carried)
+    {
+        QStringList Tags = m_pNode->tags();
+        Tags.removeAll(m_Tag);
+        if (Carried)
+            Tags.insert(qBound(0, m_Index, Tags.size()), m_Tag);
+        m_pNode->applyTags(Tags);
+    }
+
+    OrvSnBaseNode* m_pNode;
+    QString m_Tag;
+    int m_Index;
+    bool m_Carried;
+};
+
 /// One input of a node is fed by another node.
 class OrvNodeConnectionEdit : public QUndoCommand {
 public:
@@ -84,6 +114,22 @@ private:
     OrvCustomAttribute m_Before, m_After;
 };
 
+namespace {
+
+bool isSystemNode(const OrvSnBaseNode* pNode)
+{
+    const OrvShaderNetwork* pNetwork = pNode->network();
+    return pNetwork && pNetwork->systemNodes().contains(const_cast<OrvSnBaseNode*>(pNode));
+}
+
+/// A node that no network holds has no history, and neither has one that is no part of the document.
+bool hasHistory(const OrvSnBaseNode* pNode)
+{
+    return pNode->network() && !isSystemNode(pNode);
+}
+
+} // namespace
+
 OrvSnBaseNode::OrvSnBaseNode(const QStringList& InputNames, const QStringList& Tags)
     : m_Tags(Tags)
 {
@@ -124,6 +170,14 @@ QString OrvSnBaseNode::inputOutputName(const QString& InputName) const
     return {};
 }
 
+bool OrvSnBaseNode::addInput(const QString& InputName, int Index)
+{
+    if (hasInput(InputName))
+        return false;
+    m_Inputs.insert(qBound(0, Index, m_Inputs.size()), {InputName, nullptr, QString()});
+    return true;
+}
+
 QString OrvSnBaseNode::preferredInput() const
 {
     return m_Inputs.isEmpty() ? QString() : m_Inputs.first().Name;
@@ -146,8 +200,6 @@ QVariant OrvSnBaseNode::field(Field Which) const
     switch (Which) {
     case Field::Name:
         return m_Name;
-    case Field::Tags:
-        return m_Tags;
     case Field::Locked:
         return m_Locked;
     case Field::Blocked:
@@ -166,8 +218,7 @@ void OrvSnBaseNode::editField(Field Which, const QVariant& Value, const QString&
 {
     if (field(Which) == Value)
         return;
-    // A node that no network holds has no history.
-    if (m_pNetwork && Undoable)
+    if (hasHistory(this) && Undoable)
         OrvUndoManager::instance().perform(std::make_unique<OrvNodeFieldEdit>(this, Which, Value, Text));
     else
         applyField(Which, Value);
@@ -184,17 +235,6 @@ void OrvSnBaseNode::applyField(Field Which, const QVariant& Value)
         Q_EMIT nameChanged(m_Name);
         Q_EMIT Manager.nodeNameChanged(this, m_Name);
         break;
-    case Field::Tags: {
-        const QStringList Before = std::exchange(m_Tags, Value.toStringList());
-        if (!m_pNetwork)
-            return;
-        Manager.structureChanged();
-        for (const QString& Tag : Before + m_Tags) {
-            if (Before.contains(Tag) != m_Tags.contains(Tag))
-                Q_EMIT Manager.nodeTagsChanged(this, Tag);
-        }
-        break;
-    }
     case Field::Locked:
         m_Locked = Value.toBool();
         if (m_pNetwork)
@@ -226,6 +266,30 @@ void OrvSnBaseNode::applyField(Field Which, const QVariant& Value)
     }
 }
 
+void OrvSnBaseNode::applyTags(const QStringList& Tags)
+{
+    const QStringList Before = std::exchange(m_Tags, Tags);
+    if (!m_pNetwork)
+        return;
+    OrvShaderNetworkManager& Manager = OrvShaderNetworkManager::instance();
+    Manager.structureChanged();
+    for (const QString& Tag : Before + m_Tags) {
+        if (Before.contains(Tag) != m_Tags.contains(Tag))
+            Q_EMIT Manager.nodeTagsChanged(this, Tag);
+    }
+}
+
+void OrvSnBaseNode::editTag(const QString& Tag, bool Carried, const QString& Text, bool Undoable)
+{
+    if (Tag.isEmpty() || hasTag(Tag) == Carried)
+        return;
+    auto pEdit = std::make_unique<OrvNodeTagEdit>(this, Tag, Carried, Text);
+    if (hasHistory(this) && Undoable)
+        OrvUndoManager::instance().perform(std::move(pEdit));
+    else
+        pEdit->redo();
+}
+
 void OrvSnBaseNode::applyEnabled(bool Enabled)
 {
     const bool StoodForAnother = isEvaluationAlias();
@@ -250,15 +314,12 @@ void OrvSnBaseNode::setName(const QString& Name)
 
 void OrvSnBaseNode::addTag(const QString& Tag, bool Undoable)
 {
-    if (!Tag.isEmpty() && !hasTag(Tag))
-        editField(Field::Tags, QStringList(m_Tags) << Tag, tr("Tag '%1'").arg(m_Name), Undoable);
+    editTag(Tag, true, tr("Tag '%1'").arg(m_Name), Undoable);
 }
 
 void OrvSnBaseNode::removeTag(const QString& Tag, bool Undoable)
 {
-    QStringList Tags = m_Tags;
-    Tags.removeAll(Tag);
-    editField(Field::Tags, Tags, tr("Untag '%1'").arg(m_Name), Undoable);
+    editTag(Tag, false, tr("Untag '%1'").arg(m_Name), Undoable);
 }
 
 void OrvSnBaseNode::setLocked(bool Locked)
@@ -292,7 +353,9 @@ bool OrvSnBaseNode::connectInput(const QString& InputName, OrvSnBaseNode* pNode,
         return false;
     if (inputNode(InputName) == pNode && inputOutputName(InputName) == OutputName)
         return true;
-    if (pNode && (pNode->m_pNetwork != m_pNetwork || (m_pNetwork && m_pNetwork->wouldConnectionBreakDAG(pNode, this))))
+    if (pNode && (pNode->m_pNetwork != m_pNetwork || isSystemNode(pNode)))
+        return false;
+    if (m_pNetwork && m_pNetwork->wouldConnectionBreakDAG(pNode, this))
         return false;
     auto pEdit = std::make_unique<OrvNodeConnectionEdit>(this, InputName, pNode, OutputName);
     if (m_pNetwork)
@@ -365,7 +428,7 @@ void OrvSnBaseNode::editAttribute(const OrvCustomAttribute& Before, const OrvCus
 {
     const bool ViewState = (After.name().isEmpty() ? Before : After).isViewState();
     auto pEdit = std::make_unique<OrvNodeAttributeEdit>(this, Before, After);
-    if (m_pNetwork && !ViewState)
+    if (hasHistory(this) && !ViewState)
         OrvUndoManager::instance().perform(std::move(pEdit));
     else
         pEdit->redo();

@@ -105,6 +105,8 @@ Q_SIGNALS:
 protected:
     explicit OrvSnBaseNode(const QStringList& InputNames = {}, const QStringList& Tags = {});
 
+    /// A free input at that place; false when it has one of that name. No edit: nothing can have changed by it.
+    bool addInput(const QString& InputName, int Index);
     void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
     void applyUserAttributeRemoval(const QString& Name) override;
 
@@ -112,7 +114,7 @@ protected:
     virtual bool isEvaluationAlias() const { return false; }
     virtual OrvSnBaseNode* evaluationAlias() const { return nullptr; }
     virtual std::unique_ptr<OrvEngineNode> createEngineNode() const;
-    /// Names of the inputs behind the engine's pads Base, Over and Mask; empty where there is none.
+    /// Names of the inputs behind the engine's pads, Base first; empty where there is none.
     virtual QStringList enginePadInputs() const;
     /// What is to stand between the engine node and what it reads at an input: neither layout (nothing is to be
     /// scaled) and not kept means nothing.
@@ -124,13 +126,16 @@ private:
     friend class OrvNodeEvaluation;
     friend class OrvShaderNetwork;
     friend class OrvNodeFieldEdit;
+    friend class OrvNodeTagEdit;
     friend class OrvNodeConnectionEdit;
     friend class OrvNodeAttributeEdit;
 
-    enum class Field { Name, Tags, Locked, Blocked, Enabled, CacheActive, Position };
+    enum class Field { Name, Locked, Blocked, Enabled, CacheActive, Position };
     QVariant field(Field Which) const;
     void editField(Field Which, const QVariant& Value, const QString& Text, bool Undoable = true);
     void applyField(Field Which, const QVariant& Value);
+    void editTag(const QString& Tag, bool Carried, const QString& Text, bool Undoable);
+    void applyTags(const QStringList& Tags);
     void applyEnabled(bool Enabled);
     void editAttribute(const OrvCustomAttribute& Before, const OrvCustomAttribute& After);
     void applyConnection(const QString& InputName, OrvSnBaseNode* pNode, const QString& OutputName);

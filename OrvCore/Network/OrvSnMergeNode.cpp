@@ -9,8 +9,10 @@
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -26,6 +28,8 @@ OrvUdimLayout layoutOfResult(const OrvSnBaseNode* pNode)
         pNode = pNode->preferredInputNode();
     if (pNode && pNode->imageSet())
         return pNode->imageSet()->layout();
+    if (const auto* pShader = qobject_cast<const OrvSnShaderNode*>(pNode))
+        return pShader->layout();
     const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode);
     return pChannel ? pChannel->layout() : OrvUdimLayout();
 }
@@ -64,6 +68,7 @@ const QVector<OrvCustomAttribute>& OrvSnMergeNode::attributeDefaults() const
             {OrvMergeAttributes::ColorTag, QString()},
             {OrvMergeAttributes::LayerCached, false},
             {OrvMergeAttributes::CrossChannelSharing, false},
+            {OrvMergeAttributes::Stream, QString()},
         };
         // The palettes have controls of their own for all of them.
         for (OrvCustomAttribute& Attribute : All)
@@ -73,10 +78,39 @@ const QVector<OrvCustomAttribute>& OrvSnMergeNode::attributeDefaults() const
     return Defaults;
 }
 
+OrvSnMultiChannelMergeNode* OrvSnMergeNode::multiChannelNode() const
+{
+    return qobject_cast<OrvSnMultiChannelMergeNode*>(inputNode(OrvSnNames::Mask));
+}
+
+OrvSnBaseNode* OrvSnMergeNode::commonNode() const
+{
+    OrvSnBaseNode* pCommon = multiChannelNode();
+    return pCommon ? pCommon : const_cast<OrvSnMergeNode*>(this);
+}
+
+OrvSnBaseNode* OrvSnMergeNode::maskSource() const
+{
+    return commonNode()->inputNode(OrvSnNames::Mask);
+}
+
+QString OrvSnMergeNode::stream() const
+{
+    return userAttribute(OrvMergeAttributes::Stream).value().toString();
+}
+
+bool OrvSnMergeNode::isShown() const
+{
+    return enabledAsBool() && commonNode()->enabledAsBool();
+}
+
 OrvBlendParameters OrvSnMergeNode::blendParameters() const
 {
     OrvBlendParameters Parameters;
-    Parameters.Enabled = enabledAsBool();
+    const OrvSnBaseNode* pCommon = commonNode();
+    Parameters.Enabled = enabledAsBool() && pCommon->enabledAsBool();
+    if (!pCommon->ownUserAttributes().isEmpty())
+        Parameters.MaskEnabled = pCommon->userAttribute(OrvMergeAttributes::MaskEnabled).value().toBool();
     // An adjustment shows what lies below in another way: it replaces it, so that transparent parts stay as they are.
     const bool Adjusts = OrvChainEditing::baseOperationOf(this) != nullptr;
     Parameters.PassThrough = Adjusts || passesThrough();
@@ -85,7 +119,6 @@ OrvBlendParameters OrvSnMergeNode::blendParameters() const
     Parameters.Mode = OrvBlendParameters::modeFromName(userAttribute(OrvMergeAttributes::BlendMode).value().toString());
     if (userAttribute(OrvMergeAttributes::AmountEnabled).value().toBool())
         Parameters.Amount = userAttribute(OrvMergeAttributes::Amount).value().toFloat();
-    Parameters.MaskEnabled = userAttribute(OrvMergeAttributes::MaskEnabled).value().toBool();
     Parameters.AdvancedEnabled = userAttribute(OrvMergeAttributes::AdvancedEnabled).value().toInt() != 0;
     const int Channels = userAttribute(OrvMergeAttributes::BlendChannels).value().toInt();
     Parameters.WriteRed = Channels & 1;
@@ -143,7 +176,7 @@ QStringList OrvSnMergeNode::enginePadInputs() const
 
 void OrvSnMergeNode::describeInputStep(const QString& InputName, OrvInputStep& Step) const
 {
-    OrvSnBaseNode* pSource = inputNode(InputName);
+    const OrvSnBaseNode* pSource = InputName == OrvSnNames::Mask ? maskSource() : inputNode(InputName);
     if (InputName == OrvSnNames::Base || !pSource)
         return;
     // Images need no cache: their pixels are there.

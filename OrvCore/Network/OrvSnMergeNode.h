@@ -6,6 +6,7 @@
 #include "OrvDdi/Engine/OrvBlendParameters.h"
 
 class OrvLayer;
+class OrvSnMultiChannelMergeNode;
 
 /// Blends what comes in at "Over" above what comes in at "Base", through "Mask": one layer. The layer object that
 /// shows it belongs to it.
@@ -27,6 +28,18 @@ public:
     /// The chain inside begins with what lies below the group. Never so for a group that others show too: it has more
     /// than one place, and can begin with none of them.
     bool passesThrough() const;
+
+    /// What a layer that stands in several channels has in common with itself in the others; null for one that stands
+    /// in one.
+    OrvSnMultiChannelMergeNode* multiChannelNode() const;
+    /// The node that holds name, lock, visibility, colour and mask of the layer: this one, or the one in common.
+    OrvSnBaseNode* commonNode() const;
+    /// What feeds the mask, whichever node holds it.
+    OrvSnBaseNode* maskSource() const;
+    /// The shader's input that a layer in several channels serves here.
+    QString stream() const;
+    /// Enabled, in this channel and as a whole.
+    bool isShown() const;
 
     OrvLayer* layer() const { return m_pLayer; }
 

@@ -7,9 +7,12 @@ const QString Mask = QStringLiteral("Mask");
 const QString Input = QStringLiteral("Input");
 const QString ShaderInputTag = QStringLiteral("_shaderInput");
 const QString ShaderTag = QStringLiteral("_shader");
+const QString StackShaderTag = QStringLiteral("_stackShader");
 const QString AdjustmentStackTopTag = QStringLiteral("_adjustmentStackTop");
 const QString AdjustmentStackBottomTag = QStringLiteral("_adjustmentStackBottom");
 const QString MaterialShaderInputTag = QStringLiteral("_materialShaderInput");
+const QString MaterialTag = QStringLiteral("_material");
+const QString GroupTag = QStringLiteral("_group");
 }
 
 namespace OrvMergeAttributes {
@@ -25,4 +28,5 @@ const QString MaskEnabled = QStringLiteral("MaskEnabled");
 const QString ColorTag = QStringLiteral("ColorTag");
 const QString LayerCached = QStringLiteral("LayerCached");
 const QString CrossChannelSharing = QStringLiteral("CrossChannelSharing");
+const QString Stream = QStringLiteral("Stream");
 }

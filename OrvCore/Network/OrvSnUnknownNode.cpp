@@ -23,7 +23,9 @@ QString OrvSnUnknownNode::typeLabel() const
 void OrvSnUnknownNode::describe(OrvNodeDescription& Description) const
 {
     Description.Foreign = *m_pStored;
-    // All but the connections, which may have been changed around the node since it was read.
+    // All but its identity, which a copy has of its own, and the connections, which may have been changed
+    // around the node since it was read.
+    Description.Foreign.insert(QStringLiteral("id"), Description.Uuid);
     const QJsonObject Connections = Description.connectionsToJson();
     if (Connections.isEmpty())
         Description.Foreign.remove(QStringLiteral("inputs"));

@@ -6,7 +6,7 @@
 #include <QtCore/QJsonObject>
 
 /// Stands in for a node whose type this version does not know; it passes its first input on and is stored back
-/// exactly as it was read.
+/// exactly as it was read, but for what feeds it.
 class ORVCORE_EXPORT OrvSnUnknownNode : public OrvSnBaseNode {
     Q_OBJECT
 

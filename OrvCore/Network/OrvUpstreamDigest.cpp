@@ -16,8 +16,11 @@ namespace {
 /// A hidden layer shows what lies below it.
 const OrvSnBaseNode* shown(const OrvSnBaseNode* pNode)
 {
-    while (qobject_cast<const OrvSnMergeNode*>(pNode) && !pNode->enabledAsBool())
-        pNode = pNode->preferredInputNode();
+    const auto* pMerge = qobject_cast<const OrvSnMergeNode*>(pNode);
+    while (pMerge && !pMerge->isShown()) {
+        pNode = pMerge->inputNode(OrvSnNames::Base);
+        pMerge = qobject_cast<const OrvSnMergeNode*>(pNode);
+    }
     return pNode;
 }
 

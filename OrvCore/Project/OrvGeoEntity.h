@@ -4,12 +4,13 @@
 #include "OrvCore/Project/OrvSelectionArea.h"
 
 #include <QtCore/QMap>
+#include <QtCore/QSize>
 #include <QtCore/QVector>
 
 class OrvShaderNetwork;
 
-/// A painted object: its name, its UDIM tiles, selections that the user has kept, and the network that its channels
-/// live in, which it owns.
+/// A painted object: its name, its UDIM tiles or the resolution of its faces, selections that the user has kept, and the
+/// network that its channels live in, which it owns.
 class ORVCORE_EXPORT OrvGeoEntity : public OrvEntity {
     Q_OBJECT
 
@@ -17,14 +18,16 @@ public:
     explicit OrvGeoEntity(const QString& Name, QObject* pParent = nullptr);
     ~OrvGeoEntity() override;
 
-    /// Undoable; sends OrvProjectManager::geoEntityNameChanged.
+    /// Undoable; sends OrvProjectManager::geoEntityNameChanged. An empty name changes nothing.
     void setName(const QString& Name);
     OrvShaderNetwork* shaderNetwork() const { return m_pNetwork; }
     /// What the object is shaded with; null when it has none.
     OrvShaderNetwork* shadingContext() const { return m_pNetwork; }
-    /// Faces carry their own resolution instead of UDIM tiles.
+    /// Faces carry their own resolution instead of UDIM tiles. Every channel has one frame of that size.
     bool isPtex() const { return m_Ptex; }
     void setPtex(bool Ptex) { m_Ptex = Ptex; }
+    QSize faceResolution() const { return m_FaceResolution; }
+    void setFaceResolution(const QSize& Resolution) { m_FaceResolution = Resolution; }
     const QVector<int>& udimTiles() const { return m_UdimTiles; }
     void setUdimTiles(const QVector<int>& Tiles) { m_UdimTiles = Tiles; }
 
@@ -43,5 +46,6 @@ private:
     OrvShaderNetwork* m_pNetwork;
     QVector<int> m_UdimTiles{1001};
     SelectionGroups m_SelectionGroups;
+    QSize m_FaceResolution{1024, 1024};
     bool m_Ptex = false;
 };

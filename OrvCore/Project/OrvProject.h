@@ -7,10 +7,12 @@
 #include <QtCore/QPointer>
 #include <QtCore/QString>
 
+#include <memory>
+
 class OrvGeoEntity;
 
-/// The open document: its objects, which it owns, where it is stored, and which object is current. Opening, saving
-/// and closing are OrvProjectManager's.
+/// The open document: its objects, which it owns, where it is stored, and which object is current. An object
+/// that was removed belongs to the undo history. Opening, saving and closing are OrvProjectManager's.
 class ORVCORE_EXPORT OrvProject : public QObject {
     Q_OBJECT
 
@@ -29,12 +31,30 @@ public:
     void setCacheName(const QString& Name) { m_CacheName = Name; }
 
     const QList<OrvGeoEntity*>& geoEntities() const { return m_GeoEntities; }
+    /// Null when there is none of that name.
+    OrvGeoEntity* geoEntity(const QString& Name) const;
+    /// A name that no object has: the given one, or the same with a number.
+    QString uniqueGeoEntityName(const QString& Base) const;
+
+    /// Undoable. The object comes last, and does not become current.
+    OrvGeoEntity* addGeoEntity(std::unique_ptr<OrvGeoEntity> pEntity);
     OrvGeoEntity* addGeoEntity(const QString& Name);
+    /// Undoable, with everything in it; its neighbour becomes current when it was. A project keeps its last
+    /// object: false, with nothing changed.
+    bool removeGeoEntity(OrvGeoEntity* pEntity);
+
     OrvGeoEntity* currentGeoEntity() const { return m_pCurrent; }
-    /// Makes the object and its network current and sends objectMadeCurrent.
-    void setCurrentGeoEntity(OrvGeoEntity* pEntity);
+    /// Makes the object and its network current and sends objectMadeCurrent. What is current in it was so
+    /// before. Undoable only where that is said: as part of an edit.
+    void setCurrentGeoEntity(OrvGeoEntity* pEntity, bool Undoable = false);
 
 private:
+    friend class OrvEntityPopulationEdit;
+    void applyAddition(std::unique_ptr<OrvGeoEntity> pEntity, int Index);
+    std::unique_ptr<OrvGeoEntity> applyRemoval(OrvGeoEntity* pEntity);
+    /// The object after this one, or before the last one.
+    OrvGeoEntity* neighborOf(const OrvGeoEntity* pEntity) const;
+
     QString m_Name, m_Path, m_CacheName;
     QList<OrvGeoEntity*> m_GeoEntities;
     QPointer<OrvGeoEntity> m_pCurrent;

@@ -1,13 +1,8 @@
 #include "OrvCore/Project/OrvProjectFile.h"
 
-#include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Channels/OrvShaderInputUtils.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Object/OrvObjectReferenceManager.h"
+#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
@@ -16,17 +11,22 @@
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QLockFile>
 #include <QtCore/QSaveFile>
+#include <QtCore/QSet>
 
 const QString OrvProjectFile::ManifestName = QStringLiteral("project.json");
-const QString OrvProjectFile::AutosaveName = QStringLiteral("autosave.json");
+const QString OrvProjectFile::LockName = QStringLiteral("project.lock");
 
 namespace {
 
 const QLatin1String FormatMark("orvi-project");
+constexpr int LockPatience = 5000; // ms; longer than most saves take
+constexpr int ReadAttempts = 3;
 
 QString tr(const char* pText)
 {
@@ -49,15 +49,16 @@ void collectImageNodes(const OrvShaderNetwork* pNetwork, QHash<QString, OrvImage
     }
 }
 
-/// Adds to the nodes' descriptions where their pixels are stored.
+/// Adds to the nodes' descriptions where their pixels are stored. A step is called for each square that was stored, and
+/// for each image.
 bool storeImages(QJsonArray& Nodes, const QHash<QString, OrvImageSet*>& Images, OrvBlockStore& Store, QString& Error,
-    const std::function<bool()>& Step)
+    const OrvProgress& squareDone, const std::function<bool()>& Step)
 {
     for (int Index = 0; Index < Nodes.size(); ++Index) {
         QJsonObject Node = Nodes[Index].toObject();
         QJsonArray Nested = Node.value(QLatin1String("nodes")).toArray();
         if (!Nested.isEmpty()) {
-            if (!storeImages(Nested, Images, Store, Error, Step))
+            if (!storeImages(Nested, Images, Store, Error, squareDone, Step))
                 return false;
             Node.insert(QStringLiteral("nodes"), Nested);
         }
@@ -65,7 +66,7 @@ bool storeImages(QJsonArray& Nodes, const QHash<QString, OrvImageSet*>& Images, 
         if (pImages && Node.contains(QLatin1String("images"))) {
             QJsonObject Description = Node.value(QLatin1String("images")).toObject();
             QJsonObject Blocks;
-            if (!OrvImageBlocks::store(*pImages, Store, Blocks, {}, Error))
+            if (!OrvImageBlocks::store(*pImages, Store, Blocks, squareDone, Error))
                 return false;
             Description.insert(QStringLiteral("pixels"), Blocks);
             Node.insert(QStringLiteral("images"), Description);
@@ -135,6 +136,21 @@ bool selectionGroupsFromJson(const QJsonObject& Json, OrvGeoEntity::SelectionGro
         }
     }
     return true;
+}
+
+/// Blocks that no manifest names any more go. Copies of a manifest that somebody keeps beside it, of whatever version,
+/// need theirs too.
+void removeForgottenBlocks(const QString& Folder, OrvBlockStore& Store)
+{
+    QSet<QByteArray> Named;
+    const QDir Directory(Folder);
+    for (const QString& Name : Directory.entryList({QStringLiteral("*.json")}, QDir::Files | QDir::Hidden)) {
+        QFile File(Directory.filePath(Name));
+        if (!File.open(QIODevice::ReadOnly))
+            return;
+        Named += OrvBlockStore::keysIn(File.readAll());
+    }
+    Store.removeUnreferenced(Named);
 }
 
 int countImages(const QVector<OrvNodeDescription>& Nodes)
@@ -233,6 +249,21 @@ bool OrvProjectFile::checkConnections(const OrvNodeSubgraph& Nodes, QString& Err
 bool OrvProjectFile::read(
     const QString& Folder, const QString& Manifest, OrvProjectFile& File, QString& Error, const Progress& Step)
 {
+    // Another program may save meanwhile, and remove blocks that only the manifest before it named.
+    const auto stamp = [&] { return QFileInfo(Folder + QLatin1Char('/') + Manifest).lastModified(); };
+    for (int Attempt = 1;; ++Attempt) {
+        const QDateTime Before = stamp();
+        File = OrvProjectFile();
+        if (readOnce(Folder, Manifest, File, Error, Step))
+            return true;
+        if (Attempt == ReadAttempts || stamp() == Before)
+            return false;
+    }
+}
+
+bool OrvProjectFile::readOnce(
+    const QString& Folder, const QString& Manifest, OrvProjectFile& File, QString& Error, const Progress& Step)
+{
     const QString Path = Folder + QLatin1Char('/') + Manifest;
     if (!QFileInfo::exists(Path)) {
         Error = tr("'%1' is no Orvi project: it holds no '%2'").arg(Folder, Manifest);
@@ -251,6 +282,7 @@ bool OrvProjectFile::read(
         return false;
     }
     int Total = 0, Done = 0;
+    QSet<QString> Known;
     std::vector<QVector<OrvNodeDescription>> Nodes;
     for (const QJsonValue Value : Entities) {
         const QJsonObject Object = Value.toObject();
@@ -259,6 +291,13 @@ bool OrvProjectFile::read(
             || !checkConnections(Subgraph, Error)) {
             Error = tr("'%1' is damaged: %2").arg(Path, Error);
             return false;
+        }
+        for (const OrvNodeDescription& Node : Subgraph.nodes()) {
+            if (Known.contains(Node.Uuid)) {
+                Error = tr("'%1' is damaged: two objects have a node of the identity '%2'").arg(Path, Node.Uuid);
+                return false;
+            }
+            Known.insert(Node.Uuid);
         }
         Nodes.push_back(Subgraph.nodes());
         Total += countImages(Nodes.back());
@@ -273,12 +312,11 @@ bool OrvProjectFile::read(
         One.Uuid = Object.value(QLatin1String("id")).toString();
         One.Name = Object.value(QLatin1String("name")).toString();
         One.Ptex = Object.value(QLatin1String("ptex")).toBool();
+        const QJsonArray Faces = Object.value(QLatin1String("faceResolution")).toArray();
+        One.FaceResolution = QSize(Faces.at(0).toInt(), Faces.at(1).toInt());
         for (const QJsonValue Tile : Object.value(QLatin1String("udims")).toArray())
             One.UdimTiles.append(Tile.toInt());
-        One.CurrentChannel = Object.value(QLatin1String("currentChannel")).toString();
-        const QJsonObject CurrentLayers = Object.value(QLatin1String("currentLayers")).toObject();
-        for (auto Layer = CurrentLayers.begin(); Layer != CurrentLayers.end(); ++Layer)
-            One.CurrentLayers.insert(Layer.key(), Layer.value().toString());
+        One.Current = OrvCurrentState::read(Object);
         if (!selectionGroupsFromJson(
                 Object.value(QLatin1String("selectionGroups")).toObject(), One.SelectionGroups, Error)) {
             Error = tr("'%1' is damaged: %2").arg(Path, Error);
@@ -304,22 +342,11 @@ std::unique_ptr<OrvProject> OrvProjectFile::build() const
         if (!One.UdimTiles.isEmpty())
             pEntity->setUdimTiles(One.UdimTiles);
         pEntity->setPtex(One.Ptex);
+        if (!One.FaceResolution.isEmpty())
+            pEntity->setFaceResolution(One.FaceResolution);
         pEntity->setSelectionGroups(One.SelectionGroups, QString());
         One.Nodes.instantiate(pEntity->shaderNetwork(), OrvNodeSubgraph::KeepIdentities);
-
-        const auto nodeOf = [](const QString& Uuid) {
-            return qobject_cast<OrvSnBaseNode*>(OrvObjectReferenceManager::instance().getPointer(Uuid));
-        };
-        OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
-        for (OrvShaderInput* pChannel : Channels.getShaderInputsFromNetwork(pEntity->shaderNetwork())) {
-            OrvSnBaseNode* pLayerNode = nodeOf(One.CurrentLayers.value(pChannel->node()->uuidString()));
-            if (OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pLayerNode, true)) {
-                Channels.setCurrentLayerOf(pChannel, pLayer);
-                pLayer->setSelected(true, false);
-            }
-        }
-        Channels.makeShaderInputCurrent(
-            pEntity->shaderNetwork(), OrvShaderInputUtils::getShaderInput(nodeOf(One.CurrentChannel)), false);
+        One.Current.apply(pEntity);
     }
     return pProject;
 }
@@ -329,6 +356,12 @@ bool OrvProjectFile::write(
 {
     if (!OrvBlockStore::makeFolder(Folder, Error))
         return false;
+    QLockFile Lock(Folder + QLatin1Char('/') + LockName);
+    Lock.setStaleLockTime(0); // one whose program is gone does not count
+    if (!Lock.tryLock(LockPatience) && Lock.error() == QLockFile::LockFailedError) {
+        Error = tr("'%1' is being saved by another program, which holds '%2'").arg(Folder, LockName);
+        return false;
+    }
     OrvBlockStore Store(blockFolder(Folder));
     QHash<QString, OrvImageSet*> Images;
     for (const OrvGeoEntity* pEntity : Project.geoEntities())
@@ -336,31 +369,30 @@ bool OrvProjectFile::write(
 
     int Done = 0;
     const auto oneDone = [&] { return !Step || Step(++Done, Images.size()); };
+    const auto squareDone = [&](int, int) { return !Step || Step(Done, Images.size()); };
     QJsonArray Entities;
     for (OrvGeoEntity* pEntity : Project.geoEntities()) {
         const OrvShaderNetwork* pNetwork = pEntity->shaderNetwork();
         QJsonArray Nodes = OrvNodeSubgraph::capture(pNetwork->nodes()).toJson();
-        if (!storeImages(Nodes, Images, Store, Error, oneDone))
+        if (!storeImages(Nodes, Images, Store, Error, squareDone, oneDone)) {
+            // Whoever goes on later finds these blocks and takes them for safe.
+            QString Trouble;
+            Store.sync(Trouble);
             return false;
+        }
         QJsonObject Json{{"id", pEntity->uuidString()}, {"name", pEntity->name()}, {"nodes", Nodes}};
         QJsonArray Tiles;
         for (const int Tile : pEntity->udimTiles())
             Tiles.append(Tile);
         Json.insert("udims", Tiles);
-        if (pEntity->isPtex())
+        if (pEntity->isPtex()) {
+            const QSize Faces = pEntity->faceResolution();
             Json.insert("ptex", true);
+            Json.insert("faceResolution", QJsonArray{Faces.width(), Faces.height()});
+        }
         if (!pEntity->selectionGroups().isEmpty())
             Json.insert("selectionGroups", selectionGroupsToJson(pEntity->selectionGroups()));
-        OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
-        if (const OrvShaderInput* pChannel = Channels.currentShaderInput(pEntity->shaderNetwork()))
-            Json.insert("currentChannel", pChannel->node()->uuidString());
-        QJsonObject CurrentLayers;
-        for (const OrvShaderInput* pChannel : Channels.getShaderInputsFromNetwork(pNetwork)) {
-            const OrvLayer* pLayer = pChannel->currentLayer();
-            if (pLayer && pLayer->blendNode())
-                CurrentLayers.insert(pChannel->node()->uuidString(), pLayer->blendNode()->uuidString());
-        }
-        Json.insert("currentLayers", CurrentLayers);
+        OrvCurrentState::of(pEntity).write(Json);
         Entities.append(Json);
     }
     if (!Store.sync(Error))
@@ -380,5 +412,8 @@ bool OrvProjectFile::write(
         Error = tr("'%1' cannot be written: %2").arg(File.fileName(), File.errorString());
         return false;
     }
+    // Only once the new manifest cannot vanish any more may anything go that the old one names.
+    if (Lock.isLocked() && OrvBlockStore::syncFolder(Folder))
+        removeForgottenBlocks(Folder, Store);
     return true;
 }

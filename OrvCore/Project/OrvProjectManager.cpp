@@ -70,7 +70,11 @@ OrvProject* OrvProjectManager::newProject(const QString& Name, const QString& En
 {
     closeProject();
     auto pProject = std::make_unique<OrvProject>(Name);
-    OrvGeoEntity* pEntity = pProject->addGeoEntity(EntityName);
+    OrvGeoEntity* pEntity = nullptr;
+    {
+        const OrvUndoManager::NoRecording NoRecording;
+        pEntity = pProject->addGeoEntity(EntityName);
+    }
     makeCurrent(std::move(pProject), pEntity);
     return m_pProject.get();
 }

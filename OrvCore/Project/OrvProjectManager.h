@@ -44,6 +44,9 @@ Q_SIGNALS:
     void onProjectSaved(OrvProject* pProject);
     void onMakeProjectCurrent(OrvProject* pProject);
     void projectClosed();
+    /// After the object entered the project, or left it; one that left lives on in the undo history.
+    void geoEntityAdded(OrvGeoEntity* pEntity);
+    void geoEntityRemoved(OrvGeoEntity* pEntity);
     void geoEntityNameChanged(OrvGeoEntity* pEntity, QString Name);
     void selectionGroupsChanged(OrvGeoEntity* pEntity);
     void objectMadeCurrent(OrvGeoEntity* pEntity);

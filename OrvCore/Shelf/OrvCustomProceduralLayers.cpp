@@ -51,8 +51,11 @@ OrvLayer* OrvLayerStack::createCustomProceduralLayer(
         [&](OrvSnBaseNode* pPlace, const QString&) {
             return OrvChainEditing::addNode<OrvSnBaseNode>(network(), std::move(pNode), Name, pPlace, 1, 1);
         });
-    if (!pLayer)
-        Error = tr("No layer can be added to '%1': it is locked or cached").arg(name());
+    if (!pLayer) {
+        Error = (holdsShaders() ? tr("'%1' takes shader layers only")
+                                : tr("No layer can be added to '%1': it is locked or cached"))
+                    .arg(name());
+    }
     return pLayer;
 }
 
@@ -89,7 +92,7 @@ bool OrvLayer::addMaskCustomProcedural(const QString& PathOrKey, QString& Error)
         return false;
     const OrvUndoManager::AutoMacro Macro(tr("Add Mask : %1").arg(name()));
     const QString Name = pNode->name();
-    return m_pBlendNode->connectInput(OrvSnNames::Mask,
+    return commonNode()->connectInput(OrvSnNames::Mask,
         OrvChainEditing::addNode<OrvSnBaseNode>(
             m_pBlendNode->network(), std::move(pNode), Name, m_pBlendNode, -1, 2));
 }
@@ -97,9 +100,12 @@ bool OrvLayer::addMaskCustomProcedural(const QString& PathOrKey, QString& Error)
 QStringList OrvLayer::missingGeoChannels() const
 {
     QStringList Missing;
-    for (const OrvSnCustomProceduralNode* pNode : {customProceduralNode(), maskCustomProceduralNode()}) {
-        if (pNode)
-            Missing += pNode->missingGeoChannels();
+    // A material needs what any of its streams needs.
+    for (const OrvLayer* pLayer : inAllChannels()) {
+        for (const auto* pNode : {pLayer->customProceduralNode(), pLayer->maskCustomProceduralNode()}) {
+            if (pNode)
+                Missing += pNode->missingGeoChannels();
+        }
     }
     Missing.removeDuplicates();
     return Missing;

@@ -5,7 +5,10 @@
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Project/OrvProjectFile.h"
 
+#include "OrvDdi/Files/OrvBlockStore.h"
+
 #include <QtCore/QDirIterator>
+#include <QtCore/QLockFile>
 #include <QtCore/QProcess>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QTemporaryDir>
@@ -70,8 +73,9 @@ QString mark(int Number)
     return QStringLiteral("Number %1").arg(Number);
 }
 
-/// Saves without end, each time another picture whose number stands in a name too; killed from outside.
-int saveForEver(const QString& Path)
+/// Saves without end, each time another picture whose number stands in a name too; killed from outside. It
+/// rests for some milliseconds each time.
+int saveForEver(const QString& Path, int Rest)
 {
     QString Error;
     if (!projects().openProject(Path, Error))
@@ -89,6 +93,8 @@ int saveForEver(const QString& Path)
             return 2;
         puts("saved");
         fflush(stdout);
+        if (Rest > 0)
+            QTest::qSleep(Rest);
     }
 }
 
@@ -159,7 +165,90 @@ private Q_SLOTS:
         OrvTestProject::fill(
             OrvTestProject::layer("Layer", pChannel)->paintImageSet(), QRect(0, 0, 9, 9), OrvColor::white());
         QVERIFY(projects().saveProject(Error));
-        QCOMPARE(files().size(), Before.size() + 1); // of two blocks, one
+        QSet<QString> New = files();
+        QCOMPARE(New.subtract(Before).size(), 1); // of two blocks, one
+        QCOMPARE(files().size(), Before.size()); // and the one whose place it takes is gone
+    }
+
+    void blocksThatNobodyNeedsGo()
+    {
+        QString Error;
+        OrvTestProject Project(QSize(640, 64));
+        OrvImageSet* pImages = Project.paint("Layer", OrvColor(0, 0, 0))->paintImageSet();
+        const auto paint
+            = [&](float Value) { Project.fill(pImages, QRect(3, 3, 20, 20), OrvColor(Value, 0, 0)); };
+        paint(1);
+        QVERIFY(projects().saveProjectAs(m_Path, Error));
+        const QSet<QString> First = blocks();
+        QCOMPARE(First, namedBlocks());
+        // Not while a save fails, be it cancelled or at its last step.
+        paint(2);
+        QVERIFY(!projects().saveProjectAs(m_Path, Error, [](int, int) { return false; }));
+        QVERIFY(blocks().contains(First));
+        QVERIFY(QFile::rename(m_Manifest, m_Manifest + ".aside") && QDir().mkpath(m_Manifest));
+        QVERIFY(!projects().saveProject(Error));
+        QVERIFY(blocks().contains(First));
+        QVERIFY(QDir().rmdir(m_Manifest) && QFile::rename(m_Manifest + ".aside", m_Manifest));
+        // Not what a copy of the manifest names, be it of an unknown version; nor what is no block.
+        const QString Copy = m_Path + "/before.json", Foreign = m_Path + "/blocks/notes.txt";
+        QVERIFY(QFile::copy(m_Manifest, Copy));
+        writeFile(Foreign, "mine");
+        QVERIFY(projects().saveProject(Error));
+        QVERIFY(blocks().contains(First) && blocks().contains(namedBlocks()));
+        QVERIFY(QFile::remove(Copy));
+        QVERIFY(projects().saveProject(Error));
+        QCOMPARE(blocks(), namedBlocks());
+        QVERIFY(!blocks().intersects(First) && QFile::exists(Foreign));
+        // What the history holds is written anew when it is needed again.
+        Project.channel()->deleteLayers(Project.channel()->layerList());
+        QVERIFY(projects().saveProject(Error));
+        QVERIFY(blocks().isEmpty());
+        OrvTestProject::undo();
+        QVERIFY(projects().saveProject(Error));
+        QVERIFY(!blocks().isEmpty());
+        const QByteArray Saved = Project.document();
+        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QCOMPARE(OrvTestProject::document(), Saved);
+    }
+
+    void twoProgramsDoNotSaveAtOnce()
+    {
+        QString Error;
+        OrvTestProject Project(QSize(64, 64));
+        QVERIFY(projects().saveProjectAs(m_Path, Error));
+        const QString LockPath = m_Path + "/" + OrvProjectFile::LockName;
+        QVERIFY(!QFile::exists(LockPath));
+        {
+            QLockFile Other(LockPath);
+            QVERIFY(Other.tryLock());
+            QVERIFY(!projects().saveProject(Error));
+            QVERIFY2(Error.contains(OrvProjectFile::LockName), qPrintable(Error));
+        }
+        QVERIFY2(projects().saveProject(Error), qPrintable(Error));
+
+        // Two of them on one project, while a third one reads.
+        {
+            OrvTestProject Painted(QSize(640, 64));
+            Painted.paint(mark(0), OrvColor(0, 0, 0, 0));
+            QVERIFY(projects().saveProjectAs(m_Path, Error));
+        }
+        QProcess Savers[2];
+        for (QProcess& Saver : Savers) {
+            Saver.start(QCoreApplication::applicationFilePath(), {"--save-for-ever", m_Path, "60"});
+            QVERIFY(Saver.waitForReadyRead(30000));
+        }
+        for (int Round = 0; Round < 20; ++Round) {
+            QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+            QTest::qSleep(15);
+        }
+        for (QProcess& Saver : Savers) {
+            QCOMPARE(Saver.state(), QProcess::Running); // else saving failed
+            Saver.kill();
+            QVERIFY(Saver.waitForFinished());
+        }
+        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QVERIFY2(projects().saveProject(Error), qPrintable(Error)); // the locks of the dead do not count
+        QCOMPARE(blocks(), namedBlocks());
     }
 
     void damagedProjectsAreRefusedByName_data()
@@ -291,7 +380,10 @@ private Q_SLOTS:
             const float Number = OrvTestProject::pixel(pLayer->paintNode(), {630, 60}).red();
             QCOMPARE(pLayer->name(), mark(int(Number)));
             Highest = qMax(Highest, int(Number));
+            // Nothing is missing, and what the interrupted save left over goes with the next.
+            QVERIFY(blocks().contains(namedBlocks()));
             QVERIFY(projects().saveProject(Error)); // and can be worked on
+            QCOMPARE(blocks(), namedBlocks());
             projects().closeProject();
         }
         QVERIFY(Highest > 0);
@@ -306,6 +398,27 @@ private:
         return Found;
     }
 
+    /// Blocks, and what interrupted writers left of them.
+    QSet<QString> blocks() const
+    {
+        QSet<QString> Found;
+        for (const QString& File : files()) {
+            if (File.contains("/blocks/") && !File.endsWith(".txt"))
+                Found.insert(File);
+        }
+        return Found;
+    }
+    QSet<QString> namedBlocks() const
+    {
+        QFile File(m_Manifest);
+        QSet<QString> Named;
+        if (File.open(QIODevice::ReadOnly)) {
+            const OrvBlockStore Store(m_Path + "/blocks");
+            for (const QByteArray& Key : OrvBlockStore::keysIn(File.readAll()))
+                Named.insert(Store.blockPath(Key));
+        }
+        return Named;
+    }
     static void fillWithEverything(OrvTestProject& Project)
     {
         OrvShaderInput* pBump = Project.addChannel("Bump", QSize(16, 16), GL_UNSIGNED_BYTE, true);
@@ -423,8 +536,8 @@ int main(int ArgumentCount, char** pArguments)
 {
     QApplication Application(ArgumentCount, pArguments);
     const QStringList Arguments = Application.arguments();
-    if (Arguments.size() == 3 && Arguments[1] == "--save-for-ever")
-        return saveForEver(Arguments[2]);
+    if (Arguments.value(1) == "--save-for-ever")
+        return saveForEver(Arguments.value(2), Arguments.value(3).toInt());
     TstProjectFile Test;
     return QTest::qExec(&Test, ArgumentCount, pArguments);
 }

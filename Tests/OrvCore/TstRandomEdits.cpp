@@ -1,7 +1,14 @@
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Layers/OrvShaderLayers.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCore/Shaders/OrvShadingModel.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
@@ -14,6 +21,15 @@ class TstRandomEdits : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        QFile File(m_Directory.filePath("Random.orvmat"));
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write(
+            "{\"orvmat\": 1, \"name\": \"Random\", \"streams\": {\"Base Color\": {\"color\": [1, 0.5, 0]},"
+            " \"Color\": {\"value\": 0.5}, \"Roughness\": {\"value\": 0.25}, \"Bump\": {\"value\": 0.75}}}");
+        m_Material = File.fileName();
+    }
     void cleanup() { OrvProjectManager::instance().closeProject(); }
 
     void historyLeadsBackToEveryDocument_data()
@@ -30,6 +46,10 @@ private Q_SLOTS:
         OrvTestProject Project(QSize(8, 8));
         m_pProject = &Project;
         Project.addChannel("Bump", QSize(8, 8));
+        Project.addChannel("Material", QSize(16, 16))->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/MetallicRoughness", true);
+        pShader->setInputShaderInput("Base Color", Project.channel());
+        pShader->setInputShaderInput("Roughness", Project.channel("Bump"));
         OrvUndoManager::instance().clear();
         const QUndoStack& History = *OrvUndoManager::instance().stack();
         QVector<QByteArray> Documents{Project.document()};
@@ -72,7 +92,8 @@ private:
 
     OrvLayerStack* anyStack()
     {
-        OrvShaderInput* pChannel = m_pProject->channel(below(3) ? "Diffuse" : "Bump");
+        const int Which = below(6);
+        OrvShaderInput* pChannel = m_pProject->channel(Which < 4 ? "Diffuse" : Which == 4 ? "Bump" : "Material");
         OrvLayer* pLayer = below(2) ? anyLayer(pChannel) : nullptr;
         if (pLayer && below(2) && OrvLayerStreamUtils::groupStack(pLayer))
             return OrvLayerStreamUtils::groupStack(pLayer);
@@ -109,8 +130,107 @@ private:
     }
     OrvColor anyColor() { return {below(5) / 4.0f, below(5) / 4.0f, below(5) / 4.0f, below(5) / 4.0f}; }
 
+    OrvLayerShader* anyShader()
+    {
+        const OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
+        const QList<OrvSnBaseNode*> Nodes = Manager.getShaderNodes(m_pProject->network(), false);
+        return Nodes.isEmpty() ? nullptr : Manager.getLayerShader(Nodes[below(Nodes.size())]);
+    }
+    OrvShaderInput* anyChannel()
+    {
+        const QList<OrvShaderInput*> Channels
+            = OrvShaderInputManager::instance().getShaderInputsFromNetwork(m_pProject->network());
+        return Channels[below(Channels.size())];
+    }
+
+    void editShaders()
+    {
+        OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
+        const QVector<const OrvShadingModel*>& Models = OrvShadingModel::all();
+        const QString Key = Models[below(Models.size())]->key();
+        OrvShaderInput* pMaterial = m_pProject->channel("Material");
+        OrvLayer* pLayer = anyLayer(pMaterial);
+        OrvLayerShader* pShader = anyShader();
+        const QStringList Inputs = pShader ? pShader->inputNames() : QStringList();
+        const QString Input = Inputs.isEmpty() ? QString() : Inputs[below(Inputs.size())];
+        QString Error;
+        const int Kind = below(14);
+        const bool Crowded = Manager.getShaderNodes(m_pProject->network(), false).size() > 20;
+        if (!Crowded && (Kind < 2 || !pShader)) {
+            OrvLayerShaderUtils::createShaderFromKey(Key, below(2));
+        } else if (!Crowded && Kind == 2) {
+            OrvUndoManager::AutoMacro Macro("Add Shader Layer");
+            Manager.setLayerShaderCreating(true);
+            if (!pMaterial->createShaderLayer(OrvLayerShaderUtils::createShaderFromKey(Key, true), 30))
+                Macro.cancel();
+            Manager.setLayerShaderCreating(false);
+        } else if (Kind == 3) {
+            if (pMaterial->allLayers().size() < 20)
+                pMaterial->createShaderLayer(pShader, below(2) ? 30 : 94);
+        } else if (Kind < 6) {
+            pShader->setInputShaderInput(Input, below(4) ? anyChannel() : nullptr);
+        } else if (Kind == 6) {
+            pShader->setInputValue(Input, anyColor());
+        } else if (Kind == 7) {
+            pShader->setInputInverted(Input, below(2));
+        } else if (Kind == 8) {
+            pShader->setInputEnabled(Input, below(2));
+        } else if (Kind == 9 && !Crowded) {
+            OrvLayerShaderUtils::duplicateLayerShader(pShader, Error);
+        } else if (Kind == 10) {
+            below(2) ? OrvLayerShaderUtils::destroy(pShader, below(2)) : OrvLayerShaderUtils::cutToClipboard(pShader);
+        } else if (Kind == 11) {
+            OrvLayerShaderUtils::copyToClipboard(pShader);
+            if (!Crowded)
+                OrvLayerShaderUtils::pasteFromClipboard(Error, m_pProject->network());
+        } else if (Kind == 12 && pLayer) {
+            pLayer->convertShaderLayerToShader();
+        } else if (Kind == 13) {
+            below(4) ? Manager.setCurrentShader(pShader->node()) : Manager.recreateSystemShaders();
+        }
+    }
+
+    void editMultiChannelLayers()
+    {
+        OrvLayerShader* pShader = anyShader();
+        OrvShaderInput* pChannel = anyChannel();
+        OrvLayer* pAny = anyLayer(pChannel);
+        OrvLayer* pLayer = anyLayer(pChannel, &OrvLayer::isMultiChannelLayer);
+        OrvSnBaseNode* pTarget = pAny && below(2) ? pAny->blendNode() : nullptr;
+        const OrvShadingModel* pModel = pShader && below(3) ? pShader->shaderModel() : nullptr;
+        QString Error;
+        const int Kind = below(12);
+        const bool Crowded = pChannel->allLayers().size() > 25;
+        if (Kind < 3 && pShader && !Crowded) {
+            OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(pShader, pTarget, Error);
+        } else if (Kind < 6 && pShader && !Crowded) {
+            OrvMultiChannelLayerUtils::createMaterialLayer(m_Material, pShader, pTarget, Error);
+        } else if (Kind == 6) {
+            OrvMultiChannelLayerUtils::convertToStandardLayers(QList<OrvShaderInput*>{pChannel}, pModel);
+        } else if (Kind == 7) {
+            OrvMultiChannelLayerUtils::removeFromChannels({pChannel}, pModel);
+        } else if (Kind == 8 && pLayer) {
+            pLayer->convertPayloadToImageSet();
+        } else if (Kind == 9 && pLayer) {
+            pLayer->setVisibleHere(below(2));
+        } else if (Kind == 10 && pLayer) {
+            pLayer->addMaskImageSet(OrvLayer::FilledMask, anyColor());
+        } else if (pLayer && !Crowded) {
+            OrvLayerStreamUtils::addDuplicateLayerAbove(
+                pLayer, below(2) ? pLayer->blendNode() : pChannel->bottomNode(), pChannel);
+        }
+    }
+
     void edit()
     {
+        if (below(6) == 0) {
+            editMultiChannelLayers();
+            return;
+        }
+        if (below(6) == 0) {
+            editShaders();
+            return;
+        }
         OrvLayerStack* pStack = anyStack();
         OrvLayer* pLayer = anyLayer(pStack);
         const OrvLayerCreateFlags Flags = below(2) ? 30 : below(2) ? 94 : 1;
@@ -290,15 +410,22 @@ private:
     void checkWhole()
     {
         // Nothing hangs about that no channel shows.
-        for (const OrvSnBaseNode* pNode : m_pProject->network()->nodes())
-            QVERIFY2(!pNode->consumers().isEmpty() || pNode->hasTag("_shaderInput"),
+        const OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+        for (const OrvSnBaseNode* pNode : m_pProject->network()->nodes()) {
+            QVERIFY2(!pNode->consumers().isEmpty() || pNode->hasTag("_shaderInput")
+                    || Shaders.isListed(Shaders.getLayerShader(pNode)),
                 qPrintable(pNode->typeName()));
-        const QStringList Channels{"Diffuse", "Bump"};
+        }
+        QVERIFY(Shaders.currentLayerShader() && Shaders.currentShaderNode()->network());
+        const QStringList Channels{"Diffuse", "Bump", "Material"};
         QVector<OrvColor> Seen;
         for (const QString& Name : Channels) {
             const OrvShaderInput* pChannel = m_pProject->channel(Name);
             for (const OrvLayer* pLayer : pChannel->allLayers()) {
                 QVERIFY(pLayer->contentNode());
+                const OrvSnMultiChannelMergeNode* pCommon = pLayer->blendNode()->multiChannelNode();
+                QVERIFY(!pCommon || pCommon->isRepresentable());
+                QVERIFY(OrvShaderLayers::fits(pLayer, pChannel->isMaterialStack()));
                 QVERIFY(!pLayer->stacks().isEmpty());
                 const OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pLayer);
                 QVERIFY(!pInside || OrvLayerStreamUtils::isChainEnd(pInside->bottomNode()));
@@ -307,6 +434,10 @@ private:
             QVERIFY(OrvLayerStreamUtils::isChainEnd(pChannel->bottomNode()));
             Seen.append(m_pProject->pixel(pChannel->node()));
         }
+        const QList<OrvSnBaseNode*> Lit = Shaders.getShaderNodes(m_pProject->network(), false);
+        QVector<OrvColor> SeenLit;
+        for (const OrvSnBaseNode* pNode : Lit)
+            SeenLit.append(m_pProject->pixel(pNode));
         for (OrvSnBaseNode* pNode : m_pProject->network()->nodes())
             OrvNodeEvaluation::removed(pNode);
         for (int Index = 0; Index < Channels.size(); ++Index) {
@@ -315,8 +446,14 @@ private:
                 qPrintable(QString("%1: %2").arg(
                     Channels[Index], m_pProject->tree(m_pProject->channel(Channels[Index])))));
         }
+        for (int Index = 0; Index < Lit.size(); ++Index) {
+            const OrvColor Fresh = m_pProject->pixel(Lit[Index]);
+            QVERIFY2(m_pProject->same(SeenLit[Index], Fresh, 0.001f), qPrintable(Lit[Index]->name()));
+        }
     }
 
+    QTemporaryDir m_Directory;
+    QString m_Material;
     QRandomGenerator m_Random;
     OrvTestProject* m_pProject = nullptr;
 };

@@ -1,0 +1,197 @@
+// How layers leave a stack: removed, or freed of the group around them.
+
+#include "OrvCore/Layers/OrvLayerStack.h"
+
+#include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerSnapshot.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
+
+#include "OrvDdi/Image/OrvUdimLayout.h"
+
+#include <QtCore/QSet>
+#include <QtWidgets/QUndoCommand>
+
+namespace {
+
+/// A layer that goes, and what goes with it in other channels: a layer that stands in several goes as a whole,
+/// whether it goes itself or in a group. The layer itself comes first.
+QList<OrvLayer*> goingWith(OrvLayer* pLayer)
+{
+    QList<OrvLayer*> Going{pLayer};
+    for (int Index = 0; Index < Going.size(); ++Index) {
+        QList<OrvLayer*> Held{Going[Index]};
+        if (const OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(Going[Index]))
+            Held += pInside->allLayers();
+        for (const OrvLayer* pHeld : qAsConst(Held)) {
+            for (OrvLayer* pStream : pHeld->inAllChannels().mid(1)) {
+                if (!Held.contains(pStream) && !Going.contains(pStream))
+                    Going.append(pStream);
+            }
+        }
+    }
+    return Going;
+}
+
+bool areModifiable(const QList<OrvLayer*>& Layers)
+{
+    return std::all_of(Layers.begin(), Layers.end(), OrvLayerUtils::isLayerModifiable);
+}
+
+} // namespace
+
+/// Tells, whenever it is done, that layers left their stacks.
+class OrvRemovedLayersNotice : public QUndoCommand {
+public:
+    explicit OrvRemovedLayersNotice(const QList<OrvLayer*>& Layers)
+        : m_Layers(Layers.begin(), Layers.end())
+    {
+    }
+    void undo() override { }
+    void redo() override { Q_EMIT OrvLayerManager::instance().layersRemoved(m_Layers); }
+
+private:
+    QSet<OrvLayer*> m_Layers;
+};
+
+void OrvLayerStack::tellRemoved(const QList<OrvLayer*>& Layers)
+{
+    QList<OrvLayer*> Gone;
+    for (OrvLayer* pLayer : Layers) {
+        if (!pLayer->blendNode()->network())
+            Gone.append(pLayer);
+    }
+    if (!Gone.isEmpty())
+        OrvUndoManager::instance().perform(std::make_unique<OrvRemovedLayersNotice>(Gone));
+}
+
+OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
+{
+    OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
+    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
+    OrvLayer* pGone = nullptr;
+    for (OrvLayer* pAround = pCurrent; pAround; pAround = pAround->parentGroup()) {
+        if (Going.contains(pAround))
+            pGone = pAround;
+    }
+    if (!pGone)
+        return pCurrent;
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    // The next one below, else the next one above, else the group around.
+    for (OrvSnBaseNode* pNode = pGone->blendNode(); pNode; pNode = pNode->inputNode(OrvSnNames::Base)) {
+        OrvLayer* pLayer = Manager.getLayer(pNode, true);
+        if (pLayer && !Going.contains(pLayer))
+            return pLayer;
+    }
+    OrvSnBaseNode* pNode = pGone->blendNode();
+    while (pNode) {
+        OrvSnBaseNode* pAbove = nullptr;
+        for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
+            if (Reader.InputName == OrvSnNames::Base && OrvLayerStreamUtils::isMergeNode(Reader.pNode))
+                pAbove = Reader.pNode;
+        }
+        OrvLayer* pLayer = Manager.getLayer(pAbove, true);
+        if (pLayer && !Going.contains(pLayer))
+            return pLayer;
+        pNode = pAbove;
+    }
+    return pGone->parentGroup();
+}
+
+void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
+{
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    OrvLayer* pNext = survivorOf(Leaving);
+    Manager.setCurrentLayer(network(), pNext, true);
+    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
+    const QSet<OrvSnBaseNode*>& Selected = network()->selectedNodes();
+    const bool NothingSelected = std::all_of(Selected.begin(), Selected.end(),
+        [&](OrvSnBaseNode* pNode) { return Going.contains(Manager.getLayer(pNode, false)); });
+    if (pNext && NothingSelected)
+        pNext->setSelected(true);
+}
+
+void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
+{
+    QList<OrvLayer*> Going;
+    for (OrvLayer* pLayer : outermost(Layers.isEmpty() ? selectedLayers() : Layers)) {
+        const QList<OrvLayer*> Together = goingWith(pLayer);
+        if (areModifiable(Together)) {
+            Going += Together;
+        } else if (OrvLayerUtils::isLayerModifiable(pLayer)) {
+            Q_EMIT OrvLayerManager::instance().refused(
+                tr("'%1' cannot be removed: it is locked or cached in another channel").arg(pLayer->name()));
+        }
+    }
+    if (Going.isEmpty())
+        return;
+    const OrvUndoManager::AutoMacro Macro(tr("Remove Layers"));
+    leaveCurrentLayer(Going);
+    for (OrvLayer* pLayer : qAsConst(Going)) {
+        if (!pLayer->blendNode()->network()) // it was in a group that went
+            continue;
+        OrvChainEditing::takeOut(pLayer->blendNode());
+        OrvChainEditing::removeUnused(pLayer->blendNode());
+    }
+    tellRemoved(Going);
+}
+
+bool OrvLayerStack::freeLayersOf(const OrvLayer* pGroup, QList<OrvLayer*>& Freed)
+{
+    OrvSnBaseNode* pTarget = pGroup->blendNode();
+    QVector<OrvSnMergeNode*> Inside;
+    for (const OrvLayer* pLayer : OrvLayerStreamUtils::groupStack(pGroup)->layerList())
+        Inside.append(pLayer->blendNode());
+    // Layers that another group shows too stay there; copies of them are freed here.
+    const bool Shared = pGroup->isPaintComponentShared();
+    if (Shared) {
+        Inside = OrvLayerSnapshot::capture(Inside, OrvChainEditing::Channels::AreLimits)
+                     .instantiate(pTarget->network(), OrvUdimLayout());
+    }
+    for (auto Merge = Inside.rbegin(); Merge != Inside.rend(); ++Merge) {
+        if (!Shared)
+            OrvChainEditing::takeOut(*Merge);
+        if (!OrvChainEditing::insertAbove(*Merge, pTarget))
+            return false;
+        if (!pGroup->isVisibleHere())
+            (*Merge)->setEnabledAsBool(false);
+        pTarget = *Merge;
+        Freed.prepend(OrvLayerManager::instance().getLayer(*Merge, true));
+    }
+    return true;
+}
+
+void OrvLayerStack::ungroupLayers()
+{
+    QList<OrvLayer*> Groups;
+    for (OrvLayer* pLayer : outermost(selectedLayers())) {
+        const QList<OrvLayer*> Streams = pLayer->inAllChannels();
+        const bool AreGroups = std::all_of(
+            Streams.begin(), Streams.end(), [](const OrvLayer* pStream) { return pStream->isGroupLayer(); });
+        if (AreGroups && areModifiable(Streams))
+            Groups += Streams;
+    }
+    if (Groups.isEmpty())
+        return;
+    OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));
+    QList<OrvLayer*> Freed;
+    for (OrvLayer* pGroup : qAsConst(Groups)) {
+        const bool Here = outermost({pGroup}).contains(pGroup);
+        QList<OrvLayer*> FreedHere;
+        if (!freeLayersOf(pGroup, FreedHere)) {
+            Macro.cancel();
+            return;
+        }
+        leaveCurrentLayer({pGroup});
+        OrvChainEditing::takeOut(pGroup->blendNode());
+        OrvChainEditing::removeUnused(pGroup->blendNode());
+        if (Here)
+            Freed += FreedHere;
+    }
+    tellRemoved(Groups);
+    present(Freed, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
+}
