@@ -5,12 +5,12 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnGraphNode.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Network/OrvSnUnknownNode.h"
@@ -84,8 +84,11 @@ void addKindLook(OrvNodeLook& Look, OrvSnBaseNode* pNode)
     } else if (const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode)) {
         lookLike(Look, 0x96474a, "Channel");
         Look.Details << sizeText(pChannel->layout().tileSize()) << pChannel->imageSetDepthString();
-    } else if (OrvLayerUtils::isLayer(pNode)) {
-        lookLike(Look, 0x3f5f86, "Multi_Channel_Group");
+    } else if (const auto* pCommon = qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode)) {
+        lookLike(Look, 0x3f5f86, pCommon->isMaterial() ? "Material" : "Multi_Channel_Group");
+        Look.Details << pCommon->streams().join(QStringLiteral(", "));
+        if (const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pCommon->mergeNodes().value(0), true))
+            Look.Tag = pLayer->color();
     } else if (pNode->hasTag(OrvSnNames::ShaderTag)) {
         lookLike(Look, 0x8b4a7c, "Shader");
     } else if (qobject_cast<const OrvSnGraphNode*>(pNode)) {

@@ -1,6 +1,7 @@
 #include "OrvCoreModules/Menus/OrvLateBindAction.h"
 
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 
 #include <QtCore/QCoreApplication>
 
@@ -15,6 +16,8 @@ OrvLateBindAction::OrvLateBindAction(const QString& ActionPath, QObject* pParent
         &ActionTree, &OrvActionTreeManager::actionRegistered, this, &OrvLateBindAction::onActionRegistered);
     connect(&ActionTree, &OrvActionTreeManager::actionUnregistered, this,
         &OrvLateBindAction::onActionUnregistered);
+    connect(&OrvShortcutManager::instance(), &OrvShortcutManager::shownShortcutChanged, this,
+        &OrvLateBindAction::onShownShortcutChanged);
     connect(this, &QAction::triggered, this, &OrvLateBindAction::onTriggered);
     bind(ActionTree.findAction(m_ActionPath));
 }
@@ -30,6 +33,12 @@ void OrvLateBindAction::onActionUnregistered(const QString& Path)
     // Actions of static objects die after the application: nobody looks at entries any more.
     if (Path == m_ActionPath && QCoreApplication::instance())
         bind(nullptr);
+}
+
+void OrvLateBindAction::onShownShortcutChanged(const QString& Path)
+{
+    if (Path == m_ActionPath)
+        resemble();
 }
 
 void OrvLateBindAction::bind(QAction* pAction)
@@ -57,7 +66,8 @@ void OrvLateBindAction::resemble()
     setFont(m_ParentAction->font());
     setCheckable(m_ParentAction->isCheckable());
     setChecked(m_ParentAction->isChecked());
-    setShortcut(m_ParentAction->shortcut());
+    const QKeySequence Own = m_ParentAction->shortcut();
+    setShortcut(Own.isEmpty() ? OrvShortcutManager::instance().shownShortcut(m_ActionPath) : Own);
     setEnabled(m_ParentAction->isEnabled());
     setVisible(m_ParentAction->isVisible());
 }

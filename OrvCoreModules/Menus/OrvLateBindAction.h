@@ -19,6 +19,7 @@ public:
 private Q_SLOTS:
     void onActionRegistered(const QString& Path, QAction* pAction);
     void onActionUnregistered(const QString& Path);
+    void onShownShortcutChanged(const QString& Path);
     void resemble();
     void onTriggered();
 

@@ -25,7 +25,13 @@ OrvPanelToolBars::OrvPanelToolBars()
             QStringLiteral("/Orvi/Channels/Copy"), QStringLiteral("/Orvi/Channels/Paste")});
     m_Defaults.insert(QStringLiteral("Shaders"),
         {QStringLiteral("/Orvi/Layers/Shaders/Duplicate Shader"),
-            QStringLiteral("/Orvi/Layers/Shaders/Remove Shader")});
+            QStringLiteral("/Orvi/Layers/Shaders/Remove Shader"),
+            QStringLiteral("/Orvi/Channels/Views/Current Channel"),
+            QStringLiteral("/Orvi/Channels/Views/Current Layer && Below"),
+            QStringLiteral("/Orvi/Channels/Views/Current Layer"),
+            QStringLiteral("/Orvi/Channels/Views/Current Paint Target"),
+            QStringLiteral("/Orvi/Channels/Views/Current Material"),
+            QStringLiteral("/Orvi/Channels/Views/User Shader")});
 }
 
 QStringList OrvPanelToolBars::actionKeys(const QString& RootMenu) const

@@ -33,6 +33,11 @@ QString textOfSlot(const char* pSlot)
     return Text;
 }
 
+QString widgetPath(const QString& Group, const char* pSlot)
+{
+    return QStringLiteral("/Orvi/Palettes/%1/%2").arg(Group, textOfSlot(pSlot));
+}
+
 /// Either one's keys begin with the other one's, so that one of them could never be reached.
 bool collide(const QKeySequence& First, const QKeySequence& Second)
 {
@@ -145,16 +150,40 @@ QShortcut* OrvShortcutManager::createShortcut(
 
     const QString Group = groupOf(pWidget);
     const QString Text = textOfSlot(pSlot);
-    const QString Path = QStringLiteral("/Orvi/Palettes/%1/%2").arg(Group, Text);
+    const QString Path = widgetPath(Group, pSlot);
     const bool IsNew = !m_Bindings.contains(Path);
     Binding& Entry = enter(Path, Text, Sequence);
     Entry.WidgetGroup = Group;
     Entry.WidgetShortcuts.removeAll(QPointer<QShortcut>());
     Entry.WidgetShortcuts.append(pShortcut);
     pShortcut->setKey(Entry.Current);
-    if (IsNew)
+    if (IsNew) {
         Q_EMIT shortcutAdded(Path);
+        tellShown(Path);
+    }
     return pShortcut;
+}
+
+void OrvShortcutManager::showWidgetShortcut(
+    const QString& ActionPath, const QString& Group, const char* pSlot)
+{
+    const QString Key = OrvActionTreeManager::cleanPath(ActionPath);
+    m_ShownFrom.insert(Key, widgetPath(Group, pSlot));
+    Q_EMIT shownShortcutChanged(Key);
+}
+
+QKeySequence OrvShortcutManager::shownShortcut(const QString& ActionPath) const
+{
+    const QKeySequence Own = shortcut(ActionPath);
+    return Own.isEmpty() ? shortcut(m_ShownFrom.value(ActionPath)) : Own;
+}
+
+void OrvShortcutManager::tellShown(const QString& WidgetPath)
+{
+    for (auto Shown = m_ShownFrom.cbegin(); Shown != m_ShownFrom.cend(); ++Shown) {
+        if (Shown.value() == WidgetPath)
+            Q_EMIT shownShortcutChanged(Shown.key());
+    }
 }
 
 void OrvShortcutManager::addShortcutGroupMapping(const QString& Group, const QString& ClassName)
@@ -222,6 +251,7 @@ void OrvShortcutManager::bind(const QString& Path, const QKeySequence& Sequence)
     store(Path, Entry);
     apply(Entry);
     Q_EMIT shortcutChanged(Path);
+    tellShown(Path);
 }
 
 void OrvShortcutManager::store(const QString& Path, const Binding& Entry) const

@@ -47,6 +47,11 @@ public:
     /// several widgets with one path are bound together.
     QShortcut* createShortcut(
         QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver);
+    /// Menus show, beside an action without keys of its own, those that widgets of the group have for the
+    /// same command (the slot, as for createShortcut()). The action itself does not answer to them.
+    void showWidgetShortcut(const QString& ActionPath, const QString& Group, const char* pSlot);
+    /// The action's own keys, or those shown in their place.
+    QKeySequence shownShortcut(const QString& ActionPath) const;
     /// Widgets of that class, and what they contain, belong to the group.
     void addShortcutGroupMapping(const QString& Group, const QString& ClassName);
 
@@ -64,6 +69,7 @@ public:
 Q_SIGNALS:
     void shortcutAdded(QString Path);
     void shortcutChanged(QString Path);
+    void shownShortcutChanged(QString ActionPath);
 
 private Q_SLOTS:
     void onActionRegistered(const QString& Key, QAction* pAction);
@@ -83,6 +89,7 @@ private:
     Binding& enter(const QString& Path, const QString& Text, const QKeySequence& Default);
     void bind(const QString& Path, const QKeySequence& Sequence);
     void apply(Binding& Entry);
+    void tellShown(const QString& WidgetPath);
     void store(const QString& Path, const Binding& Entry) const;
     QString groupOf(const QWidget* pWidget) const;
     QAction* specialAction(int Key) const;
@@ -90,6 +97,7 @@ private:
     QHash<QString, Binding> m_Bindings;
     QStringList m_Order;
     QHash<QString, QKeySequence> m_PresetDefaults;
+    QHash<QString, QString> m_ShownFrom; ///< by action, whose widget shortcut is shown
     QHash<QString, QString> m_GroupsByClass;
     QHash<int, QString> m_SpecialActions;
     QSet<int> m_EnabledSpecialKeys;

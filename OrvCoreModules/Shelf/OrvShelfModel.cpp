@@ -144,6 +144,8 @@ QVariant OrvShelfModel::data(const QModelIndex& Index, int Role) const
         return toolTip(*pEntry);
     case KeyRole:
         return pEntry->Key;
+    case MaterialRole:
+        return pEntry->What == OrvShelfEntry::Material && pEntry->Error.isEmpty();
     case UsableRole:
         return pEntry->What == OrvShelfEntry::CustomProcedural && pEntry->Error.isEmpty();
     case SearchRole:

@@ -14,8 +14,9 @@ class ORVCOREMODULES_EXPORT OrvShelfModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    /// The key of an entry, whether it can become a layer or a mask, and the text that searches go by.
-    enum Role { KeyRole = Qt::UserRole, UsableRole, SearchRole };
+    /// The key of an entry, whether it can become a layer or a mask of one stack, whether it is a material that
+    /// can become a layer of several channels, and the text that searches go by.
+    enum Role { KeyRole = Qt::UserRole, UsableRole, MaterialRole, SearchRole };
 
     explicit OrvShelfModel(QObject* pParent = nullptr);
 

@@ -3,6 +3,7 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
@@ -142,7 +143,8 @@ void OrvShelfPalette::updateHint()
 
 void OrvShelfPalette::addAsLayer(const QModelIndex& Index)
 {
-    if (!Index.data(OrvShelfModel::UsableRole).toBool())
+    const bool IsMaterial = Index.data(OrvShelfModel::MaterialRole).toBool();
+    if (!IsMaterial && !Index.data(OrvShelfModel::UsableRole).toBool())
         return;
     OrvLayerStack* pStack = OrvLayerManager::instance().currentLayerStack();
     if (!pStack) {
@@ -150,10 +152,32 @@ void OrvShelfPalette::addAsLayer(const QModelIndex& Index)
             tr("There is no layer stack to add '%1' to.").arg(Index.data().toString()), StatusDuration);
         return;
     }
+    if (IsMaterial) {
+        addMaterial(Index, pStack);
+        return;
+    }
     QString Error;
     if (!pStack->createCustomProceduralLayer(keyAt(Index), nullptr, LayerFlags, Error))
         QMessageBox::warning(
             &OrvMainWindow::instance(), tr("Custom Procedural Layer Creation Failed"), Error);
+}
+
+void OrvShelfPalette::addMaterial(const QModelIndex& Index, const OrvLayerStack* pStack)
+{
+    if (OrvMultiChannelLayerUtils::shadersForMultiChannelLayers(pStack).isEmpty()) {
+        OrvStatusManager::instance().showMessage(
+            tr("A material goes into the channels of a shader: connect this channel to one first."),
+            StatusDuration);
+        return;
+    }
+    const OrvShelfEntry* pEntry = OrvMaterialPaintManager::instance().entry(keyAt(Index));
+    const OrvLayerShader* pShader
+        = OrvMultiChannelLayerUtils::shaderForMultiChannelLayerCreationWithUserInput(pStack);
+    if (!pEntry || !pShader)
+        return;
+    QString Error;
+    if (!OrvMultiChannelLayerUtils::createMaterialLayer(pEntry->Path, pShader, nullptr, Error))
+        QMessageBox::warning(&OrvMainWindow::instance(), tr("Material Layer Creation Failed"), Error);
 }
 
 void OrvShelfPalette::addAsMask(const QModelIndex& Index)
@@ -189,8 +213,10 @@ void OrvShelfPalette::popupMenu(const QPoint& Position)
               pAction->setEnabled(Enabled);
               connect(pAction, &QAction::triggered, this, [this, Index, pDo] { (this->*pDo)(Index); });
           };
-    add(tr("Add as Layer"), Usable && OrvLayerManager::instance().currentLayerStack(),
-        &OrvShelfPalette::addAsLayer);
+    const OrvLayerStack* pStack = OrvLayerManager::instance().currentLayerStack();
+    const bool UsableMaterial = Index.data(OrvShelfModel::MaterialRole).toBool()
+        && !OrvMultiChannelLayerUtils::shadersForMultiChannelLayers(pStack).isEmpty();
+    add(tr("Add as Layer"), (Usable && pStack) || UsableMaterial, &OrvShelfPalette::addAsLayer);
     add(tr("Use as Mask of the Current Layer"), Usable && pLayer && !pLayer->hasMask(),
         &OrvShelfPalette::addAsMask);
     pMenu->addSeparator();

@@ -2,6 +2,7 @@
 
 #include "OrvCoreModules/Window/OrvPalette.h"
 
+class OrvLayerStack;
 class OrvShelfModel;
 class QLabel;
 class QLineEdit;
@@ -35,6 +36,9 @@ private Q_SLOTS:
     void updateHint();
 
 private:
+    /// In the channels of a shader that shows the stack.
+    void addMaterial(const QModelIndex& Index, const OrvLayerStack* pStack);
+
     OrvShelfModel* m_pModel;
     QSortFilterProxyModel* m_pFound;
     QLineEdit* m_pSearch;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OrvCoreModules/OrvCoreModulesExport.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <QtGui/QColor>
@@ -18,7 +19,7 @@ void drawColor(QPainter& Painter, const QRectF& Area, const QColor& Color);
 /// The thin line around fields, brighter for one with the keyboard focus.
 QColor frameColor(const QPalette& Palette, bool Focused = false);
 /// Text that is there, but of second rank.
-QColor dimTextColor(const QPalette& Palette);
+ORVCOREMODULES_EXPORT QColor dimTextColor(const QPalette& Palette);
 /// What the screen shows of a colour of the picker's colour space.
 QColor screenColor(const OrvColor& PickerColor);
 

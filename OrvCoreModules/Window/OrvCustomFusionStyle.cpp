@@ -7,6 +7,7 @@
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QStyleFactory>
 #include <QtWidgets/QStyleOption>
+#include <QtWidgets/QToolButton>
 #include <QtWidgets/QToolTip>
 
 using namespace OrvStyleShapes;
@@ -283,7 +284,10 @@ void OrvCustomFusionStyle::drawPrimitive(
     case PE_FrameTabBarBase:
         return;
     case PE_FrameFocusRect:
-        // Rows show their focus by their selection, buttons by their border.
+        // Rows show their focus by their selection, push buttons by their border. Tool buttons that came to it
+        // otherwise than by the keyboard would only distract.
+        if (qobject_cast<const QToolButton*>(pWidget) && (pOption->state & State_KeyboardFocusChange))
+            drawToolButtonFocus(pPainter, pWidget->rect());
         return;
     case PE_IndicatorCheckBox:
         drawCheckBox(pPainter, pOption);

@@ -7,6 +7,8 @@
 #include <QtGui/QIcon>
 #include <QtWidgets/QDockWidget>
 
+#include <functional>
+
 class OrvPaletteHeader;
 
 /// A palette: a body widget under a header of our own, docked in the main window or floating. A floating
@@ -27,6 +29,10 @@ public:
     /// Shown in the header instead of the window title; an empty one gives the window title its place back.
     void setHeaderTitle(const QString& Title);
     QString headerTitle() const;
+    /// What the title stands for, where several palettes may have the same; asked for whenever it is shown.
+    /// Without it, the header tells a cut title in full.
+    void setHeaderToolTip(const std::function<QString()>& ToolTip) { m_HeaderToolTip = ToolTip; }
+    QString headerToolTip() const { return m_HeaderToolTip ? m_HeaderToolTip() : QString(); }
     void setPaletteIcon(const QIcon& Icon);
     QIcon paletteIcon() const { return m_Icon; }
 
@@ -75,6 +81,7 @@ private:
 
     QString m_Kind;
     QString m_HeaderTitle;
+    std::function<QString()> m_HeaderToolTip;
     QString m_ContextHelpKey;
     QIcon m_Icon;
     QPointer<QWidget> m_Body;

@@ -5,10 +5,12 @@
 #include "OrvCoreModules/Window/OrvGlyphs.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 
+#include <QtGui/QHelpEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
+#include <QtWidgets/QToolTip>
 
 namespace {
 
@@ -34,6 +36,7 @@ OrvPaletteHeader::OrvPaletteHeader(OrvPalette* pPalette)
     // The title gives way to the buttons: refresh() elides it to what is left.
     m_TitleLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_TitleLabel->setTextFormat(Qt::PlainText);
+    m_TitleLabel->installEventFilter(this);
 
     auto* pLayout = new QHBoxLayout(this);
     pLayout->setContentsMargins(5, 0, 3, 0);
@@ -98,6 +101,15 @@ void OrvPaletteHeader::elideTitle()
 QSize OrvPaletteHeader::minimumSizeHint() const
 {
     return {layout()->minimumSize().width(), HeaderHeight};
+}
+
+bool OrvPaletteHeader::eventFilter(QObject* pWatched, QEvent* pEvent)
+{
+    const QString ToolTip = pEvent->type() == QEvent::ToolTip ? m_Palette->headerToolTip() : QString();
+    if (ToolTip.isEmpty())
+        return QWidget::eventFilter(pWatched, pEvent);
+    QToolTip::showText(static_cast<QHelpEvent*>(pEvent)->globalPos(), ToolTip, m_TitleLabel);
+    return true;
 }
 
 void OrvPaletteHeader::resizeEvent(QResizeEvent* pEvent)

@@ -15,6 +15,7 @@ public:
     explicit OrvPaletteHeader(OrvPalette* pPalette);
 
     QSize minimumSizeHint() const override;
+    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;

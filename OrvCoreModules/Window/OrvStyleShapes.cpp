@@ -107,6 +107,12 @@ void OrvStyleShapes::drawToolButtonPanel(QPainter* pPainter, const QStyleOption*
     drawBox(pPainter, hairline(pOption->rect), FrameRadius, Fill, withAlpha(Style::borderColor(), 160));
 }
 
+void OrvStyleShapes::drawToolButtonFocus(QPainter* pPainter, const QRect& Rect)
+{
+    const PainterState State(pPainter);
+    drawBox(pPainter, hairline(Rect), FrameRadius, QColor(), Style::accentColor());
+}
+
 void OrvStyleShapes::drawFieldFrame(QPainter* pPainter, const QStyleOption* pOption, bool Filled)
 {
     const PainterState State(pPainter);

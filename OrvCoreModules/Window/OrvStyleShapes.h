@@ -20,6 +20,7 @@ constexpr int FrameRadius = 3;
 
 void drawButtonPanel(QPainter* pPainter, const QStyleOption* pOption, bool IsDefault);
 void drawToolButtonPanel(QPainter* pPainter, const QStyleOption* pOption);
+void drawToolButtonFocus(QPainter* pPainter, const QRect& Rect);
 /// Of line edits, spin boxes and editable combo boxes.
 void drawFieldFrame(QPainter* pPainter, const QStyleOption* pOption, bool Filled);
 void drawCheckBox(QPainter* pPainter, const QStyleOption* pOption);

@@ -1,5 +1,7 @@
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCore/Shelf/OrvShelfThumbnailer.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
@@ -74,7 +76,16 @@ private Q_SLOTS:
         OrvLayer* pLayer = Project.layer("Camouflage");
         QVERIFY(pLayer && pLayer->isCurrent() && pLayer->isSelected());
         QCOMPARE(OrvUndoManager::instance().stack()->count(), 1);
-        doubleClick(find("Worn Leather")); // a material is no layer of one stack
+        doubleClick(find("Worn Leather")); // a material needs a shader
+        QCOMPARE(OrvUndoManager::instance().stack()->count(), 1);
+        QVERIFY(!menuAction(find("Worn Leather"), 0)->isEnabled());
+        OrvLayerShader* pShader
+            = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/MetallicRoughness"), true);
+        QVERIFY(pShader->setInputShaderInput(QStringLiteral("Roughness"), Project.channel()));
+        OrvUndoManager::instance().clear();
+        doubleClick(find("Worn Leather"));
+        QVERIFY(Project.layer("Worn Leather") && Project.layer("Worn Leather")->isCurrent());
+        QVERIFY(menuAction(find("Worn Leather"), 0)->isEnabled());
         OrvLayerManager::instance().setCurrentLayerStack(nullptr);
         doubleClick(find("Camouflage"));
         QCOMPARE(OrvUndoManager::instance().stack()->count(), 1);

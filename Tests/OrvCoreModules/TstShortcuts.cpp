@@ -1,6 +1,7 @@
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvLateBindAction.h"
 #include "OrvCoreModules/Menus/OrvShortcutEditor.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
@@ -114,6 +115,31 @@ private Q_SLOTS:
         manager().setShortcut(QStringLiteral("/Orvi/Keys/Late"), keys("Ctrl+3"));
         manager().setDefaultShortcut(QStringLiteral("/Orvi/Keys/Late"), keys("Ctrl+4"));
         QCOMPARE(pLate->shortcut(), keys("Ctrl+3"));
+    }
+
+    void menusShowTheKeysOfWidgets()
+    {
+        const QAction* pAction = createAction("Remove", "");
+        const QString Path = QStringLiteral("/Orvi/Keys/Remove");
+        const OrvLateBindAction Entry(Path);
+        manager().showWidgetShortcut(Path, QStringLiteral("First"), SLOT(removeRows()));
+        FirstView View;
+        const QString Removal = QStringLiteral("/Orvi/Palettes/First/Remove Rows");
+        // Shown, but the action does not answer, and nobody is in the way.
+        QCOMPARE(Entry.shortcut(), keys("Del"));
+        QVERIFY(pAction->shortcut().isEmpty());
+        QVERIFY(manager().conflicts(Removal, keys("Del")).isEmpty());
+        show(View);
+        View.Tree->setFocus();
+        QTest::keyClick(View.Tree, Qt::Key_Delete);
+        QCOMPARE(View.Removals, 1);
+        manager().setShortcut(Removal, keys("Backspace"));
+        QCOMPARE(Entry.shortcut(), keys("Backspace"));
+        // Keys of its own come first.
+        manager().setShortcut(Path, keys("F9"));
+        QCOMPARE(Entry.shortcut(), keys("F9"));
+        manager().setShortcut(Path, QKeySequence());
+        QCOMPARE(Entry.shortcut(), keys("Backspace"));
     }
 
     void keysInUseAreRefusedUntilTakenOver()
