@@ -96,7 +96,8 @@ void OrvLayerActionStates::switchMaskActions() const
     setEnabled(LayersPath, {tr("Make Mask Stack")}, HasMask && !m_Layer->hasMaskStack());
     setEnabled(LayersPath, {tr("Convert To Paintable Mask")},
         HasMask && (m_Layer->hasMaskStack() || m_Layer->isMaskProcedural()));
-    setEnabled(LayersPath, {tr("Bake Mask")}, HasMask && m_Layer->isPaintableLayer());
+    setEnabled(LayersPath, {tr("Bake Mask")},
+        HasMask && m_Layer->isPaintableLayer() && !m_Layer->isMultiChannelLayer());
     setEnabled(LayersPath, {tr("Remove Mask")}, HasMask);
     setEnabled(LayersPath, {tr("Enable Mask")}, HasMask && !m_Layer->isMaskEnabled());
     setEnabled(LayersPath, {tr("Disable Mask")}, HasMask && m_Layer->isMaskEnabled());

@@ -17,6 +17,7 @@ using namespace OrvLayerViewContext;
 namespace {
 
 const QLatin1Char Separator('/');
+const QString ShortcutGroup = QStringLiteral("Layers");
 const char NoIcon[] = "";
 const char* const ViewRelay = SLOT(invokeLayerViewMethod(QAction*));
 const char* const StackRelay = SLOT(invokeLayerStackMethod(QAction*));
@@ -64,8 +65,8 @@ void OrvLayerActionTable::createActions()
 
 void OrvLayerActionTable::setDefaultShortcuts()
 {
-    // Cut, copy, paste and removal have theirs in the layer tree alone: elsewhere the keys mean something
-    // else.
+    // Cut, copy, paste and removal have theirs in the layer tree alone, elsewhere the keys mean something
+    // else; the menus show them all the same.
     OrvShortcutManager& Shortcuts = OrvShortcutManager::instance();
     const auto set = [&Shortcuts](const QString& Text, int Keys) {
         Shortcuts.setDefaultShortcut(LayersPath + Separator + Text, QKeySequence(Keys));
@@ -75,6 +76,13 @@ void OrvLayerActionTable::setDefaultShortcuts()
     set(tr("Group Layers"), Qt::CTRL + Qt::Key_G);
     set(tr("Ungroup Layers"), Qt::CTRL + Qt::SHIFT + Qt::Key_G);
     set(tr("Flatten Layer Group"), Qt::CTRL + Qt::SHIFT + Qt::Key_E);
+    const auto show = [&Shortcuts](const QString& Text, const char* pTreeSlot) {
+        Shortcuts.showWidgetShortcut(LayersPath + Separator + Text, ShortcutGroup, pTreeSlot);
+    };
+    show(tr("Cut"), SLOT(cut()));
+    show(tr("Copy"), SLOT(copy()));
+    show(tr("Paste"), SLOT(paste()));
+    show(tr("Remove Layers"), SLOT(removeLayers()));
 }
 
 void OrvLayerActionTable::beginMenu(const QString& MenuPath, const char* pIcon)
@@ -220,8 +228,7 @@ void OrvLayerActionTable::createQuickFind()
     auto* pAction = new QAction(tr("Quick Find"), m_pActions);
     OrvActionTreeManager::instance().registerAction(LayersPath + Separator, pAction);
     QObject::connect(pAction, SIGNAL(triggered()), m_pActions, SLOT(quickFind()));
-    OrvShortcutManager::instance().addShortcutGroupMapping(
-        QStringLiteral("Layers"), QStringLiteral("OrvLayerView"));
+    OrvShortcutManager::instance().addShortcutGroupMapping(ShortcutGroup, QStringLiteral("OrvLayerView"));
 }
 
 void OrvLayerActionTable::createLayerTypeActions()

@@ -6,6 +6,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 
 #include <QtCore/QMimeData>
+#include <QtCore/QSet>
 #include <QtGui/QGuiApplication>
 
 namespace {
@@ -30,6 +31,18 @@ QString OrvLayerDragPayload::mimeType()
     return OrvLayerViewContext::LayerMimeType;
 }
 
+QMimeData* OrvLayerDragPayload::ofRows(const QModelIndexList& Indexes, int IdentityRole)
+{
+    QStringList Uuids;
+    for (const QModelIndex& Index : Indexes) {
+        if (Index.column() == 0)
+            Uuids.append(Index.data(IdentityRole).toString());
+    }
+    QMimeData* pMimeData = new QMimeData;
+    write(*pMimeData, Uuids);
+    return pMimeData;
+}
+
 void OrvLayerDragPayload::write(QMimeData& Mime, const QStringList& Uuids)
 {
     QStringList Carried = Uuids;
@@ -40,13 +53,17 @@ void OrvLayerDragPayload::write(QMimeData& Mime, const QStringList& Uuids)
 QVector<OrvSnBaseNode*> OrvLayerDragPayload::read(const QMimeData* pMime)
 {
     QVector<OrvSnBaseNode*> Nodes;
+    QSet<OrvSnBaseNode*> Known;
     if (!pMime)
         return Nodes;
     const QStringList Uuids
         = QString::fromLatin1(pMime->data(mimeType())).split(Separator, Qt::SkipEmptyParts);
     for (const QString& Uuid : Uuids) {
-        if (OrvSnBaseNode* pNode = nodeOf(Uuid))
-            Nodes.append(pNode);
+        OrvSnBaseNode* pNode = nodeOf(Uuid);
+        if (!pNode || Known.contains(pNode))
+            continue;
+        Known.insert(pNode);
+        Nodes.append(pNode);
     }
     return Nodes;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QtCore/QModelIndex>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtCore/Qt>
@@ -13,9 +14,11 @@ class QMimeData;
 namespace OrvLayerDragPayload {
 
 QString mimeType();
+/// What rows carry whose first column has an identity under the role; the caller owns it.
+QMimeData* ofRows(const QModelIndexList& Indexes, int IdentityRole);
 /// Sets the format even when there is nothing to carry; empty identities are left out.
 void write(QMimeData& Mime, const QStringList& Uuids);
-/// Nodes that are gone are left out.
+/// Each node once; those that are gone are left out.
 QVector<OrvSnBaseNode*> read(const QMimeData* pMime);
 
 /// The stack is known by its node and the input that it feeds. Without one, nothing is written.

@@ -4,6 +4,8 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -71,9 +73,12 @@ QList<OrvLayer*> maskedLayers(const OrvSnBaseNode* pNode)
 {
     QList<OrvLayer*> Layers;
     for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
-        OrvLayer* pLayer = Reader.InputName == OrvSnNames::Mask ? layerOf(Reader.pNode) : nullptr;
-        if (pLayer)
-            Layers.append(pLayer);
+        if (Reader.InputName != OrvSnNames::Mask)
+            continue;
+        // Where several channels have the mask in common, one stands for all.
+        const QVector<OrvSnMergeNode*> Owners = OrvChainTargets::owners({Reader.pNode, Reader.InputName});
+        if (!Owners.isEmpty())
+            Layers.append(layerOf(Owners.first()));
     }
     return Layers;
 }
@@ -144,10 +149,12 @@ Result OrvLayerDrop::check() const
 {
     if (m_Nodes.isEmpty() || !m_pTarget || !OrvLayerUtils::isModificationAllowedAt(m_pTarget))
         return failed();
-    for (OrvSnBaseNode* pNode : m_Nodes) {
-        const Result Checked = checkNode(pNode);
-        if (!Checked.isDone())
-            return Checked;
+    for (const auto pCheck : {&OrvLayerDrop::checkNetwork, &OrvLayerDrop::checkNode}) {
+        for (OrvSnBaseNode* pNode : m_Nodes) {
+            const Result Checked = (this->*pCheck)(pNode);
+            if (!Checked.isDone())
+                return Checked;
+        }
     }
     // Locked layers stay where they are; with nothing else to move there is no drop.
     const bool AllStay = m_Action == Qt::MoveAction && !m_Nodes.isEmpty()
@@ -158,13 +165,18 @@ Result OrvLayerDrop::check() const
     return AllStay ? failed() : Result();
 }
 
+Result OrvLayerDrop::checkNetwork(OrvSnBaseNode* pNode) const
+{
+    if (m_Action == Qt::CopyAction || pNode->network() == m_pTarget->network())
+        return {};
+    return refused((m_Action == Qt::MoveAction
+            ? tr("Could not move layer '%1'. Moving layers between objects isn't allowed.")
+            : tr("Could not add a shared layer for '%1'. Sharing layers between objects isn't allowed."))
+                       .arg(pNode->name()));
+}
+
 Result OrvLayerDrop::checkNode(OrvSnBaseNode* pNode) const
 {
-    if (m_Action != Qt::CopyAction && pNode->network() != m_pTarget->network())
-        return refused((m_Action == Qt::MoveAction
-                ? tr("Could not move layer '%1'. Moving layers between objects isn't allowed.")
-                : tr("Could not add a shared layer for '%1'. Sharing layers between objects isn't allowed."))
-                           .arg(pNode->name()));
     if (OrvLayer* pLayer = layerOf(pNode))
         return checkLayer(pLayer);
     if (pNode->hasTag(OrvSnNames::ShaderInputTag))
@@ -264,12 +276,29 @@ Result OrvLayerDrop::carryOut()
     if (!Checked.isDone())
         return Checked;
     const OrvUndoManager::AutoMacro Macro(tr("Drop Layer"));
+    const bool OnlyLayers = std::all_of(m_Nodes.cbegin(), m_Nodes.cend(), OrvLayerStreamUtils::isMergeNode);
+    if (OnlyLayers && m_Action == Qt::MoveAction)
+        return moveLayers(m_Nodes);
+    // Copied and shared layers stay where they are, and so does what they come to stand above.
+    const OrvChainTargets::FixedPlaces Places(
+        OnlyLayers ? m_Nodes + QVector<OrvSnBaseNode*>{m_pTarget} : QVector<OrvSnBaseNode*>());
     for (OrvSnBaseNode* pNode : qAsConst(m_Nodes)) {
         const Result Dropped = dropNode(pNode);
         if (!Dropped.isDone())
             return Dropped;
     }
     return {};
+}
+
+Result OrvLayerDrop::moveLayers(const QVector<OrvSnBaseNode*>& Nodes)
+{
+    QList<OrvLayer*> Moved;
+    for (OrvSnBaseNode* pNode : Nodes) {
+        OrvLayer* pLayer = layerOf(pNode);
+        if (pLayer->isMoveable())
+            Moved.append(pLayer);
+    }
+    return OrvLayerStreamUtils::insertLayersAfter(Moved, m_pTarget, m_pStack) ? Result() : failed();
 }
 
 Result OrvLayerDrop::dropNode(OrvSnBaseNode* pNode)
@@ -295,10 +324,7 @@ Result OrvLayerDrop::dropLayer(OrvLayer* pLayer)
         return pLayer->addSharedLayerAfter(m_pTarget, streamName(), true) ? Result()
                                                                           : refused(cyclicLayerMessage(Name));
     }
-    if (!pLayer->isMoveable())
-        return {};
-    const OrvUndoManager::AutoMacro Macro(tr("Move Layer '%1'").arg(Name));
-    return OrvLayerStreamUtils::insertLayerAfter(pLayer, m_pTarget, m_pStack) ? Result() : failed();
+    return moveLayers({pLayer->blendNode()});
 }
 
 Result OrvLayerDrop::dropChannel(OrvSnBaseNode* pNode)

@@ -51,10 +51,11 @@ QList<OrvLayer*> OrvLayerMove::moving(const Level& On) const
     return Moving;
 }
 
-bool OrvLayerMove::placeAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const
+bool OrvLayerMove::placeAbove(
+    const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const
 {
     OrvLayerStack* pInside = pGroup ? OrvLayerStreamUtils::groupStack(pGroup) : nullptr;
-    return OrvLayerStreamUtils::insertLayerAfter(pLayer, pTarget, pInside ? pInside : m_pLayerStack);
+    return OrvLayerStreamUtils::insertLayersAfter(Layers, pTarget, pInside ? pInside : m_pLayerStack);
 }
 
 bool OrvLayerMove::inUndoStep(const QString& Text, const std::function<bool()>& Work) const
@@ -81,7 +82,7 @@ void OrvLayerMove::up()
                 OrvLayer* pAbove = On.Layers[Row - 1];
                 if (!m_Layers.contains(On.Layers[Row]) || m_Layers.contains(pAbove))
                     continue;
-                if (!placeAbove(On.Layers[Row], pAbove->blendNode(), On.pGroup))
+                if (!placeAbove({On.Layers[Row]}, pAbove->blendNode(), On.pGroup))
                     return false;
                 On.Layers.swapItemsAt(Row - 1, Row);
             }
@@ -99,7 +100,7 @@ void OrvLayerMove::down()
                 if (!m_Layers.contains(On.Layers[Row]) || m_Layers.contains(pBelow))
                     continue;
                 OrvSnBaseNode* pTarget = OrvLayerStreamUtils::layerNodeBelow(pBelow, m_pLayerStack);
-                if (!placeAbove(On.Layers[Row], pTarget, On.pGroup))
+                if (!placeAbove({On.Layers[Row]}, pTarget, On.pGroup))
                     return false;
                 On.Layers.swapItemsAt(Row, Row + 1);
             }
@@ -127,8 +128,7 @@ OrvLayer* OrvLayerMove::intoGroup()
         return nullptr;
     OrvSnBaseNode* pTarget = pBelow ? pInside->topNode() : pInside->bottomNode();
     const bool Done = inUndoStep(OrvLayerView::tr("Move Layers into Group '%1'").arg(pGroup->name()), [&] {
-        return std::all_of(Moving.cbegin(), Moving.cend(),
-            [&](OrvLayer* pLayer) { return placeAbove(pLayer, pTarget, pGroup); });
+        return placeAbove(Moving, pTarget, pGroup);
     });
     return Done ? pGroup : nullptr;
 }
@@ -137,12 +137,8 @@ void OrvLayerMove::outOfGroup()
 {
     inUndoStep(OrvLayerView::tr("Move Layers out of Group"), [this] {
         for (const Level& On : levels()) {
-            if (!On.pGroup)
-                continue;
-            for (OrvLayer* pLayer : moving(On)) {
-                if (!placeAbove(pLayer, On.pGroup->blendNode(), nullptr))
-                    return false;
-            }
+            if (On.pGroup && !placeAbove(moving(On), On.pGroup->blendNode(), nullptr))
+                return false;
         }
         return true;
     });

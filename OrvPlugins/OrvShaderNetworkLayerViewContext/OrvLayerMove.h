@@ -35,7 +35,7 @@ private:
     QVector<Level> levels() const;
     /// Those of the layers that stand on the level, in order.
     QList<OrvLayer*> moving(const Level& On) const;
-    bool placeAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const;
+    bool placeAbove(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const;
     bool inUndoStep(const QString& Text, const std::function<bool()>& Work) const;
 
     OrvLayerStack* m_pLayerStack;

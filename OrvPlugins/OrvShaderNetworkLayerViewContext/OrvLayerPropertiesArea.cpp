@@ -3,12 +3,14 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
-#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditor.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditors.h"
 #include "OrvCoreModules/Widgets/OrvFormLayout.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerShaderInputs.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 
 #include <QtWidgets/QVBoxLayout>
@@ -24,6 +26,7 @@ constexpr int EditorOptions = OrvNodePropertyEditor::TitledFrame | OrvNodeProper
 OrvLayerPropertiesArea::OrvLayerPropertiesArea(BlendNode Blending, QWidget* pParent)
     : OrvVerticalScrollArea(pParent)
     , m_Blending(Blending)
+    , m_LayerView(qobject_cast<OrvLayerView*>(pParent))
 {
     setMinimumHeight(MinimumHeight);
     setFrameShape(QFrame::NoFrame);
@@ -50,17 +53,15 @@ QVector<OrvLayerPropertiesArea::Part> OrvLayerPropertiesArea::parts(const OrvLay
     };
     add(pLayer->adjustmentNode(), OrvLayerView::tr("Adjustment : %1"));
     add(pLayer->secondaryAdjustmentNode(), OrvLayerView::tr("Secondary Adjustment : %1"));
-    if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer)
-        || OrvLayerStreamUtils::isMaterialLayer(pLayer)) {
-        OrvSnBaseNode* pOver = pLayer->overNode();
-        const bool IsMaterial = pOver && pOver->hasTag(QStringLiteral("_material"));
-        add(pOver, IsMaterial ? OrvLayerView::tr("Material : %1") : QString());
-    }
+    const bool IsMaterial = OrvLayerStreamUtils::isMaterialLayer(pLayer);
+    add(OrvLayerStreamUtils::materialNode(pLayer), OrvLayerView::tr("Material : %1"));
     if (m_Blending == BlendNode::Shown)
         add(pLayer->blendNode(), QString());
     add(pLayer->graphNode(), OrvLayerView::tr("Graph : %1"));
-    add(pLayer->customProceduralNode(), OrvLayerView::tr("Custom Procedural : %1"));
-    add(pLayer->proceduralNode(), OrvLayerView::tr("Procedural : %1"));
+    if (!IsMaterial) {
+        add(pLayer->customProceduralNode(), OrvLayerView::tr("Custom Procedural : %1"));
+        add(pLayer->proceduralNode(), OrvLayerView::tr("Procedural : %1"));
+    }
     add(pLayer->shaderNode(), OrvLayerView::tr("Shader : %1"));
     add(pLayer->bakePointNode(), OrvLayerView::tr("Bake Point : %1"));
     add(pLayer->maskCustomProceduralNode(), OrvLayerView::tr("Mask : %1"));
@@ -76,6 +77,10 @@ QList<QPointer<QWidget>> OrvLayerPropertiesArea::createEditors(const OrvLayer* p
         if (QWidget* pEditor = OrvNodePropertyEditors::create(Part.pNode, Part.Title, EditorOptions, pParent))
             Editors.append(pEditor);
     }
+    // The values of a shader are those of its inputs, and those may come from channels.
+    OrvLayerShader* pShader = OrvLayerShaderManager::instance().getLayerShader(pLayer->shaderNode());
+    if (pShader && m_LayerView)
+        Editors.append(new OrvLayerShaderInputs(pShader, m_LayerView, pParent));
     return Editors;
 }
 

@@ -6,11 +6,12 @@
 #include <QtCore/QVector>
 
 class OrvLayer;
+class OrvLayerView;
 class OrvSnBaseNode;
 class QVBoxLayout;
 
 /// The lower pane of a Layers palette, which owns it: one property editor per node that the current layer
-/// consists of. The editors follow and change the nodes themselves, so they stay for as long as the nodes and
+/// consists of, and the inputs of a shader layer's shader. The editors follow and change the nodes themselves, so they stay for as long as the nodes and
 /// their titles do.
 class OrvLayerPropertiesArea : public OrvVerticalScrollArea {
     Q_OBJECT
@@ -37,6 +38,7 @@ private:
     QVector<Part> parts(const OrvLayer* pLayer) const;
 
     BlendNode m_Blending;
+    OrvLayerView* m_LayerView;
     QVBoxLayout* m_Layout;
     QVector<Part> m_Parts;
     QList<QPointer<QWidget>> m_Editors;

@@ -2,7 +2,9 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvDdi/Image/OrvChannel.h"
 #include "OrvDdi/Image/OrvImageSet.h"
@@ -35,12 +37,21 @@ QScrollArea* createScrollArea(QVBoxLayout*& pContents)
     return pArea;
 }
 
+OrvPropertyView* createView(QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent)
+{
+    auto* pView = new OrvPropertyView(pObject, pParent, GroupTitles, OrvPropertyView::GroupPerClass,
+        OrvPropertyView::Editable | OrvPropertyView::FollowChanges, {}, false);
+    // The area around it scrolls, so that the view itself need not.
+    pView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+    return pView;
+}
+
 } // namespace
 
 OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent)
     : QDialog(pParent)
     , m_BlendNode(pLayer->blendNode())
-    , m_Modifiable(pLayer->isModifiable())
+    , m_Layer(pLayer)
 {
     setWindowTitle(tr("Layer Properties"));
     setMinimumSize(SmallestSize);
@@ -51,6 +62,7 @@ OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParen
     auto* pCloseButton = new QPushButton(tr("Close"));
     connect(pCloseButton, SIGNAL(clicked()), this, SLOT(close()));
     connect(pLayer, SIGNAL(destroyed()), this, SLOT(close()));
+    connect(pLayer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(updateEnabled()));
     connect(&OrvShaderNetworkManager::instance(), SIGNAL(nodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)),
         this, SLOT(onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)));
     auto* pButtons = new QHBoxLayout;
@@ -61,6 +73,13 @@ OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParen
     pLayout->addWidget(pTabs);
     pLayout->addWidget(createLayerProperties(pLayer));
     pLayout->addLayout(pButtons);
+    updateEnabled();
+}
+
+void OrvLayerPropertyDialog::updateEnabled()
+{
+    for (OrvPropertyView* pView : findChildren<OrvPropertyView*>())
+        pView->setEnabled(m_Layer && m_Layer->isModifiable());
 }
 
 void OrvLayerPropertyDialog::onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
@@ -90,20 +109,12 @@ QWidget* OrvLayerPropertyDialog::createLayerProperties(const OrvLayer* pLayer)
     QScrollArea* pArea = createScrollArea(pContents);
     for (OrvSnBaseNode* pNode : std::initializer_list<OrvSnBaseNode*>{pLayer->blendNode(),
              pLayer->adjustmentNode(), pLayer->secondaryAdjustmentNode(), pLayer->proceduralNode(),
-             pLayer->graphNode(), pLayer->shaderNode()}) {
+             pLayer->customProceduralNode(), pLayer->graphNode(), pLayer->shaderNode(),
+             pLayer->bakePointNode(), pLayer->maskCustomProceduralNode()}) {
         if (pNode)
             pContents->addWidget(createView(pNode, {}, pArea));
     }
     return pArea;
-}
-
-OrvPropertyView* OrvLayerPropertyDialog::createView(
-    QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent)
-{
-    auto* pView = new OrvPropertyView(pObject, pParent, GroupTitles, OrvPropertyView::GroupPerClass,
-        OrvPropertyView::Editable | OrvPropertyView::FollowChanges, {}, false);
-    pView->setEnabled(m_Modifiable);
-    return pView;
 }
 
 #include "moc_OrvLayerPropertyDialog.cpp"

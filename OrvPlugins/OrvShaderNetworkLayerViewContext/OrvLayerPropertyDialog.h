@@ -1,10 +1,11 @@
 #pragma once
 
+#include "OrvCore/Layers/OrvLayer.h"
+
+#include <QtCore/QPointer>
 #include <QtWidgets/QDialog>
 
 class OrvImageSet;
-class OrvLayer;
-class OrvPropertyView;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QTabWidget;
@@ -18,14 +19,14 @@ public:
     OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParent);
 
 private Q_SLOTS:
+    /// A layer under a lock or a cache is only looked at.
+    void updateEnabled();
     void onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
 
 private:
     void addImageSet(QTabWidget* pTabs, const QString& Title, OrvImageSet* pImageSet);
     QWidget* createLayerProperties(const OrvLayer* pLayer);
-    OrvPropertyView* createView(
-        QObject* pObject, const QMap<QString, QString>& GroupTitles, QWidget* pParent);
 
     const OrvSnBaseNode* const m_BlendNode; ///< to be recognised only
-    const bool m_Modifiable; ///< a layer under a lock or a cache is only looked at
+    const QPointer<OrvLayer> m_Layer;
 };

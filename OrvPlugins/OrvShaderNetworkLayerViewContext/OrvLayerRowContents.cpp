@@ -71,6 +71,7 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     pVisibilityButton->setStyleSheet(
         QStringLiteral("QToolButton { border: none; } QToolButton:hover { border: none; } "
                        "QToolButton:pressed { border: none; }"));
+    pBakePointButton = prepared(new OrvLayerComponentPushButton(pRow));
     pNameLabel = new OrvEditLabel(pRow);
     pColorTag = createLabel(pRow, TagSize);
     pPaintButton = prepared(new OrvLayerComponentPushButton(pRow));
@@ -100,6 +101,8 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     pLayout->addWidget(pVisibilityButton, 0, VisibilityColumn);
     pLayout->addWidget(pNameLabel, 0, NameColumn);
     pLayout->addWidget(pColorTag, 0, TagColumn);
+    // A bake point has no paint: its button stands where that of the paint would.
+    pLayout->addWidget(pBakePointButton, 0, PaintColumn);
     pLayout->addWidget(pPaintButton, 0, PaintColumn);
     // A mask is a stack or it is none: the two buttons are never there together.
     pLayout->addWidget(pMaskStackButton, 0, MaskColumn);

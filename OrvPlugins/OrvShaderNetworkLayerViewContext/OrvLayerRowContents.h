@@ -20,6 +20,7 @@ struct OrvLayerRowContents {
 
     QGridLayout* pLayout;
     QToolButton* pVisibilityButton;
+    OrvLayerComponentPushButton* pBakePointButton;
     OrvEditLabel* pNameLabel;
     QLabel* pColorTag;
     OrvLayerComponentPushButton* pPaintButton;

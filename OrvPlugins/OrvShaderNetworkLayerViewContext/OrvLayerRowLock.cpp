@@ -79,8 +79,8 @@ void releaseAround(OrvLayer* pLayer)
 
 void setOwnLock(OrvLayer* pLayer, bool Locked)
 {
-    if (OrvSnMergeNode* pLayerNode = pLayer->blendNode())
-        pLayerNode->setLocked(Locked);
+    if (pLayer->blendNode())
+        pLayer->setLocked(Locked);
     else
         OrvDebug("OrvLayerViewItemRowWidget", __LINE__, QStringLiteral("LayerNode is NULL"), false, false);
 }

@@ -24,7 +24,7 @@ QString identity(const OrvLayer* pLayer)
 
 void add(Changes& Wanted, OrvLayer* pLayer, bool Visible)
 {
-    if (pLayer->isVisible() != Visible && pLayer->isVisibilityChangeable())
+    if (pLayer->isVisibleHere() != Visible && pLayer->isVisibilityChangeable())
         Wanted.append({pLayer, Visible});
 }
 
@@ -55,7 +55,7 @@ void apply(const Changes& Wanted, const QString& MacroText)
 {
     OrvUndoManager::AutoMacro Macro(MacroText);
     for (const auto& Change : Wanted)
-        Change.first->setVisible(Change.second);
+        Change.first->setVisibleHere(Change.second);
 }
 
 } // namespace
@@ -71,7 +71,7 @@ void OrvLayerSolo::toggle(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
         const auto Before = Kept.VisibleBefore.constFind(identity(pPresent));
         if (Before == Kept.VisibleBefore.cend())
             continue;
-        InEffect = InEffect && pPresent->isVisible() != *Before;
+        InEffect = InEffect && pPresent->isVisibleHere() != *Before;
         add(Back, pPresent, *Before);
     }
     // Undo and the user's own clicks may have given everything back already, or made something else of it.

@@ -31,8 +31,8 @@ OrvLayerToolBar::OrvLayerToolBar(OrvLayerView* pLayerView)
     addCommand(tr("Duplicate Layers"), "DuplicateLayers.png", SLOT(duplicateLayers()), Ordinary);
     addCommand(tr("Remove Layers"), "DeleteLayer.png", SLOT(removeLayers()), Ordinary);
     addCommand(tr("Remove Shader Layers"), "RemoveShader.png", SLOT(removeLayers()), Shown::OnMaterialStack);
-    m_MultiChannelLayerAction
-        = addCommand(tr("Add Multi-Channel Layer"), "MultiChannelWorkflow.png", nullptr, Ordinary);
+    m_MultiChannelLayerAction = addCommand(tr("Add Multi-Channel Layer"), "MultiChannelWorkflow.png",
+        SLOT(createMultiChannelLayerMenu()), Ordinary);
     addColorTagButton();
     showCommands(false);
 }
@@ -40,8 +40,7 @@ OrvLayerToolBar::OrvLayerToolBar(OrvLayerView* pLayerView)
 QAction* OrvLayerToolBar::addCommand(const QString& Text, const char* pIcon, const char* pSlot, Shown When)
 {
     QAction* pAction = addAction(OrvIcon::createIconFromFilename(QLatin1String(pIcon)), Text);
-    if (pSlot)
-        connect(pAction, SIGNAL(triggered()), m_LayerView, pSlot);
+    connect(pAction, SIGNAL(triggered()), m_LayerView, pSlot);
     m_Actions.append(pAction);
     if (When == Shown::OnMaterialStack)
         m_MaterialStackActions.append(pAction);

@@ -18,7 +18,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragHover.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 
@@ -69,7 +68,7 @@ private:
 } // namespace
 
 OrvLayerTreeView::OrvLayerTreeView(QWidget* pParent, OrvLayerView* pLayerView)
-    : QTreeView(pParent)
+    : OrvRowWidgetTree(pParent)
     , m_LayerView(pLayerView)
     , m_DragHover(new OrvLayerDragHover(pLayerView, this))
 {
@@ -118,31 +117,12 @@ void OrvLayerTreeView::disconnectSelectionRelay()
         SLOT(onSelectionChanged(QItemSelection, QItemSelection)));
 }
 
-void OrvLayerTreeView::setRowWidget(const QModelIndex& Index, QWidget* pWidget)
-{
-    // The base class would show the widget at once, and have it polished for that. Said to be shown already,
-    // it is left alone until it really comes into view.
-    pWidget->setParent(viewport());
-    pWidget->setAttribute(Qt::WA_WState_ExplicitShowHide, true);
-    pWidget->setAttribute(Qt::WA_WState_Hidden, false);
-    setIndexWidget(Index, pWidget);
-    pWidget->setAttribute(Qt::WA_WState_Hidden, true);
-}
-
-bool OrvLayerTreeView::eventFilter(QObject* pWatched, QEvent* pEvent)
-{
-    // Qt offers to polish every new widget; those in view were polished when they were shown.
-    if (pEvent->type() == QEvent::PolishRequest)
-        return true;
-    return QTreeView::eventFilter(pWatched, pEvent);
-}
-
 void OrvLayerTreeView::rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last)
 {
     // The base class takes the widgets off these rows, but not off those below them.
     for (int Row = First; Row <= Last; ++Row)
         removeRowWidgetsBelow(model()->index(Row, 0, Parent));
-    QTreeView::rowsAboutToBeRemoved(Parent, First, Last);
+    OrvRowWidgetTree::rowsAboutToBeRemoved(Parent, First, Last);
 }
 
 void OrvLayerTreeView::removeRowWidgetsBelow(const QModelIndex& Parent)
@@ -160,49 +140,6 @@ void OrvLayerTreeView::setEmptyText(const QString& Text)
         return;
     m_EmptyText = Text;
     viewport()->update();
-}
-
-void OrvLayerTreeView::scheduleRowLayout()
-{
-    m_RowLayoutPending = true;
-    scheduleDelayedItemsLayout();
-}
-
-void OrvLayerTreeView::doItemsLayout()
-{
-    m_RowLayoutPending = false;
-    QTreeView::doItemsLayout();
-}
-
-void OrvLayerTreeView::updateEditorGeometries()
-{
-    // Looking for the rows in view would lay them all out at once, for every group that is filled in between.
-    if (m_RowLayoutPending)
-        return;
-    QVector<QPointer<QWidget>> InView;
-    const int Bottom = viewport()->height();
-    for (QModelIndex Index = indexAt(QPoint(0, 0)); Index.isValid(); Index = indexBelow(Index)) {
-        const QRect Place = visualRect(Index);
-        if (Place.top() >= Bottom)
-            break;
-        QWidget* pWidget = indexWidget(Index);
-        if (!pWidget)
-            continue;
-        pWidget->setGeometry(Place);
-        pWidget->show();
-        InView.append(pWidget);
-    }
-    for (const QPointer<QWidget>& pWidget : qAsConst(m_RowWidgetsInView)) {
-        if (pWidget && !InView.contains(pWidget))
-            pWidget->hide();
-    }
-    m_RowWidgetsInView = InView;
-}
-
-void OrvLayerTreeView::scrollContentsBy(int X, int Y)
-{
-    QTreeView::scrollContentsBy(X, Y);
-    updateEditorGeometries();
 }
 
 void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelection Deselected)
@@ -263,22 +200,19 @@ void OrvLayerTreeView::selectSharingRows(const QSet<OrvLayer*>& Deselected)
 
 void OrvLayerTreeView::mousePressEvent(QMouseEvent* pEvent)
 {
-    // Commands of menus and shortcuts work where the user works.
-    if (m_LayerView) {
-        OrvLayerViewContextManager::instance().setActiveLayerView(m_LayerView);
-        m_LayerView->makeLayerStackCurrent();
-    }
+    if (m_LayerView)
+        m_LayerView->makeActive();
     if (!(pEvent->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
         m_PlainClick = true;
     if (pEvent->modifiers() == Qt::ShiftModifier)
         m_PressPosition = pEvent->pos();
-    QTreeView::mousePressEvent(pEvent);
+    OrvRowWidgetTree::mousePressEvent(pEvent);
 }
 
 void OrvLayerTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     m_PlainClick = false;
-    QTreeView::mouseReleaseEvent(pEvent);
+    OrvRowWidgetTree::mouseReleaseEvent(pEvent);
 }
 
 void OrvLayerTreeView::mouseMoveEvent(QMouseEvent* pEvent)
@@ -290,20 +224,20 @@ void OrvLayerTreeView::mouseMoveEvent(QMouseEvent* pEvent)
             return;
         m_PressPosition = QPoint();
     }
-    QTreeView::mouseMoveEvent(pEvent);
+    OrvRowWidgetTree::mouseMoveEvent(pEvent);
 }
 
 void OrvLayerTreeView::enterEvent(QEvent* pEvent)
 {
     OrvShortcutManager::instance().setEnabledSpecialShortcut(Qt::Key_Tab, true);
-    QTreeView::enterEvent(pEvent);
+    OrvRowWidgetTree::enterEvent(pEvent);
 }
 
 void OrvLayerTreeView::leaveEvent(QEvent* pEvent)
 {
     OrvShortcutManager::instance().setEnabledSpecialShortcut(Qt::Key_Tab, false);
     clearFocus();
-    QTreeView::leaveEvent(pEvent);
+    OrvRowWidgetTree::leaveEvent(pEvent);
 }
 
 void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
@@ -312,7 +246,7 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
     if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget)
         || OrvMaterialPaintManager::isMimeDataMaterialFile(pData)
         || OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData)) {
-        QTreeView::dragMoveEvent(pEvent);
+        OrvRowWidgetTree::dragMoveEvent(pEvent);
         return;
     }
     m_DragHover->restAt(indexAt(pEvent->pos()));
@@ -321,7 +255,7 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
         // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
         pEvent->setDropAction(Qt::CopyAction);
         setDropIndicatorShown(true);
-        QTreeView::dragMoveEvent(pEvent);
+        OrvRowWidgetTree::dragMoveEvent(pEvent);
         Accepted = pEvent->isAccepted() && wouldDrop(*pEvent);
     }
     setDropIndicatorShown(Accepted);
@@ -349,7 +283,7 @@ bool OrvLayerTreeView::wouldDrop(const QDropEvent& Event)
 void OrvLayerTreeView::dragLeaveEvent(QDragLeaveEvent* pEvent)
 {
     m_DragHover->leave();
-    QTreeView::dragLeaveEvent(pEvent);
+    OrvRowWidgetTree::dragLeaveEvent(pEvent);
 }
 
 bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
@@ -385,7 +319,7 @@ void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
 {
     m_DragHover->leave();
     pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
-    QTreeView::dropEvent(pEvent);
+    OrvRowWidgetTree::dropEvent(pEvent);
     // Told of a move, the view that the rows come from would take them away; the document has moved them.
     if (pEvent->dropAction() == Qt::MoveAction)
         pEvent->setDropAction(Qt::CopyAction);
@@ -393,19 +327,19 @@ void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
 
 void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)
 {
-    QTreeView::startDrag(SupportedActions);
+    OrvRowWidgetTree::startDrag(SupportedActions);
     m_LayerView->requestRefresh();
 }
 
 void OrvLayerTreeView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
 {
-    QTreeView::currentChanged(Current, Previous);
+    OrvRowWidgetTree::currentChanged(Current, Previous);
     Q_EMIT currentIndexChanged(Current, Previous);
 }
 
 QStyleOptionViewItem OrvLayerTreeView::viewOptions() const
 {
-    QStyleOptionViewItem Options = QTreeView::viewOptions();
+    QStyleOptionViewItem Options = OrvRowWidgetTree::viewOptions();
     // A style sheet paints the branches of a selected row in the palette's current colours, whatever the
     // row's are.
     if (!(Options.state & QStyle::State_Active))
@@ -415,18 +349,13 @@ QStyleOptionViewItem OrvLayerTreeView::viewOptions() const
 
 QSize OrvLayerTreeView::viewportSizeHint() const
 {
-    return QTreeView::viewportSizeHint();
+    return OrvRowWidgetTree::viewportSizeHint();
 }
 
 void OrvLayerTreeView::paintEvent(QPaintEvent* pEvent)
 {
     executeDelayedItemsLayout();
-    if (m_RowLayoutPending) {
-        // Unfolding everything lays the rows out behind the back of doItemsLayout().
-        m_RowLayoutPending = false;
-        updateEditorGeometries();
-    }
-    QTreeView::paintEvent(pEvent);
+    OrvRowWidgetTree::paintEvent(pEvent);
     if (m_EmptyText.isEmpty() || indexAt(QPoint()).isValid())
         return;
     QPainter Painter(viewport());

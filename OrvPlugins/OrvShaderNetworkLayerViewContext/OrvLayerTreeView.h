@@ -1,9 +1,8 @@
 #pragma once
 
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvRowWidgetTree.h"
+
 #include <QtCore/QItemSelection>
-#include <QtCore/QPointer>
-#include <QtCore/QVector>
-#include <QtWidgets/QTreeView>
 
 class OrvLayer;
 class OrvLayerDragHover;
@@ -11,9 +10,8 @@ class OrvLayerView;
 class OrvSnBaseNode;
 
 /// The tree of a Layers palette, which owns it: shows the rows, relays what the user selects to the host's
-/// layers, and says where a drag of layers may land. Thousands of rows each have a widget; only those in view
-/// are placed and shown. It edits nothing of the document.
-class OrvLayerTreeView : public QTreeView {
+/// layers, and says where a drag of layers may land. It edits nothing of the document.
+class OrvLayerTreeView : public OrvRowWidgetTree {
     Q_OBJECT
 
 public:
@@ -23,15 +21,8 @@ public:
     void connectSelectionRelay();
     void disconnectSelectionRelay();
 
-    /// Puts a widget on a row; the tree takes it and shows it once the row is in view. Cheap only between
-    /// scheduleRowLayout() and the layout that follows.
-    void setRowWidget(const QModelIndex& Index, QWidget* pWidget);
-    /// Puts the layout of the rows off until somebody needs it.
-    void scheduleRowLayout();
     /// Shown in the middle of a tree that shows no rows.
     void setEmptyText(const QString& Text);
-
-    bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
 
 Q_SIGNALS:
     void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
@@ -49,15 +40,12 @@ protected:
     void dragLeaveEvent(QDragLeaveEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
     void paintEvent(QPaintEvent* pEvent) override;
-    void scrollContentsBy(int X, int Y) override;
     QStyleOptionViewItem viewOptions() const override;
     QSize viewportSizeHint() const override;
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
     void startDrag(Qt::DropActions SupportedActions) override;
 
 protected Q_SLOTS:
-    void updateEditorGeometries() override;
-    void doItemsLayout() override;
     void rowsAboutToBeRemoved(const QModelIndex& Parent, int First, int Last) override;
 
 private:
@@ -72,7 +60,5 @@ private:
     OrvLayerDragHover* m_DragHover;
     QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
     bool m_PlainClick = false;
-    bool m_RowLayoutPending = false;
-    QVector<QPointer<QWidget>> m_RowWidgetsInView;
     QString m_EmptyText;
 };

@@ -30,6 +30,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewAttributeFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewColorTagFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewKindFilter.h"
@@ -40,24 +41,23 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvNodeMenuBuilder.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLayerCommands.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFrame>
 #include <QtWidgets/QHeaderView>
-#include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
 using OrvLayerViewUtils::report;
 
 namespace {
 
-const QString SettingsGroup = QStringLiteral("LayerView");
-const QString SplitterKey = QStringLiteral("SplitterSize");
 constexpr int RefreshInterval = 125; // ms
 constexpr int ParentCloseDelay = 20; // ms
-constexpr int LayersTenths = 4, PropertiesTenths = 6; // of the height, until the user moves the splitter
 const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
 
 QVBoxLayout* createTightLayout(QWidget* pWidget, int Spacing)
@@ -84,25 +84,22 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     : QWidget(pParent)
     , m_Palette(qobject_cast<OrvPalette*>(pParent))
 {
-    if (!OrvActionTreeManager::instance().hasAction(OrvLayerViewContext::AddShaderLayerAction))
-        report(__LINE__,
-            "[ !! ] Assertion 'NULL != m_AddShaderLayerMenuAction' failed: Action Menu not created");
-    m_Splitter = new QSplitter(Qt::Vertical, this);
-    m_Splitter->setChildrenCollapsible(false);
-    createTightLayout(this, 0)->addWidget(m_Splitter);
-    m_Splitter->addWidget(createLayersPane());
+    auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("LayerView"), this);
+    createTightLayout(this, 0)->addWidget(pSplitter);
+    QWidget* pLayersPane = createLayersPane();
     // The palette of a single stack is about its layers' contents; blending has its row above.
     m_PropertiesArea
         = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
                                                             : OrvLayerPropertiesArea::BlendNode::Shown,
             this);
-    m_Splitter->addWidget(m_PropertiesArea);
-    m_Splitter->setCollapsible(1, true);
+    pSplitter->setPanes(pLayersPane, m_PropertiesArea);
     m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
     m_RowFilter = new OrvLayerViewRowFilter(m_Model, m_View, m_FilterBar, this);
     m_StackChanges = new OrvLayerStackChanges(this);
     m_VisibilityGesture = new OrvLayerVisibilityGesture(this);
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
+    m_ShaderLayerCommands = std::make_unique<OrvShaderLayerCommands>(this, m_Commands.get());
+    m_MultiChannelCommands = std::make_unique<OrvMultiChannelLayerCommands>(this, m_Commands.get());
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     connectParts();
     connectHost();
@@ -110,15 +107,9 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     switchActionsEnabled(OrvProjectManager::instance().currentProject());
     clearProperties();
     m_View->setEmptyText(emptyText());
-    restoreSplitter();
 }
 
-OrvLayerView::~OrvLayerView()
-{
-    OrvSettings Settings;
-    Settings.beginGroup(SettingsGroup);
-    Settings.setValue(SplitterKey, m_Splitter->saveState());
-}
+OrvLayerView::~OrvLayerView() = default;
 
 QWidget* OrvLayerView::createLayersPane()
 {
@@ -149,6 +140,14 @@ void OrvLayerView::connectParts()
     connect(m_View, SIGNAL(expanded(QModelIndex)), this, SLOT(onExpanded(QModelIndex)));
     connect(m_View, SIGNAL(collapsed(QModelIndex)), this, SLOT(onCollapsed(QModelIndex)));
     connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+
+    const QAction* pAddShaderLayer
+        = OrvActionTreeManager::instance().findAction(OrvLayerViewContext::AddShaderLayerAction);
+    if (pAddShaderLayer && pAddShaderLayer->menu())
+        connect(pAddShaderLayer->menu(), SIGNAL(triggered(QAction*)), this, SLOT(addShaderLayerFromAction()));
+    else
+        report(__LINE__,
+            "[ !! ] Assertion 'NULL != m_AddShaderLayerMenuAction' failed: Action Menu not created");
 }
 
 void OrvLayerView::connectTreeRelays()
@@ -217,30 +216,6 @@ void OrvLayerView::registerShortcuts()
     new OrvLayerKeyCommands(this);
 }
 
-void OrvLayerView::restoreSplitter()
-{
-    shareOutHeight();
-    OrvSettings Settings;
-    Settings.beginGroup(SettingsGroup);
-    m_SplitterIsSet = m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
-}
-
-void OrvLayerView::shareOutHeight()
-{
-    const int Height = m_Splitter->height();
-    m_Splitter->setSizes({Height * LayersTenths / 10, Height * PropertiesTenths / 10});
-}
-
-void OrvLayerView::showEvent(QShowEvent* pEvent)
-{
-    QWidget::showEvent(pEvent);
-    // Only now is there a height to share out.
-    if (m_SplitterIsSet)
-        return;
-    shareOutHeight();
-    m_SplitterIsSet = true;
-}
-
 OrvLayerStack* OrvLayerView::layerStack() const
 {
     return m_LayerStack;
@@ -258,6 +233,12 @@ void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
 void OrvLayerView::makeLayerStackCurrent()
 {
     OrvLayerManager::instance().setCurrentLayerStack(m_LayerStack);
+}
+
+void OrvLayerView::makeActive()
+{
+    OrvLayerViewContextManager::instance().setActiveLayerView(this);
+    makeLayerStackCurrent();
 }
 
 void OrvLayerView::setDragEnabled(bool Enabled)
@@ -567,10 +548,46 @@ void OrvLayerView::addCustomProceduralLayerFromAction()
         m_Commands->addCustomProceduralLayer(pAction->data().toString());
 }
 
+void OrvLayerView::createMultiChannelLayerMenu()
+{
+    m_MultiChannelCommands->chooseLayer();
+}
+
+void OrvLayerView::addMultiChannelGroup()
+{
+    m_MultiChannelCommands->addGroup();
+}
+
+void OrvLayerView::addMaterialLayerFromAction()
+{
+    if (const QAction* pAction = sendingAction())
+        m_MultiChannelCommands->addMaterial(pAction->data().toString());
+}
+
 void OrvLayerView::addProceduralLayerFromAction()
 {
     if (const QAction* pAction = sendingAction())
         addProceduralLayerFromKey(pAction->data().toString());
+}
+
+void OrvLayerView::addShaderLayer()
+{
+    m_ShaderLayerCommands->addShaderLayer();
+}
+
+void OrvLayerView::addShaderLayerFromAction()
+{
+    m_ShaderLayerCommands->addChosenShader(sender());
+}
+
+void OrvLayerView::addShaderLayerFromKey(QString Key)
+{
+    m_ShaderLayerCommands->addShaderLayer(Key);
+}
+
+void OrvLayerView::onToggledInvertShaderInput(bool State)
+{
+    m_ShaderLayerCommands->setInputInverted(sender(), State);
 }
 
 const QAction* OrvLayerView::sendingAction() const

@@ -29,11 +29,12 @@ class OrvLayerViewRowSynchronizer;
 class OrvLayerVisibilityGesture;
 class OrvPalette;
 class OrvProject;
+class OrvMultiChannelLayerCommands;
+class OrvShaderLayerCommands;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QAction;
 class QMenu;
-class QSplitter;
 class QStandardItem;
 
 /// Body of every Layers palette, which owns it: the layers of one stack as a tree, the commands that make and
@@ -47,13 +48,14 @@ public:
     static constexpr int DedicatedStack = 2;
 
     OrvLayerView(QWidget* pParent, int Flags);
-    /// Stores the splitter's state.
     ~OrvLayerView() override;
 
     OrvLayerStack* layerStack() const;
     void setLayerStack(OrvLayerStack* pLayerStack);
     /// Makes the stack shown, or none, the host's current one.
     void makeLayerStackCurrent();
+    /// The user works here: commands of menus and shortcuts go to this view and its stack.
+    void makeActive();
     void setDragEnabled(bool Enabled);
     bool isRefreshPending() const;
 
@@ -61,6 +63,7 @@ public:
     OrvLayerViewModel* model() const { return m_Model; }
     OrvLayerToolBar* toolBar() const { return m_ToolBar; }
     OrvLayerVisibilityGesture* visibilityGesture() const { return m_VisibilityGesture; }
+    OrvMultiChannelLayerCommands* multiChannelCommands() const { return m_MultiChannelCommands.get(); }
     /// Null without a layer there.
     OrvLayer* layerFromIndex(const QModelIndex& Index) const;
     OrvLayerViewItemRowWidget* rowWidget(const QModelIndex& Index) const;
@@ -93,6 +96,7 @@ public Q_SLOTS:
     void updateShaderInputConnections();
     void createChannel() { m_Commands->createChannel(OrvLayerViewCommands::OrdinaryChannel); }
     void createMaterialChannel() { m_Commands->createChannel(OrvLayerViewCommands::MaterialChannel); }
+    void onToggledInvertShaderInput(bool State);
     QList<QPointer<QWidget>> createPropertyWidgets(OrvLayer* Layer, QWidget* Parent);
     void onUnrepresentableButtonClicked();
     void onRefreshTimerTimeout();
@@ -118,7 +122,12 @@ public Q_SLOTS:
     void addProceduralLayer() { m_Commands->chooseProcedural(); }
     void addProceduralLayerFromAction();
     void addProceduralLayerFromKey(QString Key) { m_Commands->addProceduralLayer(Key); }
-    void addShaderLayer() { m_Commands->addShaderLayer(); }
+    void addShaderLayer();
+    void addShaderLayerFromAction();
+    void addShaderLayerFromKey(QString Key);
+    void createMultiChannelLayerMenu();
+    void addMultiChannelGroup();
+    void addMaterialLayerFromAction();
     void duplicateLayers() { m_Commands->duplicateLayers(); }
     void mergeLayers() { m_Commands->mergeLayers(); }
     void closeIfNotUnderMouse();
@@ -140,7 +149,6 @@ public Q_SLOTS:
 protected:
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
-    void showEvent(QShowEvent* pEvent) override;
 
 private:
     QWidget* createLayersPane();
@@ -150,8 +158,6 @@ private:
     void disconnectTreeRelays();
     void connectHost();
     void registerShortcuts();
-    void restoreSplitter();
-    void shareOutHeight();
 
     OrvLayerStack* stackToShow() const;
     void showStack(OrvLayerStack* pLayerStack);
@@ -170,11 +176,11 @@ private:
     OrvLayerBlendRow* m_BlendRow = nullptr;
     OrvLayerToolBar* m_ToolBar = nullptr;
     OrvLayerPropertiesArea* m_PropertiesArea = nullptr;
-    QSplitter* m_Splitter = nullptr;
-    bool m_SplitterIsSet = false;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
     std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
     std::unique_ptr<OrvLayerViewCommands> m_Commands;
+    std::unique_ptr<OrvShaderLayerCommands> m_ShaderLayerCommands;
+    std::unique_ptr<OrvMultiChannelLayerCommands> m_MultiChannelCommands;
     OrvLayerStackChanges* m_StackChanges = nullptr;
     OrvLayerVisibilityGesture* m_VisibilityGesture = nullptr;
 };

@@ -8,9 +8,7 @@
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvSettings.h"
-#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
 #include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
@@ -19,13 +17,11 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvTagColorSwatch.h"
 
 #include <QtCore/QPointer>
-#include <QtWidgets/QAction>
 
 using OrvLayerViewUtils::report;
 
@@ -189,26 +185,6 @@ void OrvLayerViewCommands::addStackAdjustment(const QString& Key)
 {
     if (OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
         tellRefused(!pLayer->addLayerAdjustmentLayerFromKey(Key, QString()));
-}
-
-void OrvLayerViewCommands::addShaderLayer()
-{
-    if (!layerStack(__LINE__))
-        return;
-    QAction* pAction = OrvActionTreeManager::instance().findAction(OrvLayerViewContext::AddShaderLayerAction);
-    if (!pAction) {
-        report(__LINE__, "Action is NULL");
-        return;
-    }
-    OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
-    OrvLayerShader* pCurrentShader = Shaders.currentLayerShader();
-    const QPointer<OrvSnBaseNode> pCurrentShaderNode = Shaders.currentShaderNode();
-    Shaders.setLayerShaderCreating(true);
-    pAction->setProperty("OrvLayerView", QVariant::fromValue<QObject*>(m_LayerView));
-    pAction->setProperty("OrvCurrentLayerShader", QVariant::fromValue<OrvLayerShader*>(pCurrentShader));
-    pAction->trigger();
-    Shaders.setCurrentShader(pCurrentShaderNode);
-    Shaders.setLayerShaderCreating(false);
 }
 
 void OrvLayerViewCommands::createChannel(ChannelKind Kind)

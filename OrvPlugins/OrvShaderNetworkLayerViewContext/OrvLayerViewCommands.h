@@ -31,7 +31,6 @@ public:
     void addProceduralLayer(const QString& Key);
     void addCustomProceduralLayer(const QString& Key);
     void addStackAdjustment(const QString& Key);
-    void addShaderLayer();
     void createChannel(ChannelKind Kind);
     void groupLayers();
     void groupLayers(OrvLayerCreateFlags Flags);
@@ -47,11 +46,13 @@ public:
     /// Lets the user find a node type by typing, and adds a layer of it.
     void quickFind();
 
-private:
-    /// Null is reported.
+    /// The stack to work on; null is reported.
     OrvLayerStack* layerStack(int Line) const;
-    OrvLayer* currentLayer(int Line) const;
+    /// Where a new layer goes, and what becomes current.
     OrvLayerCreateFlags creationFlags() const;
+
+private:
+    OrvLayer* currentLayer(int Line) const;
     /// Inside the current row's group where that is unfolded.
     OrvLayerCreateFlags withGroup(int Flags) const;
     void tellRefused(bool Refused) const;

@@ -69,6 +69,9 @@ const QString ShadersPath = QStringLiteral("/Orvi/Layers/Shaders");
 const QString AddShaderPath = ShadersPath + QStringLiteral("/AddShader");
 const QString AddShaderLayerAction = ShadersPath + QStringLiteral("/Add New Shader Layer");
 const QString AddShaderKey = QStringLiteral("AddShader");
+const QString ViewsPath = ChannelsPath + QStringLiteral("/Views");
+const QString MainWindowName = QStringLiteral("MainWindow");
+const QString ShadersMenuTitle = QStringLiteral("&Shaders");
 const QString LayerShaderNodeType = QStringLiteral("OrvLayerShader");
 const QString LayerOfLayerShaderNodeType = QStringLiteral("OrvLayer_OrvLayerShader");
 

@@ -43,6 +43,9 @@ extern const QVector<QRegExp> ChannelNamePatterns;
 extern const QString ShadersPath, AddShaderPath;
 extern const QString AddShaderLayerAction;
 extern const QString AddShaderKey;
+/// What the canvas can show.
+extern const QString ViewsPath;
+extern const QString MainWindowName, ShadersMenuTitle;
 extern const QString LayerShaderNodeType, LayerOfLayerShaderNodeType;
 
 /// Style sheet of a widget in a frame whose labels have none.

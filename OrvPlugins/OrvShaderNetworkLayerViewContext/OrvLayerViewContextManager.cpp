@@ -1,7 +1,9 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -10,6 +12,7 @@
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
@@ -50,6 +53,24 @@ void report(int Line, const char* Message) { OrvDebug(File, Line, QString::fromL
 OrvLayerView* layerViewOf(const OrvPalette* pPalette)
 {
     return qobject_cast<OrvLayerView*>(pPalette->originalWidget());
+}
+
+/// Where the stack is in the document, with the groups and masks around it; empty for a stack that is gone.
+QString stackPath(const OrvLayerStack* pLayerStack)
+{
+    if (!pLayerStack || !pLayerStack->node())
+        return {};
+    if (const auto* pChannel = qobject_cast<const OrvShaderInput*>(pLayerStack))
+        return pChannel->path();
+    const QVector<OrvSnMergeNode*> Owners
+        = OrvChainTargets::owners({pLayerStack->node(), pLayerStack->targetInputName()});
+    const OrvLayer* pLayer = Owners.isEmpty() ? nullptr : OrvLayerManager::instance().getLayer(Owners.first());
+    if (!pLayer)
+        return {};
+    return pLayer->path(true)
+        + (pLayerStack->isMaskStack()               ? QStringLiteral("/Mask Stack")
+                : pLayerStack->isAdjustmentStack() ? QStringLiteral("/Adjustment Stack")
+                                                   : QString());
 }
 
 QString storedName(const OrvLayerStack* pLayerStack)
@@ -202,6 +223,8 @@ OrvPalette* OrvLayerViewContextManager::createLayerStackPalette(OrvLayerStack* p
     OrvMainWindow* pMainWindow = &OrvMainWindow::instance();
     OrvPalette* pPalette = new OrvPalette(paletteTitle(pLayerStack), pMainWindow, QStringLiteral("Layers"));
     pMainWindow->addDockWidget(Qt::LeftDockWidgetArea, pPalette);
+    // Layers of one name have palettes of one title.
+    pPalette->setHeaderToolTip([pStack = QPointer<OrvLayerStack>(pLayerStack)] { return stackPath(pStack); });
 
     OrvLayerView* pLayerView = new OrvLayerView(pPalette, StackViewFlags);
     pLayerView->setLayerStack(pLayerStack);
@@ -356,6 +379,8 @@ void OrvLayerViewContextManager::updateLayerPaletteHeader()
 
 void OrvLayerViewContextManager::refreshAllProperties()
 {
+    if (m_ShaderView)
+        m_ShaderView->requestRefreshShaderProperties();
     if (m_MainLayerView)
         m_MainLayerView->redrawProperties();
 }

@@ -17,6 +17,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowComponents.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowContents.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowCost.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
@@ -26,6 +27,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
 #include <QtCore/QElapsedTimer>
@@ -119,6 +121,7 @@ void OrvLayerViewItemRowWidget::connectContents()
 {
     connect(m_pContents->pVisibilityButton, SIGNAL(pressed()), this, SLOT(onVisibilityButtonPressed()));
     connect(m_pContents->pNameLabel, SIGNAL(textChanged(QString)), this, SLOT(setName(QString)));
+    connect(m_pContents->pBakePointButton, SIGNAL(clicked()), this, SLOT(makePaintComponentCurrent()));
     connect(m_pContents->pPaintButton, SIGNAL(clicked()), this, SLOT(makePaintComponentCurrent()));
     connect(m_pContents->pMaskStackButton, SIGNAL(clicked()), this, SLOT(onMaskStackClicked()));
     connect(m_pContents->pMaskButton, SIGNAL(clicked()), this, SLOT(onMaskComponentClicked()));
@@ -126,6 +129,11 @@ void OrvLayerViewItemRowWidget::connectContents()
     connect(m_pContents->pSharedButton, SIGNAL(clicked()), this, SLOT(showSharerList()));
     connect(m_pContents->pSharedChannelButton, SIGNAL(clicked()), this, SLOT(showSharerList()));
     connect(m_pContents->pLockAction, SIGNAL(checkedChanged(bool)), this, SLOT(onLockedChanged(bool)));
+    // Elsewhere in the row the tree gets the press.
+    for (const QAbstractButton* pComponent : std::initializer_list<QAbstractButton*>{
+             m_pContents->pBakePointButton, m_pContents->pPaintButton, m_pContents->pMaskStackButton,
+             m_pContents->pMaskButton, m_pContents->pAdjustmentStackButton})
+        connect(pComponent, &QAbstractButton::pressed, m_LayerView, &OrvLayerView::makeActive);
 }
 
 void OrvLayerViewItemRowWidget::connectLayer()
@@ -133,6 +141,7 @@ void OrvLayerViewItemRowWidget::connectLayer()
     // The layer sends its managers' signals for itself alone: with thousands of rows at the managers, every
     // change would ask every row.
     connect(m_Layer, SIGNAL(enabledAsBoolChanged(bool)), this, SLOT(updateVisibilityIcon()));
+    connect(m_Layer, SIGNAL(bakePointStateChanged()), this, SLOT(updateBakePointComponentButton()));
     connect(m_Layer, SIGNAL(nameChanged(QString)), this, SLOT(updateEditLabelText()));
     connect(m_Layer, SIGNAL(colorChanged(QColor)), this, SLOT(updateColorTagWidget()));
     connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateCustomProceduralIcon()));
@@ -164,9 +173,10 @@ void OrvLayerViewItemRowWidget::updateContents()
 
 void OrvLayerViewItemRowWidget::onLayerStateRefreshed()
 {
+    updateBakePointComponentButton();
     updatePaintButton();
     updateComponentButtons();
-    updateSharingMarkers();
+    OrvLayerRowComponents::showSharing(*m_pContents, m_Layer);
     updateLock();
 }
 
@@ -263,7 +273,10 @@ void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
     if (componentClick() == RepeatedShiftClick)
         return;
     OrvLayerVisibilityGesture* pGesture = m_LayerView->visibilityGesture();
-    if (QGuiApplication::keyboardModifiers() == Qt::AltModifier)
+    if (QGuiApplication::keyboardModifiers() == Qt::ShiftModifier && m_Layer->isVisible()
+        && OrvLayerStreamUtils::isMultiChannelMergeLayer(m_Layer))
+        OrvMultiChannelLayerCommands::toggleInChannel(m_Layer, m_LayerView->layerStack());
+    else if (QGuiApplication::keyboardModifiers() == Qt::AltModifier)
         pGesture->toggleAlone(m_Layer);
     else if (m_pContents && m_pContents->pVisibilityButton->isDown())
         pGesture->press(m_Layer, mapToGlobal(eyeGeometry().center()));
@@ -282,9 +295,12 @@ void OrvLayerViewItemRowWidget::updateVisibilityIcon()
     if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool Visible = m_Layer->isVisible();
-    m_pContents->pVisibilityButton->setIcon(OrvLayerRowIcons::visibility(Visible));
-    m_pContents->pVisibilityButton->setToolTip((Visible ? tr("Hide the layer") : tr("Show the layer"))
-        + QLatin1Char('\n') + tr("Alt + Click to show it alone"));
+    QStringList Hints{Visible ? tr("Hide the layer") : tr("Show the layer"), tr("Alt + Click to show it alone")};
+    if (Visible && OrvLayerStreamUtils::isMultiChannelMergeLayer(m_Layer))
+        Hints.append(m_Layer->isVisibleHere() ? tr("Shift + Click to hide it in this channel")
+                                              : tr("Shift + Click to show it in this channel"));
+    m_pContents->pVisibilityButton->setIcon(OrvLayerRowIcons::visibility(m_Layer->isVisibleHere()));
+    m_pContents->pVisibilityButton->setToolTip(Hints.join(QLatin1Char('\n')));
     m_pContents->pVisibilityButton->setEnabled(m_Layer->isVisibilityChangeable());
 }
 
@@ -312,20 +328,24 @@ void OrvLayerViewItemRowWidget::updateColorTagWidget()
             : QStringLiteral("QLabel { border-radius : 3px; background-color : rgba(0,0,0,0); }"));
 }
 
+void OrvLayerViewItemRowWidget::updateBakePointComponentButton()
+{
+    if (!m_pContents || !checkLayer(__LINE__))
+        return;
+    OrvLayerRowComponents::showBakePoint(*m_pContents, m_Layer);
+}
+
 void OrvLayerViewItemRowWidget::updatePaintButton()
 {
     if (!m_pContents || !checkLayer(__LINE__))
         return;
-    m_pContents->pPaintButton->setComponentIcon(
-        OrvLayerRowIcons::content(m_Layer, m_LayerView->layerStack()));
-    m_pContents->pPaintButton->setImageSet(m_Layer->paintImageSet());
-    m_pContents->pPaintButton->setComponentNode(m_Layer->blendNode());
-    m_pContents->pPaintButton->setToolTip(OrvLayerComponentPushButton::dragHint(m_Layer));
+    OrvLayerRowComponents::showPaint(*m_pContents, m_Layer, m_LayerView->layerStack());
 }
 
 void OrvLayerViewItemRowWidget::updateCustomProceduralIcon()
 {
     updatePaintButton();
+    updateMaskIcon();
 }
 
 void OrvLayerViewItemRowWidget::updateMaterialButton()
@@ -336,37 +356,15 @@ void OrvLayerViewItemRowWidget::updateMaterialButton()
 void OrvLayerViewItemRowWidget::updateComponentButtons()
 {
     // The manager's signal reaches rows whose layers are gone.
-    if (!m_pContents || !m_Layer)
-        return;
-    const OrvSnBaseNode* pCurrent = OrvLayerManager::instance().currentComponent();
-    m_pContents->pPaintButton->setHighlighted(pCurrent && pCurrent == m_Layer->paintNode());
-    m_pContents->pMaskButton->setHighlighted(pCurrent && pCurrent == m_Layer->maskPaintNode());
+    if (m_pContents && m_Layer)
+        OrvLayerRowComponents::highlightCurrent(*m_pContents, m_Layer);
 }
 
 void OrvLayerViewItemRowWidget::updateMaskIcon()
 {
     if (!m_pContents || !checkLayer(__LINE__))
         return;
-    const bool IsStack = m_Layer->hasMaskStack();
-    const bool Enabled = m_Layer->isMaskEnabled();
-    const QString Toggle = Enabled ? tr("Shift + Click to Disable") : tr("Shift + Click to Enable");
-    const auto icon = [Enabled](const QIcon& Icon, const QAbstractButton* pButton) {
-        return Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton);
-    };
-    OrvLayerStackPopupButton* pStackButton = m_pContents->pMaskStackButton;
-    pStackButton->setVisible(IsStack);
-    pStackButton->setPopupStack(m_Layer->maskStack());
-    pStackButton->setIcon(icon(OrvLayerRowIcons::maskStack(), pStackButton));
-    pStackButton->setToolTip(Toggle);
-
-    OrvLayerComponentPushButton* pMaskButton = m_pContents->pMaskButton;
-    pMaskButton->setVisible(m_Layer->hasMask() && !IsStack);
-    pMaskButton->setComponentNode(m_Layer->maskNode());
-    pMaskButton->setComponentIcon(icon(OrvLayerRowIcons::mask(m_Layer), pMaskButton));
-    // A mask that is switched off shows its pale icon: its pixels count for nothing.
-    pMaskButton->setImageSet(Enabled ? m_Layer->maskImageSet() : nullptr);
-    const QString Hint = OrvLayerComponentPushButton::dragHint(m_Layer);
-    pMaskButton->setToolTip(QStringList{tr("Mask"), Toggle, QString(), Hint}.join(QLatin1Char('\n')));
+    OrvLayerRowComponents::showMask(*m_pContents, m_Layer);
     updateComponentButtons();
 }
 
@@ -374,22 +372,7 @@ void OrvLayerViewItemRowWidget::updateAdjustmentIcon()
 {
     if (!m_pContents || !checkLayer(__LINE__))
         return;
-    const bool Enabled = m_Layer->isAdjustmentStackEnabled();
-    OrvLayerStackPopupButton* pButton = m_pContents->pAdjustmentStackButton;
-    const QIcon Icon = OrvLayerRowIcons::adjustmentStack();
-    pButton->setPopupStack(m_Layer->adjustmentStack());
-    pButton->setVisible(m_Layer->hasAdjustmentStack());
-    pButton->setIcon(Enabled ? Icon : OrvLayerRowIcons::paled(Icon, pButton));
-    pButton->setToolTip(Enabled ? tr("Shift + Click to Disable") : tr("Shift + Click to Enable"));
-}
-
-void OrvLayerViewItemRowWidget::updateSharingMarkers()
-{
-    const bool Shared = m_Layer->isPaintComponentShared() || m_Layer->isMaskComponentShared()
-        || m_Layer->isDownstreamShared();
-    m_pContents->pSharedButton->setVisible(Shared);
-    m_pContents->pSharedChannelButton->setVisible(
-        m_Layer->isSharedShaderInput() || m_Layer->isTaggedForCrossChannelSharing());
+    OrvLayerRowComponents::showAdjustmentStack(*m_pContents, m_Layer);
 }
 
 void OrvLayerViewItemRowWidget::updateCostWidget()

@@ -49,6 +49,8 @@ public Q_SLOTS:
     void updateEditLabelText();
     void onVisibilityButtonPressed();
     void updateVisibilityIcon();
+    /// Shows the bake state in the button of a bake point; other layers have none.
+    void updateBakePointComponentButton();
     void updateColorTagWidget();
     void makePaintComponentCurrent();
     void updateCustomProceduralIcon();
@@ -87,7 +89,6 @@ private:
     void connectLayer();
     void updateContents();
     void updatePaintButton();
-    void updateSharingMarkers();
     void updateLock();
     void toggleMask();
     void makeMaskComponentCurrent();

@@ -1,5 +1,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -15,6 +16,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
 
 #include <QtCore/QMimeData>
 
@@ -79,6 +81,12 @@ bool OrvLayerViewModel::canDropMimeData(
 {
     if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget))
         return true;
+    if (OrvMaterialPaintManager::isMimeDataMaterialFile(pData)) {
+        if (!qobject_cast<OrvShaderInput*>(m_LayerView->layerStack()))
+            return false;
+        if (dropTargetNode(Row, Parent))
+            return true;
+    }
     if (OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData) && dropTargetNode(Row, Parent))
         return true;
     return QStandardItemModel::canDropMimeData(pData, Action, Row, Column, Parent);
@@ -89,6 +97,12 @@ bool OrvLayerViewModel::dropMimeData(
 {
     if (dropHostContent(pData, Row, Parent))
         return true;
+    if (OrvMaterialPaintManager::isMimeDataMaterialFile(pData)) {
+        const QStringList Paths = OrvMaterialPaintManager::pathListFromMimeData(pData);
+        OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);
+        return !Paths.isEmpty() && pTarget
+            && m_LayerView->multiChannelCommands()->addMaterialAt(Paths.first(), pTarget);
+    }
     if (OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData))
         return dropCustomProcedural(pData, Row, Parent);
     return dropLayers(pData, Row, Parent);

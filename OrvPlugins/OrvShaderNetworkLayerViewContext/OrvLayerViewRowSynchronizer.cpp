@@ -5,6 +5,7 @@
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
@@ -109,7 +110,7 @@ QString OrvLayerViewRowSynchronizer::groupWarning(
 {
     const bool IsMultiChannel = OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer);
     if (OrvLayerStreamUtils::validateGroupSelection(
-            pGroupStack->layerList(), IsMultiChannel ? pLayer->blendNode() : nullptr))
+            pGroupStack->layerList(), IsMultiChannel ? pLayer->commonNode() : nullptr))
         return {};
     const QString Warning = IsMultiChannel
         ? OrvLayerView::tr(
@@ -130,9 +131,13 @@ QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layer
         return {};
     if (!pBottom)
         return OrvLayerView::tr("No bottom stack node.");
-    const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pBottom, true);
-    if (pLayer && OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer)
-        && OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
+    const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pBottom);
+    if (pCommon && !pCommon->isRepresentable())
+        return OrvLayerView::tr("Node '%1' is unrepresentable, only Merge nodes and Multi-Channel Merge nodes can be "
+                                "represented in the layer stack.")
+            .arg(pBottom->name());
+    const OrvLayer* pLayer = OrvLayerManager::layersOf(pBottom).value(0);
+    if (OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
         return OrvLayerView::tr("Multi-Channel Layer '%1' has some unrepresentable connections.")
             .arg(pBottom->name());
     return OrvLayerView::tr("Node '%1' is unrepresentable.").arg(pBottom->name());

@@ -1,24 +1,52 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
+#include "OrvCore/Channels/OrvChannelFlattening.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
+#include "OrvCoreModules/Menus/OrvActionHelpers.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvDdi/Image/OrvChannel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMethodRelay.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActionsConvertDialog.h"
 
 #include <QtCore/QPointer>
+#include <QtWidgets/QAction>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
 #include <optional>
 
+using namespace OrvLayerViewContext;
+
 namespace {
+
+const char File[] = "OrvShaderInputActions";
+constexpr int StatusDuration = 6000; // ms
+
+void report(int Line, const QString& Message) { OrvDebug(File, Line, Message, false, false); }
+
+/// Null is reported under the name.
+OrvShaderInput* currentShaderInput(const char* pName, int Line)
+{
+    OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput();
+    if (!pShaderInput)
+        report(Line, QStringLiteral("%1 is NULL").arg(QLatin1String(pName)));
+    return pShaderInput;
+}
 
 /// What becomes of the layers that share the channel; nothing when the user cancels.
 std::optional<OrvShaderInputManager::DestroyStrategy> askDestroyStrategy()
@@ -35,11 +63,57 @@ std::optional<OrvShaderInputManager::DestroyStrategy> askDestroyStrategy()
         = Box.addButton(OrvShaderInputActions::tr("Delete All"), QMessageBox::DestructiveRole);
     QPushButton* pLayerGroup = Box.addButton(OrvShaderInputActions::tr("Layer Group"), QMessageBox::AcceptRole);
     Box.setDefaultButton(pLayerGroup);
+    // Whoever closes the box without an answer gets what loses nothing.
+    Box.setEscapeButton(pLayerGroup);
     Box.exec();
     if (Box.clickedButton() == pCancel)
         return std::nullopt;
     return Box.clickedButton() == pDeleteAll ? OrvShaderInputManager::SharersAreDeleted
                                              : OrvShaderInputManager::SharersBecomeGroups;
+}
+
+bool askToFlatten(const QString& Title, const QString& Text)
+{
+    QMessageBox Box(QMessageBox::Question, Title, Text, QMessageBox::NoButton, &OrvMainWindow::instance());
+    const QPushButton* pFlatten
+        = Box.addButton(OrvShaderInputActions::tr("Flatten"), QMessageBox::AcceptRole);
+    QPushButton* pCancel = Box.addButton(OrvShaderInputActions::tr("Cancel"), QMessageBox::RejectRole);
+    Box.setDefaultButton(pCancel);
+    Box.setEscapeButton(pCancel);
+    Box.exec();
+    return Box.clickedButton() == pFlatten;
+}
+
+void warn(const QString& Title, const QString& Text)
+{
+    QMessageBox::warning(&OrvMainWindow::instance(), Title, Text, QMessageBox::Ok);
+}
+
+/// Tells the user when it cannot.
+bool canGoToClipboard(const OrvShaderInput* pShaderInput, const QString& FailureTitle)
+{
+    if (!pShaderInput->containsMultiChannelLayerOfShaderModel(nullptr))
+        return true;
+    warn(FailureTitle,
+        OrvShaderInputActions::tr("This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. "
+                                  "Please convert all Multi-Channel Layers to standard Layers first."));
+    return false;
+}
+
+/// Values are widened before their colour space changes and narrowed after it.
+bool isDepthConvertedFirst(GLenum From, GLenum To)
+{
+    switch (From) {
+    case GL_UNSIGNED_BYTE:
+        return true;
+    case GL_FLOAT:
+        return false;
+    case GL_HALF_FLOAT:
+        return To == GL_FLOAT;
+    default:
+        report(__LINE__, QStringLiteral("[ !! ] Unknown type : 0x%1").arg(From, 0, 16));
+        return true;
+    }
 }
 
 } // namespace
@@ -52,15 +126,58 @@ OrvShaderInputActions& OrvShaderInputActions::instance()
 
 OrvShaderInputActions::OrvShaderInputActions()
 {
-    OrvActionCreator Creator(OrvLayerViewContext::ChannelsPath, this, OrvLayerViewContext::ChannelsMenu,
-        OrvLayerViewContext::ShaderInputOnlySet);
-    Creator.create(tr("Add Channel"), QStringLiteral("AddChannel.png"), SLOT(addShaderInput()), QVariant(), QString());
-    Creator.create(
-        tr("Remove Channel"), QStringLiteral("RemoveChannel.png"), SLOT(removeShaderInput()), QVariant(), QString());
+    createActions();
+    OrvChannelFlattening::setQuestion(askToFlatten);
     OrvProjectManager& ProjectManager = OrvProjectManager::instance();
     connect(
         &ProjectManager, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
     switchActionsEnabled(ProjectManager.currentProject());
+}
+
+OrvShaderInputActions::~OrvShaderInputActions()
+{
+    // The module may be unloaded before the document's library.
+    OrvChannelFlattening::setQuestion({});
+}
+
+void OrvShaderInputActions::createActions()
+{
+    OrvActionCreator Creator(ChannelsPath, this, ChannelsMenu, ShaderInputOnlySet);
+    const auto add = [&Creator](const QString& Text, const char* pIcon, const char* pSlot, const char* pData = nullptr) {
+        Creator.create(Text, QString::fromLatin1(pIcon), pSlot,
+            pData ? QVariant(QString::fromLatin1(pData)) : QVariant(), QString());
+    };
+    add(tr("Add Channel"), "AddChannel.png", SLOT(addShaderInput()));
+    add(tr("Add Material Channel"), "AddMaterials.png", SLOT(addMaterialShaderInput()));
+    add(tr("Add Material Channel to Material Shader"), "AddMaterials.png",
+        SLOT(addMaterialLayersToMaterialsShader()));
+    Creator.addMenuSeparator();
+    add(tr("Convert Channel"), "ConvertChannel.png", SLOT(convertShaderInput()));
+    add(tr("Remove Channel"), "RemoveChannel.png", SLOT(removeShaderInput()));
+    add(tr("Flatten"), "BakeShader.png", SLOT(invokeShaderInputMethod(QAction*)), "flattenUI");
+    Creator.addMenuSeparator();
+    add(tr("Cut"), "Cut.png", SLOT(cut()));
+    add(tr("Copy"), "Copy.png", SLOT(copy()));
+    add(tr("Paste"), "Paste.png", SLOT(paste()));
+    Creator.addMenuSeparator();
+    createResizeActions(Creator);
+    Creator.setMenuPath(ChannelsMenu);
+    Creator.addMenuSeparator();
+    OrvMenuManager& Menus = OrvMenuManager::instance();
+    Menus.placeMenu(ImportChannelMenu, QStringLiteral("Import.png"));
+    Menus.placeMenu(ExportChannelMenu, QStringLiteral("Export.png"));
+    Menus.placeMenu(ExportFlattenedChannelMenu, QStringLiteral("Export.png"));
+}
+
+void OrvShaderInputActions::createResizeActions(OrvActionCreator& Creator)
+{
+    OrvMenuManager::instance().placeMenu(ResizeChannelMenu, QStringLiteral("scale.png"));
+    Creator.setMenuPath(ResizeChannelMenu);
+    Creator.setActionSetName(PatchOnlySet);
+    for (const QSize& Size : OrvChannel::supportedTextureSizes()) {
+        Creator.createAndAddToMenu(tr("%1 x %2").arg(Size.width()).arg(Size.height()), QStringLiteral("scale.png"),
+            SLOT(resizeShaderInput(QAction*)), Size.width(), QString());
+    }
 }
 
 void OrvShaderInputActions::addShaderInput()
@@ -70,14 +187,87 @@ void OrvShaderInputActions::addShaderInput()
         Macro.cancel();
 }
 
+void OrvShaderInputActions::addMaterialShaderInput()
+{
+    OrvUndoManager::AutoMacro Macro(tr("Add Material Channel"));
+    if (const OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(true))
+        pShaderInput->node()->addTag(OrvSnNames::MaterialShaderInputTag, true);
+    else
+        Macro.cancel();
+}
+
+void OrvShaderInputActions::addMaterialLayersToMaterialsShader()
+{
+    OrvLayerShader* pShader = OrvLayerShaderManager::instance().currentLayerShader();
+    if (!pShader) {
+        report(__LINE__, QStringLiteral("ShaderLayer is NULL"));
+        return;
+    }
+    const OrvUndoManager::AutoMacro Whole(tr("Add Material Channel"));
+    for (const QString& InputName : pShader->inputNames()) {
+        if (pShader->inputShaderInput(InputName)
+            || !pShader->hasInputTag(InputName, OrvSnNames::MaterialShaderInputTag))
+            continue;
+        OrvUndoManager::AutoMacro Macro(tr("Add Material Channel"));
+        OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(true);
+        if (!pShaderInput || !pShader->setInputShaderInput(InputName, pShaderInput))
+            Macro.cancel();
+    }
+}
+
+void OrvShaderInputActions::convertShaderInput()
+{
+    const QPointer<OrvShaderInput> pShaderInput = currentShaderInput("pShaderInput", __LINE__);
+    if (!pShaderInput)
+        return;
+    const auto Images = pShaderInput->allImageSetsByStatus();
+    OrvShaderInputActionsConvertDialog Dialog(pShaderInput, &OrvMainWindow::instance(),
+        !Images.value(OrvLayerStack::LockedImageSets).isEmpty(),
+        !Images.value(OrvLayerStack::SharedImageSets).isEmpty());
+    if (Dialog.exec() != QDialog::Accepted || !pShaderInput)
+        return;
+    OrvUndoManager::AutoMacro Macro(tr("Convert Channel : %1").arg(pShaderInput->path()));
+    if (!convert(pShaderInput, Dialog))
+        Macro.cancel();
+}
+
+bool OrvShaderInputActions::convert(
+    OrvShaderInput* pShaderInput, const OrvShaderInputActionsConvertDialog& Wanted)
+{
+    const int Option = Wanted.choice() == OrvShaderInputActionsConvertDialog::ConvertAll
+        ? OrvShaderInput::AllImages
+        : OrvShaderInput::FreeImages;
+    if (Option == OrvShaderInput::FreeImages && !pShaderInput->isModifiable()) {
+        OrvStatusManager::instance().showMessage(
+            tr("'%1' is locked or cached").arg(pShaderInput->name()), StatusDuration);
+        return false;
+    }
+    const GLenum Depth = Wanted.depth();
+    const bool OtherDepth = Depth != pShaderInput->imageSetDepth();
+    const bool DepthFirst = OtherDepth && isDepthConvertedFirst(pShaderInput->imageSetDepth(), Depth);
+    if (DepthFirst && !pShaderInput->convertDepthTo(Depth, Option))
+        return false;
+
+    const OrvColorSpaceConfig& Color = Wanted.colorSpaceConfig();
+    if (Color.colorSpace() != pShaderInput->colorSpaceConfig().colorSpace()
+        && !pShaderInput->convertColorSpaceTo(Color.colorSpace(), Option))
+        return false;
+    pShaderInput->setColorSpaceConfig(Color, true);
+    const OrvColorSpaceConfig& Scalar = Wanted.scalarColorSpaceConfig();
+    if (Scalar.colorSpace() != pShaderInput->scalarColorSpaceConfig().colorSpace()
+        && !pShaderInput->convertScalarColorSpaceTo(Scalar.colorSpace(), Option))
+        return false;
+    pShaderInput->setScalarColorSpaceConfig(Scalar, true);
+
+    return DepthFirst || !OtherDepth || pShaderInput->convertDepthTo(Depth, Option);
+}
+
 void OrvShaderInputActions::removeShaderInput()
 {
     OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
-    QPointer<OrvShaderInput> pCurrentShaderInput = Channels.currentShaderInput();
-    if (!pCurrentShaderInput) {
-        OrvDebug("OrvShaderInputActions", __LINE__, QStringLiteral("pCurrentShaderInput is NULL"), false, false);
+    const QPointer<OrvShaderInput> pCurrentShaderInput = currentShaderInput("pCurrentShaderInput", __LINE__);
+    if (!pCurrentShaderInput)
         return;
-    }
     auto Strategy = std::make_optional(OrvShaderInputManager::SharersBecomeGroups);
     if (pCurrentShaderInput->isSharedLayers())
         Strategy = askDestroyStrategy();
@@ -92,9 +282,58 @@ void OrvShaderInputActions::removeShaderInput()
     }
 }
 
+void OrvShaderInputActions::cut()
+{
+    OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput();
+    if (pShaderInput && canGoToClipboard(pShaderInput, tr("Cut Operation Failed")))
+        OrvShaderInputUtils::cutToClipboard(pShaderInput, OrvShaderInputManager::SharersBecomeGroups);
+}
+
+void OrvShaderInputActions::copy()
+{
+    OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput();
+    if (pShaderInput && canGoToClipboard(pShaderInput, tr("Copy Operation Failed")))
+        OrvShaderInputUtils::copyToClipboard(pShaderInput);
+}
+
+void OrvShaderInputActions::paste()
+{
+    OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    QString Error;
+    if (pNetwork && !OrvShaderInputUtils::pasteFromClipboard(Error, pNetwork) && !Error.isEmpty())
+        warn(tr("Layer Operation Failed"), Error);
+}
+
+void OrvShaderInputActions::resizeShaderInput(QAction* Action)
+{
+    if (!Action) {
+        report(__LINE__, QStringLiteral("pAction is NULL"));
+        return;
+    }
+    const QVariant Width = Action->data();
+    if (Width.userType() != QMetaType::Int) {
+        report(__LINE__,
+            QString::asprintf("Action '%s' contains invalid data type of '%s'", qUtf8Printable(Action->text()),
+                qUtf8Printable(QString::fromLatin1(Width.typeName()))));
+        return;
+    }
+    if (OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput())
+        pShaderInput->resizeLayers(Width.toInt(), nullptr, true, true);
+}
+
+void OrvShaderInputActions::invokeShaderInputMethod(QAction* Action)
+{
+    OrvMethodRelay::invoke(
+        OrvShaderInputManager::instance().currentShaderInput(), "pCurrentShaderInput", Action, File);
+}
+
 void OrvShaderInputActions::switchActionsEnabled(OrvProject* Project)
 {
-    OrvActionTreeManager::instance().setActionSetEnabled(OrvLayerViewContext::ShaderInputOnlySet, Project != nullptr);
+    const bool Enabled = Project != nullptr;
+    OrvActionTreeManager::instance().setActionSetEnabled(ShaderInputOnlySet, Enabled);
+    for (const QString& Menu :
+        {ImportChannelMenu, ExportChannelMenu, ExportFlattenedChannelMenu, ResizeChannelMenu})
+        OrvActionHelpers::setMenuEnabled(Menu, Enabled);
 }
 
 #include "moc_OrvShaderInputActions.cpp"

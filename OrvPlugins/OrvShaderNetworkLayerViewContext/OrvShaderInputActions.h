@@ -2,22 +2,42 @@
 
 #include <QtCore/QObject>
 
+class OrvActionCreator;
 class OrvProject;
+class OrvShaderInput;
+class OrvShaderInputActionsConvertDialog;
+class QAction;
 
-/// The channel commands of menus and palettes, made once at the module's start. They act on the host's current
-/// channel and network and hold no document data.
+/// The channel commands of menus and palettes, made once at the module's start, and the questions that some of them
+/// ask. They act on the host's current channel and network and hold no document data.
 class OrvShaderInputActions : public QObject {
     Q_OBJECT
 
 public:
     static OrvShaderInputActions& instance();
+    ~OrvShaderInputActions() override;
 
 public Q_SLOTS:
     void addShaderInput();
+    void addMaterialShaderInput();
+    /// One for each free input of the current shader that takes materials.
+    void addMaterialLayersToMaterialsShader();
+    void convertShaderInput();
     /// Asks what becomes of layers that share the channel.
     void removeShaderInput();
+    void cut();
+    void copy();
+    void paste();
+    /// The action's data is the edge length.
+    void resizeShaderInput(QAction* Action);
+    /// The action's data names a method of the channel.
+    void invokeShaderInputMethod(QAction* Action);
     void switchActionsEnabled(OrvProject* Project);
 
 private:
     OrvShaderInputActions();
+    void createActions();
+    void createResizeActions(OrvActionCreator& Creator);
+    /// Every step in its order; false when one was refused or cancelled.
+    static bool convert(OrvShaderInput* pShaderInput, const OrvShaderInputActionsConvertDialog& Wanted);
 };

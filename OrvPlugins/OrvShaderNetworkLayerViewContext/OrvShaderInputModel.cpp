@@ -71,14 +71,7 @@ QStringList OrvShaderInputModel::mimeTypes() const { return {OrvLayerDragPayload
 
 QMimeData* OrvShaderInputModel::mimeData(const QModelIndexList& Indexes) const
 {
-    QStringList Uuids;
-    for (const QModelIndex& Index : Indexes) {
-        if (Index.column() == 0)
-            Uuids.append(Index.data(NodeRole).toString());
-    }
-    QMimeData* pMimeData = new QMimeData;
-    OrvLayerDragPayload::write(*pMimeData, Uuids);
-    return pMimeData;
+    return OrvLayerDragPayload::ofRows(Indexes, NodeRole);
 }
 
 bool OrvShaderInputModel::dropMimeData(

@@ -26,7 +26,7 @@ public:
 } // namespace
 
 OrvShaderInputTreeView::OrvShaderInputTreeView(OrvShaderInputView* pParent)
-    : QTreeView(pParent)
+    : OrvRowWidgetTree(pParent)
     , m_Parent(pParent)
 {
     setHeaderHidden(true);
@@ -44,7 +44,7 @@ QSize OrvShaderInputTreeView::sizeHint() const { return SmallestSize; }
 
 void OrvShaderInputTreeView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
 {
-    QTreeView::currentChanged(Current, Previous);
+    OrvRowWidgetTree::currentChanged(Current, Previous);
     Q_EMIT currentIndexChanged(Current, Previous);
 }
 
@@ -61,7 +61,7 @@ void OrvShaderInputTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
 
     // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
     pEvent->setDropAction(Qt::CopyAction);
-    QTreeView::dragMoveEvent(pEvent);
+    OrvRowWidgetTree::dragMoveEvent(pEvent);
     pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers());
 }
 
@@ -75,7 +75,7 @@ void OrvShaderInputTreeView::testAndSetCurrentIndexFromDrag()
 
 void OrvShaderInputTreeView::startDrag(Qt::DropActions SupportedActions)
 {
-    QTreeView::startDrag(SupportedActions);
+    OrvRowWidgetTree::startDrag(SupportedActions);
     m_Parent->requestRefresh();
 }
 

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvRowWidgetTree.h"
+
 #include <QtCore/QModelIndex>
 #include <QtCore/QTimer>
-#include <QtWidgets/QTreeView>
 
 class OrvShaderInputView;
 
 /// The list of channels. The Channels palette owns it and puts a row widget on every row. A drag that rests on a row
 /// makes that channel current; the view itself changes nothing of the document.
-class OrvShaderInputTreeView : public QTreeView {
+class OrvShaderInputTreeView : public OrvRowWidgetTree {
     Q_OBJECT
 
 public:

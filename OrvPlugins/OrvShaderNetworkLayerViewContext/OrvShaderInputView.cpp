@@ -10,13 +10,13 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
-#include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvCallMethodUndo.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
@@ -29,8 +29,10 @@
 #include "OrvDdi/Color/OrvColorSpaceManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvQuickChannelStrip.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
@@ -38,15 +40,12 @@
 
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QScrollArea>
-#include <QtWidgets/QSplitter>
 #include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
 
 namespace {
 
-const QString SettingsGroup = QStringLiteral("ChannelView");
-const QString SplitterKey = QStringLiteral("SplitterSize");
 constexpr int RefreshInterval = 125; // ms
 constexpr int PropertyGroupHint = 1; // one group for each class, titled from the map
 constexpr int PropertyDisplayFlags = 1938;
@@ -77,23 +76,12 @@ void showInMainLayerView(OrvLayerStack* pLayerStack)
 OrvShaderInputView::OrvShaderInputView(QWidget* pParent)
     : QWidget(pParent)
 {
-    m_Splitter = new QSplitter(Qt::Vertical, this);
-    m_Splitter->setChildrenCollapsible(false);
-    createTightLayout(this)->addWidget(m_Splitter);
-    m_Splitter->addWidget(createListPane());
-    m_Splitter->addWidget(createPropertyPane());
-    m_Splitter->setCollapsible(1, true);
+    auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("ChannelView"), this);
+    pSplitter->setPanes(createListPane(), createPropertyPane());
+    createTightLayout(this)->addWidget(pSplitter);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     connectHost();
     registerShortcuts();
-    restoreSplitter();
-}
-
-OrvShaderInputView::~OrvShaderInputView()
-{
-    OrvSettings Settings;
-    Settings.beginGroup(SettingsGroup);
-    Settings.setValue(SplitterKey, m_Splitter->saveState());
 }
 
 QWidget* OrvShaderInputView::createListPane()
@@ -181,17 +169,17 @@ void OrvShaderInputView::connectHost()
 
 void OrvShaderInputView::registerShortcuts()
 {
-    OrvActionHelpers::createAndRegisterShortcut(m_TreeView, QKeySequence(Qt::Key_Delete),
-        SLOT(removeShaderInput()), &OrvShaderInputActions::instance());
-}
-
-void OrvShaderInputView::restoreSplitter()
-{
-    const int Height = m_Splitter->height();
-    m_Splitter->setSizes({Height * 4 / 10, Height * 6 / 10});
-    OrvSettings Settings;
-    Settings.beginGroup(SettingsGroup);
-    m_Splitter->restoreState(Settings.value(SplitterKey).toByteArray());
+    // The menu shows the keys, though they work in the list alone.
+    const auto set = [this](int Keys, const char* pSlot, const QString& Command) {
+        OrvActionHelpers::createAndRegisterShortcut(
+            m_TreeView, QKeySequence(Keys), pSlot, &OrvShaderInputActions::instance());
+        OrvShortcutManager::instance().showWidgetShortcut(
+            OrvLayerViewContext::ChannelsPath + QLatin1Char('/') + Command, QStringLiteral("Channels"), pSlot);
+    };
+    set(Qt::Key_Delete, SLOT(removeShaderInput()), OrvShaderInputActions::tr("Remove Channel"));
+    set(Qt::CTRL + Qt::Key_X, SLOT(cut()), OrvShaderInputActions::tr("Cut"));
+    set(Qt::CTRL + Qt::Key_C, SLOT(copy()), OrvShaderInputActions::tr("Copy"));
+    set(Qt::CTRL + Qt::Key_V, SLOT(paste()), OrvShaderInputActions::tr("Paste"));
 }
 
 void OrvShaderInputView::onCurrentShaderInputChanged(OrvShaderInput* pNewShaderInput)
@@ -280,14 +268,18 @@ void OrvShaderInputView::showNodes(const QList<OrvSnBaseNode*>& Nodes)
     QSet<QString> Shown;
     for (int Row = m_Model->rowCount() - 1; Row >= 0; --Row) {
         const QString Uuid = rowUuid(Row);
-        if (Listed.contains(Uuid))
+        if (Listed.contains(Uuid)) {
             Shown.insert(Uuid);
-        else
-            m_Model->removeRow(Row);
+            continue;
+        }
+        m_TreeView->scheduleRowLayout();
+        m_Model->removeRow(Row);
     }
     for (int Row = 0; Row < Uuids.size(); ++Row) {
         if (rowUuid(Row) == Uuids.at(Row))
             continue;
+        // The layout waits for the last row; the tree would lay all of them out for each that comes.
+        m_TreeView->scheduleRowLayout();
         if (!Shown.contains(Uuids.at(Row)) || Row >= m_Model->rowCount())
             m_Model->insertRow(Row, new QStandardItem);
         m_Model->item(Row)->setData(Uuids.at(Row), OrvShaderInputModel::NodeRole);
@@ -304,10 +296,12 @@ void OrvShaderInputView::showRowWidget(int Row, OrvSnBaseNode* pNode)
     const QModelIndex Index = m_Model->index(Row, 0);
     OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
     auto* pRowWidget = qobject_cast<OrvShaderInputViewItemRowWidget*>(m_TreeView->indexWidget(Index));
-    if (pRowWidget && pRowWidget->shaderInput() == pShaderInput)
+    if (pRowWidget && pRowWidget->shaderInput() == pShaderInput) {
         pRowWidget->refresh();
-    else
-        m_TreeView->setIndexWidget(Index, new OrvShaderInputViewItemRowWidget(this, pShaderInput));
+    } else {
+        m_TreeView->scheduleRowLayout();
+        m_TreeView->setRowWidget(Index, new OrvShaderInputViewItemRowWidget(this, pShaderInput));
+    }
     // A rename may give the channel another place.
     connect(pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderInputView::requestRefresh, Qt::UniqueConnection);
 }

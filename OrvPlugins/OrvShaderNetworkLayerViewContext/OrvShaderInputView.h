@@ -17,7 +17,6 @@ class OrvShaderInputModel;
 class OrvShaderInputTreeView;
 class OrvSnBaseNode;
 class QAction;
-class QSplitter;
 class QVBoxLayout;
 
 /// Body of the "Channels" palette, which owns it: the channels of the current object, the quick-channel strip, the
@@ -28,8 +27,6 @@ class OrvShaderInputView : public QWidget {
 
 public:
     explicit OrvShaderInputView(QWidget* pParent);
-    /// Stores the splitter's state.
-    ~OrvShaderInputView() override;
 
     OrvShaderInputModel* model() const { return m_Model; }
     OrvShaderInputTreeView* treeView() const { return m_TreeView; }
@@ -63,7 +60,6 @@ private:
     void addToolBarAction(const QString& Path);
     void connectHost();
     void registerShortcuts();
-    void restoreSplitter();
 
     QList<OrvSnBaseNode*> listedNodes() const;
     void showNodes(const QList<OrvSnBaseNode*>& Nodes);
@@ -76,6 +72,5 @@ private:
     OrvShaderInputTreeView* m_TreeView = nullptr;
     OrvPanelToolBar* m_ToolBar = nullptr;
     QVBoxLayout* m_PropertyLayout = nullptr;
-    QSplitter* m_Splitter = nullptr;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
 };

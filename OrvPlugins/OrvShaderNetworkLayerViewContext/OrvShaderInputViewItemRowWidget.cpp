@@ -54,22 +54,27 @@ OrvShaderInputViewItemRowWidget::OrvShaderInputViewItemRowWidget(
     , m_View(pView)
     , m_ShaderInput(pShaderInput)
 {
-    createLayout();
-    if (!m_ShaderInput)
-        return;
-    connectShaderInput();
-    setDepthLabelIcon();
-    setColorspaceLabelIcon();
-    setPopupLayerStackButtonIcon();
-    refresh();
+    setFixedHeight(RowHeight);
+    setToolTip(tr("Use Shift (or Ctrl+Shift) and left-mouse drag&drop to share a channel into a layer stack.\n"
+                  "Use Alt (or Ctrl+Alt) and left-mouse drag&drop to copy a channel within Channels palette."));
+}
+
+void OrvShaderInputViewItemRowWidget::showEvent(QShowEvent* pEvent)
+{
+    // Of thousands of rows only some are ever seen.
+    if (!m_NameLabel && m_ShaderInput) {
+        createLayout();
+        connectShaderInput();
+        setDepthLabelIcon();
+        setColorspaceLabelIcon();
+        setPopupLayerStackButtonIcon();
+        refresh();
+    }
+    QWidget::showEvent(pEvent);
 }
 
 void OrvShaderInputViewItemRowWidget::createLayout()
 {
-    setFixedHeight(RowHeight);
-    setToolTip(tr("Use Shift (or Ctrl+Shift) and left-mouse drag&drop to share a channel into a layer stack.\n"
-                  "Use Alt (or Ctrl+Alt) and left-mouse drag&drop to copy a channel within Channels palette."));
-
     m_NameLabel = new OrvEditLabel(QString(), this);
     m_DepthLabel = createMark();
     m_ColorspaceLabel = createMark();
@@ -131,11 +136,14 @@ void OrvShaderInputViewItemRowWidget::connectShaderInput()
 
 OrvShaderInput* OrvShaderInputViewItemRowWidget::shaderInput() const { return m_ShaderInput; }
 
-QRect OrvShaderInputViewItemRowWidget::dragTargetGeometry() const { return m_LayerStackButton->geometry(); }
+QRect OrvShaderInputViewItemRowWidget::dragTargetGeometry() const 
+{
+    return m_LayerStackButton ? m_LayerStackButton->geometry() : QRect();
+}
 
 void OrvShaderInputViewItemRowWidget::refresh()
 {
-    if (!m_ShaderInput)
+    if (!m_ShaderInput || !m_NameLabel)
         return;
     m_NameLabel->setText(m_ShaderInput->name());
     m_SharedButton->setVisible(m_ShaderInput->isSharedLayers());
@@ -156,7 +164,7 @@ void OrvShaderInputViewItemRowWidget::setNameUndo(QString Name)
 
 void OrvShaderInputViewItemRowWidget::setDepthLabelIcon()
 {
-    if (!m_ShaderInput)
+    if (!m_ShaderInput || !m_NameLabel)
         return;
     m_DepthLabel->setPixmap(markPixmap(depthIconName(m_ShaderInput->imageSetDepth())));
     m_DepthLabel->setToolTip(m_ShaderInput->imageSetDepthAsString());
@@ -164,7 +172,7 @@ void OrvShaderInputViewItemRowWidget::setDepthLabelIcon()
 
 void OrvShaderInputViewItemRowWidget::setColorspaceLabelIcon()
 {
-    if (!m_ShaderInput)
+    if (!m_ShaderInput || !m_NameLabel)
         return;
     const bool Scalar = m_ShaderInput->colorSpaceConfig().scalar();
     m_ColorspaceLabel->setPixmap(markPixmap(Scalar ? QStringLiteral("/ColorspaceModeScalar.12x12.png")
@@ -174,7 +182,7 @@ void OrvShaderInputViewItemRowWidget::setColorspaceLabelIcon()
 
 void OrvShaderInputViewItemRowWidget::setPopupLayerStackButtonIcon()
 {
-    if (!m_ShaderInput)
+    if (!m_ShaderInput || !m_NameLabel)
         return;
     const bool Empty = m_ShaderInput->layerList(OrvLayerStack::AllLayers).isEmpty();
     m_LayerStackButton->setIcon(OrvIcon::createIconFromFilename(

@@ -36,6 +36,9 @@ public Q_SLOTS:
     void showSharedItemsList();
     void toggleShaderInputLocked(bool Locked);
 
+protected:
+    void showEvent(QShowEvent* pEvent) override;
+
 private:
     void createLayout();
     QToolButton* createButton(const QString& ToolTip);
@@ -46,10 +49,10 @@ private:
 
     OrvShaderInputView* m_View;
     QPointer<OrvShaderInput> m_ShaderInput;
-    OrvEditLabel* m_NameLabel;
-    QLabel* m_DepthLabel;
-    QLabel* m_ColorspaceLabel;
-    QToolButton* m_LayerStackButton;
-    QToolButton* m_SharedButton;
-    OrvToggleAction* m_LockAction;
+    OrvEditLabel* m_NameLabel = nullptr; ///< like all others made when the row is first seen
+    QLabel* m_DepthLabel = nullptr;
+    QLabel* m_ColorspaceLabel = nullptr;
+    QToolButton* m_LayerStackButton = nullptr;
+    QToolButton* m_SharedButton = nullptr;
+    OrvToggleAction* m_LockAction = nullptr;
 };

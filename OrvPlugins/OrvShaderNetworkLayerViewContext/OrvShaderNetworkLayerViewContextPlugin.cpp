@@ -9,6 +9,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
 
 #include <QtCore/QItemSelection>
@@ -40,6 +41,7 @@ bool OrvShaderNetworkLayerViewContextPlugin::initialize()
     OrvLayerActions::instance();
     OrvLayerViewContextManager::instance();
     OrvShaderViewActions::instance();
+    OrvMultiChannelLayerCommands::installShaderChooser();
 
     OrvMenuManager& MenuManager = OrvMenuManager::instance();
     const QStringList Names{QStringLiteral("Layers"), QStringLiteral("Channels"), QStringLiteral("Shaders")};

@@ -304,9 +304,9 @@ private Q_SLOTS:
 
     void quickChannelNeedsAnObject()
     {
+        OrvProjectManager::instance().closeProject();
         QStringList Messages;
         OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
-        OrvProjectManager::instance().closeProject();
         m_View->quickChannel(OrvColor::white(), OrvColorSpaceDefaults::Picker);
         OrvSetDebugSink({});
         QCOMPARE(Messages, QStringList("Cannot get a handle to the network"));

@@ -4,10 +4,13 @@
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 
 #include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QUrl>
 #include <QtTest/QtTest>
 #include <QtWidgets/QMessageBox>
@@ -48,22 +51,52 @@ private Q_SLOTS:
         QCOMPARE(stackText(m_pChannel), QStringLiteral("Top Base"));
     }
 
-    void aFileThatIsNoneIsRefusedInABox()
+    void whatCannotBeALayerIsRefusedInABox_data()
     {
-        addLayer(m_pChannel, "Base");
+        QTest::addColumn<QString>("File");
+        QTest::addColumn<QString>("State");
+        const auto write = [this](const char* pName, const QByteArray& Text) {
+            QFile File(m_Directory.filePath(QString::fromLatin1(pName)));
+            return File.open(QIODevice::WriteOnly) && File.write(Text) == Text.size() ? File.fileName()
+                                                                                      : QString();
+        };
+        QTest::newRow("no file") << QStringLiteral("/nowhere/None.orvproc") << QString();
+        QTest::newRow("empty") << write("Empty.orvproc", "") << QString();
+        QTest::newRow("cut off") << write("Cut.orvproc", "{\"orvproc\": 1, \"name\": \"Cut\", \"nod")
+                                 << QString();
+        QTest::newRow("other bytes") << write("Bytes.orvproc", QByteArray(4096, '\xfe')) << QString();
+        QTest::newRow("itself inside") << write("Self.orvproc",
+            "{\"orvproc\": 1, \"name\": \"Self\", \"type\": \"color\", \"nodes\": [{\"id\": \"in\", "
+            "\"procedural\": \"Self.orvproc\"}], \"output\": \"in\"}")
+                                       << QString();
+        const QString Dirt = OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc");
+        QTest::newRow("locked") << Dirt << QStringLiteral("locked");
+        QTest::newRow("cached") << Dirt << QStringLiteral("cached");
+    }
+    void whatCannotBeALayerIsRefusedInABox()
+    {
+        QFETCH(QString, File);
+        QFETCH(QString, State);
+        OrvLayer* pGroup = group(m_pChannel, {addLayer(m_pChannel, "Base")}, "G");
+        pGroup->setLocked(State == QStringLiteral("locked"));
+        if (State == QStringLiteral("cached"))
+            pGroup->cacheLayer();
         refresh();
         OrvUndoManager::instance().clear();
-        const std::unique_ptr<QMimeData> pData = dragged(QStringLiteral("/nowhere/None.orvproc"));
-        QString Title;
-        QTimer::singleShot(0, [&Title] {
+        const std::unique_ptr<QMimeData> pData = dragged(File);
+        QString Title, Text;
+        QTimer::singleShot(0, [&Title, &Text] {
             auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             QVERIFY(pBox);
             Title = pBox->windowTitle();
+            Text = pBox->text();
             pBox->accept();
         });
-        QVERIFY(!model()->dropMimeData(pData.get(), Qt::CopyAction, 0, 0, QModelIndex()));
+        QVERIFY(!model()->dropMimeData(pData.get(), Qt::CopyAction, 0, 0, model()->index(0, 0)));
         QCOMPARE(Title, QStringLiteral("Custom Procedural Layer Creation Failed"));
-        QVERIFY(!OrvUndoManager::instance().stack()->canUndo());
+        QVERIFY(!Text.isEmpty());
+        QVERIFY(!OrvUndoManager::instance().stack()->canUndo() && !OrvUndoManager::instance().isInMacro());
+        QCOMPARE(stackText(m_pChannel), QStringLiteral("G(Base)"));
     }
 
     void theMenuOffersWhatIsOnTheShelf()
@@ -101,6 +134,34 @@ private Q_SLOTS:
         QVERIFY(shows(LayerKindIcon::CustomProceduralScalarMissingGeoChannel));
     }
 
+    void rowOfAMaskTellsWhatIsMissing()
+    {
+        OrvLayer* pLayer = addLayer(m_pChannel, "Rust");
+        QString Error;
+        QVERIFY2(pLayer->addMaskCustomProcedural(m_File, Error), qPrintable(Error));
+        refresh();
+        m_pView->resize(400, 700);
+        m_pView->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_pView.get()));
+        m_pView->treeView()->grab();
+        OrvSnCustomProceduralNode* pNode = pLayer->maskCustomProceduralNode();
+        const auto icon = [&] {
+            for (const auto* pButton : m_pView->findChildren<OrvLayerComponentPushButton*>()) {
+                if (pButton->componentNode() == pNode)
+                    return pButton->icon().pixmap(16, 16).toImage();
+            }
+            return QImage();
+        };
+        const QImage Complete = icon();
+        QCOMPARE(Complete, OrvLayerRowIcons::mask(pLayer).pixmap(16, 16).toImage());
+        const QString Attribute = OrvSnCustomProceduralNode::ProceduralAttribute;
+        QString Text = pNode->userAttribute(Attribute).value().toString();
+        Text.replace("\"type\":\"mask\"", "\"type\":\"mask\",\"channels\":[\"Curvature\"]");
+        pNode->setUserAttributeValue(Attribute, Text);
+        QTRY_VERIFY(icon() != Complete);
+        QCOMPARE(icon(), OrvLayerRowIcons::mask(pLayer).pixmap(16, 16).toImage());
+    }
+
 private:
     static std::unique_ptr<QMimeData> dragged(const QString& Path)
     {
@@ -115,6 +176,7 @@ private:
         m_pView->refresh();
     }
 
+    QTemporaryDir m_Directory;
     OrvShaderInput* m_pChannel = nullptr;
     std::unique_ptr<OrvLayerView> m_pView;
     QString m_File;

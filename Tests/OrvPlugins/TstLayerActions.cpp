@@ -3,6 +3,11 @@
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvLateBindAction.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
@@ -26,11 +31,12 @@ using namespace LayersFixture;
 namespace {
 
 const QString Path = QStringLiteral("/Orvi/Layers/");
-const char* const Kinds[]
-    = {"paint", "adjustment", "procedural", "group", "graph", "shared", "shared channel", "bake point"};
-const char* const Stacks[] = {"channel", "group", "mask", "adjustment"};
-const char* const States[] = {"plain", "masked", "mask off", "mask stack", "adjusted", "stack off", "second",
-    "locked", "cached", "cached up to here"};
+const char* const Kinds[] = {"paint", "adjustment", "procedural", "custom procedural", "group", "graph",
+    "shared", "shared channel", "bake point", "multi-channel group", "material", "shader"};
+const char* const Stacks[] = {"channel", "group", "mask", "adjustment", "material"};
+const char* const States[] = {"plain", "masked", "mask off", "mask stack", "mask procedural", "adjusted",
+    "stack off", "second", "baked", "locked", "masked, locked", "locked around", "cached", "masked, cached",
+    "cached up to here"};
 
 QAction* action(const QString& Text)
 {
@@ -162,6 +168,16 @@ private Q_SLOTS:
             QVERIFY2(Shortcuts.conflicts(Key, Keys).isEmpty(), qPrintable(Key));
         }
         QCOMPARE(Bound.size(), 5);
+        // Those that only the tree answers to are shown beside the commands, and are nobody else's.
+        for (const char* pText : {"Cut", "Copy", "Paste", "Remove Layers"}) {
+            const OrvLateBindAction Entry(Path + QLatin1String(pText));
+            QVERIFY2(!Entry.shortcut().isEmpty(), pText);
+            QVERIFY2(Shortcuts
+                         .conflicts(QStringLiteral("/Orvi/Palettes/Layers/") + QLatin1String(pText),
+                             Entry.shortcut())
+                         .isEmpty(),
+                pText);
+        }
         const OrvTestProject Project;
         m_View->setLayerStack(Project.channel());
         QTRY_VERIFY(action(QStringLiteral("Quick Find"))->isEnabled());
@@ -223,6 +239,16 @@ private Q_SLOTS:
         row("adjustment", "plain", Base + NewMask + QStringList{Second});
         row("adjustment", "second",
             Base + NewMask + QStringList{"Secondary Adjustment/Remove Secondary Adjustment"});
+        row("custom procedural", "plain", Base + NewMask + TakesStack + QStringList{"Convert To Paintable"});
+        row("paint", "mask procedural",
+            Base + Mask + TakesStack
+                + QStringList{"Bake Mask", "Make Mask Stack", "Convert To Paintable Mask"});
+        row("paint", "masked, locked",
+            {"Open Layer Contents in Node Graph", "Cache Up To Here", "Mask/Copy"});
+        row("paint", "masked, cached",
+            {"Open Layer Contents in Node Graph", "Cache Up To Here", "Mask/Copy"});
+        row("group", "locked", {"Open Layer Contents in Node Graph", "Cache Up To Here"});
+        row("bake point", "baked", {"Open Layer Contents in Node Graph", "Cache Up To Here"});
         row("bake point", "plain", {"Open Layer Contents in Node Graph", "Cache Up To Here"});
         row("shared", "plain", Base + NewMask + TakesStack + QStringList{"Unshare Layer"});
         row("shared channel", "plain",
@@ -312,9 +338,15 @@ private Q_SLOTS:
         QTest::addColumn<QString>("State");
         for (const char* pKind : Kinds) {
             for (const char* pStack : Stacks) {
-                for (const char* pState : States)
-                    QTest::addRow("%s, %s stack, %s", pKind, pStack, pState) << QString::fromLatin1(
-                        pKind) << QString::fromLatin1(pStack) << QString::fromLatin1(pState);
+                for (const char* pState : States) {
+                    const QString Kind = QString::fromLatin1(pKind), Stack = QString::fromLatin1(pStack),
+                                  State = QString::fromLatin1(pState);
+                    const bool IsPlain
+                        = (State == QStringLiteral("baked") && Kind != QStringLiteral("bake point"))
+                        || (State == QStringLiteral("locked around") && Stack == QStringLiteral("channel"));
+                    if (!IsPlain && canStandIn(Stack, Kind))
+                        QTest::addRow("%s, %s stack, %s", pKind, pStack, pState) << Kind << Stack << State;
+                }
             }
         }
     }
@@ -331,6 +363,11 @@ private Q_SLOTS:
         OrvLayer* pLayer = makeLayer(Kind, pStack);
         QVERIFY(pLayer);
         bring(pLayer, State);
+        if (State == QStringLiteral("locked around")) {
+            for (OrvLayer* pAround : Project.channel()->layerList())
+                pAround->setLocked(true);
+        }
+        const bool IsFixed = !pLayer->isModifiable();
         const QPointer<OrvSnBaseNode> pNode = pLayer->blendNode();
         m_View->setLayerStack(pStack);
         QUndoStack* pHistory = OrvUndoManager::instance().stack();
@@ -348,6 +385,8 @@ private Q_SLOTS:
                 Place + ' ' + m_Messages.join('\n').toUtf8());
             QVERIFY2(pHistory->index() <= Index + 1, Place);
             const QByteArray After = OrvTestProject::document();
+            // Whatever may be done around it: a locked or cached layer's own commands leave it alone.
+            QVERIFY2(!IsFixed || After == Before || !changesLayers(Key), Place);
             if (pHistory->index() == Index) {
                 QVERIFY2(After == Before, Place);
                 continue;
@@ -367,12 +406,56 @@ private Q_SLOTS:
     }
 
 private:
+    static bool canStandIn(const QString& Stack, const QString& Kind)
+    {
+        const bool IsShared
+            = Kind == QStringLiteral("material") || Kind == QStringLiteral("multi-channel group");
+        if (Stack == QStringLiteral("material") || Kind == QStringLiteral("shader"))
+            return Stack == QStringLiteral("material") && Kind == QStringLiteral("shader");
+        return !IsShared || Stack == QStringLiteral("channel") || Stack == QStringLiteral("group");
+    }
+
+    /// For the channel and another one.
+    OrvLayer* makeMultiChannelLayer(bool IsMaterial, const OrvLayerStack* pStack)
+    {
+        OrvShaderInput* pOther
+            = OrvTestProject::addChannel(QStringLiteral("Other"), QSize(8, 8), GL_UNSIGNED_BYTE);
+        OrvLayerShader* pShader
+            = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/MetallicRoughness"), false);
+        pShader->setInputShaderInput(
+            QStringLiteral("Base Color"), OrvTestProject::channel(QStringLiteral("Diffuse")));
+        pShader->setInputShaderInput(QStringLiteral("Roughness"), pOther);
+        QString Error;
+        const QString Steel
+            = OrvShelfDirectories::shipped() + QStringLiteral("/Materials/Rusted Steel.orvmat");
+        return IsMaterial
+            ? OrvMultiChannelLayerUtils::createMaterialLayer(Steel, pShader, pStack->topNode(), Error)
+            : OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(pShader, pStack->topNode(), Error);
+    }
+
+    static OrvLayer* makeShaderLayer(OrvLayerStack* pStack)
+    {
+        OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+        Shaders.setLayerShaderCreating(true);
+        OrvLayer* pLayer = pStack->createShaderLayer(
+            OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/Unlit"), false), 0);
+        Shaders.setLayerShaderCreating(false);
+        return pLayer;
+    }
+
     OrvLayer* makeLayer(const QString& Kind, OrvLayerStack* pStack)
     {
         if (Kind == QStringLiteral("adjustment"))
             return pStack->createAdjustmentLayer(anyKey("Filter/Adjust/"), 0);
         if (Kind == QStringLiteral("procedural"))
             return pStack->createProceduralLayer(anyKey("Procedural/"), 0);
+        if (Kind == QStringLiteral("material") || Kind == QStringLiteral("multi-channel group"))
+            return makeMultiChannelLayer(Kind == QStringLiteral("material"), pStack);
+        if (Kind == QStringLiteral("shader"))
+            return makeShaderLayer(pStack);
+        QString Error;
+        if (Kind == QStringLiteral("custom procedural"))
+            return pStack->createCustomProceduralLayer(dirtMask(), nullptr, 0, Error);
         if (Kind == QStringLiteral("group"))
             return group(pStack, addLayers(pStack, {"B", "C"}), QStringLiteral("G"));
         if (Kind == QStringLiteral("graph"))
@@ -392,6 +475,8 @@ private:
 
     OrvLayerStack* makeStack(OrvTestProject& Project, const QString& Kind)
     {
+        if (Kind == QStringLiteral("material"))
+            return OrvShaderInputUtils::createShaderInput(true);
         OrvLayer* pBase = Project.paint(QStringLiteral("Base"), OrvColor(0.5f, 0.25f, 0.0f, 1.0f));
         if (Kind == QStringLiteral("channel"))
             return Project.channel();
@@ -407,9 +492,13 @@ private:
 
     void bring(OrvLayer* pLayer, const QString& State)
     {
-        if (State == QStringLiteral("masked") || State == QStringLiteral("mask off")
-            || State == QStringLiteral("mask stack"))
+        QString Error;
+        if (State == QStringLiteral("mask procedural"))
+            pLayer->addMaskCustomProcedural(dirtMask(), Error);
+        else if (State.startsWith(QStringLiteral("mask")))
             pLayer->addMaskImageSet();
+        if (State == QStringLiteral("baked"))
+            pLayer->bake();
         if (State == QStringLiteral("mask stack"))
             pLayer->convertMaskToMaskStack();
         if (State == QStringLiteral("mask off"))
@@ -420,9 +509,9 @@ private:
             pLayer->setAdjustmentStackEnabled(false);
         if (State == QStringLiteral("second"))
             pLayer->addSecondaryAdjustmentLayerFromKey(anyKey("Filter/Blur/"));
-        if (State == QStringLiteral("locked"))
+        if (State.endsWith(QStringLiteral("locked")))
             pLayer->setLocked(true);
-        if (State == QStringLiteral("cached"))
+        if (State.endsWith(QStringLiteral("cached")))
             pLayer->cacheLayer();
         if (State == QStringLiteral("cached up to here"))
             pLayer->cacheUpToHere();
@@ -484,6 +573,19 @@ private:
             "Adjustment Stack/Disable Adjustment Stack", "Convert To Paintable",
             "Open Layer Contents in Node Graph", "Share Layers As Channel", "Share Layer", "Unshare Layer",
             "Make Shared Channel Current", "Cache Up To Here", "Uncache Up To Here"};
+    }
+
+    /// Caches are there for fixed layers, too, and who shares them changes nothing in them.
+    static bool changesLayers(const QString& Key)
+    {
+        static const QStringList Others{
+            "Cache Up To Here", "Uncache Up To Here", "Share Layer", "Share Layers As Channel"};
+        const QString Command = Key.mid(Path.size());
+        return layerCommands().contains(Command) && !Others.contains(Command);
+    }
+    static QString dirtMask()
+    {
+        return OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc");
     }
 
     static QString enabledText()

@@ -5,15 +5,22 @@
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtCore/QUuid>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
@@ -152,6 +159,72 @@ private Q_SLOTS:
         QVERIFY(m_Boxes.isEmpty());
     }
 
+    void cachesAreRespected()
+    {
+        layer("D")->cacheLayer();
+        layer("G")->cacheLayer();
+        OrvUndoManager::instance().clear();
+        const QByteArray Before = OrvTestProject::document();
+        for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier), int(Qt::ShiftModifier)}) {
+            QVERIFY(!drop(*rows({"A"}), "G", Modifiers));
+            QVERIFY(!drop(*rows({"A"}), "H", Modifiers));
+            QVERIFY(!drop(*rows({"A"}), "G/1", Modifiers));
+        }
+        QVERIFY(!drop(*rows({"B"}), "/0"));
+        QVERIFY(OrvTestProject::document() == Before);
+        QCOMPARE(undoCount(), 0);
+        layer("E")->cacheUpToHere();
+        OrvUndoManager::instance().clear();
+        QVERIFY(!drop(*rows({"A"}), "/5"));
+        QVERIFY(!drop(*rows({"A"}), "area", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), StartText);
+        QCOMPARE(undoCount(), 0);
+    }
+
+    void payloadsAreTakenForWhatTheyAreWorth()
+    {
+        const QString A = layer("A")->blendNode()->uuidString(), D = layer("D")->blendNode()->uuidString();
+        QStringList Uuids;
+        for (int Index = 0; Index < 10000; ++Index)
+            Uuids << QUuid::createUuid().toString() << A << QStringLiteral("Layer %1").arg(Index);
+        Uuids << D << A;
+        QMimeData Data;
+        OrvLayerDragPayload::write(Data, Uuids);
+        QElapsedTimer Timer;
+        Timer.start();
+        QCOMPARE(OrvLayerDragPayload::read(&Data),
+            QVector<OrvSnBaseNode*>({layer("A")->blendNode(), layer("D")->blendNode()}));
+        QVERIFY(Timer.elapsed() < 500);
+        // Named twice, they are copied and shared once.
+        QVERIFY(drop(Data, "/5", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(B H(C)) D E A Copy D Copy"));
+        OrvTestProject::undo();
+        QVERIFY(drop(Data, "G", Qt::ShiftModifier));
+        QCOMPARE(m_Channel->allLayers().count(layer("A")), 1);
+        OrvTestProject::undo();
+        QCOMPARE(stackText(m_Channel), StartText);
+
+        // Of a project that is not open any more, or of no stack that there is.
+        OrvLayerDragPayload::write(Data, {A});
+        m_View->setLayerStack(nullptr);
+        m_Project.reset();
+        m_Project = std::make_unique<OrvTestProject>();
+        m_Channel = m_Project->channel();
+        m_Project->paint(QStringLiteral("Other"));
+        show(m_Channel);
+        OrvUndoManager::instance().clear();
+        QVERIFY(!drop(Data, "/0"));
+        QVERIFY(!drop(Data, "/0", Qt::AltModifier));
+        OrvLayerDragPayload::write(Data, {layer("Other")->blendNode()->uuidString()});
+        Data.setData(OrvLayerViewContext::LayerStackNodeMimeType, "nonsense");
+        Data.setData(OrvLayerViewContext::LayerStackTargetInputMimeType, "\xff:");
+        QVERIFY(!OrvLayerDragPayload::readStack(&Data));
+        QCOMPARE(undoCount(), 0);
+        QVERIFY(drop(Data, "/1", Qt::AltModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("Other Other Copy"));
+        QVERIFY(m_Boxes.isEmpty());
+    }
+
     void sharingIsRefusedWhereItCannotBe()
     {
         QVERIFY(!drop(*rows({"G"}), "H", Qt::ShiftModifier));
@@ -195,6 +268,9 @@ private Q_SLOTS:
         QVERIFY(m_Messages.contains(QStringLiteral(
             "[ !! ] Layer Opertion Failed 'Could not add a shared layer for 'Foreign'. Sharing layers "
             "between objects isn't allowed.'")));
+        // It comes before what stands against others of the same drag.
+        QVERIFY(!drop(*nodes({layer("G")->blendNode(), pForeign->blendNode()}), "H", Qt::ShiftModifier));
+        QVERIFY(takeBox().contains(QStringLiteral("between objects")));
         QCOMPARE(undoCount(), 0);
         QVERIFY(drop(*pData, "/0", Qt::AltModifier));
         QCOMPARE(stackText(m_Channel), QStringLiteral("Foreign A F G(B H(C)) D E"));
@@ -351,10 +427,35 @@ private Q_SLOTS:
         OrvLayer* pNoise
             = m_Channel->createProceduralLayer(anyKey("Procedural/"), 0, nullptr, QStringLiteral("Noise"));
         OrvLayer* pShared = m_Channel->shareLayer(layer("H"), OrvLayerCreateFlags());
-        QVERIFY(pBlur && pNoise && pShared);
+        OrvLayer* pGraph = m_Channel->createGraphLayer(OrvLayerCreateFlags());
+        OrvLayer* pBakePoint = m_Channel->createBakePointLayer(OrvLayerCreateFlags());
+        const QString Dirt = OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc");
+        QString Error;
+        OrvLayer* pCustom
+            = m_Channel->createCustomProceduralLayer(Dirt, nullptr, OrvLayerCreateFlags(), Error);
+        QVERIFY(pBlur && pNoise && pShared && pGraph && pBakePoint && pCustom);
+        QVERIFY(layer("E")->addMaskCustomProcedural(Dirt, Error));
         OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
         OrvShaderInput* pMaterial = OrvTestProject::addChannel(QStringLiteral("Plastic"));
         pMaterial->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        OrvLayerShader* pUserShader
+            = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/MetallicRoughness"), false);
+        pUserShader->setInputShaderInput(QStringLiteral("Base Color"), m_Channel);
+        pUserShader->setInputShaderInput(QStringLiteral("Roughness"), pGloss);
+        const QString Steel
+            = OrvShelfDirectories::shipped() + QStringLiteral("/Materials/Rusted Steel.orvmat");
+        const OrvLayer* pSteel
+            = OrvMultiChannelLayerUtils::createMaterialLayer(Steel, pUserShader, m_Channel->topNode(), Error);
+        const OrvLayer* pStreams = OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(
+            pUserShader, m_Channel->topNode(), Error);
+        const OrvLayer* pShaderLayer = pMaterial->createShaderLayer(
+            OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/Unlit"), false),
+            OrvLayerCreateFlags());
+        QVERIFY(pSteel && pStreams && pShaderLayer);
+        m_Project->paint(QStringLiteral("L"));
+        m_Project->group(QStringLiteral("Locked"), {layer("L")})->setLocked(true);
+        m_Project->paint(QStringLiteral("K"));
+        m_Project->group(QStringLiteral("Cached"), {layer("K")})->cacheLayer();
         OrvSnBaseNode* pShader
             = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::ShaderTag}));
 
@@ -366,11 +467,15 @@ private Q_SLOTS:
         std::vector<std::unique_ptr<QMimeData>> Contents;
         const QVector<QVector<OrvSnBaseNode*>> NodeLists{{pMasked->blendNode()}, {layer("G")->blendNode()},
             {layer("C")->blendNode()}, {layer("F")->blendNode()}, {pBlur->blendNode()}, {pNoise->blendNode()},
-            {pShared->blendNode()}, {layer("E")->adjustmentStack()->layerList().first()->blendNode()},
+            {pShared->blendNode()}, {pGraph->blendNode()}, {pBakePoint->blendNode()}, {pCustom->blendNode()},
+            {layer("L")->blendNode()}, {layer("K")->blendNode()}, {layer("Locked")->blendNode()},
+            {layer("Cached")->blendNode()}, {layer("E")->maskNode()},
+            {layer("E")->adjustmentStack()->layerList().first()->blendNode()},
             {pMasked->maskStack()->layerList().first()->blendNode()},
             {layer("E")->blendNode(), layer("B")->blendNode(), layer("G")->blendNode()},
             {layer("D")->maskNode()}, {layer("D")->contentNode()}, {m_Channel->node()}, {pGloss->node()},
-            {pMaterial->node()}, {pShader}, {m_Channel->bottomNode()},
+            {pMaterial->node()}, {pShader}, {pUserShader->node()}, {pShaderLayer->blendNode()},
+            {pSteel->blendNode()}, {pStreams->blendNode()}, {m_Channel->bottomNode()},
             {pGloss->node(), layer("D")->maskNode(), layer("A")->blendNode()}, {}};
         for (const QVector<OrvSnBaseNode*>& Nodes : NodeLists)
             Contents.push_back(nodes(Nodes));
@@ -380,6 +485,8 @@ private Q_SLOTS:
         Contents.back()->setData(OrvLayerDragPayload::mimeType(), "::\xff\xfe:nonsense:");
         Contents.push_back(std::make_unique<QMimeData>());
         Contents.back()->setText(QStringLiteral("A"));
+        Contents.push_back(std::make_unique<QMimeData>());
+        Contents.back()->setUrls({QUrl::fromLocalFile(Dirt)});
 
         const QByteArray Before = OrvTestProject::document();
         int DropCount = 0, ChangeCount = 0;
@@ -388,8 +495,12 @@ private Q_SLOTS:
             show(pStack);
             for (const auto& [Row, Parent] : allPlaces()) {
                 for (std::size_t Content = 0; Content < Contents.size(); ++Content) {
-                    for (const int Modifiers :
-                        {int(Qt::NoModifier), int(Qt::ShiftModifier), int(Qt::AltModifier)}) {
+                    // With Control they mean the same; a few contents will do for that.
+                    QVector<int> AllModifiers{Qt::NoModifier, Qt::ShiftModifier, Qt::AltModifier};
+                    if (Content < 2)
+                        AllModifiers << Qt::ControlModifier << int(Qt::ShiftModifier | Qt::ControlModifier)
+                                     << int(Qt::AltModifier | Qt::ControlModifier);
+                    for (const int Modifiers : qAsConst(AllModifiers)) {
                         const int CountBefore = undoCount();
                         hold(Modifiers);
                         const bool Dropped = m_View->model()->dropMimeData(
@@ -537,7 +648,8 @@ private Q_SLOTS:
         QVERIFY(!sendTo(pButton, Text, Qt::NoModifier));
         QVERIFY(OrvTestProject::document() == Before);
         // Other components are a part of their row.
-        QVERIFY(sendTo(rowOf("F")->findChild<OrvLayerComponentPushButton*>(), *rows({"E"}), Qt::NoModifier));
+        QVERIFY(sendTo(
+            rowOf("F")->findChildren<OrvLayerComponentPushButton*>().at(1), *rows({"E"}), Qt::NoModifier));
         QCOMPARE(stackText(m_Channel), QStringLiteral("A F E G(B H(C)) D"));
         QVERIFY(m_Boxes.isEmpty());
     }

@@ -1,5 +1,7 @@
 #include "LayersFixture.h"
 
+#include "OrvCore/Shelf/OrvShelfDirectories.h"
+#include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
@@ -54,6 +56,30 @@ private Q_SLOTS:
         QCOMPARE(tabs(*open(group(m_Channel, {pLayer}, QStringLiteral("Group")))), QStringList());
     }
 
+    void everyKindShowsWhatItIsMadeOf()
+    {
+        OrvLayer* pPaint = addLayer(m_Channel, QStringLiteral("Rust"));
+        QString Error;
+        const QString Dirt = OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc");
+        OrvLayer* pCustom
+            = m_Channel->createCustomProceduralLayer(Dirt, nullptr, OrvLayerCreateFlags(), Error);
+        OrvLayer* pAdjustment
+            = m_Channel->createAdjustmentLayer(anyKey("Filter/Adjust/"), OrvLayerCreateFlags());
+        const int Plain = nodeViews(*open(pPaint));
+        QCOMPARE(Plain, 1);
+        QCOMPARE(nodeViews(*open(pCustom)), Plain + 1);
+        QCOMPARE(nodeViews(*open(m_Channel->createBakePointLayer(OrvLayerCreateFlags()))), Plain + 1);
+        QCOMPARE(nodeViews(*open(m_Channel->createGraphLayer(OrvLayerCreateFlags()))), Plain + 1);
+        QCOMPARE(nodeViews(*open(pAdjustment)), Plain + 1);
+        pAdjustment->addSecondaryAdjustmentLayerFromKey(anyKey("Filter/Blur/"));
+        QCOMPARE(nodeViews(*open(pAdjustment)), Plain + 2);
+        QVERIFY(pPaint->addMaskCustomProcedural(Dirt, Error));
+        const OrvLayerPropertyDialog* pDialog = open(pPaint);
+        QCOMPARE(nodeViews(*pDialog), Plain + 1);
+        QCOMPARE(tabs(*pDialog), QStringList({"Paint"}));
+        QCOMPARE(pDialog->windowTitle(), QStringLiteral("Layer Properties"));
+    }
+
     void editsGoToTheDocument()
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Rust"));
@@ -69,8 +95,13 @@ private Q_SLOTS:
         OrvUndoManager::instance().undo();
         QCOMPARE(pName->text(), QStringLiteral("Rust"));
 
+        // A lock is respected, whenever it comes.
         pLayer->setLocked(true);
+        QTRY_VERIFY(!pName->isEnabled());
         QVERIFY(!nameEdit(*open(pLayer), QStringLiteral("Rust"))->isEnabled());
+        pLayer->setLocked(false);
+        QTRY_VERIFY(
+            nameEdit(*m_View->findChild<OrvLayerPropertyDialog*>(), QStringLiteral("Rust"))->isEnabled());
     }
 
     void dialogGoesWithTheUserOrWithItsLayer()
@@ -114,6 +145,12 @@ private:
         for (int Index = 0; Index < pTabs->count(); ++Index)
             Titles.append(pTabs->tabText(Index));
         return Titles;
+    }
+    /// Of the layer's nodes, below the tabs.
+    static int nodeViews(const OrvLayerPropertyDialog& Dialog)
+    {
+        return Dialog.findChildren<OrvPropertyView*>().size()
+            - Dialog.findChild<QTabWidget*>()->findChildren<OrvPropertyView*>().size();
     }
     static QLineEdit* nameEdit(const OrvLayerPropertyDialog& Dialog, const QString& Name)
     {

@@ -365,6 +365,13 @@ private Q_SLOTS:
         QTest::qWait(120);
         shiftClick(maskButton(pOther));
         QVERIFY(!pOther->isMaskEnabled());
+        // Under a lock the mask stays as it is.
+        pOther->setLocked(true);
+        QTest::qWait(120);
+        const int Count = OrvUndoManager::instance().stack()->index();
+        shiftClick(maskButton(pOther));
+        QVERIFY(!pOther->isMaskEnabled());
+        QCOMPARE(OrvUndoManager::instance().stack()->index(), Count);
 
         QTest::qWait(120);
         shiftClick(adjustmentButton(pLayer));
@@ -411,6 +418,58 @@ private Q_SLOTS:
         Foreign.ignore();
         QApplication::sendEvent(pButton, &Foreign);
         QVERIFY(!Foreign.isAccepted());
+    }
+
+    void bakePointTellsWhetherItsResultHolds()
+    {
+        OrvLayer* pBelow = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pLayer = m_Channel->createBakePointLayer(OrvLayerCreateFlags(30));
+        refresh();
+        const auto color = [&] {
+            QCoreApplication::processEvents();
+            return bakePointButton(pLayer)
+                ->styleSheet()
+                .section(QStringLiteral("background-color: "), 1)
+                .section(QLatin1Char(';'), 0, 0);
+        };
+        QVERIFY(bakePointButton(pLayer)->isVisible() && !paintButton(pLayer)->isVisible());
+        QVERIFY(!bakePointButton(pBelow)->isVisible() && paintButton(pBelow)->isVisible());
+        QCOMPARE(bakePointButton(pLayer)->x(), paintButton(pBelow)->x());
+        QCOMPARE(color(), QString());
+        QVERIFY(bakePointButton(pLayer)->toolTip().startsWith(QStringLiteral("Not baked")));
+        QVERIFY(pLayer->bake());
+        QCOMPARE(color(), QStringLiteral("green"));
+        pBelow->setVisible(false);
+        QCOMPARE(color(), QStringLiteral("red"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(color(), QStringLiteral("green"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(color(), QString());
+
+        std::unique_ptr<QMimeData> pData(bakePointButton(pLayer)->mimeData());
+        QCOMPARE(OrvLayerDragPayload::read(pData.get()), QVector<OrvSnBaseNode*>{pLayer->blendNode()});
+        pBelow->makeCurrent(false, true);
+        QTest::mouseClick(bakePointButton(pLayer), Qt::LeftButton);
+        QCOMPARE(OrvLayerManager::instance().currentLayer(), pLayer);
+    }
+
+    void pressOnAComponentMakesTheViewActive()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        pLayer->addMaskImageSet();
+        addAdjustmentStack(pLayer);
+        refresh();
+        OrvLayerView Other(nullptr, 0);
+        for (QWidget* pButton : std::initializer_list<QWidget*>{
+                 paintButton(pLayer), maskButton(pLayer), adjustmentButton(pLayer)}) {
+            Other.makeActive();
+            QCOMPARE(OrvLayerViewContextManager::instance().layerView(), &Other);
+            QCOMPARE(OrvLayerManager::instance().currentLayerStack(), nullptr);
+            QTest::mousePress(pButton, Qt::LeftButton);
+            QCOMPARE(OrvLayerViewContextManager::instance().layerView(), m_View);
+            QCOMPARE(OrvLayerManager::instance().currentLayerStack(), m_Channel);
+            QTest::mouseRelease(pButton, Qt::LeftButton, Qt::NoModifier, QPoint(-5, -5));
+        }
     }
 
     void componentsCarryTheirNodes()
@@ -533,7 +592,8 @@ private Q_SLOTS:
         Orphan.setExpanded(true);
         Orphan.showSharerList();
         Orphan.updateCostWidget();
-        QCOMPARE(m_Messages, QStringList::fromVector(QVector<QString>(8, QStringLiteral("m_Layer is NULL"))));
+        Orphan.updateBakePointComponentButton();
+        QCOMPARE(m_Messages, QStringList::fromVector(QVector<QString>(9, QStringLiteral("m_Layer is NULL"))));
         QVERIFY(!QApplication::activePopupWidget());
     }
 
@@ -603,13 +663,17 @@ private:
         return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
     }
     OrvEditLabel* nameLabel(const OrvLayer* pLayer) const { return row(pLayer)->findChild<OrvEditLabel*>(); }
-    OrvLayerComponentPushButton* paintButton(const OrvLayer* pLayer) const
+    OrvLayerComponentPushButton* bakePointButton(const OrvLayer* pLayer) const
     {
         return row(pLayer)->findChildren<OrvLayerComponentPushButton*>().at(0);
     }
-    OrvLayerComponentPushButton* maskButton(const OrvLayer* pLayer) const
+    OrvLayerComponentPushButton* paintButton(const OrvLayer* pLayer) const
     {
         return row(pLayer)->findChildren<OrvLayerComponentPushButton*>().at(1);
+    }
+    OrvLayerComponentPushButton* maskButton(const OrvLayer* pLayer) const
+    {
+        return row(pLayer)->findChildren<OrvLayerComponentPushButton*>().at(2);
     }
     OrvLayerStackPopupButton* maskStackButton(const OrvLayer* pLayer) const
     {

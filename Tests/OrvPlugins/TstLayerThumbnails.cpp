@@ -200,11 +200,12 @@ private:
         m_View->treeView()->grab();
     }
     /// The paint button, or the mask button.
+    /// Behind that of a bake point: the paint's, the mask's.
     OrvLayerComponentPushButton* button(const OrvLayer* pLayer, int Index = 0) const
     {
         return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer))
             ->findChildren<OrvLayerComponentPushButton*>()
-            .at(Index);
+            .at(1 + Index);
     }
     static QImage picture(const QAbstractButton* pButton)
     {

@@ -49,8 +49,8 @@ private Q_SLOTS:
         QVERIFY(pModule);
         followStart();
         QVERIFY(pModule->initialize());
-        QCOMPARE(m_Steps.mid(0, 5).join(QLatin1Char(' ')),
-            QStringLiteral("/Orvi/Channels /Orvi/Layers Shaders Channels Layers"));
+        QCOMPARE(m_Steps.mid(0, 6).join(QLatin1Char(' ')),
+            QStringLiteral("/Orvi/Channels /Orvi/Layers /Orvi/Channels Shaders Channels Layers"));
         QCOMPARE(m_Messages.first().Text, QStringLiteral("[ Plugin ] Shader Network - Layer View Context"));
         QCOMPARE(m_Messages.first().File, QStringLiteral("OrvShaderNetworkLayerViewContextPlugin"));
         QCOMPARE(m_Messages.first().Line, 20);

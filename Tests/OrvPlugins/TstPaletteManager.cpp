@@ -115,6 +115,13 @@ private Q_SLOTS:
                 QStringLiteral("Droid/%1/Mask Stack").arg(maskStack()->name()),
                 QStringLiteral("Droid/%1/Adjustment Stack").arg(adjustmentStack()->name())}));
         QVERIFY(maskStack()->name().contains(QStringLiteral("Rust")));
+        // Layers of one name are told apart by where they are.
+        QSet<QString> Places;
+        for (const OrvPalette* pPalette : stackPalettes())
+            Places.insert(pPalette->headerToolTip());
+        QCOMPARE(Places,
+            QSet<QString>({QStringLiteral("Droid/Albedo"), QStringLiteral("Droid/Albedo/Rust/Mask Stack"),
+                QStringLiteral("Droid/Albedo/Rust/Adjustment Stack")}));
 
         manager().mainLayerView()->setLayerStack(m_Channel);
         QCOMPARE(layersPalette()->windowTitle(), QStringLiteral("Layers - Albedo"));

@@ -1,0 +1,52 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
+
+#include "OrvCore/Object/OrvSettings.h"
+
+namespace {
+
+const QString SplitterKey = QStringLiteral("SplitterSize");
+constexpr int UpperTenths = 4, LowerTenths = 6;
+
+} // namespace
+
+OrvPaletteSplitter::OrvPaletteSplitter(const QString& SettingsGroup, QWidget* pParent)
+    : QSplitter(Qt::Vertical, pParent)
+    , m_SettingsGroup(SettingsGroup)
+{
+    setChildrenCollapsible(false);
+}
+
+OrvPaletteSplitter::~OrvPaletteSplitter()
+{
+    OrvSettings Settings;
+    Settings.beginGroup(m_SettingsGroup);
+    Settings.setValue(SplitterKey, saveState());
+}
+
+void OrvPaletteSplitter::setPanes(QWidget* pUpper, QWidget* pLower)
+{
+    addWidget(pUpper);
+    addWidget(pLower);
+    setCollapsible(1, true);
+    shareOutHeight();
+    OrvSettings Settings;
+    Settings.beginGroup(m_SettingsGroup);
+    m_IsSet = restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+void OrvPaletteSplitter::shareOutHeight()
+{
+    setSizes({height() * UpperTenths / 10, height() * LowerTenths / 10});
+}
+
+void OrvPaletteSplitter::showEvent(QShowEvent* pEvent)
+{
+    QSplitter::showEvent(pEvent);
+    // Only now is there a height to share out.
+    if (m_IsSet)
+        return;
+    shareOutHeight();
+    m_IsSet = true;
+}
+
+#include "moc_OrvPaletteSplitter.cpp"

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtWidgets/QSplitter>
+
+/// The two panes of a palette, a list above and properties below; the palette owns it. Until the user moves
+/// it, the list has four tenths of the height; where it was left is kept in the settings. Only the lower pane
+/// folds away.
+class OrvPaletteSplitter : public QSplitter {
+    Q_OBJECT
+
+public:
+    OrvPaletteSplitter(const QString& SettingsGroup, QWidget* pParent);
+    ~OrvPaletteSplitter() override;
+
+    void setPanes(QWidget* pUpper, QWidget* pLower);
+
+protected:
+    void showEvent(QShowEvent* pEvent) override;
+
+private:
+    void shareOutHeight();
+
+    QString m_SettingsGroup;
+    bool m_IsSet = false;
+};

@@ -1,0 +1,122 @@
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderModel.h"
+
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnNames.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Object/OrvObjectReferenceManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QSignalBlocker>
+
+namespace {
+
+void report(int Line, const char* pMessage)
+{
+    OrvDebug("OrvShaderModel", Line, QString::fromLatin1(pMessage), false, false);
+}
+
+OrvSnBaseNode* nodeOf(const QString& Uuid)
+{
+    if (Uuid.isEmpty())
+        return nullptr;
+    return qobject_cast<OrvSnBaseNode*>(OrvObjectReferenceManager::instance().getPointer(Uuid));
+}
+
+} // namespace
+
+OrvShaderModel::OrvShaderModel(QObject* pParent)
+    : QStandardItemModel(pParent)
+{
+    setSortRole(PositionRole);
+}
+
+QStringList OrvShaderModel::mimeTypes() const
+{
+    return {OrvLayerDragPayload::mimeType()};
+}
+
+QMimeData* OrvShaderModel::mimeData(const QModelIndexList& Indexes) const
+{
+    return OrvLayerDragPayload::ofRows(Indexes, NodeRole);
+}
+
+bool OrvShaderModel::dropMimeData(const QMimeData* pMimeData, Qt::DropAction, int, int, const QModelIndex&)
+{
+    const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers();
+    for (OrvSnBaseNode* pNode : OrvLayerDragPayload::read(pMimeData)) {
+        if (pNode->hasTag(OrvSnNames::ShaderTag)) {
+            if (OrvLayerShaderManager::instance().getLayerShader(pNode))
+                continue;
+            report(__LINE__, "LayerShader is NULL");
+            break;
+        }
+        if (!OrvLayerStreamUtils::isMergeNode(pNode))
+            continue;
+        OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pNode, true);
+        if (!pLayer) {
+            report(__LINE__, "Layer is NULL");
+            break;
+        }
+        OrvMultiChannelLayerUtils::assertOnMultiChannelLayer(pLayer);
+        if (!pLayer->isShaderLayer() || pLayer->isSharedShader())
+            break;
+        OrvSnBaseNode* pShaderNode
+            = Action == Qt::MoveAction ? pLayer->convertShaderLayerToShader() : nullptr;
+        if (pShaderNode)
+            Q_EMIT addShaderNode(pShaderNode);
+    }
+    return false;
+}
+
+Qt::DropActions OrvShaderModel::supportedDropActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+}
+
+OrvSnBaseNode* OrvShaderModel::nodeFromIndex(const QModelIndex& Index) const
+{
+    return nodeOf(Index.data(NodeRole).toString());
+}
+
+OrvSnBaseNode* OrvShaderModel::nodeFromItem(const QStandardItem* pItem) const
+{
+    return pItem ? nodeOf(pItem->data(NodeRole).toString()) : nullptr;
+}
+
+QModelIndex OrvShaderModel::indexFromNode(const OrvSnBaseNode* pNode) const
+{
+    if (!pNode)
+        return {};
+    const QString Uuid = pNode->uuidString();
+    for (int Row = 0; Row < rowCount(); ++Row) {
+        if (item(Row)->data(NodeRole).toString() == Uuid)
+            return index(Row, 0);
+    }
+    return {};
+}
+
+QStandardItem* OrvShaderModel::appendNode(const OrvSnBaseNode* pNode, const QIcon& Icon, bool Editable)
+{
+    QStandardItem* pItem = new QStandardItem(pNode->name());
+    pItem->setData(pNode->uuidString(), NodeRole);
+    pItem->setData(rowCount(), PositionRole);
+    pItem->setIcon(Icon);
+    pItem->setEditable(Editable);
+    appendRow(pItem);
+    return pItem;
+}
+
+void OrvShaderModel::renumber()
+{
+    const QSignalBlocker Blocker(this);
+    for (int Row = 0; Row < rowCount(); ++Row)
+        item(Row)->setData(Row, PositionRole);
+}
+
+#include "moc_OrvShaderModel.cpp"

@@ -1,0 +1,535 @@
+#include "Tests/Orvi/OrvTestAnswers.h"
+#include "Tests/Support/OrvTestProject.h"
+
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCoreModules/Menus/OrvAction.h"
+#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
+#include "OrvCoreModules/Menus/OrvMenu.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Properties/OrvColorSpaceControlet.h"
+#include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Image/OrvChannel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActionsConvertDialog.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QClipboard>
+#include <QtTest/QtTest>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QUndoStack>
+
+#include <functional>
+#include <memory>
+
+namespace {
+
+const QString Path = QStringLiteral("/Orvi/Channels/");
+
+OrvShaderInputManager& channels()
+{
+    return OrvShaderInputManager::instance();
+}
+
+QAction* action(const QString& Text)
+{
+    return OrvActionTreeManager::instance().findAction(Path + Text);
+}
+
+QUndoStack& history()
+{
+    return *OrvUndoManager::instance().stack();
+}
+
+/// What the debug channel is told while it lives.
+class Reports {
+public:
+    Reports()
+    {
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) { Texts.append(Message.Text); });
+    }
+    ~Reports() { OrvSetDebugSink({}); }
+    QStringList Texts;
+};
+
+QStringList buttonsOf(const QDialog* pDialog)
+{
+    QStringList Texts;
+    for (const QPushButton* pButton : pDialog->findChildren<QPushButton*>())
+        Texts.append(pButton->text());
+    return Texts;
+}
+
+void press(QDialog* pDialog, const QString& Button)
+{
+    for (QPushButton* pButton : pDialog->findChildren<QPushButton*>()) {
+        if (pButton->text().remove(QLatin1Char('&')) == Button)
+            return QTest::mouseClick(pButton, Qt::LeftButton);
+    }
+    QFAIL(qPrintable("no button " + Button));
+}
+
+/// A user who, in the dialog that the command opens, chooses and presses.
+void convertAs(const std::function<void(OrvShaderInputActionsConvertDialog&)>& Use)
+{
+    QTimer::singleShot(0, [Use] {
+        auto* pDialog = qobject_cast<OrvShaderInputActionsConvertDialog*>(QApplication::activeModalWidget());
+        QVERIFY(pDialog);
+        Use(*pDialog);
+        if (pDialog->isVisible())
+            pDialog->reject();
+    });
+    action("Convert Channel")->trigger();
+}
+
+void chooseType(const OrvShaderInputActionsConvertDialog& Dialog, GLenum Depth)
+{
+    auto* pType = Dialog.findChild<QComboBox*>(QString(), Qt::FindDirectChildrenOnly);
+    pType->setCurrentIndex(pType->findData(uint(Depth)));
+}
+
+/// What a channel is like when a command meets it.
+enum Kind { Empty, Painted, Material, Locked, LayerLocked, Shared, Hidden, None };
+
+} // namespace
+
+/// The commands of the channels, as menus and keys give them.
+class TstChannelActions : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath("settings.ini").toLocal8Bit());
+        OrvShaderInputActions::instance();
+        OrvMainWindow::instance().show();
+    }
+    void init() { m_Project = std::make_unique<OrvTestProject>(QSize(16, 16), GL_UNSIGNED_BYTE); }
+    void cleanup() { m_Project.reset(); }
+
+    void everyCommandHasItsPlaceAndFollowsTheProject()
+    {
+        const QStringList Texts{"Add Channel", "Add Material Channel", "Add Material Channel to Material Shader",
+            "Convert Channel", "Remove Channel", "Flatten", "Cut", "Copy", "Paste"};
+        const std::unique_ptr<OrvMenu> pMenu(OrvMenuManager::instance().makeMenu("MainWindow", "&Channels"));
+        QStringList Shown;
+        for (const QAction* pAction : pMenu->actions()) {
+            if (!pAction->isSeparator() && !pAction->menu())
+                Shown.append(pAction->text());
+        }
+        QCOMPARE(Shown, Texts);
+        const QList<QAction*> Sizes
+            = OrvMenuManager::instance().menuActions("MainWindow/&Channels/Resi&ze");
+        QCOMPARE(Sizes.size(), OrvChannel::supportedTextureSizes().size());
+        for (const QString& Text : Texts) {
+            QVERIFY2(action(Text), qPrintable(Text));
+            QVERIFY2(action(Text)->isEnabled(), qPrintable(Text));
+            QVERIFY2(!action(Text)->icon().isNull(), qPrintable(Text));
+        }
+        m_Project.reset();
+        for (const QString& Text : Texts)
+            QVERIFY2(!action(Text)->isEnabled(), qPrintable(Text));
+        for (const char* pMenuPath : {"&Import", "&Export", "Export &Flattened", "Resi&ze"}) {
+            QVERIFY(!OrvMenuManager::instance().isMenuEnabled(
+                QStringLiteral("MainWindow/&Channels/") + QLatin1String(pMenuPath)));
+        }
+    }
+
+    void channelsOfBothKindsAreAdded()
+    {
+        const QByteArray Document = OrvTestProject::document();
+        action("Add Channel")->trigger();
+        QVERIFY(OrvTestProject::channel("Channel"));
+        QCOMPARE(history().undoText(), QString("Add Channel"));
+        action("Add Material Channel")->trigger();
+        QCOMPARE(history().undoText(), QString("Add Material Channel"));
+        QVERIFY(OrvTestProject::channel("Material")->isMaterialStack());
+        OrvTestProject::undo();
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+    }
+
+    void freeMaterialInputsGetChannels()
+    {
+        Reports Told;
+        OrvLayerShaderManager::instance().setCurrentShader(nullptr);
+        action("Add Material Channel to Material Shader")->trigger();
+        QCOMPARE(Told.Texts, QStringList("ShaderLayer is NULL"));
+
+        OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/LayeredMaterial", true);
+        QVERIFY(pShader);
+        OrvLayerShaderManager::instance().setCurrentShader(pShader->node());
+        action("Add Material Channel")->trigger();
+        OrvShaderInput* pOwn = OrvTestProject::channel("Material");
+        const QStringList Inputs = pShader->inputNames(OrvLayerShader::MaterialInputs);
+        QVERIFY(pShader->setInputShaderInput(Inputs[1], pOwn));
+        const QByteArray Document = OrvTestProject::document();
+
+        action("Add Material Channel to Material Shader")->trigger();
+        for (const QString& Input : Inputs)
+            QVERIFY(pShader->inputShaderInput(Input) && pShader->inputShaderInput(Input)->isMaterialStack());
+        QCOMPARE(pShader->inputShaderInput(Inputs[1]), pOwn);
+        for (const QString& Input : pShader->inputNames(OrvLayerShader::ChannelInputs))
+            QVERIFY(!pShader->inputShaderInput(Input));
+        const int Steps = history().count();
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+        OrvTestProject::redo();
+        // Nothing is left to be done.
+        action("Add Material Channel to Material Shader")->trigger();
+        QCOMPARE(history().count(), Steps);
+    }
+
+    void convertDialogSaysWhatItFinds_data()
+    {
+        QTest::addColumn<bool>("WithLocked");
+        QTest::addColumn<bool>("WithShared");
+        QTest::addColumn<QStringList>("Buttons");
+        QTest::addColumn<QString>("Text");
+        const QString Before("\nThe selected channel contains ");
+        const QString After(".\n\nWould you like to change these as well?\n");
+        const QStringList Three{"Convert Channel Only", "Convert All", "Cancel"};
+        QTest::newRow("free") << false << false << QStringList{"Convert", "Cancel"} << QString();
+        QTest::newRow("locked") << true << false << Three << Before + "locked layers" + After;
+        QTest::newRow("shared") << false << true << Three
+                                << Before + "shared layers that are used by other channels" + After;
+        QTest::newRow("both") << true << true << Three
+                              << Before + "locked layers and shared layers that are used by other channels"
+                + After;
+    }
+    void convertDialogSaysWhatItFinds()
+    {
+        QFETCH(bool, WithLocked);
+        QFETCH(bool, WithShared);
+        QFETCH(QStringList, Buttons);
+        QFETCH(QString, Text);
+        m_Project->paint("Free");
+        OrvLayer* pLocked = m_Project->paint("Locked");
+        OrvLayer* pShared = m_Project->paint("Shared");
+        OrvShaderInput* pOther = OrvTestProject::addChannel("Other");
+        if (WithShared)
+            pShared->addSharedLayerAfter(pOther->bottomNode(), QString(), true);
+        pLocked->setLocked(WithLocked);
+        const int Steps = history().count();
+        bool Used = false;
+        convertAs([&](OrvShaderInputActionsConvertDialog& Dialog) {
+            Used = true;
+            QCOMPARE(Dialog.windowTitle(), QString("Convert Channel"));
+            QCOMPARE(buttonsOf(&Dialog), Buttons);
+            QStringList Labels;
+            for (const QLabel* pLabel : Dialog.findChildren<QLabel*>())
+                Labels.append(pLabel->text());
+            QVERIFY(Labels.contains("Select the texel format to convert the channel to:\n"));
+            QCOMPARE(!Text.isEmpty(), !Labels.filter("Would you like").isEmpty());
+            QVERIFY(Text.isEmpty() || Labels.contains(Text));
+            QCOMPARE(Dialog.depth(), GLenum(GL_UNSIGNED_BYTE));
+            QVERIFY(!Dialog.findChild<OrvExpandableListWidget*>()->isExpanded());
+            QCOMPARE(Dialog.findChildren<OrvColorSpaceControlet*>().size(), 2);
+            chooseType(Dialog, GL_FLOAT);
+            QCOMPARE(Dialog.colorSpaceConfig().colorSpace(), OrvColorManager::linear());
+            QCOMPARE(Dialog.scalarColorSpaceConfig().automaticType(1), GLenum(GL_FLOAT));
+            press(&Dialog, "Cancel");
+        });
+        QVERIFY(Used);
+        QCOMPARE(history().count(), Steps);
+        QCOMPARE(m_Project->channel()->imageSetDepth(), GLenum(GL_UNSIGNED_BYTE));
+    }
+
+    void convertingIsOneStepAndKeepsThePicture_data()
+    {
+        QTest::addColumn<int>("From");
+        QTest::addColumn<int>("To");
+        QTest::newRow("8 bits to half") << int(GL_UNSIGNED_BYTE) << int(GL_HALF_FLOAT);
+        QTest::newRow("half to float") << int(GL_HALF_FLOAT) << int(GL_FLOAT);
+        QTest::newRow("half to 8 bits") << int(GL_HALF_FLOAT) << int(GL_UNSIGNED_BYTE);
+        QTest::newRow("float to 8 bits") << int(GL_FLOAT) << int(GL_UNSIGNED_BYTE);
+        QTest::newRow("the same") << int(GL_FLOAT) << int(GL_FLOAT);
+    }
+    void convertingIsOneStepAndKeepsThePicture()
+    {
+        QFETCH(int, From);
+        QFETCH(int, To);
+        OrvShaderInput* pChannel = OrvTestProject::addChannel("Converted", QSize(16, 16), GLenum(From));
+        OrvImageSet* pImages = m_Project->paint("Paint", OrvColor::clear(), pChannel)->paintImageSet();
+        OrvTestProject::fill(pImages, QRect(0, 0, 16, 16), OrvColor(0.5f, 0.1f, 0.9f, 0.5f));
+        channels().makeShaderInputCurrent(pChannel, true);
+        const OrvColor Before = OrvTestProject::pixel(pChannel->node());
+        const QByteArray Document = OrvTestProject::document();
+        const int Steps = history().count();
+        convertAs([&](OrvShaderInputActionsConvertDialog& Dialog) {
+            chooseType(Dialog, GLenum(To));
+            press(&Dialog, "Convert");
+        });
+        QCOMPARE(pChannel->imageSetDepth(), GLenum(To));
+        QCOMPARE(pImages->format(), pChannel->paintFormat());
+        QVERIFY(pChannel->colorSpaceConfig().isAutomatic(0));
+        QCOMPARE(pChannel->colorSpaceConfig().colorSpace(),
+            OrvColorSpaceConfig::automaticColorSpace(false, 0, GLenum(To)));
+        QVERIFY(OrvTestProject::same(OrvTestProject::pixel(pChannel->node()), Before, 0.006f));
+        QVERIFY(history().count() <= Steps + 1);
+        QVERIFY(!OrvUndoManager::instance().isInMacro());
+        while (history().count() && history().index() > Steps)
+            OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+    }
+
+    void convertAllTakesLockedLayersAlong()
+    {
+        OrvLayer* pLocked = m_Project->paint("Locked");
+        pLocked->setLocked(true);
+        const auto convert = [](const QString& Button, GLenum Depth) {
+            convertAs([=](OrvShaderInputActionsConvertDialog& Dialog) {
+                chooseType(Dialog, Depth);
+                press(&Dialog, Button);
+            });
+        };
+        convert("Convert Channel Only", GL_HALF_FLOAT);
+        QCOMPARE(pLocked->paintImageSet()->format().Depth, GLenum(GL_UNSIGNED_BYTE));
+        convert("Convert All", GL_FLOAT);
+        QCOMPARE(pLocked->paintImageSet()->format().Depth, GLenum(GL_FLOAT));
+        QCOMPARE(history().undoText(), QString("Convert Channel : %1").arg(m_Project->channel()->path()));
+    }
+
+    void removingASharedChannelAsks_data()
+    {
+        QTest::addColumn<QString>("Button");
+        QTest::addColumn<QString>("Tree");
+        QTest::newRow("cancel") << "Cancel" << "Shows Base";
+        QTest::newRow("delete") << "Delete All" << "Base";
+        QTest::newRow("group") << "Layer Group" << "Shows[Inside] Base";
+    }
+    void removingASharedChannelAsks()
+    {
+        QFETCH(QString, Button);
+        QFETCH(QString, Tree);
+        OrvShaderInput* pShared = OrvTestProject::addChannel("Dirt");
+        m_Project->paint("Inside", OrvColor::white(), pShared);
+        m_Project->paint("Base");
+        m_Project->paint("Shows")->blendNode()->connectInput(OrvSnNames::Over, pShared->node());
+        channels().makeShaderInputCurrent(pShared, true);
+        const QByteArray Document = OrvTestProject::document();
+        const int Steps = history().count();
+        const QStringList Questions = answering(Button, [] { action("Remove Channel")->trigger(); });
+        QCOMPARE(Questions, QStringList("The channel to remove is shared as a layer elsewhere."));
+        QCOMPARE(m_Project->tree(), Tree);
+        QCOMPARE(OrvTestProject::channel("Dirt") == nullptr, Button != "Cancel");
+        if (Button == "Cancel") {
+            QCOMPARE(history().count(), Steps);
+            return;
+        }
+        QCOMPARE(channels().currentShaderInput(), m_Project->channel());
+        QCOMPARE(history().undoText(), QString("Remove Channel"));
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+    }
+
+    void closingTheQuestionMakesGroups()
+    {
+        OrvShaderInput* pShared = OrvTestProject::addChannel("Dirt");
+        m_Project->paint("Shows")->blendNode()->connectInput(OrvSnNames::Over, pShared->node());
+        channels().makeShaderInputCurrent(pShared, true);
+        QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+        action("Remove Channel")->trigger();
+        QVERIFY(!OrvTestProject::channel("Dirt"));
+        QVERIFY(OrvLayerStreamUtils::groupStack(m_Project->layer("Shows")));
+    }
+
+    void keysOfTheTreeCutCopyAndPaste()
+    {
+        OrvShaderInputView* pView = OrvLayerViewContextManager::instance().shaderInputView();
+        for (QWidget* pWidget = pView; pWidget; pWidget = pWidget->parentWidget())
+            pWidget->show();
+        pView->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(pView->window()));
+        m_Project->paint("Paint", OrvColor::white());
+        pView->refresh();
+        OrvShaderInputTreeView* pTree = pView->treeView();
+        pTree->setFocus();
+        const QByteArray Document = OrvTestProject::document();
+
+        QTest::keyClick(pTree, Qt::Key_C, Qt::ControlModifier);
+        QTest::keyClick(pTree, Qt::Key_V, Qt::ControlModifier);
+        OrvShaderInput* pPasted = OrvTestProject::channel("Diffuse 2");
+        QVERIFY(pPasted);
+        QCOMPARE(OrvTestProject::tree(pPasted), QString("Paint"));
+        QCOMPARE(channels().currentShaderInput(), pPasted);
+        QTest::keyClick(pTree, Qt::Key_X, Qt::ControlModifier);
+        QVERIFY(!OrvTestProject::channel("Diffuse 2"));
+        QCOMPARE(channels().currentShaderInput(), m_Project->channel());
+        QCOMPARE(OrvTestProject::document(), Document);
+        QTest::keyClick(pTree, Qt::Key_V, Qt::ControlModifier);
+        QVERIFY(OrvTestProject::channel("Diffuse 2"));
+        for (int Step = 0; Step < 3; ++Step)
+            OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+    }
+
+    void layersOfSeveralChannelsStayWhereTheyAre()
+    {
+        OrvShaderInput* pRoughness = OrvTestProject::addChannel("Roughness", QSize(16, 16), GL_UNSIGNED_BYTE);
+        OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/MetallicRoughness", true);
+        QVERIFY(pShader && pShader->setInputShaderInput("Base Color", m_Project->channel()));
+        QVERIFY(pShader->setInputShaderInput("Roughness", pRoughness));
+        QString Error;
+        QVERIFY2(OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(
+                     pShader, m_Project->channel()->bottomNode(), Error),
+            qPrintable(Error));
+        QGuiApplication::clipboard()->clear();
+        const QByteArray Document = OrvTestProject::document();
+        const QString Warning("This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. Please "
+                              "convert all Multi-Channel Layers to standard Layers first.");
+        QCOMPARE(answering("OK", [] { action("Cut")->trigger(); }), QStringList(Warning));
+        QCOMPARE(answering("OK", [] { action("Copy")->trigger(); }), QStringList(Warning));
+        QVERIFY(answering("Flatten", [] { action("Flatten")->trigger(); }).isEmpty());
+        action("Paste")->trigger();
+        QCOMPARE(OrvTestProject::document(), Document);
+        // Their common mask follows a depth only together with the other channel.
+        convertAs([](OrvShaderInputActionsConvertDialog& Dialog) {
+            chooseType(Dialog, GL_FLOAT);
+            press(&Dialog, buttonsOf(&Dialog).first());
+        });
+        QCOMPARE(m_Project->channel()->imageSetDepth(), GLenum(GL_FLOAT));
+        QCOMPARE(pRoughness->imageSetDepth(), GLenum(GL_UNSIGNED_BYTE));
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+    }
+
+    void failedPasteTellsWhy()
+    {
+        auto* pData = new QMimeData;
+        pData->setData("application/x-orvi-channel-clipboard", "rubbish");
+        QGuiApplication::clipboard()->setMimeData(pData);
+        const QStringList Texts = answering("OK", [] { action("Paste")->trigger(); });
+        QCOMPARE(Texts, QStringList("The channel on the clipboard is damaged"));
+        QGuiApplication::clipboard()->clear();
+        QVERIFY(answering("OK", [] { action("Paste")->trigger(); }).isEmpty());
+    }
+
+    void flattenAsksAboutHiddenLayers()
+    {
+        m_Project->paint("Hidden")->blendNode()->setEnabledAsBool(false);
+        m_Project->paint("Shown", OrvColor::white());
+        QCOMPARE(answering("Cancel", [] { action("Flatten")->trigger(); }).size(), 1);
+        QCOMPARE(m_Project->tree(), QString("Shown Hidden"));
+        QCOMPARE(answering("Flatten", [] { action("Flatten")->trigger(); }).size(), 1);
+        QCOMPARE(m_Project->tree(), QString("Diffuse"));
+    }
+
+    void resizeTakesTheActionsWidth()
+    {
+        m_Project->paint("Paint");
+        const QSize Size = OrvChannel::supportedTextureSizes().first();
+        action(QString("%1 x %2").arg(Size.width()).arg(Size.height()))->trigger();
+        QCOMPARE(m_Project->channel()->imageSetSize(), Size);
+        QCOMPARE(m_Project->layer("Paint")->paintImageSet()->imageSetSize(), Size);
+
+        const Reports Told;
+        QAction Wrong("Odd");
+        Wrong.setData("wide");
+        OrvShaderInputActions::instance().resizeShaderInput(&Wrong);
+        QCOMPARE(Told.Texts, QStringList("Action 'Odd' contains invalid data type of 'QString'"));
+        QCOMPARE(m_Project->channel()->imageSetSize(), Size);
+    }
+
+    void relayReportsWhatItCannotDo()
+    {
+        const Reports Told;
+        const auto relay = [](const QVariant& Data) {
+            QAction Relayed("Relayed");
+            Relayed.setData(Data);
+            OrvShaderInputActions::instance().invokeShaderInputMethod(&Relayed);
+        };
+        relay(QVariant());
+        QVariantList Many{QString("flattenUI")};
+        for (int Number = 0; Number < 11; ++Number)
+            Many.append(Number);
+        relay(Many);
+        channels().makeShaderInputCurrent(OrvTestProject::network(), nullptr, true);
+        relay(QString("flattenUI"));
+        QCOMPARE(Told.Texts,
+            QStringList({"[ !! ] Relayed method name missing",
+                "[ !! ] Relayed method arg count of '11' exceeds limit of '10'", "pCurrentShaderInput is NULL"}));
+    }
+
+    void everyCommandOnEveryKindOfChannel_data()
+    {
+        QTest::addColumn<QString>("Text");
+        QTest::addColumn<int>("ChannelKind");
+        const char* const Kinds[]
+            = {"empty", "painted", "material", "locked", "layer locked", "shared", "hidden", "none"};
+        for (const QString& Key : OrvActionTreeManager::instance().actionKeys(Path)) {
+            const QString Text = Key.mid(Path.size());
+            if (Text.contains('/'))
+                continue;
+            for (int Index = Empty; Index <= None; ++Index)
+                QTest::newRow(qPrintable(Text + ", " + Kinds[Index])) << Text << Index;
+        }
+    }
+    void everyCommandOnEveryKindOfChannel()
+    {
+        QFETCH(QString, Text);
+        QFETCH(int, ChannelKind);
+        OrvShaderInput* pChannel = m_Project->channel();
+        if (ChannelKind == Material)
+            channels().makeShaderInputCurrent(pChannel = OrvShaderInputUtils::createShaderInput(true), true);
+        else if (ChannelKind != Empty)
+            m_Project->paint("Paint", OrvColor(0.5f, 0.5f, 0.5f));
+        if (ChannelKind == Shared) {
+            OrvShaderInput* pOther = OrvTestProject::addChannel("Other");
+            m_Project->paint("Shows", OrvColor(), pOther)
+                ->blendNode()
+                ->connectInput(OrvSnNames::Over, pChannel->node());
+        }
+        if (ChannelKind == Hidden)
+            m_Project->layer("Paint")->blendNode()->setEnabledAsBool(false);
+        if (ChannelKind == LayerLocked)
+            m_Project->layer("Paint")->setLocked(true);
+        if (ChannelKind == Locked)
+            pChannel->setLocked(true);
+        if (ChannelKind == None)
+            channels().makeShaderInputCurrent(OrvTestProject::network(), nullptr, true);
+        OrvUndoManager::instance().clear();
+        const QByteArray Document = OrvTestProject::document();
+
+        // A user who presses Return in whatever comes up.
+        QTimer Answer;
+        connect(&Answer, &QTimer::timeout, [] {
+            if (QWidget* pDialog = QApplication::activeModalWidget())
+                QTest::keyClick(pDialog, Qt::Key_Return);
+        });
+        Answer.start(5);
+        action(Text)->trigger();
+        Answer.stop();
+        QVERIFY(!OrvUndoManager::instance().isInMacro());
+        QVERIFY(history().count() <= 1);
+        if (ChannelKind == Locked && !Text.startsWith("Add") && Text != "Paste")
+            QCOMPARE(OrvTestProject::document(), Document);
+        const QByteArray After = OrvTestProject::document();
+        if (!history().count())
+            return;
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Document);
+        OrvTestProject::redo();
+        QCOMPARE(OrvTestProject::document(), After);
+    }
+
+private:
+    QTemporaryDir m_Directory;
+    std::unique_ptr<OrvTestProject> m_Project;
+};
+
+QTEST_MAIN(TstChannelActions)
+#include "TstChannelActions.moc"

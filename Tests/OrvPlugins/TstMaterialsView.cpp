@@ -1,0 +1,259 @@
+#include "Tests/Support/OrvTestProject.h"
+
+#include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputChannelButton.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputsPane.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderMaterialsView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtWidgets/QTabBar>
+
+#include <memory>
+
+/// The tabs of the Shaders palette, which follow the current shader and the material channels that feed it.
+class TstMaterialsView : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+    }
+
+    void init()
+    {
+        m_Project = std::make_unique<OrvTestProject>();
+        m_Shader = addShader("Shader/LayeredMaterial");
+        m_View = std::make_unique<OrvShaderMaterialsView>(nullptr);
+        m_View->resize(400, 600);
+        m_View->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
+        m_Tabs = m_View->tabBar();
+        m_Messages.clear();
+        OrvSetDebugSink([this](const OrvDebugMessage& Message) {
+            if (Message.File == QLatin1String("OrvShaderMaterialsView"))
+                m_Messages.append(Message.Text);
+        });
+    }
+
+    void cleanup()
+    {
+        OrvSetDebugSink({});
+        shaders().setLayerShaderCreating(false);
+        m_View.reset();
+        m_Project.reset();
+    }
+
+    void tabsStandForConnectedMaterials()
+    {
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+        OrvShaderInput* pSkin = connectMaterial(1);
+        QCOMPARE(tabs(), QStringList({"Shaders", "Shader Layers"}));
+        QCOMPARE(object(1), pSkin);
+        OrvShaderInput* pCloth = connectMaterial(3);
+        QCOMPARE(m_Tabs->count(), 3);
+        QCOMPARE(object(2), pCloth);
+
+        // An ordinary channel gets no tab, a channel in two places one.
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Displacement"), m_Project->channel()));
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Material 2"), pSkin));
+        QCOMPARE(m_Tabs->count(), 3);
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Material 2"), nullptr));
+        QCOMPARE(m_Tabs->count(), 3);
+
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Material 1"), nullptr));
+        QCOMPARE(m_Tabs->count(), 2);
+        QCOMPARE(object(1), pCloth);
+        OrvTestProject::undo();
+        QCOMPARE(m_Tabs->count(), 3);
+        QVERIFY(tabOf(pSkin) > 0);
+    }
+
+    void tabShowsTheLayersOfItsChannel()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        OrvShaderInput* pCloth = connectMaterial(2);
+        QVERIFY(m_View->shaderView()->isVisible());
+        QVERIFY(!m_View->layerView()->isVisible());
+        QVERIFY(!m_View->layerView()->layerStack());
+
+        clickTab(tabOf(pCloth));
+        QCOMPARE(m_View->layerView()->layerStack(), pCloth);
+        QVERIFY(m_View->layerView()->isVisible());
+        QVERIFY(!m_View->shaderView()->isVisible());
+        clickTab(tabOf(pSkin));
+        QCOMPARE(m_View->layerView()->layerStack(), pSkin);
+
+        // The open tab goes with its channel, another one opens.
+        m_Shader->setInputShaderInput(QStringLiteral("Material 1"), nullptr);
+        QVERIFY(tabOf(pSkin) < 0);
+        QVERIFY(m_View->layerView()->layerStack() != pSkin);
+        clickTab(0);
+        QVERIFY(m_View->shaderView()->isVisible());
+        QVERIFY(!m_View->layerView()->isVisible());
+        QVERIFY(!m_View->layerView()->layerStack());
+        m_View->onTabChanged(tabOf(pCloth));
+        m_View->onTabChanged(-1);
+        QVERIFY(!m_View->layerView()->layerStack());
+    }
+
+    void materialIsReachedFromItsInput()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        OrvShaderInput* pCloth = connectMaterial(2);
+        QTRY_VERIFY(m_View->shaderView()->inputsPane()->row(QStringLiteral("Material 2")));
+        QTest::mouseClick(
+            m_View->shaderView()->inputsPane()->row(QStringLiteral("Material 2"))->channelButton(),
+            Qt::LeftButton);
+        QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), pCloth);
+        QCOMPARE(m_Tabs->currentIndex(), tabOf(pCloth));
+        QCOMPARE(m_View->layerView()->layerStack(), pCloth);
+        QVERIFY(tabOf(pSkin) > 0);
+    }
+
+    void titlesStayAsTheyAre()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        OrvShaderInput* pCloth = connectMaterial(2);
+        const QStringList Titles({"Shaders", "Shader Layers", "Shader Layers"});
+        const auto spoil = [this] {
+            for (int Index = 1; Index < m_Tabs->count(); ++Index)
+                m_Tabs->setTabText(Index, QStringLiteral("?"));
+        };
+        spoil();
+        pSkin->node()->setName(QStringLiteral("Leather"));
+        QCOMPARE(m_Tabs->tabText(tabOf(pSkin)), QStringLiteral("Shader Layers"));
+        QCOMPARE(m_Tabs->tabText(tabOf(pCloth)), QStringLiteral("?"));
+        m_View->onShaderInputNameChanged(pCloth, QStringLiteral("Linen"));
+        QCOMPARE(tabs(), Titles);
+
+        // Shaders are followed from when they are announced.
+        m_View->onShaderAdded(m_Shader);
+        spoil();
+        m_Shader->node()->setName(QStringLiteral("Armour"));
+        QCOMPARE(tabs(), Titles);
+        m_View->onShaderInputRenamed(m_Project->channel());
+        m_View->onShaderInputRenamed(nullptr);
+        QCOMPARE(tabs(), Titles);
+        m_Messages.clear();
+        m_View->onShaderRenamed();
+        QCOMPARE(m_Messages, QStringList({"Shader is NULL"}));
+    }
+
+    void currentShaderIsFollowed()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        m_Messages.clear();
+        OrvLayerShader* pOther = addShader("Shader/LayeredMaterial");
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+        QVERIFY(m_Messages.filter(QStringLiteral("Removed old shader connection")).size() == 1);
+        QVERIFY(m_Messages.filter(QStringLiteral("Added shader connection")).size() == 1);
+        // What happens at a shader that is not current shows when it is.
+        m_Shader->setInputShaderInput(
+            QStringLiteral("Material 4"), OrvShaderInputUtils::createShaderInput(true));
+        QCOMPARE(m_Tabs->count(), 1);
+        shaders().setCurrentShader(m_Shader->node());
+        QCOMPARE(m_Tabs->count(), 3);
+        QVERIFY(tabOf(pSkin) > 0);
+
+        shaders().setCurrentShader(pOther->node());
+        pOther->setInputShaderInput(QStringLiteral("Material 2"), pSkin);
+        QCOMPARE(m_Tabs->count(), 2);
+        QVERIFY(OrvLayerShaderUtils::destroy(pOther, false));
+        shaders().setCurrentShader(m_Shader->node());
+        QCOMPARE(m_Tabs->count(), 3);
+        shaders().setCurrentShader(shaders().getCurrentChannelShader(OrvTestProject::network()));
+        QCOMPARE(m_Tabs->count(), 1);
+    }
+
+    void removedChannelTakesItsTabAlong()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        clickTab(1);
+        OrvShaderInputManager::instance().destroy(pSkin, OrvShaderInputManager::SharersBecomeGroups);
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+        QVERIFY(m_View->shaderView()->isVisible());
+        QVERIFY(!m_View->layerView()->layerStack());
+        OrvTestProject::undo();
+        QCOMPARE(m_Tabs->count(), 2);
+    }
+
+    void rebuildWaitsForShadersThatAreBeingMade()
+    {
+        shaders().setLayerShaderCreating(true);
+        connectMaterial(1);
+        QCOMPARE(m_Tabs->count(), 1);
+        shaders().setLayerShaderCreating(false);
+        m_View->onShaderChanged(nullptr);
+        QCOMPARE(m_Tabs->count(), 1);
+        m_View->onShaderTagsChanged(QStringLiteral("Any"), m_Shader);
+        QCOMPARE(m_Tabs->count(), 2);
+    }
+
+    void closedProjectLeavesTheFirstTab()
+    {
+        connectMaterial(1);
+        clickTab(1);
+        m_Messages.clear();
+        m_Project.reset();
+        QCOMPARE(m_Messages.filter(QStringLiteral("Removed old shader connection")).size(), 1);
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+        QVERIFY(!m_View->layerView()->layerStack());
+        m_Project = std::make_unique<OrvTestProject>();
+        m_Shader = addShader("Shader/LayeredMaterial");
+        connectMaterial(2);
+        QCOMPARE(m_Tabs->count(), 2);
+    }
+
+private:
+    static OrvLayerShaderManager& shaders() { return OrvLayerShaderManager::instance(); }
+    static OrvLayerShader* addShader(const char* pModel)
+    {
+        return OrvLayerShaderUtils::createShaderFromKey(QLatin1String(pModel), true);
+    }
+    OrvShaderInput* connectMaterial(int Number) const
+    {
+        OrvShaderInput* pChannel = OrvShaderInputUtils::createShaderInput(true);
+        m_Shader->setInputShaderInput(QStringLiteral("Material %1").arg(Number), pChannel);
+        return pChannel;
+    }
+    QStringList tabs() const
+    {
+        QStringList Titles;
+        for (int Index = 0; Index < m_Tabs->count(); ++Index)
+            Titles.append(m_Tabs->tabText(Index));
+        return Titles;
+    }
+    QObject* object(int Index) const { return m_Tabs->tabData(Index).value<QObject*>(); }
+    int tabOf(const QObject* pChannel) const
+    {
+        for (int Index = 0; Index < m_Tabs->count(); ++Index) {
+            if (object(Index) == pChannel)
+                return Index;
+        }
+        return -1;
+    }
+    void clickTab(int Index) const
+    {
+        QTest::mouseClick(m_Tabs, Qt::LeftButton, Qt::NoModifier, m_Tabs->tabRect(Index).center());
+        QCOMPARE(m_Tabs->currentIndex(), Index);
+    }
+
+    QTemporaryDir m_Directory;
+    std::unique_ptr<OrvTestProject> m_Project;
+    std::unique_ptr<OrvShaderMaterialsView> m_View;
+    OrvLayerShader* m_Shader = nullptr;
+    QTabBar* m_Tabs = nullptr;
+    QStringList m_Messages;
+};
+
+QTEST_MAIN(TstMaterialsView)
+#include "TstMaterialsView.moc"
