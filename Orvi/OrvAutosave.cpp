@@ -24,7 +24,7 @@ constexpr int Delay = 10 * 1000; // ms
 constexpr int Interval = 3 * 60 * 1000; // ms
 constexpr int Rest = 1500; // ms without mouse or keys
 constexpr int SlicePause = 30; // ms for the window between two slices
-constexpr qint64 SliceLength = 150; // ms, and one image at least
+constexpr qint64 SliceLength = 150; // ms, and one piece of an image at least
 const QString CopyFolder = QStringLiteral("Autosave");
 const QString LockName = QStringLiteral("Autosave.lock");
 const QString NotesName = QStringLiteral("Autosave.ini");
@@ -136,13 +136,15 @@ void OrvAutosave::saveSlice()
     }
     if (!m_pPause->isReached())
         return;
-    // What one slice has stored the next one finds; so each brings at least one image more.
+    // What one slice has stored the next one finds; so each brings at least one piece of an image more.
     QElapsedTimer Age;
-    bool Cut = false;
+    Age.start();
+    int LastDone = 0;
+    bool Brought = false, Cut = false;
     write([&](int Done, int Total) {
-        if (!Age.isValid())
-            Age.start();
-        Cut = Age.elapsed() > SliceLength && Done < Total;
+        Brought = Brought || Done == LastDone;
+        LastDone = Done;
+        Cut = Brought && Age.elapsed() > SliceLength && Done < Total;
         return !Cut;
     });
     if (!Cut)

@@ -27,17 +27,37 @@ int fail(const QString& Message)
     return OrvCommandLine::Failure;
 }
 
-/// By name, or by "Object/Channel" where several objects have one of that name.
-OrvShaderInput* findChannel(const OrvProject& Project, const QString& Name, QStringList& Known)
+/// By "Object/Channel", or by the channel's name where only one object has such a channel. Null with the
+/// reason.
+OrvShaderInput* findChannel(const OrvProject& Project, const OrvCommandLine& Line, QString& Error)
 {
+    QList<OrvShaderInput*> Addressed, Named;
+    QStringList Addresses, Known;
     for (const OrvGeoEntity* pEntity : Project.geoEntities()) {
         for (OrvShaderInput* pChannel :
             OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork())) {
-            if (pChannel->name() == Name || pEntity->name() + QLatin1Char('/') + pChannel->name() == Name)
-                return pChannel;
-            Known.append(pChannel->name());
+            const QString Address = pEntity->name() + QLatin1Char('/') + pChannel->name();
+            if (Address == Line.Channel)
+                Addressed.append(pChannel);
+            if (pChannel->name() == Line.Channel) {
+                Named.append(pChannel);
+                Addresses.append(Address);
+            }
+            Known.append(Project.geoEntities().size() > 1 ? Address : pChannel->name());
         }
     }
+    if (Addressed.size() == 1)
+        return Addressed.first();
+    if (Addressed.isEmpty() && Named.size() == 1)
+        return Named.first();
+    if (Known.isEmpty())
+        Error = tr("'%1' has no channels").arg(Line.Project);
+    else if (Addressed.isEmpty() && Named.isEmpty())
+        Error = tr("'%1' has no channel \"%2\"; it has %3")
+                    .arg(Line.Project, Line.Channel, Known.join(QLatin1String(", ")));
+    else
+        Error = tr("Several channels are \"%1\": name one of %2")
+                    .arg(Line.Channel, (Named.isEmpty() ? Known : Addresses).join(QLatin1String(", ")));
     return nullptr;
 }
 
@@ -51,13 +71,7 @@ int OrvBatchExport::run(const OrvCommandLine& Line)
         return fail(tr("'%1' does not exist").arg(Line.Project));
     if (!Projects.openProject(Line.Project, Error))
         return fail(Error);
-    QStringList Known;
-    OrvShaderInput* pChannel = findChannel(*Projects.currentProject(), Line.Channel, Known);
-    if (!pChannel) {
-        Error = Known.isEmpty() ? tr("'%1' has no channels").arg(Line.Project)
-                                : tr("'%1' has no channel \"%2\"; it has %3")
-                                      .arg(Line.Project, Line.Channel, Known.join(QLatin1String(", ")));
-    }
+    OrvShaderInput* pChannel = findChannel(*Projects.currentProject(), Line, Error);
     const bool Written = pChannel && OrvChannelExport::writeChannel(pChannel, Line.File, {}, Error);
     if (Written) {
         // Of several tiles each has a file, whose name is not the one that was asked for.

@@ -103,7 +103,7 @@ OrvSnChannelInputNode* OrvBrushTool::target(QString& Reason)
     return pNode;
 }
 
-bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd)
+bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd, const OrvUdimLayout& Picture)
 {
     // A macro that somebody holds open would swallow the stroke's undo step.
     if (m_pStroke || OrvUndoManager::instance().isInMacro())
@@ -114,15 +114,23 @@ bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd)
         OrvStatusManager::instance().showMessage(Reason, MessageDuration);
         return false;
     }
+    const OrvUdimLayout OfChannel = OrvImageSettings::ofLayer(pNode).Layout;
+    if (Picture.isValid() && Picture.tiles() != OfChannel.tiles()) {
+        OrvStatusManager::instance().showMessage(
+            tr("What you want to paint on has other tiles than the picture: show its channel to paint"),
+            MessageDuration);
+        return false;
+    }
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     if (pLayer && !pLayer->isVisible()) {
         OrvStatusManager::instance().showMessage(
             tr("\"%1\" is hidden: what you paint will show with the layer").arg(pLayer->name()),
             MessageDuration);
     }
-    const bool Line = FromLastEnd && m_HasLastEnd;
     const OrvUdimLayout Layout = pNode->imageSet()->layout();
-    const QSize Seen = OrvImageSettings::ofLayer(pNode).Layout.tileSize();
+    const QSize Seen = Picture.isValid() ? Picture.tileSize() : OfChannel.tileSize();
+    const bool Line = FromLastEnd && m_HasLastEnd && m_LastTileSize == Seen;
+    m_LastTileSize = Seen;
     m_ScaleX = double(Layout.tileSize().width()) / Seen.width();
     m_ScaleY = double(Layout.tileSize().height()) / Seen.height();
     OrvBrush Brush = m_Brush;

@@ -2,6 +2,8 @@
 
 #include "Orvi/OrvBrush.h"
 
+#include "OrvDdi/Image/OrvUdimLayout.h"
+
 #include <QtCore/QObject>
 #include <QtCore/QPointF>
 
@@ -29,8 +31,8 @@ public:
     static OrvSnChannelInputNode* target(QString& Reason);
 
     /// Starts a stroke at a point of the picture; one that goes on from the end of the last makes a straight
-    /// line.
-    bool begin(const QPointF& Point, bool FromLastEnd = false);
+    /// line. The picture has the layout of the layer's channel where none is given.
+    bool begin(const QPointF& Point, bool FromLastEnd = false, const OrvUdimLayout& Picture = {});
     void moveTo(const QPointF& Point);
     void end();
     void cancel();
@@ -55,5 +57,6 @@ private:
     std::unique_ptr<OrvBrushStroke> m_pStroke;
     double m_ScaleX = 1.0, m_ScaleY = 1.0; ///< pixels of the image that is painted on for one of the picture
     QPointF m_LastEnd;
+    QSize m_LastTileSize; ///< of the picture that the last end is a point of
     bool m_HasLastEnd = false;
 };

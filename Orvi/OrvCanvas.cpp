@@ -14,6 +14,7 @@
 #include <QtCore/QMimeData>
 #include <QtGui/QDropEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QToolTip>
 
 #include <array>
 #include <cmath>
@@ -50,6 +51,7 @@ OrvCanvas::OrvCanvas(OrvCanvasTools* pTools, QWidget* pParent)
     connect(&m_Source, &OrvCanvasSource::descriptionChanged, this, qOverload<>(&QWidget::update));
     connect(&m_Renderer, &OrvCanvasRenderer::pieceReady, this, &OrvCanvas::onPieceReady);
     connect(&m_Renderer, &OrvCanvasRenderer::invalidated, this, &OrvCanvas::onInvalidated);
+    connect(&m_Light, &OrvCanvasLight::changed, this, qOverload<>(&QWidget::update));
     connect(m_pTools->brushTool(), &OrvBrushTool::brushChanged, this, qOverload<>(&QWidget::update));
     connect(m_pTools->selection(), &OrvCanvasSelection::changed, this, &OrvCanvas::updateOutline);
     connect(m_pTools->selectionTool(), &OrvSelectionTool::draftChanged, this, &OrvCanvas::updateOutline);
@@ -100,6 +102,7 @@ void OrvCanvas::showSource()
         m_View.setContent(Extent);
     m_Tiles.reset(Extent);
     m_Renderer.setSource(m_Source.result(), m_Source.meaning());
+    m_Light.setPicture(m_Source.isLit() && !Extent.isEmpty() ? m_Source.layout() : OrvUdimLayout());
     updateOutline();
     requestMissing();
     updateCursor();
@@ -155,7 +158,9 @@ void OrvCanvas::paintEvent(QPaintEvent* pEvent)
         OrvCanvasOverlay::drawTileBorders(Painter, m_Source, m_View, Ratio);
         OrvCanvasOverlay::drawTitle(Painter, m_Source, m_View, Ratio);
         m_Outline.draw(Painter, m_View, Viewport, Ratio, m_OutlineStep);
-        const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan && !m_SpaceHeld
+        m_Light.draw(Painter, m_View, Ratio, isOverLight());
+        const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan
+            && m_Gesture != Gesture::MoveLight && !m_SpaceHeld && !isOverLight()
             && m_pTools->tool() == OrvCanvasTools::Brush;
         if (BrushShown) {
             OrvCanvasOverlay::drawBrush(
@@ -209,7 +214,12 @@ void OrvCanvas::wheelEvent(QWheelEvent* pEvent)
     if (Units == 0)
         return pEvent->ignore();
     m_Pointer = pEvent->position();
-    zoomBy(std::exp2(Units * WheelZoom), m_Pointer);
+    if (isOverLight() || m_Gesture == Gesture::MoveLight) {
+        m_Light.turnWheel(Units, pEvent->modifiers());
+        showLightToolTip();
+    } else {
+        zoomBy(std::exp2(Units * WheelZoom), m_Pointer);
+    }
     pEvent->accept();
 }
 
@@ -270,9 +280,22 @@ void OrvCanvas::beginTool(const QMouseEvent& Event)
     } else if (!Brush) {
         m_Gesture = Gesture::Select;
         m_pTools->selectionTool()->begin(toPicture(m_Pointer), m_Source.layout(), Modifiers);
-    } else if (m_pTools->brushTool()->begin(toPicture(m_Pointer), Modifiers & Qt::ShiftModifier)) {
+    } else if (m_pTools->brushTool()->begin(
+                   toPicture(m_Pointer), Modifiers & Qt::ShiftModifier, m_Source.layout())) {
         m_Gesture = Gesture::Paint;
     }
+}
+
+bool OrvCanvas::isOverLight() const
+{
+    const bool IsFree = m_Gesture == Gesture::None || m_Gesture == Gesture::MoveLight;
+    return IsFree && m_PointerInside && !m_SpaceHeld
+        && m_Light.isAt(toDevice(m_Pointer), m_View, devicePixelRatioF());
+}
+
+void OrvCanvas::showLightToolTip()
+{
+    QToolTip::showText(mapToGlobal(m_Pointer.toPoint()), m_Light.toolTip(), this);
 }
 
 void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
@@ -283,6 +306,9 @@ void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
     const bool Left = pEvent->button() == Qt::LeftButton;
     if (pEvent->button() == Qt::MiddleButton || (Left && m_SpaceHeld)) {
         m_Gesture = Gesture::Pan;
+    } else if (Left && m_Light.isAt(toDevice(m_Pointer), m_View, devicePixelRatioF())) {
+        m_Gesture = Gesture::MoveLight;
+        m_Light.beginDrag(toDevice(m_Pointer), m_View, devicePixelRatioF());
     } else if (Left) {
         beginTool(*pEvent);
     }
@@ -293,6 +319,7 @@ void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
 void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
 {
     const QPointF Before = m_Pointer;
+    const bool WasOverLight = isOverLight();
     m_Pointer = pEvent->localPos();
     m_PointerInside = rect().contains(m_Pointer.toPoint());
     if (m_Gesture == Gesture::Pan) {
@@ -307,6 +334,12 @@ void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
         pickColor(m_Pointer);
     else if (m_Gesture == Gesture::Select)
         m_pTools->selectionTool()->moveTo(toPicture(m_Pointer));
+    else if (m_Gesture == Gesture::MoveLight)
+        m_Light.dragTo(toDevice(m_Pointer), m_View);
+    if (isOverLight() != WasOverLight) {
+        updateCursor();
+        update();
+    }
     update(brushCursorRect(Before));
     update(brushCursorRect(m_Pointer));
 }
@@ -322,9 +355,22 @@ void OrvCanvas::mouseReleaseEvent(QMouseEvent* pEvent)
         m_pTools->brushTool()->end();
     else if (m_Gesture == Gesture::Select)
         m_pTools->selectionTool()->end();
+    else if (m_Gesture == Gesture::MoveLight)
+        m_Light.endDrag();
     m_Gesture = Gesture::None;
     updateCursor();
     update();
+}
+
+void OrvCanvas::mouseDoubleClickEvent(QMouseEvent* pEvent)
+{
+    m_Pointer = pEvent->localPos();
+    if (pEvent->button() == Qt::LeftButton && m_Gesture == Gesture::None
+        && m_Light.isAt(toDevice(m_Pointer), m_View, devicePixelRatioF())) {
+        m_Light.resetLight();
+    } else {
+        mousePressEvent(pEvent);
+    }
 }
 
 void OrvCanvas::leaveEvent(QEvent*)
@@ -345,6 +391,10 @@ void OrvCanvas::keyPressEvent(QKeyEvent* pEvent)
     } else if (pEvent->key() == Qt::Key_Escape && m_Gesture == Gesture::Select) {
         m_pTools->selectionTool()->cancel();
         m_Gesture = Gesture::None;
+    } else if (pEvent->key() == Qt::Key_Escape && m_Gesture == Gesture::MoveLight) {
+        m_Light.cancelDrag();
+        m_Gesture = Gesture::None;
+        updateCursor();
     } else {
         QWidget::keyPressEvent(pEvent);
     }
@@ -374,6 +424,12 @@ bool OrvCanvas::event(QEvent* pEvent)
         // The space bar must reach the canvas while the pointer is over it.
         OrvGui::stealFocusGently(this);
         updateCursor();
+    } else if (pEvent->type() == QEvent::ToolTip) {
+        if (isOverLight())
+            showLightToolTip();
+        else
+            QToolTip::hideText();
+        return true;
     }
     return QWidget::event(pEvent);
 }
@@ -382,9 +438,9 @@ void OrvCanvas::updateCursor()
 {
     if (m_Tiles.extent().isEmpty())
         setCursor(Qt::ArrowCursor);
-    else if (m_Gesture == Gesture::Pan)
+    else if (m_Gesture == Gesture::Pan || m_Gesture == Gesture::MoveLight)
         setCursor(Qt::ClosedHandCursor);
-    else if (m_SpaceHeld)
+    else if (m_SpaceHeld || isOverLight())
         setCursor(Qt::OpenHandCursor);
     else
         setCursor(Qt::CrossCursor);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Orvi/OrvCanvasLight.h"
 #include "Orvi/OrvCanvasRenderer.h"
 #include "Orvi/OrvCanvasSource.h"
 #include "Orvi/OrvCanvasTiles.h"
@@ -11,9 +12,9 @@
 
 class OrvCanvasTools;
 
-/// The picture in the middle of the window: shows the current channel, follows every edit region by region,
-/// and takes the tools in hand. It owns what it shows with (view, tiles, renderer) and keeps nothing of the
-/// document.
+/// The picture in the middle of the window: shows what the current shader shows, follows every edit region by
+/// region, and takes the tools in hand. It owns what it shows with (view, tiles, renderer) and keeps nothing
+/// of the document.
 class OrvCanvas : public QWidget {
     Q_OBJECT
 
@@ -25,6 +26,8 @@ public:
     bool isSettled() const;
     /// What computes, for those who need it to pause.
     OrvCanvasRenderer* renderer() { return &m_Renderer; }
+    /// The light's handle, for commands.
+    OrvCanvasLight* light() { return &m_Light; }
     double zoom() const { return m_View.zoom(); }
     QPointF toPicture(const QPointF& WidgetPoint) const;
     QPointF toWidget(const QPointF& PicturePoint) const;
@@ -46,6 +49,7 @@ protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void leaveEvent(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void keyReleaseEvent(QKeyEvent* pEvent) override;
@@ -55,7 +59,7 @@ protected:
     void dropEvent(QDropEvent* pEvent) override;
 
 private:
-    enum class Gesture { None, Pan, Paint, PickColor, Select };
+    enum class Gesture { None, Pan, Paint, PickColor, Select, MoveLight };
 
     void showSource();
     void onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
@@ -67,6 +71,8 @@ private:
     void updateOutline();
     void stepOutline();
     void updateCursor();
+    bool isOverLight() const;
+    void showLightToolTip();
     QRect brushCursorRect(const QPointF& WidgetPoint) const;
     QSize deviceSize() const;
     QPointF toDevice(const QPointF& WidgetPoint) const { return WidgetPoint * devicePixelRatioF(); }
@@ -76,6 +82,7 @@ private:
     OrvCanvasRenderer m_Renderer;
     OrvCanvasTiles m_Tiles;
     OrvCanvasView m_View;
+    OrvCanvasLight m_Light;
     OrvSelectionOutline m_Outline;
     QTimer m_OutlineTimer;
     int m_OutlineStep = 0;

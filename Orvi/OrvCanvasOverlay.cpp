@@ -113,11 +113,10 @@ void OrvCanvasOverlay::drawTitle(
     const OrvShaderInput* pChannel = Source.channel();
     if (!pChannel)
         return;
-    const QSize Size = pChannel->imageSetSize();
-    QString Facts = QStringLiteral("%1 \u00d7 %2   %3")
-                        .arg(Size.width())
-                        .arg(Size.height())
-                        .arg(pChannel->imageSetDepthAsString());
+    const QSize Size = Source.layout().tileSize();
+    QString Facts = QStringLiteral("%1 \u00d7 %2").arg(Size.width()).arg(Size.height());
+    if (!Source.isLit())
+        Facts += QStringLiteral("   ") + pChannel->imageSetDepthAsString();
     if (Source.layout().tiles().size() > 1)
         Facts += tr("   %n tiles")
                      .replace(QLatin1String("%n"), QString::number(Source.layout().tiles().size()));
@@ -132,7 +131,7 @@ void OrvCanvasOverlay::drawTitle(
     const QFont FactsFont = overlayFont(PixelRatio, 0.92);
     const QFontMetrics NameMetrics(NameFont), FactsMetrics(FactsFont);
     const int Padding = int(8 * PixelRatio);
-    const QString Name = pChannel->name();
+    const QString Name = Source.title();
     const int NameWidth = NameMetrics.horizontalAdvance(Name);
     const int Height = NameMetrics.height() + Padding;
     const QRect Chip(

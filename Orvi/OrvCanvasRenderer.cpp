@@ -89,7 +89,8 @@ bool OrvCanvasRenderer::isOnItsWay(const Piece& Wanted) const
         return One.Level == Wanted.Level && One.Tile == Wanted.Tile && One.Region.contains(Wanted.Region)
             && !Invalidated.intersects(pictureRect(Wanted));
     };
-    if (m_Computing && covers(m_Present, m_InvalidatedMeanwhile))
+    // What is computed for a source that is shown no more is thrown away.
+    if (m_Computing && m_PresentEpoch == m_Epoch && covers(m_Present, m_InvalidatedMeanwhile))
         return true;
     return std::any_of(m_Deliveries.begin(), m_Deliveries.end(),
         [&](const Delivery& One) { return covers(One.Finished, m_Invalidated); });
@@ -204,8 +205,8 @@ void OrvCanvasRenderer::work()
             return;
         const Piece Wanted = m_Wishes.takeFirst();
         const OrvDisplayTransform::Meaning Values = m_Values;
-        const int Epoch = m_Epoch;
         m_Present = Wanted;
+        m_PresentEpoch = m_Epoch;
         m_Computing = true;
         m_InvalidatedMeanwhile = QRegion();
         Lock.unlock();
@@ -214,7 +215,7 @@ void OrvCanvasRenderer::work()
         if (m_Quit)
             return;
         m_Computing = false;
-        if (Epoch == m_Epoch) {
+        if (m_PresentEpoch == m_Epoch) {
             m_Deliveries.append({Wanted, Pixels});
             // The piece may show pixels from before an edit that has been announced already.
             m_Invalidated += m_InvalidatedMeanwhile.intersected(pictureRect(Wanted));

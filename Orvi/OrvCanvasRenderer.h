@@ -104,7 +104,8 @@ private:
     QRegion m_Invalidated;
     QRegion m_InvalidatedMeanwhile; ///< while the present piece was computed
     OrvDisplayTransform::Meaning m_Values = OrvDisplayTransform::Light;
-    int m_Epoch = 0;
+    int m_Epoch = 0; ///< counts the sources
+    int m_PresentEpoch = 0;
     int m_Pauses = 0;
     bool m_Computing = false;
     bool m_Evaluating = false; ///< a part of the present piece

@@ -11,6 +11,7 @@
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvFlatShading.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
@@ -31,13 +32,20 @@ OrvCanvasSource::OrvCanvasSource(QObject* pParent)
         &OrvCanvasSource::descriptionChanged);
     connect(&OrvLayerManager::instance(), &OrvLayerManager::currentLayerChanged, this, request);
     connect(&OrvLayerManager::instance(), &OrvLayerManager::currentComponentChanged, this, request);
-    connect(
-        &OrvLayerShaderManager::instance(), &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
+    const OrvLayerShaderManager* pShaders = &OrvLayerShaderManager::instance();
+    connect(pShaders, &OrvLayerShaderManager::currentLayerShaderChanged, this, request);
+    // Which shader is chosen is told by a tag, and is no edit.
+    connect(pShaders, &OrvLayerShaderManager::layerShaderTagsChanged, this, request);
     connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this, request);
     // Where nothing is shown before and after, the words still differ.
     connect(&OrvProjectManager::instance(), &OrvProjectManager::onMakeProjectCurrent, this,
         &OrvCanvasSource::descriptionChanged);
     connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, request);
+    connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeNameChanged, this,
+        [this](const OrvSnBaseNode* pNode) {
+            if (pNode == m_pNode)
+                Q_EMIT descriptionChanged();
+        });
     // What is shown goes with its node, before anything is said about what comes instead.
     connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeDeregistered, this,
         [this](const OrvShaderNetwork*, const OrvSnBaseNode* pNode) {
@@ -58,11 +66,29 @@ void OrvCanvasSource::requestUpdate()
         m_Update.start();
 }
 
+OrvLayerShader* OrvCanvasSource::litShader() const
+{
+    OrvLayerShader* pShader = OrvLayerShaderManager::instance().currentLayerShader();
+    OrvSnBaseNode* pNode = OrvFlatShading::litNode(pShader);
+    return pNode ? OrvLayerShaderManager::instance().getLayerShader(pNode) : nullptr;
+}
+
+QString OrvCanvasSource::title() const
+{
+    if (m_IsLit && m_pNode)
+        return m_pNode->name();
+    return channel() ? channel()->name() : QString();
+}
+
 OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
 {
     const OrvShaderInput* pChannel = channel();
     if (!pChannel)
         return nullptr;
+    if (const OrvLayerShader* pLit = litShader()) {
+        PartName = tr("lit, painting \"%1\"").arg(pChannel->name());
+        return pLit->node();
+    }
     const OrvSnBaseNode* pShader = OrvLayerShaderManager::instance().currentShaderNode();
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     if (pShader && pLayer) {
@@ -106,30 +132,36 @@ void OrvCanvasSource::update()
     const OrvShaderInput* pChannel = channel();
     QString PartName;
     OrvSnBaseNode* pNode = shownNode(PartName);
-    OrvEngineNode* pResult = pNode ? OrvNodeEvaluation::result(pNode) : nullptr;
-    const OrvUdimLayout Layout = pChannel ? pChannel->layout() : OrvUdimLayout();
+    const OrvLayerShader* pLit = pChannel ? litShader() : nullptr;
+    OrvEngineNode* pResult = nullptr;
+    if (pNode)
+        pResult = pLit ? OrvFlatShading::result(pLit) : OrvNodeEvaluation::result(pNode);
+    const OrvUdimLayout Layout = pLit ? OrvFlatShading::layout(pLit)
+        : pChannel                    ? pChannel->layout()
+                                      : OrvUdimLayout();
     const auto* pImageNode = qobject_cast<const OrvSnChannelInputNode*>(pNode);
     const bool ScalarImage = pImageNode && pImageNode->imageSet()
         && pImageNode->imageSet()->format().Kind == OrvPixelFormat::Scalar;
-    const bool Numbers = pChannel
+    const bool Numbers = pChannel && !pLit
         && (ScalarImage || pChannel->isScalar()
             || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace()
                 == OrvColorManager::raw());
     const auto Meaning = Numbers ? OrvDisplayTransform::Numbers : OrvDisplayTransform::Light;
 
     const bool Same = !m_ResultGone && pNode == m_pNode && pResult == m_pResult && Layout == m_Layout
-        && Meaning == m_Meaning;
+        && Meaning == m_Meaning && m_IsLit == (pLit != nullptr);
     const bool SameWords = PartName == m_PartName;
     m_ResultGone = false;
     m_pNode = pNode;
     m_pResult = pResult;
+    m_IsLit = pLit != nullptr;
     m_Layout = Layout;
     m_Meaning = Meaning;
     m_PartName = PartName;
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
-    watch(pImageNode                                            ? pImageNode->imageSet()
-            : (pChannel && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
-                                                                : nullptr);
+    watch(pImageNode                                                     ? pImageNode->imageSet()
+            : (pChannel && !pLit && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
+                                                                         : nullptr);
     if (!Same)
         Q_EMIT changed();
     else if (!SameWords)

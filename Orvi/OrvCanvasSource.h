@@ -10,24 +10,30 @@
 
 class OrvEngineNode;
 class OrvImageSet;
+class OrvLayerShader;
 class OrvShaderInput;
 class OrvSnBaseNode;
 
-/// Which result of the document the canvas shows: the current channel's, or what the current system shader
-/// says (one layer, a layer and all below, the painted component). It follows the document and tells when
-/// another result, or a result of another size, is to be shown. The canvas owns it; it computes nothing.
+/// Which result of the document the canvas shows: what the current shader says, that is the current channel,
+/// one layer, a layer and all below, the painted component, or the lit picture of a shader of the user's. It
+/// follows the document and tells when another result, or a result of another size, is to be shown. The
+/// canvas owns it; it computes nothing.
 class OrvCanvasSource : public QObject {
     Q_OBJECT
 
 public:
     explicit OrvCanvasSource(QObject* pParent = nullptr);
 
-    /// Null without a channel.
+    /// The one that is current, and painted on; null without a channel.
     OrvShaderInput* channel() const;
+    /// A shader's picture under the light of OrvFlatShading is shown.
+    bool isLit() const { return m_IsLit; }
     const OrvUdimLayout& layout() const { return m_Layout; }
     OrvDisplayTransform::Meaning meaning() const { return m_Meaning; }
     /// Valid until changed() is sent; null for nothing.
     OrvEngineNode* result() const { return m_pResult; }
+    /// Name of the channel or shader that is shown.
+    QString title() const;
     /// What is shown in place of the whole channel, for people; empty for the channel.
     const QString& partName() const { return m_PartName; }
 
@@ -43,6 +49,8 @@ private:
     OrvSnBaseNode* shownNode(QString& PartName) const;
     void watch(OrvImageSet* pImages);
 
+    OrvLayerShader* litShader() const;
+
     QTimer m_Update; ///< an edit tells many things at once
     QPointer<OrvImageSet> m_pWatched;
     QPointer<OrvSnBaseNode> m_pNode;
@@ -50,5 +58,6 @@ private:
     OrvUdimLayout m_Layout;
     OrvDisplayTransform::Meaning m_Meaning = OrvDisplayTransform::Light;
     QString m_PartName;
+    bool m_IsLit = false;
     bool m_ResultGone = false;
 };

@@ -14,6 +14,7 @@ public:
     static constexpr double LargestZoom = 64.0;
 
     void setViewport(const QSize& Size);
+    const QSizeF& viewport() const { return m_Viewport; }
     void setContent(const QRectF& Content);
     const QRectF& content() const { return m_Content; }
 

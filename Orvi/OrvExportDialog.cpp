@@ -9,14 +9,15 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 
-OrvExportDialog::OrvExportDialog(const QString& Directory, const QString& Suffix, QWidget* pParent)
+OrvExportDialog::OrvExportDialog(
+    const QString& Title, const QString& Directory, const QString& Suffix, QWidget* pParent)
     : QDialog(pParent)
     , m_pDirectory(new QLineEdit(QDir::toNativeSeparators(Directory)))
     , m_pType(new QComboBox)
 {
-    setWindowTitle(tr("Export All Channels"));
+    setWindowTitle(Title);
     m_pDirectory->setMinimumWidth(320);
-    m_pType->addItem(tr("As deep as each channel (PNG or EXR)"), QString());
+    m_pType->addItem(tr("As deep as each image (PNG or EXR)"), QString());
     m_pType->addItem(tr("PNG"), QStringLiteral("png"));
     m_pType->addItem(tr("TIFF"), QStringLiteral("tif"));
     m_pType->addItem(tr("EXR"), QStringLiteral("exr"));

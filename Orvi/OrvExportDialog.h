@@ -5,16 +5,17 @@
 class QComboBox;
 class QLineEdit;
 
-/// Asks where all channels go and as what type of file. It offers only folders that exist, and writes
+/// Asks where several images go and as what type of file. It offers only folders that exist, and writes
 /// nothing.
 class OrvExportDialog : public QDialog {
     Q_OBJECT
 
 public:
-    explicit OrvExportDialog(const QString& Directory, const QString& Suffix, QWidget* pParent = nullptr);
+    OrvExportDialog(const QString& Title, const QString& Directory, const QString& Suffix,
+        QWidget* pParent = nullptr);
 
     QString directory() const;
-    /// Empty: PNG for channels of 8 bits, EXR for those that hold more.
+    /// Empty: PNG for images of 8 bits, EXR for those that hold more.
     QString suffix() const;
 
 private:

@@ -8,6 +8,7 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
@@ -72,7 +73,7 @@ QList<OrvUdimSet> OrvImageImport::imageSets(const QStringList& Paths)
 
 void OrvImageImport::takeTiles(OrvGeoEntity* pEntity, const QList<OrvUdimSet>& Sets)
 {
-    if (!pEntity
+    if (!pEntity || pEntity->isPtex()
         || !OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork()).isEmpty())
         return;
     QVector<int> Tiles;
@@ -85,8 +86,9 @@ void OrvImageImport::takeTiles(OrvGeoEntity* pEntity, const QList<OrvUdimSet>& S
 
 void OrvImageImport::addMissingTiles(const OrvShaderNetwork* pNetwork, const OrvUdimSet& Files)
 {
-    if (pNetwork && pNetwork->geoEntity() && Files.isUdim())
-        OrvTileExtension::extend(pNetwork->geoEntity(), Files.Paths.keys().toVector());
+    OrvGeoEntity* pEntity = pNetwork ? pNetwork->geoEntity() : nullptr;
+    if (pEntity && !pEntity->isPtex() && Files.isUdim())
+        OrvTileExtension::extend(pEntity, Files.Paths.keys().toVector());
 }
 
 bool OrvImageImport::fillImages(
@@ -188,4 +190,30 @@ OrvLayer* OrvImageImport::importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBel
         return nullptr;
     }
     return pLayer;
+}
+
+bool OrvImageImport::importMask(
+    OrvLayer* pLayer, const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error)
+{
+    if (!pLayer || Files.Paths.isEmpty()) {
+        OrvDebug("OrvImageImport", __LINE__, QStringLiteral("pLayer is NULL"), false, false);
+        return false;
+    }
+    if (!pLayer->isModifiable()) {
+        Error = tr("\"%1\" is locked or cached").arg(pLayer->name());
+        return false;
+    }
+    OrvUndoManager::AutoMacro Macro(tr("Import Mask : %1").arg(pLayer->name()));
+    addMissingTiles(pLayer->blendNode()->network(), Files);
+    if (pLayer->hasMask())
+        pLayer->deleteMask();
+    OrvImageSet* pImages
+        = pLayer->addMaskImageSet(OrvLayer::EmptyMask, OrvColor::clear()) ? pLayer->maskImageSet() : nullptr;
+    if (!pImages)
+        Error = tr("\"%1\" takes no mask").arg(pLayer->name());
+    if (!pImages || !fillImages(*pImages, true, Files, Progress, Error)) {
+        Macro.cancel();
+        return false;
+    }
+    return true;
 }

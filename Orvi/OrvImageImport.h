@@ -28,6 +28,9 @@ public:
     /// scaled to the tiles of the channel.
     static OrvLayer* importPaintLayer(OrvLayerStack* pStack, OrvLayer* pBelow, Place Where,
         const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error);
+    /// The layer's mask becomes the image's luminance; one that is a stack or computed is replaced.
+    static bool importMask(
+        OrvLayer* pLayer, const OrvUdimSet& Files, const OrvProgress& Progress, QString& Error);
 
     /// Gives an object without channels the tiles of all files that are to become its channels.
     static void takeTiles(OrvGeoEntity* pEntity, const QList<OrvUdimSet>& Sets);

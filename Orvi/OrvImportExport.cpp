@@ -1,10 +1,10 @@
 #include "Orvi/OrvImportExport.h"
 
-#include "Orvi/OrvChannelExport.h"
 #include "Orvi/OrvCommandLine.h"
 #include "Orvi/OrvDialogAction.h"
-#include "Orvi/OrvExportDialog.h"
+#include "Orvi/OrvExportCommands.h"
 #include "Orvi/OrvFailureMessage.h"
+#include "Orvi/OrvImageFolder.h"
 #include "Orvi/OrvProjectCommands.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
@@ -20,24 +20,18 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvProgressDialog.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include "OrvDdi/Files/OrvImageFiles.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QMimeData>
-#include <QtCore/QRegularExpression>
-#include <QtCore/QStandardPaths>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDropEvent>
 #include <QtWidgets/QFileDialog>
-#include <QtWidgets/QMessageBox>
-#include <QtWidgets/QPushButton>
 
 #include <algorithm>
 #include <functional>
@@ -46,10 +40,6 @@ namespace {
 
 const QString UriList = QStringLiteral("text/uri-list");
 const QString ImportDirectoryKey = QStringLiteral("Images/ImportDirectory");
-const QString ExportDirectoryKey = QStringLiteral("Images/ExportDirectory");
-const QString ExportSuffixKey = QStringLiteral("Images/ExportSuffix");
-const QString ExportAllSuffixKey = QStringLiteral("Images/ExportAllSuffix");
-constexpr int MessageDuration = 4000; // ms
 
 QStringList localPaths(const QMimeData& Data)
 {
@@ -76,54 +66,6 @@ OrvLayer* layerReading(const OrvSnBaseNode* pContent)
             return pLayer;
     }
     return nullptr;
-}
-
-QString directory(const QString& Key)
-{
-    const QString Last = OrvSettings()
-                             .value(Key, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
-                             .toString();
-    return QFileInfo(Last).isDir() ? Last : QDir::homePath();
-}
-
-/// The type that was chosen in the dialog counts, and where that leaves it open, the name's own or the usual
-/// one.
-QString typedPath(const QString& Path, const QString& Filter, const QString& UsualSuffix)
-{
-    QStringList Chosen;
-    static const QRegularExpression Pattern(QStringLiteral("\\*\\.(\\w+)"));
-    for (auto Match = Pattern.globalMatch(Filter); Match.hasNext();)
-        Chosen.append(Match.next().captured(1));
-    const QStringList Writable = OrvImageFiles::writableSuffixes();
-    const bool Open = Chosen.isEmpty() || Chosen.size() == Writable.size();
-    const QString Suffix = QFileInfo(Path).suffix();
-    const bool Named = Writable.contains(Suffix, Qt::CaseInsensitive);
-    if (Named && (Open || Chosen.contains(Suffix, Qt::CaseInsensitive)))
-        return Path;
-    const QString Base = Named ? Path.chopped(Suffix.size() + 1) : Path;
-    return Base + QLatin1Char('.') + (Open ? UsualSuffix : Chosen.first());
-}
-
-/// One question for all files. Unattended runs replace what they are told to write.
-bool mayReplace(const QStringList& Files)
-{
-    QStringList Existing;
-    std::copy_if(Files.begin(), Files.end(), std::back_inserter(Existing),
-        [](const QString& File) { return QFileInfo::exists(File); });
-    if (Existing.isEmpty() || !OrvApplication::popupsAllowed())
-        return true;
-    QMessageBox Box(&OrvMainWindow::instance());
-    Box.setIcon(QMessageBox::Question);
-    Box.setWindowTitle(OrvImportExport::tr("Export"));
-    Box.setTextFormat(Qt::PlainText);
-    Box.setText(Existing.size() == 1
-            ? OrvImportExport::tr("The file \"%1\" exists already.").arg(QFileInfo(Existing[0]).fileName())
-            : OrvImportExport::tr("%1 of %2 files exist already.").arg(Existing.size()).arg(Files.size()));
-    Box.setInformativeText(OrvImportExport::tr("Do you want to replace what is there?"));
-    const QPushButton* pReplace = Box.addButton(OrvImportExport::tr("Replace"), QMessageBox::DestructiveRole);
-    Box.setDefaultButton(Box.addButton(QMessageBox::Cancel));
-    Box.exec();
-    return Box.clickedButton() == pReplace;
 }
 
 /// Imports one image after the other, under one progress dialog and in one undo step. Returns what failed, to
@@ -154,6 +96,7 @@ OrvImportExport::OrvImportExport(OrvProjectCommands* pProjects, QObject* pParent
     , m_pProjects(pProjects)
 {
     createActions();
+    new OrvExportCommands(this);
     registerDrops();
     OrvMainWindow::instance().setAcceptDrops(true);
     OrvMainWindow::instance().installEventFilter(this);
@@ -173,27 +116,16 @@ void OrvImportExport::createActions()
         OrvDialogAction::mark(Creator.createAndAddToMenu(Text, Icon, pSlot, QVariant(), QString()));
     };
     create(tr("Import Images as Channels"), SLOT(importChannelsFromDialog()), QStringLiteral("Import.png"));
-    Creator.setActionSetName(QStringLiteral("ProjectOnly"));
-    create(tr("Export Channel"), SLOT(exportChannel()), QStringLiteral("Export.png"));
-    create(tr("Export All Channels"), SLOT(exportAllChannels()));
-    Creator.addMenuSeparator();
 
     Creator.setActionPath(QStringLiteral("/Orvi/Channels/Images"));
-    Creator.setActionSetName(QString());
     Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Import"));
     create(tr("Images as Channels"), SLOT(importChannelsFromDialog()));
-    Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/&Export"));
-    create(tr("All Channels"), SLOT(exportAllChannels()));
-    Creator.setMenuPath(QStringLiteral("MainWindow/&Channels/Export &Flattened"));
-    create(tr("Current Channel"), SLOT(exportChannel()));
+    create(tr("Images into Current Channel"), SLOT(importIntoChannelFromDialog()));
 
     Creator.setActionPath(QStringLiteral("/Orvi/Layers/Images"));
     Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Import"));
     create(tr("Images as Paint Layers"), SLOT(importLayersFromDialog()));
-    Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/&Export"));
-    create(tr("Current Layer"), SLOT(exportLayer()));
-    Creator.setMenuPath(QStringLiteral("MainWindow/&Layers/Export &Flattened"));
-    create(tr("Current Layer and Below"), SLOT(exportUpToLayer()));
+    create(tr("Image as Mask"), SLOT(importMaskFromDialog()));
 }
 
 void OrvImportExport::registerDrops()
@@ -339,7 +271,7 @@ void OrvImportExport::importLayers(
 QStringList OrvImportExport::askForImages(const QString& Title)
 {
     const QStringList Paths = QFileDialog::getOpenFileNames(
-        &OrvMainWindow::instance(), Title, directory(ImportDirectoryKey), OrvImageFiles::readFilter());
+        &OrvMainWindow::instance(), Title, OrvImageFolder::lastUsed(ImportDirectoryKey), OrvImageFiles::readFilter());
     if (!Paths.isEmpty())
         OrvSettings().setValue(ImportDirectoryKey, QFileInfo(Paths.first()).absolutePath());
     return Paths;
@@ -361,111 +293,28 @@ void OrvImportExport::importLayersFromDialog()
         importLayers(askForImages(tr("Import Images as Paint Layers")), pStack, nullptr);
 }
 
-void OrvImportExport::exportNode(const OrvSnBaseNode* pNode, const QString& Name)
+void OrvImportExport::importIntoChannelFromDialog()
 {
-    OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
-    if (!pNode || !pChannel)
-        return;
-    const QString Suffix = OrvSettings().value(ExportSuffixKey, QStringLiteral("png")).toString();
-    // The dialog's own question knows nothing of tiles.
-    QString Filter;
-    const QString Chosen = QFileDialog::getSaveFileName(&OrvMainWindow::instance(), tr("Export %1").arg(Name),
-        OrvChannelExport::suggestedPath(pChannel, directory(ExportDirectoryKey), Name, Suffix),
-        OrvImageFiles::writeFilter(), &Filter, QFileDialog::DontConfirmOverwrite);
-    if (Chosen.isEmpty())
-        return;
-    const QString Path = typedPath(Chosen, Filter, Suffix);
-    if (!mayReplace(OrvChannelExport::filesOf(pChannel, Path)))
-        return;
-    QString Error;
-    bool Written = false, Cancelled = false;
-    {
-        OrvProgressDialog Progress(tr("Exporting %1").arg(Name), &OrvMainWindow::instance());
-        Written = OrvChannelExport::writeNode(
-            pNode, pChannel, Path, [&Progress](int Done, int Total) { return Progress.step(Done, Total); },
-            Error);
-        Cancelled = Progress.isCancelled();
-    }
-    if (Written) {
-        OrvSettings().setValue(ExportDirectoryKey, QFileInfo(Path).absolutePath());
-        OrvSettings().setValue(ExportSuffixKey, QFileInfo(Path).suffix().toLower());
-        OrvStatusManager::instance().showMessage(tr("Exported %1").arg(Path), MessageDuration);
-    } else if (!Cancelled) {
-        OrvFailureMessage::show(tr("Export"), Error);
+    if (OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput()) {
+        importLayers(
+            askForImages(tr("Import Images into \"%1\"").arg(pChannel->name())), pChannel, nullptr);
     }
 }
 
-void OrvImportExport::exportChannel()
+void OrvImportExport::importMaskFromDialog()
 {
-    if (const OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput())
-        exportNode(pChannel->node(), pChannel->name());
-}
-
-void OrvImportExport::exportLayer()
-{
-    if (const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
-        exportNode(pLayer->overNode(), pLayer->name());
-}
-
-void OrvImportExport::exportUpToLayer()
-{
-    if (const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
-        exportNode(pLayer->blendNode(), pLayer->name());
-}
-
-void OrvImportExport::exportAllChannels()
-{
-    if (!OrvProjectManager::instance().currentProject())
+    const QPointer<OrvLayer> pLayer(OrvLayerManager::instance().currentLayer());
+    if (!pLayer)
         return;
-    OrvExportDialog Dialog(directory(ExportDirectoryKey), OrvSettings().value(ExportAllSuffixKey).toString(),
-        &OrvMainWindow::instance());
-    if (Dialog.exec() != QDialog::Accepted)
+    const QString Title = tr("Import Image as Mask of \"%1\"").arg(pLayer->name());
+    const QList<OrvUdimSet> Sets = OrvImageImport::imageSets(askForImages(Title));
+    if (Sets.isEmpty() || !pLayer)
         return;
-    OrvSettings().setValue(ExportDirectoryKey, Dialog.directory());
-    OrvSettings().setValue(ExportAllSuffixKey, Dialog.suffix());
-    exportAllChannelsTo(Dialog.directory(), Dialog.suffix());
-}
-
-void OrvImportExport::exportAllChannelsTo(const QString& Directory, const QString& Suffix)
-{
-    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
-    if (!pProject || !pProject->currentGeoEntity())
-        return;
-    const QList<OrvShaderInput*> Channels = OrvShaderInputManager::instance().getShaderInputsFromNetwork(
-        pProject->currentGeoEntity()->shaderNetwork());
-    QStringList Paths, Files;
-    for (const OrvShaderInput* pChannel : Channels) {
-        const QString Deep
-            = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
-        Paths.append(OrvChannelExport::suggestedPath(
-            pChannel, Directory, pChannel->name(), Suffix.isEmpty() ? Deep : Suffix));
-        Files += OrvChannelExport::filesOf(pChannel, Paths.last());
-    }
-    if (Channels.isEmpty() || !mayReplace(Files))
-        return;
-    QStringList Failures;
-    bool Cancelled = false;
-    {
-        OrvProgressDialog Progress(tr("Exporting"), &OrvMainWindow::instance());
-        for (int Index = 0; Index < Channels.size() && !Progress.isCancelled(); ++Index) {
-            Progress.setText(tr("Exporting %1").arg(Channels[Index]->name()));
-            QString Error;
-            const auto step = [&](int Done, int Total) {
-                const int Share = Total > 0 ? 100 * Done / Total : 0;
-                return Progress.step(100 * Index + Share, 100 * Channels.size());
-            };
-            if (!OrvChannelExport::writeChannel(Channels[Index], Paths[Index], step, Error)
-                && !Progress.isCancelled())
-                Failures.append(Error);
-        }
-        Cancelled = Progress.isCancelled();
-    }
-    OrvFailureMessage::show(tr("Export All Channels"), Failures);
-    if (!Cancelled && Failures.isEmpty()) {
-        OrvStatusManager::instance().showMessage(
-            tr("Exported %1 files to %2").arg(Files.size()).arg(QDir::toNativeSeparators(Directory)),
-            MessageDuration);
-    }
+    OrvFailureMessage::show(Title,
+        importEach(tr("Import Mask"), {Sets.first()},
+            [&](const OrvUdimSet& Set, const OrvProgress& Progress, QString& Error) {
+                return OrvImageImport::importMask(pLayer, Set, Progress, Error);
+            }));
 }
 
 #include "moc_OrvImportExport.cpp"

@@ -9,12 +9,11 @@
 class OrvLayer;
 class OrvLayerStack;
 class OrvProjectCommands;
-class OrvSnBaseNode;
 
-/// The commands that bring images in and out, with their dialogs, progress and messages, and what images do
-/// when they are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window
-/// channels; a project opens wherever it is dropped. Owned by the program; the work itself is
-/// OrvImageImport's and OrvChannelExport's.
+/// The commands that bring images in, with their dialogs, progress and messages, and what images do when they
+/// are dropped: on a layer tree or on the picture they become paint layers, elsewhere in the window channels;
+/// a project opens wherever it is dropped. Owned by the program, it owns those that bring images out; the work
+/// itself is OrvImageImport's.
 class OrvImportExport : public QObject {
     Q_OBJECT
 
@@ -27,9 +26,6 @@ public:
     void openImagesAsProject(const QStringList& Paths);
     /// Returns the base name of the first image that opened.
     QString importChannels(const QStringList& Paths);
-    /// All of the current object into a folder that exists; an empty suffix means a type as deep as the
-    /// channel. Asks once when that would replace files.
-    void exportAllChannelsTo(const QString& Directory, const QString& Suffix);
     void importLayers(const QStringList& Paths, OrvLayerStack* pStack, OrvLayer* pBelow,
         OrvImageImport::Place Where = OrvImageImport::AboveCurrent);
     /// A project opens, images become channels; false when there was neither.
@@ -40,16 +36,13 @@ public:
 public Q_SLOTS:
     void importChannelsFromDialog();
     void importLayersFromDialog();
-    /// Both ask for a place and a type, and before files are replaced.
-    void exportChannel();
-    void exportAllChannels();
-    void exportLayer();
-    void exportUpToLayer();
+    void importIntoChannelFromDialog();
+    /// Of the current layer; it gets one if it has none.
+    void importMaskFromDialog();
 
 private:
     void createActions();
     void registerDrops();
-    void exportNode(const OrvSnBaseNode* pNode, const QString& Name);
     QStringList askForImages(const QString& Title);
     void takeDrop(const QStringList& Paths, const QVariantMap& Place);
 

@@ -10,6 +10,8 @@
 #include "Orvi/OrvFailureMessage.h"
 #include "Orvi/OrvHistoryPalette.h"
 #include "Orvi/OrvImportExport.h"
+#include "Orvi/OrvObjectCommands.h"
+#include "Orvi/OrvObjectsPalette.h"
 #include "Orvi/OrvProjectCommands.h"
 #include "Orvi/OrvSampleProject.h"
 #include "Orvi/OrvSelectionCommands.h"
@@ -56,9 +58,9 @@ const QString BrushPath = QStringLiteral("/Orvi/Brush");
 const QString LastUsedNodesKey = QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore");
 constexpr int LastUsedNodes = 8;
 
-const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Channels"),
-    QStringLiteral("Layers"), QStringLiteral("Select"), QStringLiteral("Brush"), QStringLiteral("View"),
-    QStringLiteral("Palettes"), QStringLiteral("Help")};
+const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Objects"),
+    QStringLiteral("Channels"), QStringLiteral("Layers"), QStringLiteral("Shaders"), QStringLiteral("Select"),
+    QStringLiteral("Brush"), QStringLiteral("View"), QStringLiteral("Palettes"), QStringLiteral("Help")};
 
 /// Those that others build upon come first, and so are destroyed last.
 void makeManagers()
@@ -118,6 +120,7 @@ void OrvProgram::makeParts()
     m_pProjectCommands = new OrvProjectCommands(m_pCanvas->renderer(), this);
     m_pImportExport = new OrvImportExport(m_pProjectCommands, this);
     m_pSelectionCommands = new OrvSelectionCommands(m_pTools, this);
+    m_pObjectCommands = new OrvObjectCommands(this);
     m_pEditCommands = new OrvEditCommands(this);
     m_pAutosave = new OrvAutosave(m_pCanvas->renderer(), this);
 }
@@ -140,6 +143,10 @@ void OrvProgram::makeMenus()
     addView(tr("Zoom Out"), QString(), SLOT(zoomOut()), QKeySequence(Qt::CTRL + Qt::Key_Minus));
     addView(tr("Actual Size"), QString(), SLOT(showActualSize()), QKeySequence(Qt::CTRL + Qt::Key_1));
     addView(tr("Fit"), QStringLiteral("ZoomFit.png"), SLOT(fit()), QKeySequence(Qt::Key_F));
+    View.addMenuSeparator();
+    OrvActionCreator Light(ViewPath, m_pCanvas->light(), QStringLiteral("MainWindow/&View"), QString());
+    Light.createAndAddToMenu(tr("Show or Hide Light"), QString(), SLOT(toggleHandle()), QVariant(), QString());
+    Light.createAndAddToMenu(tr("Reset Light"), QString(), SLOT(resetLight()), QVariant(), QString());
 
     OrvActionCreator Brush(BrushPath, m_pTools->brushTool(), QStringLiteral("MainWindow/&Brush"), QString());
     const auto addBrush
@@ -181,6 +188,8 @@ void OrvProgram::registerPalettes()
     Palettes.registerPalette(new OrvShelfPalette, false, IconPath + QStringLiteral("/Materials.png"));
     Palettes.registerPalette(new OrvSelectionPalette(m_pSelectionCommands), false,
         IconPath + QStringLiteral("/SelectionGroups.png"));
+    Palettes.registerPalette(
+        new OrvObjectsPalette(m_pObjectCommands), false, IconPath + QStringLiteral("/Object.png"));
     auto* pLog = new OrvPalette;
     pLog->setBodyWidget(new OrvLogView(pLog));
     pLog->setObjectName(tr("Log"));
@@ -218,7 +227,7 @@ void OrvProgram::arrangePalettes()
     if (pChannels && pLayers)
         Window.resizeDocks({pChannels, pLayers}, {290, 340}, Qt::Horizontal);
     if (pChannels && pShaders)
-        Window.resizeDocks({pChannels, pShaders}, {560, 340}, Qt::Vertical);
+        Window.resizeDocks({pChannels, pShaders}, {380, 520}, Qt::Vertical);
 }
 
 void OrvProgram::start(const OrvCommandLine& Line)

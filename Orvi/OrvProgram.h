@@ -10,6 +10,7 @@ class OrvCanvasTools;
 class OrvCommandLine;
 class OrvEditCommands;
 class OrvImportExport;
+class OrvObjectCommands;
 class OrvProjectCommands;
 class OrvSelectionCommands;
 
@@ -44,6 +45,7 @@ private:
     OrvProjectCommands* m_pProjectCommands = nullptr;
     OrvImportExport* m_pImportExport = nullptr;
     OrvSelectionCommands* m_pSelectionCommands = nullptr;
+    OrvObjectCommands* m_pObjectCommands = nullptr;
     OrvEditCommands* m_pEditCommands = nullptr;
     OrvAutosave* m_pAutosave = nullptr;
 };

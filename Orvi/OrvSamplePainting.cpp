@@ -79,6 +79,7 @@ OrvSamplePainting::OrvSamplePainting(int Edge)
           {QRectF(1332, 948, 668, 1052), Petrol}}
 {
     shadeMasks();
+    paintRust();
 }
 
 QImage OrvSamplePainting::transparent() const
@@ -336,7 +337,7 @@ void OrvSamplePainting::paintDrips(QPainter& Painter) const
     }
 }
 
-QImage OrvSamplePainting::rust() const
+void OrvSamplePainting::paintRust()
 {
     const QColor Deep(0x3b, 0x1c, 0x0e), Fresh(0xb4, 0x5f, 0x27);
     const QImage Stains = shaded<QRgb>(QImage::Format_ARGB32, 2, [&](double X, double Y) {
@@ -350,11 +351,12 @@ QImage OrvSamplePainting::rust() const
         Color.setAlpha(int(std::lround(Amount * 245.0)));
         return Color.rgba();
     });
-    QImage Painted = Stains.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    QPainter Painter(&Painted);
+    m_Rust = Stains.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter Painter(&m_Rust);
     begin(Painter);
     paintDrips(Painter);
-    return Painted;
+    m_RustCover = m_Rust.convertToFormat(QImage::Format_Alpha8);
+    m_RustCover.reinterpretAsFormat(QImage::Format_Grayscale8);
 }
 
 QImage OrvSamplePainting::scratches() const
@@ -456,6 +458,18 @@ void OrvSamplePainting::shadeMasks()
         const double Edge = std::exp(-std::abs(distanceToPlates(X, Y)) / 90.0);
         return gray(step(0.25, 1.0, Edge * 0.9 + clouds(X / 260.0, Y / 160.0, 51, 5) * 0.45));
     });
+}
+
+QImage OrvSamplePainting::metallic() const
+{
+    QImage Image = shaded<uchar>(QImage::Format_Grayscale8, 2,
+        [this](double X, double Y) { return gray(step(-4.0, 4.0, distanceToPlates(X, Y))); });
+    QPainter Painter(&Image);
+    begin(Painter);
+    Painter.setBrush(Qt::white);
+    for (const QPointF& Place : rivetPlaces())
+        Painter.drawEllipse(Place, RivetRadius, RivetRadius);
+    return Image;
 }
 
 QImage OrvSamplePainting::roughness() const

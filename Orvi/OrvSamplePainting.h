@@ -22,7 +22,7 @@ public:
     QImage rivets() const;
     QImage stripes() const;
     QImage lettering() const;
-    QImage rust() const;
+    const QImage& rust() const { return m_Rust; }
     QImage scratches() const;
     QImage splashes() const;
     QImage sketch() const;
@@ -31,8 +31,10 @@ public:
     const QImage& wornPaint() const { return m_WornPaint; }
     const QImage& dirtyCorners() const { return m_DirtyCorners; }
     QImage stripeArea() const;
+    const QImage& rustCover() const { return m_RustCover; }
 
     // Numbers from 0 to 1.
+    QImage metallic() const;
     QImage roughness() const;
     std::vector<float> heights() const;
 
@@ -49,11 +51,12 @@ private:
     /// Negative inside of a plate, in the painting's own units.
     double distanceToPlates(double X, double Y) const;
     void shadeMasks();
+    void paintRust();
     /// Shades what is coarse at a part of the resolution.
     template <class Pixel, class Shade>
     QImage shaded(QImage::Format Format, int Divisor, Shade shade) const;
 
     int m_Edge;
     QVector<Plate> m_Plates;
-    QImage m_WornPaint, m_DirtyCorners;
+    QImage m_WornPaint, m_DirtyCorners, m_Rust, m_RustCover;
 };

@@ -14,6 +14,9 @@
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectFile.h"
 #include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
@@ -90,11 +93,13 @@ public:
     {
     }
 
+    OrvLayer* fill(const QString& Name, const OrvColor& Color)
+    {
+        return m_pStack ? take(m_pStack->createPaintableLayer(Color, PlacementFlags, m_pLast, Name)) : nullptr;
+    }
     OrvLayer* paint(const QString& Name, const QImage& Picture)
     {
-        OrvLayer* pLayer = m_pStack
-            ? take(m_pStack->createPaintableLayer(OrvColor::clear(), PlacementFlags, m_pLast, Name))
-            : nullptr;
+        OrvLayer* pLayer = fill(Name, OrvColor::clear());
         if (pLayer)
             writePixels(pLayer->paintImageSet(), Picture);
         return pLayer;
@@ -234,10 +239,23 @@ OrvLayer* buildColor(OrvShaderInput* pChannel, const OrvSamplePainting& Painting
     return pSplashes;
 }
 
+void buildMetallic(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
+{
+    StackBuilder Layers(pChannel);
+    Layers.paint(tr("Bare Metal"), Painting.metallic());
+    Layers.paint(tr("Scratches"), Painting.scratches());
+    OrvLayer* pRust = Layers.fill(tr("Rust"), OrvColor::black());
+    tag(pRust, "red");
+    maskWith(pRust, Painting.rustCover());
+}
+
 void buildRoughness(OrvShaderInput* pChannel, const OrvSamplePainting& Painting)
 {
     StackBuilder Layers(pChannel);
     Layers.paint(tr("Base"), Painting.roughness());
+    OrvLayer* pRust = Layers.fill(tr("Rust"), OrvColor(0.85f, 0.85f, 0.85f));
+    tag(pRust, "red");
+    maskWith(pRust, Painting.rustCover());
     OrvLayer* pDust = Layers.procedural(tr("Dust"), "gegl:simplex-noise");
     maskWith(pDust, Painting.dirtyCorners());
     blend(pDust, "Screen", 0.25);
@@ -258,6 +276,21 @@ void buildDisplacement(OrvShaderInput* pChannel, const OrvSamplePainting& Painti
     pImages->pixelsWritten(pImages->extent());
 }
 
+/// The lit hull is what a fresh project shows.
+void buildShader(const QList<OrvShaderInput*>& Channels)
+{
+    OrvLayerShader* pShader
+        = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/MetallicRoughness"), true);
+    if (!pShader) {
+        OrvDebug("OrvSampleProject", __LINE__, QStringLiteral("pShader is NULL"), false, false);
+        return;
+    }
+    pShader->node()->setName(tr("Hull"));
+    // Each channel is called as the input that it is for.
+    for (OrvShaderInput* pChannel : Channels)
+        pShader->setInputShaderInput(pChannel->name(), pChannel);
+}
+
 } // namespace
 
 QString OrvSampleProject::path()
@@ -273,7 +306,7 @@ void OrvSampleProject::build(int Edge, const OrvProgress& Progress)
     OrvShaderNetwork* pNetwork = pProject->currentGeoEntity()->shaderNetwork();
     const OrvSamplePainting Painting(Edge);
     const QSize Size(Edge, Edge);
-    constexpr int Steps = 4;
+    constexpr int Steps = 5;
     int Done = 0;
     const auto stepDone = [&] {
         if (Progress)
@@ -285,12 +318,18 @@ void OrvSampleProject::build(int Edge, const OrvProgress& Progress)
         const auto create = [&](const QString& Name, GLenum Depth, bool Scalar) {
             return OrvShaderInputUtils::create(pNetwork, Name, Size, Depth, nullptr, Scalar);
         };
-        OrvShaderInput* pColor = create(QStringLiteral("Color"), GL_UNSIGNED_BYTE, false);
+        OrvShaderInput* pColor = create(QStringLiteral("Base Color"), GL_UNSIGNED_BYTE, false);
         OrvLayer* pFirst = buildColor(pColor, Painting);
         stepDone();
-        buildRoughness(create(QStringLiteral("Roughness"), GL_UNSIGNED_BYTE, true), Painting);
+        OrvShaderInput* pMetallic = create(QStringLiteral("Metallic"), GL_UNSIGNED_BYTE, true);
+        buildMetallic(pMetallic, Painting);
         stepDone();
-        buildDisplacement(create(QStringLiteral("Displacement"), GL_HALF_FLOAT, true), Painting);
+        OrvShaderInput* pRoughness = create(QStringLiteral("Roughness"), GL_UNSIGNED_BYTE, true);
+        buildRoughness(pRoughness, Painting);
+        stepDone();
+        OrvShaderInput* pDisplacement = create(QStringLiteral("Displacement"), GL_HALF_FLOAT, true);
+        buildDisplacement(pDisplacement, Painting);
+        buildShader({pColor, pMetallic, pRoughness, pDisplacement});
         stepDone();
         if (pFirst)
             pFirst->makeCurrent(false, true);

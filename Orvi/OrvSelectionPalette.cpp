@@ -4,11 +4,8 @@
 #include "Orvi/OrvSelectionGroups.h"
 
 #include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCoreModules/Window/OrvIcon.h"
 
 #include <QtCore/QSignalBlocker>
-#include <QtWidgets/QAction>
-#include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QToolButton>
 
@@ -20,37 +17,16 @@ constexpr int IconEdge = 24;
 } // namespace
 
 OrvSelectionPalette::OrvSelectionPalette(OrvSelectionCommands* pCommands, QWidget* pParent)
-    : OrvPalette(pParent)
+    : OrvListPalette(tr("Selections"), IconEdge, pParent)
     , m_pCommands(pCommands)
-    , m_pList(new QListWidget)
+    , m_pList(list())
     , m_pSave(addButton(QStringLiteral("New.png"), tr("Save the selection under a name")))
     , m_pLoad(addButton(QStringLiteral("SelectionGroups.png"),
           tr("Select this (Shift adds, Alt subtracts, both intersect)")))
     , m_pRemove(addButton(QStringLiteral("Clear.png"), tr("Delete")))
 {
-    m_pList->setFrameShape(QFrame::NoFrame);
-    m_pList->setIconSize(QSize(IconEdge, IconEdge));
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_pList->setEditTriggers(QAbstractItemView::EditKeyPressed);
-    auto* pDelete = new QAction(m_pList);
-    pDelete->setShortcut(QKeySequence::Delete);
-    pDelete->setShortcutContext(Qt::WidgetShortcut);
-    m_pList->addAction(pDelete);
-
-    auto* pBody = new QWidget;
-    auto* pColumn = new QVBoxLayout(pBody);
-    pColumn->setContentsMargins(0, 0, 0, 0);
-    pColumn->setSpacing(0);
-    pColumn->addWidget(m_pList);
-    auto* pRow = new QHBoxLayout;
-    pRow->setContentsMargins(4, 2, 4, 2);
-    for (QToolButton* pButton : {m_pSave, m_pLoad, m_pRemove})
-        pRow->addWidget(pButton);
-    pRow->addStretch();
-    pColumn->addLayout(pRow);
-    setBodyWidget(pBody);
-    setObjectName(tr("Selections"));
-    setWindowTitle(tr("Selections"));
+    addKey({QKeySequence::Delete}, [this] { removeSelected(); });
 
     const OrvProjectManager& Projects = OrvProjectManager::instance();
     connect(&Projects, &OrvProjectManager::objectMadeCurrent, this, &OrvSelectionPalette::refill);
@@ -58,20 +34,10 @@ OrvSelectionPalette::OrvSelectionPalette(OrvSelectionCommands* pCommands, QWidge
     connect(m_pList, &QListWidget::itemDoubleClicked, this, &OrvSelectionPalette::loadCurrent);
     connect(m_pList, &QListWidget::itemChanged, this, &OrvSelectionPalette::rename);
     connect(m_pList, &QListWidget::itemSelectionChanged, this, &OrvSelectionPalette::updateButtons);
-    connect(pDelete, &QAction::triggered, this, &OrvSelectionPalette::removeSelected);
     connect(m_pSave, &QToolButton::clicked, m_pCommands, &OrvSelectionCommands::saveSelectionAs);
     connect(m_pLoad, &QToolButton::clicked, this, &OrvSelectionPalette::loadCurrent);
     connect(m_pRemove, &QToolButton::clicked, this, &OrvSelectionPalette::removeSelected);
     refill();
-}
-
-QToolButton* OrvSelectionPalette::addButton(const QString& Icon, const QString& ToolTip)
-{
-    auto* pButton = new QToolButton;
-    pButton->setIcon(OrvIcon::createIconFromFilename(Icon));
-    pButton->setToolTip(ToolTip);
-    pButton->setAutoRaise(true);
-    return pButton;
 }
 
 void OrvSelectionPalette::refill()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "OrvCoreModules/Window/OrvPalette.h"
+#include "Orvi/OrvListPalette.h"
 
 class OrvSelectionCommands;
 class QListWidget;
@@ -9,7 +9,7 @@ class QToolButton;
 
 /// The selections kept with the current object: a double click loads one, F2 renames it, the buttons below
 /// save, load and delete. It shows what the object has and remembers nothing.
-class OrvSelectionPalette : public OrvPalette {
+class OrvSelectionPalette : public OrvListPalette {
     Q_OBJECT
 
 public:
@@ -23,8 +23,6 @@ private Q_SLOTS:
     void updateButtons();
 
 private:
-    QToolButton* addButton(const QString& Icon, const QString& ToolTip);
-
     OrvSelectionCommands* m_pCommands;
     QListWidget* m_pList;
     QToolButton *m_pSave, *m_pLoad, *m_pRemove;

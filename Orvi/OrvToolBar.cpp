@@ -3,6 +3,7 @@
 #include "Orvi/OrvCanvasTools.h"
 #include "Orvi/OrvSelectionTool.h"
 
+#include "OrvCoreModules/Menus/OrvLateBindAction.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 
 #include <QtWidgets/QButtonGroup>
@@ -30,6 +31,8 @@ OrvToolBar::OrvToolBar(OrvCanvasTools* pTools, QWidget* pParent)
     addButton(m_pModeButtons, OrvSelectionArea::Intersect, QStringLiteral("SelectionIntersect.png"),
         tr("Keep what is selected twice (Shift+Alt)"));
 
+    addViews();
+
     connect(m_pTools, &OrvCanvasTools::toolChanged, this, &OrvToolBar::refresh);
     connect(m_pTools->selectionTool(), &OrvSelectionTool::modeChanged, this, &OrvToolBar::refresh);
     connect(m_pToolButtons, &QButtonGroup::idClicked, m_pTools, [this](int Id) {
@@ -50,6 +53,15 @@ void OrvToolBar::addButton(QButtonGroup* pGroup, int Id, const QString& Icon, co
     pButton->setAutoRaise(true);
     pGroup->addButton(pButton, Id);
     addWidget(pButton);
+}
+
+void OrvToolBar::addViews()
+{
+    // They come with the module; without it they do not show.
+    addSeparator();
+    for (const char* pName : {"Current Channel", "Current Layer && Below", "Current Layer", "Current Paint Target",
+             "Current Material", "User Shader"})
+        addAction(new OrvLateBindAction(QStringLiteral("/Orvi/Channels/Views/") + QLatin1String(pName), this));
 }
 
 void OrvToolBar::refresh()

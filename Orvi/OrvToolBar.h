@@ -5,8 +5,8 @@
 class OrvCanvasTools;
 class QButtonGroup;
 
-/// The strip with the canvas's tools and the ways in which a new selection combines with the present one. It
-/// shows and sets what the tools keep.
+/// The strip with the canvas's tools, the ways in which a new selection combines with the present one, and what the
+/// canvas can show. It shows and sets what the tools keep.
 class OrvToolBar : public QToolBar {
     Q_OBJECT
 
@@ -17,6 +17,8 @@ private Q_SLOTS:
     void refresh();
 
 private:
+    /// What the canvas can be made to show.
+    void addViews();
     void addButton(QButtonGroup* pGroup, int Id, const QString& Icon, const QString& ToolTip);
 
     OrvCanvasTools* m_pTools;

@@ -6,7 +6,15 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
+#include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
+#include "OrvCore/Project/OrvProject.h"
+#include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvFlatShading.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
@@ -21,16 +29,18 @@
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QScrollBar>
+#include <QtWidgets/QTabBar>
 #include <QtWidgets/QTreeView>
 
 #include <cmath>
 #include <cstdio>
-#include <functional>
 
 namespace {
 
 const QSize WindowSize(1600, 1000);
 const QSize GraphSize(1100, 700);
+const QSize ShelfSize(300, 420);
+const QSize ObjectsSize(300, 200);
 constexpr int QuietTime = 400; // ms without anything left to compute; longer than any refresh timer
 constexpr int Patience = 60 * 1000; // ms
 
@@ -45,6 +55,16 @@ void click(QWidget* pWidget, const QPointF& Point)
 {
     sendMouse(pWidget, QEvent::MouseButtonPress, Point, Qt::LeftButton);
     sendMouse(pWidget, QEvent::MouseButtonRelease, Point, Qt::NoButton);
+}
+
+/// The parts of plug-ins are known by name only.
+QWidget* childOfClass(const QWidget* pParent, const char* pClass)
+{
+    for (QWidget* pChild : pParent->findChildren<QWidget*>()) {
+        if (pChild->inherits(pClass))
+            return pChild;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -80,15 +100,61 @@ void OrvTour::picture(const QString& Name, QWidget* pWidget)
         m_Failures.append(Path);
 }
 
-void OrvTour::showPalette(const QString& Name)
+OrvPalette* OrvTour::palette(const QString& Name)
 {
     OrvPalette* pPalette = OrvPaletteManager::find(Name);
-    if (!pPalette) {
+    if (!pPalette)
         m_Failures.append(Name);
+    return pPalette;
+}
+
+void OrvTour::showPalette(const QString& Name)
+{
+    OrvPalette* pPalette = palette(Name);
+    if (!pPalette)
         return;
-    }
     pPalette->open();
     picture(QStringLiteral("palette-") + Name.toLower(), pPalette);
+}
+
+bool OrvTour::trigger(const QString& Key)
+{
+    QAction* pAction = OrvActionTreeManager::instance().findAction(Key);
+    if (pAction)
+        pAction->trigger();
+    else
+        m_Failures.append(Key);
+    return pAction;
+}
+
+void OrvTour::visitDialog(const QString& Key, const std::function<void(QWidget*)>& Visit)
+{
+    // The dialog runs its own event loop; the visitor acts from inside of it.
+    bool Seen = false;
+    QTimer::singleShot(QuietTime, m_pCanvas, [&] {
+        QWidget* pDialog = QApplication::activeModalWidget();
+        if (!pDialog)
+            return;
+        Seen = true;
+        Visit(pDialog);
+        pDialog->close();
+    });
+    if (trigger(Key) && !Seen)
+        m_Failures.append(Key);
+}
+
+void OrvTour::drag(const std::function<QPointF(double)>& PicturePoint)
+{
+    constexpr int Points = 80;
+    for (int Point = 0; Point <= Points; ++Point) {
+        const QPointF Place = m_pCanvas->toWidget(PicturePoint(double(Point) / Points));
+        if (Point == 0)
+            sendMouse(m_pCanvas, QEvent::MouseButtonPress, Place, Qt::LeftButton);
+        sendMouse(m_pCanvas, QEvent::MouseMove, Place, Qt::LeftButton);
+        QApplication::processEvents();
+        if (Point == Points)
+            sendMouse(m_pCanvas, QEvent::MouseButtonRelease, Place, Qt::NoButton);
+    }
 }
 
 bool OrvTour::select(const QString& LayerName)
@@ -119,11 +185,15 @@ void OrvTour::visitPalettes()
 {
     for (const char* pName : {"Layers", "Channels", "History", "Shaders"})
         showPalette(QString::fromLatin1(pName));
-    OrvPalette* pGraph = OrvPaletteManager::find(QStringLiteral("Node Graph"));
-    if (!pGraph) {
-        m_Failures.append(QStringLiteral("Node Graph"));
-        return;
+    if (OrvPalette* pShelf = palette(QStringLiteral("Shelf"))) {
+        pShelf->setFloating(true);
+        pShelf->resize(ShelfSize);
+        showPalette(QStringLiteral("Shelf"));
+        pShelf->close();
     }
+    OrvPalette* pGraph = palette(QStringLiteral("Node Graph"));
+    if (!pGraph)
+        return;
     pGraph->setFloating(true);
     pGraph->open();
     pGraph->resize(GraphSize);
@@ -131,6 +201,21 @@ void OrvTour::visitPalettes()
     QMetaObject::invokeMethod(pGraph, "frameAll");
     picture(QStringLiteral("palette-node-graph"), pGraph);
     pGraph->close();
+}
+
+void OrvTour::visitLight()
+{
+    const OrvFlatShading::Light Before = OrvFlatShading::light();
+    OrvFlatShading::Light Low = Before;
+    Low.Height = 0.22f;
+    OrvFlatShading::instance().setLight(Low);
+    settle();
+    const QSizeF Tile = OrvFlatShading::layout(OrvLayerShaderManager::instance().currentLayerShader()).tileSize();
+    const QPointF Handle(Low.U * Tile.width(), (1.0 - Low.V) * Tile.height());
+    const QPointF Target(0.56 * Tile.width(), 0.42 * Tile.height());
+    drag([&](double Part) { return Handle + (Target - Handle) * Part; });
+    picture(QStringLiteral("lit"), m_pCanvas);
+    OrvFlatShading::instance().setLight(Before);
 }
 
 void OrvTour::visitPropertyEditors()
@@ -171,24 +256,15 @@ void OrvTour::visitMaskStack()
 
 void OrvTour::visitQuickFind()
 {
-    QAction* pAction = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Layers/Quick Find"));
-    OrvPalette* pLayers = OrvPaletteManager::find(QStringLiteral("Layers"));
-    if (!pAction || !pLayers) {
-        m_Failures.append(QStringLiteral("Quick Find"));
+    OrvPalette* pLayers = palette(QStringLiteral("Layers"));
+    if (!pLayers)
         return;
-    }
     // The command is one of the palette that has the focus.
     QApplication::setActiveWindow(&OrvMainWindow::instance());
     if (QTreeView* pTree = pLayers->findChild<QTreeView*>())
         pTree->setFocus();
     settle();
-    // The dialog runs its own event loop; the visitor types from inside of it.
-    bool Seen = false;
-    QTimer::singleShot(QuietTime, m_pCanvas, [&] {
-        QWidget* pDialog = QApplication::activeModalWidget();
-        if (!pDialog)
-            return;
-        Seen = true;
+    visitDialog(QStringLiteral("/Orvi/Layers/Quick Find"), [this](QWidget* pDialog) {
         if (QWidget* pField = pDialog->focusWidget()) {
             for (const char Letter : {'b', 'l', 'u', 'r'}) {
                 QKeyEvent Press(QEvent::KeyPress, 0, Qt::NoModifier, QString(QLatin1Char(Letter)));
@@ -196,32 +272,17 @@ void OrvTour::visitQuickFind()
             }
         }
         picture(QStringLiteral("quick-find"), pDialog);
-        pDialog->close();
     });
-    pAction->trigger();
-    if (!Seen)
-        m_Failures.append(QStringLiteral("Quick Find"));
 }
 
 void OrvTour::visitBrush()
 {
     if (!select(QStringLiteral("Splashes")))
         return;
-    const auto wave = [this](double Part) {
-        return m_pCanvas->toWidget(QPointF(260.0 + 1500.0 * Part, 1460.0 + 160.0 * std::sin(Part * 9.0)));
-    };
-    constexpr int Points = 60;
-    sendMouse(m_pCanvas, QEvent::MouseButtonPress, wave(0.0), Qt::LeftButton);
-    for (int Point = 1; Point <= Points; ++Point) {
-        sendMouse(m_pCanvas, QEvent::MouseMove, wave(double(Point) / Points), Qt::LeftButton);
-        QApplication::processEvents();
-    }
-    sendMouse(m_pCanvas, QEvent::MouseButtonRelease, wave(1.0), Qt::NoButton);
+    drag([](double Part) { return QPointF(260.0 + 1500.0 * Part, 1460.0 + 160.0 * std::sin(Part * 9.0)); });
     picture(QStringLiteral("stroke"));
     showPalette(QStringLiteral("History"));
-    QAction* pUndo = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Edit/Undo"));
-    if (pUndo)
-        pUndo->trigger();
+    trigger(QStringLiteral("/Orvi/Edit/Undo"));
     m_pCanvas->showActualSize();
     picture(QStringLiteral("actual-size"));
     m_pCanvas->fit();
@@ -229,38 +290,83 @@ void OrvTour::visitBrush()
 
 void OrvTour::visitSelection()
 {
-    const auto run = [this](const char* pKey) {
-        QAction* pAction = OrvActionTreeManager::instance().findAction(QString::fromLatin1(pKey));
-        if (pAction)
-            pAction->trigger();
-        else
-            m_Failures.append(QString::fromLatin1(pKey));
-    };
-    const auto drag = [this](const std::function<QPointF(double)>& PicturePoint) {
-        constexpr int Points = 80;
-        for (int Point = 0; Point <= Points; ++Point) {
-            const QPointF Place = m_pCanvas->toWidget(PicturePoint(double(Point) / Points));
-            if (Point == 0)
-                sendMouse(m_pCanvas, QEvent::MouseButtonPress, Place, Qt::LeftButton);
-            sendMouse(m_pCanvas, QEvent::MouseMove, Place, Qt::LeftButton);
-            if (Point == Points)
-                sendMouse(m_pCanvas, QEvent::MouseButtonRelease, Place, Qt::NoButton);
-        }
-    };
-    run("/Orvi/Select/Lasso Selection");
+    trigger(QStringLiteral("/Orvi/Select/Lasso Selection"));
     drag([](double Part) {
         const double Angle = 6.2831853 * Part, Radius = 420.0 + 110.0 * std::cos(5.0 * Angle);
         return QPointF(1000.0 + Radius * std::cos(Angle), 1000.0 + Radius * std::sin(Angle));
     });
-    run("/Orvi/Select/Brush");
+    trigger(QStringLiteral("/Orvi/Select/Brush"));
     drag([](double Part) { return QPointF(300.0 + 1400.0 * Part, 1000.0 + 300.0 * std::sin(12.0 * Part)); });
     picture(QStringLiteral("selection"));
-    run("/Orvi/Edit/Undo");
-    run("/Orvi/Select/None");
+    trigger(QStringLiteral("/Orvi/Edit/Undo"));
+    trigger(QStringLiteral("/Orvi/Select/None"));
+}
+
+void OrvTour::visitConversion()
+{
+    visitDialog(QStringLiteral("/Orvi/Channels/Convert Channel"),
+        [this](QWidget* pDialog) { picture(QStringLiteral("convert-channel"), pDialog); });
+}
+
+void OrvTour::visitMaterials()
+{
+    OrvPalette* pShaders = palette(QStringLiteral("Shaders"));
+    QWidget* pView = pShaders ? childOfClass(pShaders, "OrvShaderView") : nullptr;
+    QWidget* pLayers = pShaders ? childOfClass(pShaders, "OrvLayerView") : nullptr;
+    QTabBar* pTabs = pShaders ? pShaders->findChild<QTabBar*>() : nullptr;
+    if (!pView || !pLayers || !pTabs || !trigger(QStringLiteral("/Orvi/Layers/Shaders/AddShader/Layered Material")))
+        return;
+    OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
+    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
+    const QList<OrvShaderInput*> Painted = Channels.getShaderInputsFromNetwork(pNetwork);
+    pShaders->open();
+    QMetaObject::invokeMethod(pView, "createMaterialChannel");
+    picture(QStringLiteral("palette-shaders-layered"), pShaders);
+    pTabs->setCurrentIndex(pTabs->count() - 1);
+    settle();
+    const OrvShaderInput* pMaterial = Channels.currentShaderInput();
+    const auto addLayer = [pLayers, pMaterial](const QString& Name) -> OrvLayerShader* {
+        const QList<OrvLayer*> Before = pMaterial ? pMaterial->layerList() : QList<OrvLayer*>();
+        QMetaObject::invokeMethod(
+            pLayers, "addShaderLayerFromKey", Q_ARG(QString, QStringLiteral("Shader/MetallicRoughness")));
+        for (OrvLayer* pLayer : pMaterial ? pMaterial->layerList() : QList<OrvLayer*>()) {
+            if (Before.contains(pLayer))
+                continue;
+            pLayer->setName(Name);
+            return OrvLayerShaderManager::instance().getLayerShader(pLayer->shaderNode());
+        }
+        return nullptr;
+    };
+    OrvLayerShader *pHull = addLayer(QStringLiteral("Hull")), *pLacquer = addLayer(QStringLiteral("Lacquer"));
+    if (!pHull || !pLacquer) {
+        m_Failures.append(QStringLiteral("Shader Layers"));
+        return;
+    }
+    for (OrvShaderInput* pChannel : Painted)
+        pHull->setInputShaderInput(pChannel->name(), pChannel);
+    pLacquer->setInputValue(QStringLiteral("Base Color"), OrvColor(0.3f, 0.02f, 0.02f));
+    picture(QStringLiteral("palette-shaders-materials"), pShaders);
+    pTabs->setCurrentIndex(0);
+}
+
+void OrvTour::visitObjects()
+{
+    OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    OrvPalette* pObjects = palette(QStringLiteral("Objects"));
+    if (!pProject || !pObjects)
+        return;
+    for (const char* pName : {"Hatch", "Antenna"})
+        pProject->addGeoEntity(QString::fromLatin1(pName));
+    pObjects->setFloating(true);
+    pObjects->resize(ObjectsSize);
+    showPalette(QStringLiteral("Objects"));
+    pObjects->close();
 }
 
 void OrvTour::visitChannels()
 {
+    OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+    Shaders.setCurrentShader(Shaders.getCurrentChannelShader());
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     for (OrvShaderInput* pChannel : OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork)) {
         OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
@@ -275,11 +381,15 @@ void OrvTour::visitSampleProject()
     m_pCanvas->fit();
     picture(QStringLiteral("window"));
     visitPalettes();
+    visitLight();
     visitPropertyEditors();
     visitMaskStack();
     visitQuickFind();
     visitBrush();
     visitSelection();
+    visitConversion();
+    visitMaterials();
+    visitObjects();
 }
 
 int OrvTour::run()

@@ -3,7 +3,11 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
+
 class OrvCanvas;
+class OrvPalette;
+class QPointF;
 class QWidget;
 
 /// Plays a short tour over the real program, off screen, and writes a picture of each stop: for the manual
@@ -22,16 +26,28 @@ public:
 private:
     void settle() const;
     void picture(const QString& Name, QWidget* pWidget = nullptr);
+    /// Null, which is noted, when there is no such palette.
+    OrvPalette* palette(const QString& Name);
     void showPalette(const QString& Name);
+    /// Runs a command of the menus, by its key.
+    bool trigger(const QString& Key);
+    /// The same for one that opens a dialog, which is visited while it is open, and closed.
+    void visitDialog(const QString& Key, const std::function<void(QWidget*)>& Visit);
+    /// With the left button, along a path of the picture's points.
+    void drag(const std::function<QPointF(double)>& PicturePoint);
     /// Clicks the layer's row.
     bool select(const QString& LayerName);
     void visitSampleProject();
     void visitPalettes();
+    void visitLight();
     void visitPropertyEditors();
     void visitMaskStack();
     void visitQuickFind();
     void visitBrush();
     void visitSelection();
+    void visitConversion();
+    void visitMaterials();
+    void visitObjects();
     void visitChannels();
 
     OrvCanvas* m_pCanvas;

@@ -1,34 +1,12 @@
+#include "Tests/Orvi/OrvTestCanvas.h"
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvBrushTool.h"
-#include "Orvi/OrvCanvas.h"
 #include "Orvi/OrvCanvasTools.h"
-
-#include <QtTest/QtTest>
-#include <QtGui/QWheelEvent>
 
 #include <functional>
 
-namespace {
-
-constexpr int SettleTime = 20000; // ms
-const QSize CanvasSize(400, 400);
-
-bool isNear(const QColor& One, const QColor& Other, int Tolerance = 2)
-{
-    return std::abs(One.red() - Other.red()) <= Tolerance
-        && std::abs(One.green() - Other.green()) <= Tolerance
-        && std::abs(One.blue() - Other.blue()) <= Tolerance;
-}
-
-void wheel(QWidget& Widget, const QPoint& Position, int Units)
-{
-    QWheelEvent Event(Position, Widget.mapToGlobal(Position), QPoint(), QPoint(0, Units), Qt::NoButton,
-        Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&Widget, &Event);
-}
-
-} // namespace
+using namespace OrvTestCanvas;
 
 /// The picture on the screen follows the document.
 class TstCanvas : public QObject {
@@ -44,7 +22,7 @@ private Q_SLOTS:
         Brush.setHardness(1.0);
         Brush.setColor(Qt::blue);
         m_pTool->setBrush(Brush);
-        m_pCanvas = newCanvas();
+        m_pCanvas = newCanvas(m_pTools.get());
     }
     void cleanup()
     {
@@ -146,7 +124,7 @@ private Q_SLOTS:
             QApplication::processEvents();
             m_pCanvas->grab();
             QVERIFY(isSettled(m_pCanvas.get()));
-            const std::unique_ptr<OrvCanvas> pFresh = newCanvas();
+            const std::unique_ptr<OrvCanvas> pFresh = newCanvas(m_pTools.get());
             applyZoom(pFresh.get(), Zoom);
             QVERIFY(isSettled(pFresh.get()));
             const QImage Followed = m_pCanvas->grab().toImage(), Fresh = pFresh->grab().toImage();
@@ -206,9 +184,7 @@ private Q_SLOTS:
 
         const QPointF Corner = m_pCanvas->toPicture(QPoint(0, 0));
         QTest::mousePress(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer);
-        QMouseEvent Move(
-            QEvent::MouseMove, Pointer + QPoint(40, 20), Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
-        QApplication::sendEvent(m_pCanvas.get(), &Move);
+        movePressed(*m_pCanvas, Pointer + QPoint(40, 20), Qt::MiddleButton);
         QTest::mouseRelease(m_pCanvas.get(), Qt::MiddleButton, Qt::NoModifier, Pointer + QPoint(40, 20));
         const QPointF Moved = Corner - m_pCanvas->toPicture(QPoint(0, 0));
         QVERIFY(QLineF(Moved * m_pCanvas->zoom(), QPointF(40, 20)).length() < 1.5);
@@ -261,44 +237,6 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<OrvCanvas> newCanvas() const
-    {
-        auto pCanvas = std::make_unique<OrvCanvas>(m_pTools.get());
-        pCanvas->resize(CanvasSize);
-        pCanvas->show();
-        return pCanvas;
-    }
-    static void applyZoom(OrvCanvas* pCanvas, double Zoom)
-    {
-        isSettled(pCanvas);
-        if (Zoom > 0.0) {
-            pCanvas->showActualSize();
-            wheel(*pCanvas, QPoint(200, 200), int(std::lround(480.0 * std::log2(Zoom))));
-        }
-    }
-    static bool isSettled(OrvCanvas* pCanvas)
-    {
-        QApplication::processEvents();
-        return QTest::qWaitFor([pCanvas] { return pCanvas->isSettled(); }, SettleTime);
-    }
-    static QColor shownAt(OrvCanvas* pCanvas, const QPointF& PicturePoint)
-    {
-        isSettled(pCanvas);
-        const double Ratio = pCanvas->devicePixelRatioF();
-        return pCanvas->grab().toImage().pixelColor((pCanvas->toWidget(PicturePoint) * Ratio).toPoint());
-    }
-    static bool areAlike(const QImage& One, const QImage& Other)
-    {
-        if (One.size() != Other.size())
-            return false;
-        for (int Row = 0; Row < One.height(); ++Row) {
-            for (int Column = 0; Column < One.width(); ++Column) {
-                if (!isNear(One.pixelColor(Column, Row), Other.pixelColor(Column, Row)))
-                    return false;
-            }
-        }
-        return true;
-    }
     void stroke(const std::vector<QPointF>& Points)
     {
         QVERIFY(m_pTool->begin(Points.front()));

@@ -71,6 +71,35 @@ private Q_SLOTS:
         QVERIFY(!OrvProjectManager::instance().currentProject());
     }
 
+    void channelsOfOneNameAreToldApartByTheirObjects()
+    {
+        OrvShaderInput* pRed = m_Document.newChannel(QSize(32, 16));
+        m_Document.newPaintLayer(pRed, OrvColor(1.0f, 0.0f, 0.0f));
+        OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        const auto addBlue = [&](OrvGeoEntity* pEntity, const QString& Name) {
+            OrvShaderInput* pBlue = OrvShaderInputUtils::create(
+                pEntity->shaderNetwork(), Name, QSize(32, 16), GL_UNSIGNED_BYTE);
+            m_Document.newPaintLayer(pBlue, OrvColor(0.0f, 0.0f, 1.0f));
+        };
+        OrvGeoEntity* pBody = pProject->addGeoEntity(QStringLiteral("Body"));
+        addBlue(pBody, QStringLiteral("Color"));
+        addBlue(pBody, QStringLiteral("Bump"));
+        addBlue(pBody, QStringLiteral("Body/Color")); // in the way of nobody
+        const QString Project = m_Document.filePath(QStringLiteral("two.orvi"));
+        const QString File = m_Document.filePath(QStringLiteral("two.png"));
+        QString Error;
+        QVERIFY(OrvProjectManager::instance().saveProjectAs(Project, Error));
+
+        QCOMPARE(runExport(QStringLiteral("Color"), File, Project), int(OrvCommandLine::Failure));
+        QVERIFY(!QFile::exists(File));
+        for (const auto& [Channel, Color] :
+            {std::make_pair("Object/Color", Qt::red), std::make_pair("Body/Color", Qt::blue),
+                std::make_pair("Bump", Qt::blue), std::make_pair("Body/Body/Color", Qt::blue)}) {
+            QCOMPARE(runExport(QLatin1String(Channel), File, Project), int(OrvCommandLine::Success));
+            QCOMPARE(QImage(File).pixelColor(5, 5), QColor(Color));
+        }
+    }
+
     void exportFailuresAreExitCodesAndWriteNothing()
     {
         const QString Project = saveProject();

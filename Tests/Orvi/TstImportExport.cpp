@@ -2,8 +2,11 @@
 #include "Tests/Orvi/OrvTestDocument.h"
 
 #include "Orvi/OrvChannelExport.h"
+#include "Orvi/OrvExportCommands.h"
+#include "Orvi/OrvExportRun.h"
 #include "Orvi/OrvImageImport.h"
 #include "Orvi/OrvImportExport.h"
+#include "Orvi/OrvLayerImageExport.h"
 #include "Orvi/OrvProjectCommands.h"
 
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
@@ -289,8 +292,7 @@ private Q_SLOTS:
 
     void exportingOverFilesAsksOnce()
     {
-        OrvProjectCommands Projects;
-        OrvImportExport Commands(&Projects);
+        OrvExportCommands Commands;
         import(save(QStringLiteral("one.png"), pattern(ImageSize)));
         import(save(QStringLiteral("two.png"), pattern(ImageSize)));
         const QTemporaryDir Folder;
@@ -312,6 +314,80 @@ private Q_SLOTS:
         QCOMPARE(exportAnswering(QStringLiteral("Replace")).size(), 1);
         for (const QString& File : Files)
             QVERIFY(QFileInfo(File).size() > 3);
+    }
+
+    void layersAreExportedAsTheyAreStored()
+    {
+        const QImage Image = pattern(ImageSize);
+        OrvShaderInput* pChannel = import(save(QStringLiteral("hull.png"), Image));
+        OrvLayer* pBase = baseOf(pChannel);
+        // Neither blending nor what lies above is in the files.
+        pBase->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.25);
+        OrvLayer* pSecond = importLayer(pChannel, save(QStringLiteral("Base.png"), Image.mirrored()));
+        pSecond->blendNode()->setName(QStringLiteral("Base"));
+        QVERIFY(OrvImageImport::importMask(
+            pSecond, OrvImageImport::imageSets({save("dots.png", pattern(ImageSize))}).first(), {}, m_Error));
+        QString Error;
+        QVERIFY(pChannel->groupLayers(Error, 0, {pSecond}, nullptr, QStringLiteral("Group")));
+
+        const QTemporaryDir Folder;
+        QVERIFY(OrvExportRun::run("Export", OrvLayerImageExport::jobsOf(pChannel, Folder.path(), QString())));
+        QCOMPARE(QDir(Folder.path()).entryList(QDir::Files),
+            QStringList({"hull.Base 2.png", "hull.Base.Mask.png", "hull.Base.png"}));
+        const auto file = [&](const char* pName) {
+            return QImage(Folder.filePath(QLatin1String(pName))).convertToFormat(QImage::Format_RGBA8888);
+        };
+        QCOMPARE(file("hull.Base 2.png"), Image);
+        QCOMPARE(file("hull.Base.png"), Image.mirrored());
+        // Masks are numbers: they come in again as they went out.
+        const QByteArray Mask = maskBytes(pSecond);
+        QVERIFY(OrvImageImport::importMask(pSecond,
+            OrvImageImport::imageSets({Folder.filePath("hull.Base.Mask.png")}).first(), {}, m_Error));
+        QCOMPARE(maskBytes(pSecond), Mask);
+
+        QVERIFY(pChannel->convertDepthTo(GL_HALF_FLOAT, OrvShaderInput::AllImages));
+        const QTemporaryDir Deep;
+        QVERIFY(OrvExportRun::run("Export",
+            OrvLayerImageExport::jobsOf({pSecond}, pChannel, OrvLayerImageExport::Masks, Deep.path(), QString())));
+        QCOMPARE(QDir(Deep.path()).entryList(QDir::Files), QStringList("hull.Base.Mask.exr"));
+    }
+
+    void tilesAndComputedLayersAreExportedToo()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
+        pChannel->node()->setUserAttributeValue("ImageTiles", QVariantList{1001, 1012});
+        OrvLayer* pPaint = m_Document.newPaintLayer(pChannel, OrvColor(1.0f, 0.0f, 0.0f));
+        OrvLayer* pPattern
+            = pChannel->createProceduralLayer("Procedural/Pattern/Checkerboard", OrvTestDocument::LayerFlags);
+        QVERIFY(pPattern);
+        const QTemporaryDir Folder;
+        QVERIFY(OrvExportRun::run("Export",
+            OrvLayerImageExport::jobsOf(
+                {pPaint, pPattern}, pChannel, OrvLayerImageExport::Everything, Folder.path(), "png")));
+        const QStringList Files = QDir(Folder.path()).entryList(QDir::Files);
+        QCOMPARE(Files.size(), 4);
+        QCOMPARE(Files.filter("1012").size(), 2);
+        QCOMPARE(QImage(Folder.filePath(Files.filter(pPaint->name()).last())).pixelColor(3, 3), QColor(255, 0, 0));
+    }
+
+    void aMaskThatCannotBeReadLeavesTheOldOne()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
+        pLayer->addMaskImageSetAndFillBlack();
+        QFile Bad(m_Document.filePath(QStringLiteral("bad mask.png")));
+        QVERIFY(Bad.open(QIODevice::WriteOnly));
+        Bad.write("bad");
+        Bad.close();
+        const int Steps = OrvTestDocument::historyLength();
+        const auto Set = OrvImageImport::imageSets({Bad.fileName()}).first();
+        QVERIFY(!OrvImageImport::importMask(pLayer, Set, {}, m_Error));
+        QVERIFY(m_Error.contains("bad mask.png"));
+        QVERIFY(pLayer->maskImageSet() && pLayer->maskImageSet()->isUniform());
+        pLayer->setLocked(true);
+        QVERIFY(!OrvImageImport::importMask(pLayer, Set, {}, m_Error));
+        QVERIFY(m_Error.contains("locked"));
+        QCOMPARE(OrvTestDocument::historyLength(), Steps + 1);
     }
 
     void dropsBecomeLayersAboveTheOneUnderThePointer()
@@ -426,6 +502,13 @@ private:
     QList<OrvShaderInput*> channels() const
     {
         return OrvShaderInputManager::instance().getShaderInputsFromNetwork(m_pNetwork);
+    }
+    static QByteArray maskBytes(const OrvLayer* pLayer)
+    {
+        const OrvImageSet* pMask = pLayer->maskImageSet();
+        QByteArray Bytes(pMask->extent().width() * pMask->extent().height(), '\0');
+        pMask->snapshot().read(pMask->extent(), pMask->format(), Bytes.data());
+        return Bytes;
     }
     static OrvLayer* baseOf(const OrvShaderInput* pChannel) { return pChannel->layerList().last(); }
     static bool areAlike(const QImage& One, const QImage& Other)

@@ -16,6 +16,7 @@
 
 #include "OrvDdi/Files/OrvDataBlockManager.h"
 
+#include <QtCore/QDirIterator>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 
@@ -167,6 +168,39 @@ private Q_SLOTS:
         connect(Canvas.renderer(), &OrvCanvasRenderer::pieceReady, &Canvas, [&Pieces] { ++Pieces; });
         pLayer->paintImageSet()->pixelsWritten(pLayer->paintImageSet()->extent());
         QTRY_VERIFY_WITH_TIMEOUT(Pieces > 0, 60000);
+    }
+
+    void aVeryLargeImageIsSavedInSlices()
+    {
+        const QSize Size(8192, 8192);
+        OrvLayer* pLayer = m_Document.newPaintLayer(m_Document.newChannel(Size));
+        OrvImageSet* pImages = pLayer->paintImageSet();
+        for (int Square = 0; Square < pImages->blockCount(); ++Square) {
+            const QPoint Corner = pImages->blockRect(Square).topLeft();
+            pImages->buffer().fill(
+                OrvColor(Square % 16 / 16.0f, Square / 256.0f, 0.5f), QRect(Corner, QSize(300, 300)));
+        }
+        pImages->pixelsWritten(pImages->extent());
+
+        const QString Copy = OrvDataBlockManager::subCachePath() + QStringLiteral("/Autosave");
+        const QString Manifest = Copy + QLatin1Char('/') + OrvProjectFile::ManifestName;
+        const auto blockCount = [&Copy] {
+            int Count = 0;
+            QDirIterator Files(Copy + QStringLiteral("/blocks"), QDir::Files, QDirIterator::Subdirectories);
+            for (; Files.hasNext(); Files.next())
+                ++Count;
+            return Count;
+        };
+        OrvAutosave Autosave;
+        QSet<int> Seen;
+        QTimer Ticks;
+        connect(&Ticks, &QTimer::timeout, this, [&] { Seen.insert(blockCount()); });
+        Ticks.start(5);
+        Autosave.saveWhenIdle();
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(Manifest) && !Autosave.isWaiting(), 120000);
+        // The window lives between any two slices, and each goes on where the last one ended.
+        QVERIFY2(Seen.size() >= 3, qPrintable(QString::number(Seen.size())));
+        QCOMPARE(blockCount(), pImages->blockCount());
     }
 
     void menusNameWhatTheyTakeBackAndTheHistoryGoesThere()

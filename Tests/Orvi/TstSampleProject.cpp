@@ -54,16 +54,16 @@ private Q_SLOTS:
 
     void hasChannelsOfThreeDepths()
     {
-        QVERIFY(channel("Color") && channel("Roughness") && channel("Displacement"));
-        QVERIFY(!channel("Color")->isScalar() && channel("Roughness")->isScalar());
+        QVERIFY(channel("Base Color") && channel("Roughness") && channel("Displacement"));
+        QVERIFY(!channel("Base Color")->isScalar() && channel("Roughness")->isScalar());
         QCOMPARE(int(channel("Displacement")->imageSetDepth()), GL_HALF_FLOAT);
-        QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), channel("Color"));
+        QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), channel("Base Color"));
         QVERIFY(!OrvProjectManager::instance().isModified());
     }
 
     void hasLayersOfAllKinds()
     {
-        const QList<OrvLayer*> Layers = channel("Color")->allLayers();
+        const QList<OrvLayer*> Layers = channel("Base Color")->allLayers();
         QVERIFY(Layers.size() >= 12);
         const auto any = [&Layers](const auto& Is) { return std::any_of(Layers.begin(), Layers.end(), Is); };
         QVERIFY(any([](OrvLayer* p) { return p->isPaintableLayer() && !p->paintImageSet()->isUniform(); }));
@@ -90,7 +90,7 @@ private Q_SLOTS:
     void comesBackEqual()
     {
         const QByteArray Graph = graph();
-        const std::vector<float> Color = pixels(channel("Color")), Heights = pixels(channel("Displacement"));
+        const std::vector<float> Color = pixels(channel("Base Color")), Heights = pixels(channel("Displacement"));
         const QString Path = m_Document.filePath(QStringLiteral("sample.orvi"));
         QString Error;
         OrvProjectManager& Projects = OrvProjectManager::instance();
@@ -98,7 +98,7 @@ private Q_SLOTS:
         Projects.closeProject();
         QVERIFY2(Projects.openProject(Path, Error), qPrintable(Error));
         QCOMPARE(graph(), Graph);
-        QVERIFY(pixels(channel("Color")) == Color);
+        QVERIFY(pixels(channel("Base Color")) == Color);
         QVERIFY(pixels(channel("Displacement")) == Heights);
     }
 
@@ -108,8 +108,8 @@ private Q_SLOTS:
         QDir(OrvSampleProject::path()).removeRecursively();
         QString Error;
         QVERIFY2(OrvSampleProject::open(Error), qPrintable(Error));
-        QCOMPARE(channel("Color")->imageSetSize(), QSize(2048, 2048));
-        OrvShaderInput* pColor = channel("Color");
+        QCOMPARE(channel("Base Color")->imageSetSize(), QSize(2048, 2048));
+        OrvShaderInput* pColor = channel("Base Color");
         pColor->node()->setName(QStringLiteral("Mine"));
         QVERIFY(OrvProjectManager::instance().saveProject(Error));
         QVERIFY2(OrvSampleProject::open(Error), qPrintable(Error));
