@@ -3,6 +3,7 @@
 #include "OrvCoreModules/Window/OrvResourceInfo.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QHash>
 #include <QtGui/QPainter>
 #include <QtGui/QPixmapCache>
 #include <QtSvg/QSvgRenderer>
@@ -33,12 +34,41 @@ QImage faded(const QImage& Image)
 
 } // namespace
 
+/// The contents of a file.
+struct OrvFileIconEngine::Picture {
+    QImage Image;
+    QImage DoubleImage; ///< of the "@2x" file
+    std::unique_ptr<QSvgRenderer> pRenderer;
+
+    QSize size() const { return pRenderer ? pRenderer->defaultSize() : Image.size(); }
+};
+
 OrvFileIconEngine::OrvFileIconEngine(const QString& File)
     : m_File(File)
 {
 }
 
 OrvFileIconEngine::~OrvFileIconEngine() = default;
+
+std::shared_ptr<const OrvFileIconEngine::Picture> OrvFileIconEngine::read(const QString& Path)
+{
+    static QHash<QString, std::shared_ptr<const Picture>> Known;
+    if (const std::shared_ptr<const Picture> pKnown = Known.value(Path))
+        return pKnown;
+    auto pPicture = std::make_shared<Picture>();
+    if (Path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive)) {
+        pPicture->pRenderer = std::make_unique<QSvgRenderer>(Path);
+        if (!pPicture->pRenderer->isValid())
+            return nullptr;
+    } else {
+        pPicture->Image = QImage(Path);
+        if (pPicture->Image.isNull())
+            return nullptr;
+        pPicture->DoubleImage = QImage(doubleSizeTwin(Path));
+    }
+    Known.insert(Path, pPicture);
+    return pPicture;
+}
 
 void OrvFileIconEngine::open()
 {
@@ -47,36 +77,31 @@ void OrvFileIconEngine::open()
     m_Opened = true;
     // The path is made now, as the icon may be older than the program's knowledge of its own place.
     m_Path = QDir::cleanPath(QDir(OrvResourceInfo::iconPath()).filePath(m_File));
-    if (m_Path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive)) {
-        auto pRenderer = std::make_shared<QSvgRenderer>(m_Path);
-        if (pRenderer->isValid())
-            m_Renderer = std::move(pRenderer);
-        return;
-    }
-    m_Image = QImage(m_Path);
-    m_DoubleImage = QImage(doubleSizeTwin(m_Path));
+    m_pPicture = read(m_Path);
 }
 
 bool OrvFileIconEngine::isEmpty()
 {
     open();
-    return m_Image.isNull() && !m_Renderer;
+    return !m_pPicture;
 }
 
 QSize OrvFileIconEngine::fittedSize(const QSize& DeviceSize, bool MayGrow) const
 {
-    if (m_Renderer)
-        return m_Renderer->defaultSize().scaled(DeviceSize, Qt::KeepAspectRatio);
-    const QSize Largest = m_DoubleImage.isNull() ? m_Image.size() : m_DoubleImage.size();
-    const QSize Fitted = m_Image.size().scaled(DeviceSize, Qt::KeepAspectRatio);
-    return MayGrow || Fitted.width() <= Largest.width() ? Fitted : Largest;
+    const QSize Fitted = m_pPicture->size().scaled(DeviceSize, Qt::KeepAspectRatio);
+    if (m_pPicture->pRenderer || MayGrow)
+        return Fitted;
+    const QSize Largest
+        = m_pPicture->DoubleImage.isNull() ? m_pPicture->Image.size() : m_pPicture->DoubleImage.size();
+    return Fitted.width() <= Largest.width() ? Fitted : Largest;
 }
 
 QImage OrvFileIconEngine::render(const QSize& DeviceSize) const
 {
-    if (!m_Renderer) {
-        const bool NeedsDouble = DeviceSize.width() > m_Image.width() && !m_DoubleImage.isNull();
-        const QImage& Source = NeedsDouble ? m_DoubleImage : m_Image;
+    if (!m_pPicture->pRenderer) {
+        const bool NeedsDouble
+            = DeviceSize.width() > m_pPicture->Image.width() && !m_pPicture->DoubleImage.isNull();
+        const QImage& Source = NeedsDouble ? m_pPicture->DoubleImage : m_pPicture->Image;
         return Source.size() == DeviceSize
             ? Source
             : Source.scaled(DeviceSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -84,7 +109,7 @@ QImage OrvFileIconEngine::render(const QSize& DeviceSize) const
     QImage Image(DeviceSize, QImage::Format_ARGB32_Premultiplied);
     Image.fill(Qt::transparent);
     QPainter Painter(&Image);
-    m_Renderer->render(&Painter);
+    m_pPicture->pRenderer->render(&Painter);
     return Image;
 }
 
@@ -136,7 +161,7 @@ QList<QSize> OrvFileIconEngine::availableSizes(QIcon::Mode, QIcon::State) const
     auto* pSelf = const_cast<OrvFileIconEngine*>(this);
     if (pSelf->isEmpty())
         return {};
-    return {m_Renderer ? m_Renderer->defaultSize() : m_Image.size()};
+    return {pSelf->m_pPicture->size()};
 }
 
 QIconEngine* OrvFileIconEngine::clone() const

@@ -6,11 +6,9 @@
 
 #include <memory>
 
-class QSvgRenderer;
-
 /// The engine of an icon that is one file, bitmap or SVG: opened when first needed, scaled to the size asked
-/// for from the "@2x" twin where the screen wants it, faded when disabled. Rendered sizes are kept in the
-/// pixmap cache.
+/// for from the "@2x" twin where the screen wants it, faded when disabled. A file is read once, however many
+/// icons show it; rendered sizes are kept in the pixmap cache.
 class OrvFileIconEngine : public QIconEngine {
 public:
     /// A relative name is one of the icon directory.
@@ -26,6 +24,9 @@ public:
     void virtual_hook(int Id, void* pData) override;
 
 private:
+    struct Picture;
+    static std::shared_ptr<const Picture> read(const QString& Path);
+
     void open();
     bool isEmpty();
     /// The size in device pixels that fits into the given one without growing a bitmap beyond its own size.
@@ -36,7 +37,5 @@ private:
     QString m_File;
     QString m_Path; // what was opened
     bool m_Opened = false;
-    QImage m_Image;
-    QImage m_DoubleImage; // of the "@2x" file
-    std::shared_ptr<QSvgRenderer> m_Renderer;
+    std::shared_ptr<const Picture> m_pPicture; // null: no file, or one that is no picture
 };
