@@ -5,12 +5,15 @@
 #include <memory>
 
 /// An image file that is open for reading. Made by OrvImageFileFormats, owned and used by one thread. It
-/// hands out what the file holds and never converts colours.
+/// hands out what the file holds: it never converts colours, nor turns pixels.
 class OrvImageFileReader {
 public:
     virtual ~OrvImageFileReader() = default;
 
+    /// The size is that of the picture as it is stored.
     virtual const OrvImageFileProperties& properties() const = 0;
+    /// How the picture is to be turned to stand upright, for OrvImageOrientation.
+    virtual int orientation() const = 0;
     /// What is decoded; of EXR files it can be larger or smaller than the picture.
     virtual QSize storedSize() const = 0;
     /// Reading starts at a multiple of this many rows, and such groups of rows cost least.

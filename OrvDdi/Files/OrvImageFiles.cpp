@@ -2,6 +2,8 @@
 
 #include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Files/OrvImageFileFormats.h"
+#include "OrvDdi/Files/OrvImageOrientation.h"
+#include "OrvDdi/Files/OrvPartialFile.h"
 #include "OrvDdi/Image/OrvImageBuffer.h"
 
 #include <QtCore/QCoreApplication>
@@ -12,13 +14,9 @@
 #include <QtCore/QMutex>
 #include <QtCore/QVector>
 
-#include <atomic>
-#include <filesystem>
 #include <vector>
 
 #include <dlfcn.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
 
@@ -206,6 +204,7 @@ std::unique_ptr<OrvImageFileReader> openFile(const QString& Path, Properties& Fo
         return nullptr;
     }
     Found = pReader->properties();
+    Found.Size = OrvImageOrientation(pReader->orientation()).uprightSize(Found.Size);
     Found.ColorSpace = knownColorSpace(Found.ColorSpace, Found.Depth);
     return pReader;
 }
@@ -235,45 +234,6 @@ OrvPixelFormat floatFormat(const OrvPixelFormat& Format)
 }
 
 // ----- writing -----
-
-/// A file beside the wanted one that takes its place when it is complete, and goes away otherwise.
-class PartialFile {
-public:
-    explicit PartialFile(const QString& Target)
-    {
-        static std::atomic<unsigned> Counter{0};
-        // A link is to lead to the new file, not to be replaced by it.
-        const QFileInfo Info(Target);
-        const QString Canonical = Info.canonicalFilePath();
-        m_Target = Info.isSymLink() && !Canonical.isEmpty() ? Canonical : Target;
-        m_Path = QStringLiteral("%1/.%2.%3-%4.part")
-                     .arg(QFileInfo(m_Target).absolutePath(), QFileInfo(m_Target).fileName())
-                     .arg(QCoreApplication::applicationPid())
-                     .arg(++Counter);
-    }
-    ~PartialFile() { QFile::remove(m_Path); }
-
-    QString path() const { return m_Path; }
-
-    bool takePlace(QString& Reason) const
-    {
-        const QByteArray Path = QFile::encodeName(m_Path);
-        const int Descriptor = ::open(Path.constData(), O_RDONLY | O_CLOEXEC);
-        const bool Synced = Descriptor >= 0 && ::fsync(Descriptor) == 0;
-        std::error_code Trouble(errno, std::generic_category());
-        if (Descriptor >= 0)
-            ::close(Descriptor);
-        if (Synced)
-            std::filesystem::rename(Path.constData(), QFile::encodeName(m_Target).constData(), Trouble);
-        if (Synced && !Trouble)
-            return true;
-        Reason = QString::fromStdString(Trouble.message());
-        return false;
-    }
-
-private:
-    QString m_Target, m_Path;
-};
 
 /// Empty when the file can be written.
 QString troubleOfTarget(const QString& Path, const QString& Format, const QRect& Region)
@@ -381,9 +341,11 @@ bool OrvImageFiles::read(const QString& Path, OrvImageBuffer& Buffer, const QPoi
     const bool Scalar = Format.Kind == OrvPixelFormat::Scalar;
     const QString From = Options.FileSpace.isEmpty() ? File.ColorSpace : Options.FileSpace;
     const QString To = bufferSpace(Options.BufferSpace, Format);
-    const int Step = pReader->rowsAtOnce(), Width = File.Size.width(), Height = File.Size.height();
+    const OrvImageOrientation Orientation(pReader->orientation());
+    const QSize Stored = pReader->properties().Size;
+    const int Step = pReader->rowsAtOnce(), Width = Stored.width(), Height = Stored.height();
     const int StepCount = (Height + Step - 1) / Step;
-    std::vector<float> Pixels(size_t(Width) * size_t(qMin(Step, Height)) * RgbaCount), Values;
+    std::vector<float> Pixels(size_t(Width) * size_t(qMin(Step, Height)) * RgbaCount), Values, Turned;
     for (int Index = 0; Index < StepCount; ++Index) {
         const QRect Rows(0, Index * Step, Width, qMin(Step, Height - Index * Step));
         QString Reason;
@@ -396,12 +358,19 @@ bool OrvImageFiles::read(const QString& Path, OrvImageBuffer& Buffer, const QPoi
                        Pixels.data(), Width, Rows.height(), 0, From, To, Reason)) {
             return failed(Error, readSentence(), Path, Reason);
         }
-        const QRect Target = Rows.translated(Offset) & Buffer.extent();
+        const float* pPixels = Scalar ? Values.data() : Pixels.data();
+        if (!Orientation.isUpright()) {
+            Turned.resize(Pixels.size());
+            Orientation.turn(pPixels, Rows.size(), Format.componentCount(), Turned.data());
+            pPixels = Turned.data();
+        }
+        const QRect Upright = Orientation.uprightRect(Rows, Stored);
+        const QRect Target = Upright.translated(Offset) & Buffer.extent();
         if (!Target.isEmpty()) {
-            const QPoint Origin = Target.topLeft() - Offset - Rows.topLeft();
-            const qsizetype First = qsizetype(Origin.y()) * Width + Origin.x();
-            const float* pFirst = Scalar ? Values.data() + First : Pixels.data() + First * RgbaCount;
-            Buffer.write(Target, Format, pFirst, Width * Format.bytesPerPixel());
+            const QPoint Origin = Target.topLeft() - Offset - Upright.topLeft();
+            const qsizetype First = qsizetype(Origin.y()) * Upright.width() + Origin.x();
+            Buffer.write(Target, Format, pPixels + First * Format.componentCount(),
+                Upright.width() * Format.bytesPerPixel());
         }
         if (Progress && !Progress(Index + 1, StepCount))
             return cancelled(Error, tr("Reading the image file '%1' was cancelled"), Path);
@@ -420,7 +389,7 @@ bool OrvImageFiles::write(const QString& Path, const OrvImageBuffer& Buffer, con
         return failed(Error, Sentence, Path, Reason);
 
     const OrvImageFileProperties File = fileProperties(Path, Region.size(), Buffer.format().Kind, Options);
-    const PartialFile Partial(Path);
+    const OrvPartialFile Partial(Path);
     std::unique_ptr<OrvImageFileWriter> pWriter = pFormats->create(Partial.path(), Format, File, Reason);
     if (!pWriter)
         return failed(Error, Sentence, Path, Reason);

@@ -33,11 +33,12 @@ public:
     /// The largest width and height that is read or written; checked before anything is allocated.
     static constexpr int MaximumEdge = 32768;
 
+    /// The size is that of the upright picture.
     static bool probe(const QString& Path, OrvImageFileProperties& Properties, QString& Error);
-    /// Puts the file's top left pixel at Offset; what lies outside the buffer is dropped. Scalar values go
-    /// into all three colour components and colour into a scalar buffer as its Rec.709 luma; without alpha
-    /// pixels are opaque. Scalar buffers take the values unconverted. After failure or cancelling the region
-    /// holds what was read so far.
+    /// Puts the top left pixel of the picture, turned upright as the file says, at Offset; what lies outside
+    /// the buffer is dropped. Scalar values go into all three colour components and colour into a scalar
+    /// buffer as its Rec.709 luma; without alpha pixels are opaque. Scalar buffers take the values
+    /// unconverted. After failure or cancelling the region holds what was read so far.
     static bool read(const QString& Path, OrvImageBuffer& Buffer, const QPoint& Offset,
         const OrvProgress& Progress, QString& Error, const OrvImageReadOptions& Options = {});
     /// Writes PNG, TIFF or EXR, by the path's suffix. A failure or cancelling leaves an older file as it was.

@@ -57,6 +57,7 @@ constexpr Chromaticities Ap0{0.7347f, 0.2653f, 0.0f, 1.0f, 0.0001f, -0.077f, 0.3
 constexpr Chromaticities Ap1{0.713f, 0.293f, 0.165f, 0.83f, 0.128f, 0.044f, 0.32168f, 0.33767f};
 const char ChromaticitiesKey[] = "chromaticities";
 const char ColorSpaceKey[] = "oiio:ColorSpace";
+const char OrientationKey[] = "Orientation";
 const char StraightAlphaKey[] = "oiio:UnassociatedAlpha";
 const char AcesCgName[] = "ACEScg";
 const char AcesName[] = "ACES2065-1";
@@ -132,6 +133,7 @@ public:
     explicit Reader(std::unique_ptr<OIIO::ImageInput> pInput);
 
     const OrvImageFileProperties& properties() const override { return m_Properties; }
+    int orientation() const override { return m_Spec.get_int_attribute(OrientationKey, 1); }
     QSize storedSize() const override { return m_Stored.size(); }
     int rowsAtOnce() const override { return m_RowsAtOnce; }
     bool readRows(int First, int Count, float* pPixels, QString& Reason) override;

@@ -7,6 +7,7 @@
 #include <QtCore/QDataStream>
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
 #include <QtTest/QtTest>
 
 #include <cmath>
@@ -112,6 +113,28 @@ QByteArray exr(
         }
     }
     return File;
+}
+
+/// The tags that every image file of a camera has, in a TIFF structure made byte by byte, and behind them
+/// rows of gray bytes; without rows it is what JPEG files hold as Exif.
+QByteArray tiff(int Orientation, const QSize& Size, const QByteArray& Rows)
+{
+    QByteArray File;
+    QDataStream Out(&File, QIODevice::WriteOnly);
+    Out.setByteOrder(QDataStream::LittleEndian);
+    const QVector<QPair<quint16, quint32>> Tags = Rows.isEmpty()
+        ? QVector<QPair<quint16, quint32>>{{274, quint32(Orientation)}}
+        : QVector<QPair<quint16, quint32>>{{256, quint32(Size.width())}, {257, quint32(Size.height())},
+            {258, 8}, {259, 1}, {262, 1}, {273, 8 + 2 + 10 * 12 + 4}, {274, quint32(Orientation)}, {277, 1},
+            {278, quint32(Size.height())}, {279, quint32(Rows.size())}};
+    Out.writeRawData("II*\0", 4);
+    Out << quint32(8) << quint16(Tags.size());
+    for (const auto& Tag : Tags) {
+        const bool Long = Tag.first == 273 || Tag.first == 279;
+        Out << Tag.first << quint16(Long ? 4 : 3) << quint32(1) << Tag.second;
+    }
+    Out << quint32(0);
+    return File + Rows;
 }
 
 } // namespace
@@ -269,6 +292,103 @@ private Q_SLOTS:
         OrvImageBuffer Buffer(QRect(0, 0, 4, 4), FloatScalar);
         QVERIFY(OrvImageFiles::read(Path, Buffer, {}, {}, m_Error));
         QCOMPARE(numbers(Buffer), Pixels({0, 0, 0, 0, 0, 1, 2, 3, 0, 5, 6, 7, 0, 0, 0, 0}));
+    }
+
+    void photographsStandUpright_data()
+    {
+        QTest::addColumn<QByteArray>("Upright");
+        // As stored: "123" above "456".
+        const char* const Pictures[]
+            = {"123/456", "321/654", "654/321", "456/123", "14/25/36", "41/52/63", "63/52/41", "36/25/14"};
+        for (int Number = 1; Number <= 8; ++Number)
+            QTest::addRow("%d", Number) << QByteArray(Pictures[Number - 1]);
+        QTest::addRow("0") << QByteArray(Pictures[0]);
+        QTest::addRow("9") << QByteArray(Pictures[0]);
+    }
+    void photographsStandUpright()
+    {
+        QFETCH(QByteArray, Upright);
+        const int Number = QByteArray(QTest::currentDataTag()).toInt();
+        const int Width = Upright.indexOf('/'), Height = Upright.count('/') + 1;
+        const QByteArray Expected = Upright.replace("/", "");
+
+        const QString Tiff = file("a.tif", tiff(Number, QSize(3, 2), "123456"));
+        // Blocks of one gray each, so that nothing is lost.
+        constexpr int Block = 16;
+        QImage Blocks(3 * Block, 2 * Block, QImage::Format_Grayscale8);
+        for (int Y = 0; Y < Blocks.height(); ++Y) {
+            for (int X = 0; X < Blocks.width(); ++X)
+                Blocks.scanLine(Y)[X] = uchar('1' + X / Block + 3 * (Y / Block));
+        }
+        const QString Jpeg = m_pFolder->filePath("a.jpg");
+        QVERIFY(Blocks.save(Jpeg, "JPG", 100));
+        QFile Plain(Jpeg);
+        QVERIFY(Plain.open(QIODevice::ReadOnly));
+        const QByteArray Pixels = Plain.readAll(), Exif = QByteArray("Exif\0\0", 6) + tiff(Number, {}, {});
+        Plain.close();
+        const int Length = Exif.size() + 2;
+        file("a.jpg",
+            Pixels.left(2) + "\xff\xe1" + char(Length >> 8) + char(Length & 0xff) + Exif + Pixels.mid(2));
+
+        for (const auto& [Path, Edge] : {std::pair(Tiff, 1), std::pair(Jpeg, Block)}) {
+            Properties Found;
+            QVERIFY2(OrvImageFiles::probe(Path, Found, m_Error), qPrintable(m_Error));
+            QCOMPARE(Found.Size, QSize(Width * Edge, Height * Edge));
+            OrvImageBuffer Buffer(QRect(QPoint(), Found.Size), FloatScalar);
+            QVERIFY2(OrvImageFiles::read(Path, Buffer, {}, {}, m_Error), qPrintable(m_Error));
+            QByteArray Seen;
+            for (int Index = 0; Index < Expected.size(); ++Index) {
+                const QRect Pixel(Index % Width * Edge + Edge / 2, Index / Width * Edge + Edge / 2, 1, 1);
+                Seen += char(std::lround(numbers(Buffer, Pixel).front() * 255.0f));
+            }
+            QCOMPARE(Seen, Expected);
+        }
+    }
+
+    void largePicturesAreTurnedPieceByPiece()
+    {
+        // More rows than are read at once, each byte by its place; the picture lies over the buffer's edges.
+        const QSize Stored(600, 900);
+        const auto value = [](int X, int Y) { return (X * 7 + Y * 31) & 0xff; };
+        QByteArray Rows;
+        for (int Y = 0; Y < Stored.height(); ++Y) {
+            for (int X = 0; X < Stored.width(); ++X)
+                Rows += char(value(X, Y));
+        }
+        for (const int Number : {3, 6}) {
+            const QString Path = file("a.tif", tiff(Number, Stored, Rows));
+            for (const OrvPixelFormat& Format : {FloatScalar, FloatColor}) {
+                OrvImageBuffer Buffer(QRect(0, 0, 400, 500), Format);
+                OrvImageReadOptions AsIs;
+                AsIs.FileSpace = AsIs.BufferSpace = OrvColorManager::raw();
+                QVERIFY2(OrvImageFiles::read(Path, Buffer, QPoint(-300, -50), {}, m_Error, AsIs),
+                    qPrintable(m_Error));
+                for (int Y = 0; Y < 500; Y += 7) {
+                    for (int X = Y % 5; X < 300; X += 11) {
+                        const int Across = X + 300, Down = Y + 50;
+                        const int Expected = Number == 3
+                            ? value(Stored.width() - 1 - Across, Stored.height() - 1 - Down)
+                            : value(Down, Stored.height() - 1 - Across);
+                        const float Found = numbers(Buffer, QRect(X, Y, 1, 1)).front();
+                        QCOMPARE(int(std::lround(Found * 255.0f)), Expected);
+                    }
+                }
+            }
+        }
+    }
+
+    void bottomUpTargaFilesAreTurnedOnce()
+    {
+        QByteArray Targa(18, '\0');
+        Targa[2] = 3; // gray, stored from the bottom up
+        Targa[12] = 2;
+        Targa[14] = 2;
+        Targa[16] = 8;
+        const QString Path = file("a.tga", Targa + "3412");
+        OrvImageBuffer Buffer(QRect(0, 0, 2, 2), FloatScalar);
+        QVERIFY2(OrvImageFiles::read(Path, Buffer, {}, {}, m_Error), qPrintable(m_Error));
+        for (int Index = 0; Index < 4; ++Index)
+            QCOMPARE(int(std::lround(numbers(Buffer)[size_t(Index)] * 255.0f)), '1' + Index);
     }
 
     void scalarAndColourMeet()
