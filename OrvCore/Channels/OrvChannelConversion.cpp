@@ -1,5 +1,6 @@
 #include "OrvCore/Channels/OrvChannelConversion.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
@@ -97,12 +98,13 @@ bool OrvChannelConversion::isData(const OrvSnChannelInputNode* pNode) const
         || (!Targets.isEmpty() && OrvChainTargets::isWithinMask(Targets.first()));
 }
 
-QVector<OrvSnChannelInputNode*> OrvChannelConversion::images(bool Data) const
+QVector<OrvSnChannelInputNode*> OrvChannelConversion::images(
+    bool Data, OrvShaderInput::ConversionOption Option) const
 {
     const auto ByStatus = m_pChannel->allImageSetsByStatus();
     QVector<OrvSnChannelInputNode*> Nodes;
     for (auto Images = ByStatus.begin(); Images != ByStatus.end(); ++Images) {
-        if (m_Option == OrvShaderInput::FreeImages && Images.key() != OrvLayerStack::FreeImageSets)
+        if (Option == OrvShaderInput::FreeImages && Images.key() != OrvLayerStack::FreeImageSets)
             continue;
         for (const OrvImageSet* pImages : Images.value()) {
             auto* pNode = qobject_cast<OrvSnChannelInputNode*>(pImages->parent());
@@ -119,19 +121,17 @@ OrvChannelConversion::Step OrvChannelConversion::depthStep(
     const OrvPixelFormat Format = pNode->imageSet()->format();
     OrvPixelFormat Target = Format;
     Target.Depth = Depth;
-    if (!isData(pNode))
+    if (!isData(pNode) && OrvChannelSpace::keptSpace(pNode).isEmpty())
         Target.Curve = m_pChannel->colorSpaceConfig().encoding(Depth);
     return {Target, Format, Format, QString(), QString()};
 }
 
 OrvChannelConversion::Step OrvChannelConversion::colorStep(
-    const OrvImageSet& Images, const QString& From, const QString& To) const
+    const OrvImageSet& Images, const QString& Stored, const QString& To) const
 {
     const OrvPixelFormat Format = Images.format();
     OrvPixelFormat Target = Format;
     Target.Curve = curveOf(To);
-    // Images that an earlier conversion left out are what their curve says.
-    const QString Stored = Format.Curve == curveOf(From) ? From : spaceWithCurve(Format.Curve);
     if (Stored != To && OrvColorManager::isIdentity(Stored, To))
         return {Target, Format, Target, QString(), QString()};
     return {Target, LinearColor, LinearColor, withoutCurve(Stored), withoutCurve(To)};
@@ -143,6 +143,29 @@ OrvChannelConversion::Step OrvChannelConversion::dataStep(
     const OrvPixelFormat Format = Images.format();
     const OrvPixelFormat Numbers{GL_FLOAT, OrvPixelFormat::Rgba, Format.Curve};
     return {Format, Numbers, Numbers, From, To};
+}
+
+QString OrvChannelConversion::spaceOf(const OrvSnChannelInputNode* pNode, const QString& ChannelSpace)
+{
+    const OrvPixelFormat::Encoding Curve = pNode->imageSet()->format().Curve;
+    const QString Kept = OrvChannelSpace::keptSpace(pNode);
+    if (!Kept.isEmpty() && Curve == OrvPixelFormat::Linear)
+        return Kept;
+    // Images that an earlier conversion left out are what their curve says.
+    return Curve == curveOf(ChannelSpace) ? ChannelSpace : spaceWithCurve(Curve);
+}
+
+void OrvChannelConversion::keepSpaces(const QString& From, const QString& To) const
+{
+    const QVector<OrvSnChannelInputNode*> Taken = images(false);
+    const QVector<OrvSnChannelInputNode*> OfThisChannel = images(false, OrvShaderInput::FreeImages);
+    for (OrvSnChannelInputNode* pNode : images(false, OrvShaderInput::AllImages)) {
+        const QString Now = withoutCurve(spaceOf(pNode, From)), Wanted = withoutCurve(To);
+        const bool Converted = Taken.contains(pNode);
+        const bool Differs = !OrvColorManager::isIdentity(Now, Wanted);
+        if (!OrvChannelSpace::keptSpace(pNode).isEmpty() || (Differs && !OfThisChannel.contains(pNode)))
+            OrvChannelSpace::keepSpace(pNode, Converted ? Wanted : Now);
+    }
 }
 
 void OrvChannelConversion::plan(OrvSnChannelInputNode* pNode, const Step& Wanted)
@@ -240,10 +263,11 @@ bool OrvChannelConversion::convertColorSpace(const QString& Space)
     if (!checkUnlocked() || !isSpaceUsable(From, Space))
         return false;
     for (OrvSnChannelInputNode* pNode : images(false))
-        plan(pNode, colorStep(*pNode->imageSet(), From, Space));
+        plan(pNode, colorStep(*pNode->imageSet(), spaceOf(pNode, From), Space));
     if (!compute())
         return false;
     const OrvUndoManager::AutoMacro Macro(tr("Convert Channel : %1").arg(m_pChannel->path()));
+    keepSpaces(From, Space);
     apply();
     if (naming(Config, Space) != Config)
         m_pChannel->setColorSpaceConfig(naming(Config, Space), true);

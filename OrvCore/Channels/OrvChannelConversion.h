@@ -46,11 +46,17 @@ private:
     bool checkUnlocked() const;
     bool isSpaceUsable(const QString& From, const QString& To) const;
     /// The images that are to be converted, of data or of colour.
-    QVector<OrvSnChannelInputNode*> images(bool Data) const;
+    QVector<OrvSnChannelInputNode*> images(bool Data) const { return images(Data, m_Option); }
+    QVector<OrvSnChannelInputNode*> images(bool Data, OrvShaderInput::ConversionOption Option) const;
     bool isData(const OrvSnChannelInputNode* pNode) const;
     Step depthStep(const OrvSnChannelInputNode* pNode, GLenum Depth) const;
-    Step colorStep(const OrvImageSet& Images, const QString& From, const QString& To) const;
+    Step colorStep(const OrvImageSet& Images, const QString& Stored, const QString& To) const;
     Step dataStep(const OrvImageSet& Images, const QString& From, const QString& To) const;
+
+    /// In which space the image's numbers are in a channel of that one, curve included.
+    static QString spaceOf(const OrvSnChannelInputNode* pNode, const QString& ChannelSpace);
+    /// Images that stay what they are, or that other channels see, are to be shown as before.
+    void keepSpaces(const QString& From, const QString& To) const;
 
     void plan(OrvSnChannelInputNode* pNode, const Step& Wanted);
     /// Computes what was planned; false when that was cancelled or failed, with the reason told.

@@ -3,6 +3,7 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
@@ -105,7 +106,9 @@ bool OrvChannelFlattening::flatten(OrvShaderInput* pChannel)
     pMerge->connectInput(OrvSnNames::Base, pBottom);
 
     OrvLayerManager& Manager = OrvLayerManager::instance();
-    const bool HeldCurrent = Layers.contains(Manager.currentLayer(pNetwork));
+    // It may also stand in the mask of one of the layers.
+    const OrvLayer* pCurrent = Manager.currentLayer(pNetwork);
+    const bool HeldCurrent = pCurrent && OrvChainTargets::channel(pCurrent->blendNode()) == pNode;
     pNode->connectInput(OrvSnNames::Input, pMerge);
     OrvLayer* pLayer = Manager.getLayer(pMerge, true);
     if (HeldCurrent)

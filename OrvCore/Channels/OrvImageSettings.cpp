@@ -1,5 +1,6 @@
 #include "OrvCore/Channels/OrvImageSettings.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
@@ -13,6 +14,8 @@ OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
     Settings.Mask = pChannel
         ? pChannel->maskFormat()
         : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
+    if (Settings.Paint.Curve == OrvPixelFormat::Linear)
+        Settings.PaintSpace = OrvChannelSpace::ofChannel(pChannel);
     return Settings;
 }
 
@@ -25,7 +28,7 @@ OrvImageSettings OrvImageSettings::ofLayer(const OrvSnBaseNode* pNode)
         const OrvLayerStack* pStack
             = OrvLayerStack::getLayerStack(Targets.first().pNode, Targets.first().InputName);
         if (pStack && pStack->isWithinMask())
-            Settings.Paint.Curve = OrvPixelFormat::Linear;
+            Settings.takeDataAsPaint();
     }
     return Settings;
 }
@@ -34,6 +37,12 @@ OrvImageSettings OrvImageSettings::ofStack(const OrvLayerStack* pStack)
 {
     OrvImageSettings Settings = ofChannel(pStack->ownerShaderInput());
     if (pStack->isWithinMask())
-        Settings.Paint.Curve = OrvPixelFormat::Linear;
+        Settings.takeDataAsPaint();
     return Settings;
+}
+
+void OrvImageSettings::takeDataAsPaint()
+{
+    Paint.Curve = OrvPixelFormat::Linear;
+    PaintSpace.clear();
 }

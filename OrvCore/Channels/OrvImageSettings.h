@@ -5,6 +5,8 @@
 #include "OrvDdi/Image/OrvPixelFormat.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
+#include <QtCore/QString>
+
 class OrvLayerStack;
 class OrvShaderInput;
 class OrvSnBaseNode;
@@ -14,10 +16,14 @@ class OrvSnBaseNode;
 struct ORVCORE_EXPORT OrvImageSettings {
     OrvUdimLayout Layout;
     OrvPixelFormat Paint, Mask;
+    QString PaintSpace; ///< the colour space of paint, its curve included; empty: as its curve says
 
     static OrvImageSettings ofChannel(const OrvShaderInput* pChannel);
     /// For a layer with this blend node, or what it holds.
     static OrvImageSettings ofLayer(const OrvSnBaseNode* pNode);
     /// For new layers of a stack; paint inside a mask is data with alpha.
     static OrvImageSettings ofStack(const OrvLayerStack* pStack);
+
+private:
+    void takeDataAsPaint();
 };

@@ -15,18 +15,10 @@
 
 namespace {
 
-/// What the node stores; an empty map stands for the automatic spaces of the depth.
-OrvColorSpaceConfig storedConfig(const OrvSnShaderInputNode& Node, const QString& AttributeName, bool Scalar)
+void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, const OrvColorSpaceConfig& Config,
+    bool Undoable)
 {
-    const QVariantMap Stored = Node.userAttribute(AttributeName).value().toMap();
-    return Stored.isEmpty() ? OrvColorSpaceConfig(Scalar, GLenum(Node.depth()))
-                            : OrvColorSpaceConfig::fromJson(QJsonObject::fromVariantMap(Stored));
-}
-
-void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, bool Scalar,
-    const OrvColorSpaceConfig& Config, bool Undoable)
-{
-    if (Config == storedConfig(Node, AttributeName, Scalar))
+    if (Config == Node.storedConfig(AttributeName))
         return;
     const QVariantMap Map = Config.toJson().toVariantMap();
     if (Undoable) {
@@ -42,8 +34,8 @@ void storeConfig(OrvSnShaderInputNode& Node, const QString& AttributeName, bool 
 
 OrvShaderInput::OrvShaderInput(OrvSnShaderInputNode* pNode)
     : OrvLayerStack(pNode, OrvSnNames::Input)
-    , m_ColorSpaceConfig(storedConfig(*pNode, OrvSnShaderInputNode::ColorSpaceAttribute, pNode->isScalar()))
-    , m_ScalarColorSpaceConfig(storedConfig(*pNode, OrvSnShaderInputNode::ScalarColorSpaceAttribute, true))
+    , m_ColorSpaceConfig(pNode->storedConfig(OrvSnShaderInputNode::ColorSpaceAttribute))
+    , m_ScalarColorSpaceConfig(pNode->storedConfig(OrvSnShaderInputNode::ScalarColorSpaceAttribute))
 {
 }
 
@@ -149,14 +141,13 @@ OrvPixelFormat OrvShaderInput::maskFormat() const
 void OrvShaderInput::setColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable)
 {
     if (node())
-        storeConfig(*channelNode(), OrvSnShaderInputNode::ColorSpaceAttribute, isScalar(), Config, Undoable);
+        storeConfig(*channelNode(), OrvSnShaderInputNode::ColorSpaceAttribute, Config, Undoable);
 }
 
 void OrvShaderInput::setScalarColorSpaceConfig(const OrvColorSpaceConfig& Config, bool Undoable)
 {
     if (node())
-        storeConfig(
-            *channelNode(), OrvSnShaderInputNode::ScalarColorSpaceAttribute, true, Config, Undoable);
+        storeConfig(*channelNode(), OrvSnShaderInputNode::ScalarColorSpaceAttribute, Config, Undoable);
 }
 
 bool OrvShaderInput::containsMultiChannelLayerOfShaderModel(const OrvShadingModel* pShaderModel) const
@@ -206,10 +197,10 @@ void OrvShaderInput::readNode(const QString& AttributeName)
         Held = Taken;
         return true;
     };
-    const bool ColorChanged = take(
-        m_ColorSpaceConfig, storedConfig(Node, OrvSnShaderInputNode::ColorSpaceAttribute, Node.isScalar()));
-    const bool ScalarChanged = take(
-        m_ScalarColorSpaceConfig, storedConfig(Node, OrvSnShaderInputNode::ScalarColorSpaceAttribute, true));
+    const bool ColorChanged
+        = take(m_ColorSpaceConfig, Node.storedConfig(OrvSnShaderInputNode::ColorSpaceAttribute));
+    const bool ScalarChanged
+        = take(m_ScalarColorSpaceConfig, Node.storedConfig(OrvSnShaderInputNode::ScalarColorSpaceAttribute));
     if (ColorChanged || ScalarChanged)
         Q_EMIT colorSpaceConfigChanged(m_ColorSpaceConfig);
 }

@@ -119,10 +119,14 @@ void OrvShaderInputManager::selectNextShaderInput()
 bool OrvShaderInputManager::destroy(OrvShaderInput* pInput, int Strategy)
 {
     OrvShaderNetwork* pNetwork = pInput ? pInput->network() : nullptr;
-    if (!pNetwork || !pInput->isModifiable())
+    if (!pNetwork)
         return false;
-    OrvUndoManager::AutoMacro Macro(tr("Remove Channel : %1").arg(pInput->name()));
     OrvLayerManager& Layers = OrvLayerManager::instance();
+    if (!pInput->isModifiable()) {
+        Q_EMIT Layers.refused(tr("'%1' is locked or cached").arg(pInput->name()));
+        return false;
+    }
+    OrvUndoManager::AutoMacro Macro(tr("Remove Channel : %1").arg(pInput->name()));
     QList<OrvSnBaseNode*> Sharers;
     pInput->isShared(Sharers);
     OrvSnBaseNode* pTop = pInput->topNode();
@@ -181,6 +185,9 @@ void OrvShaderInputManager::onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBa
     m_Channels[pNetwork].append(pChannelNode->m_pShaderInput);
     m_Empty.insert(pChannelNode->m_pShaderInput, pChannelNode->m_pShaderInput->isEmpty());
     Q_EMIT shaderInputAdded(pChannelNode->m_pShaderInput);
+    // Who makes a channel makes it current; where undo or redo brings the first one back, nobody does.
+    if (OrvUndoManager::instance().isRestoring() && !m_Current.value(pNetwork))
+        makeShaderInputCurrent(pNetwork, pChannelNode->m_pShaderInput, true);
 }
 
 void OrvShaderInputManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)

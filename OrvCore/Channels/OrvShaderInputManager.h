@@ -32,7 +32,8 @@ public:
     QList<OrvShaderInput*> getShaderInputsFromNetwork(const OrvShaderNetwork* pNetwork) const;
     /// Makes the next channel by name current, or the previous one when there is none.
     void selectNextShaderInput();
-    /// Undoable. False, with nothing changed, when the channel is locked.
+    /// Undoable. False, with nothing changed and the reason told (OrvLayerManager::refused), when the channel is
+    /// locked.
     bool destroy(OrvShaderInput* pInput, int Strategy);
 
     /// The layer that the channel had as its current one last.

@@ -27,8 +27,8 @@ ORVCORE_EXPORT QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, co
 ORVCORE_EXPORT QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base);
 
 /// A new, empty channel in one undo step, or null. An object whose faces carry their own resolution gives the size,
-/// whatever was asked for; of others an invalid one is the usual size, and their other channels give the tiles. Without a configuration the depth and the scalar
-/// flag choose one.
+/// whatever was asked for; of others an invalid one is the usual size, and their other channels give the tiles.
+/// Without a configuration the depth and the scalar flag choose one.
 ORVCORE_EXPORT OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size,
     GLenum Depth, const OrvColorSpaceConfig* pConfig = nullptr, bool Scalar = false);
 /// A new channel with default settings in the current network, or null.

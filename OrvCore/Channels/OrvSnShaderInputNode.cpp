@@ -106,17 +106,36 @@ QString OrvSnShaderInputNode::fileSpace() const
     return m_pShaderInput ? m_pShaderInput->colorSpaceConfig().dataPrettyName() : QString();
 }
 
+OrvColorSpaceConfig OrvSnShaderInputNode::storedConfig(const QString& AttributeName) const
+{
+    const QVariantMap Stored = userAttribute(AttributeName).value().toMap();
+    const bool Scalar = AttributeName == ScalarColorSpaceAttribute || isScalar();
+    return Stored.isEmpty() ? OrvColorSpaceConfig(Scalar, GLenum(depth()))
+                            : OrvColorSpaceConfig::fromJson(QJsonObject::fromVariantMap(Stored));
+}
+
+QString OrvSnShaderInputNode::storedColorSpace() const
+{
+    if (m_StoredColorSpace.isEmpty())
+        m_StoredColorSpace = storedConfig(ColorSpaceAttribute).colorSpace();
+    return m_StoredColorSpace;
+}
+
 void OrvSnShaderInputNode::applyUserAttributeRemoval(const QString& Name)
 {
     m_Layout = OrvUdimLayout();
+    m_StoredColorSpace.clear();
     OrvSnBaseNode::applyUserAttributeRemoval(Name);
 }
 
 void OrvSnShaderInputNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
 {
     m_Layout = OrvUdimLayout();
+    m_StoredColorSpace.clear();
     OrvSnBaseNode::applyUserAttribute(Attribute);
-    if (network() && (Attribute.name() == SizeAttribute || Attribute.name() == TilesAttribute))
+    if (network()
+        && (Attribute.name() == SizeAttribute || Attribute.name() == TilesAttribute
+            || Attribute.name() == ColorSpaceAttribute))
         OrvNodeEvaluation::layoutChanged(this);
 }
 

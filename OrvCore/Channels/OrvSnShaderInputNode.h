@@ -4,6 +4,7 @@
 
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
+class OrvColorSpaceConfig;
 class OrvShaderInput;
 
 /// The node of a channel: what is fed into it is the channel's stack. Size, tiles, depth and colour spaces
@@ -33,6 +34,10 @@ public:
     QString imageSetSizeText() const;
     QString imageSetDepthString() const;
     QString fileSpace() const;
+    /// What one of the two colour space attributes says; the automatic spaces of the depth while it is empty.
+    OrvColorSpaceConfig storedConfig(const QString& AttributeName) const;
+    /// The name of the space in which colours are stored, usable or not.
+    QString storedColorSpace() const;
 
     OrvShaderInput* shaderInput() const { return m_pShaderInput; }
 
@@ -51,4 +56,5 @@ private:
     OrvShaderInput* m_pShaderInput = nullptr;
     /// What size and tiles say, once somebody has asked: each edit asks every channel.
     mutable OrvUdimLayout m_Layout;
+    mutable QString m_StoredColorSpace; ///< likewise; empty until then
 };

@@ -17,7 +17,10 @@
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
+#include <QtCore/QVector>
 #include <QtWidgets/QUndoCommand>
+
+#include <utility>
 
 /// Another component is painted on.
 class OrvCurrentComponentEdit : public QUndoCommand {
@@ -35,7 +38,7 @@ private:
     QPointer<OrvSnBaseNode> m_pBefore, m_pAfter;
 };
 
-/// Another layer becomes current, as part of an edit: undo brings back the one before.
+/// Another layer becomes current, as part of an edit: undo brings back the one before, and what was selected.
 class OrvCurrentLayerEdit : public QUndoCommand {
 public:
     OrvCurrentLayerEdit(OrvShaderNetwork* pNetwork, OrvLayer* pLayer)
@@ -44,13 +47,46 @@ public:
         , m_pBefore(OrvLayerManager::instance().currentLayer(pNetwork))
         , m_pAfter(pLayer)
     {
+        for (OrvSnBaseNode* pNode : pNetwork->selectedNodes())
+            m_SelectedBefore.append(pNode);
     }
-    void undo() override { OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pBefore); }
-    void redo() override { OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pAfter); }
+    void undo() override
+    {
+        OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pBefore);
+        select(m_pBefore, m_SelectedBefore);
+    }
+    void redo() override
+    {
+        OrvLayerManager::instance().setCurrentLayer(m_pNetwork, m_pAfter);
+        // The first time, whoever makes the edit selects.
+        if (std::exchange(m_Redone, true))
+            select(m_pAfter, {});
+    }
 
 private:
+    /// The nodes, if the current layer is among them; else that one alone.
+    void select(OrvLayer* pCurrent, const QVector<QPointer<OrvSnBaseNode>>& Nodes)
+    {
+        if (!m_pNetwork || !pCurrent || pCurrent->blendNode()->network() != m_pNetwork)
+            return;
+        QSet<OrvSnBaseNode*> Selected{pCurrent->blendNode()};
+        if (Nodes.contains(pCurrent->blendNode())) {
+            for (const QPointer<OrvSnBaseNode>& pNode : Nodes) {
+                if (pNode && pNode->network() == m_pNetwork)
+                    Selected.insert(pNode);
+            }
+        }
+        m_pNetwork->selectNone(Selected);
+        for (OrvSnBaseNode* pNode : qAsConst(Selected)) {
+            if (OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pNode, true))
+                pLayer->setSelected(true);
+        }
+    }
+
     QPointer<OrvShaderNetwork> m_pNetwork;
     QPointer<OrvLayer> m_pBefore, m_pAfter;
+    QVector<QPointer<OrvSnBaseNode>> m_SelectedBefore;
+    bool m_Redone = false;
 };
 
 namespace {
@@ -268,15 +304,14 @@ void OrvLayerManager::onNodeRegistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
     if (namesLayers(pNode))
         m_Names.enter(pNode);
     if (qobject_cast<OrvSnMergeNode*>(pNode))
-        markDirty(pNode, Alone);
+        m_Dirty.note(pNode, OrvLayerDirtyNodes::Alone);
 }
 
 void OrvLayerManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode)
 {
     m_StructureChanged = true;
     m_Names.leave(pNetwork, pNode);
-    m_Dirty.remove(pNode);
-    m_DirtyContents.remove(pNode);
+    m_Dirty.forget(pNode);
     m_BakePoints.remove(qobject_cast<OrvSnBakePointNode*>(pNode));
     dropStacksOf(pNode);
     if (m_pCurrentComponent == pNode)
@@ -302,16 +337,14 @@ void OrvLayerManager::onNodeReconnected(OrvShaderNetwork*, QString InputName, Or
     // A merge node that nothing reads yet, or any more, takes nothing along.
     const bool InChain = OrvChainTargets::continuesChain(pNode, InputName) && !pNode->consumers().isEmpty();
     if (InChain || OrvChainTargets::isTarget(pNode, InputName))
-        markMoved(pNewInputNode, pOldInputNode);
+        m_Dirty.noteMoved(pNewInputNode, pOldInputNode);
     if (!IsMerge)
         return;
-    markLayersDirty(pNode, Alone);
+    m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
     if (InputName == OrvSnNames::Base)
         return;
-    for (OrvSnBaseNode* pContent : {pNewInputNode, pOldInputNode}) {
-        if (pContent)
-            m_DirtyContents.insert(pContent);
-    }
+    m_Dirty.noteContent(pNewInputNode);
+    m_Dirty.noteContent(pOldInputNode);
     const auto isStackTop = [](const OrvSnBaseNode* pSource) {
         return pSource && pSource->hasTag(OrvSnNames::AdjustmentStackTopTag);
     };
@@ -327,7 +360,7 @@ void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
 {
     OrvLayerCost::invalidate();
     if (namesLayers(pNode)) {
-        markLayersDirty(pNode, Alone);
+        m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
         for (OrvLayer* pLayer : layersOf(pNode)) {
             Q_EMIT pLayer->enabledAsBoolChanged(pLayer->isVisible());
             Q_EMIT pLayer->nodeEnabledChanged(pNode, Enabled);
@@ -339,7 +372,7 @@ void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
     for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
         OrvLayer* pLayer = getLayer(Reader.pNode, false);
         if (pLayer && Reader.InputName == OrvSnNames::Over) {
-            markDirty(Reader.pNode, Alone);
+            m_Dirty.note(Reader.pNode, OrvLayerDirtyNodes::Alone);
             Q_EMIT pLayer->adjustmentEnabledChanged(Enabled != 0);
         }
     }
@@ -347,17 +380,17 @@ void OrvLayerManager::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
 
 void OrvLayerManager::onNodeLockedChanged(OrvSnBaseNode* pNode, bool)
 {
-    markLayersDirty(pNode, WithContents);
+    m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::WithContents);
     for (const OrvSnBaseNode::Input& Input : pNode->inputs()) {
-        if (Input.pNode && Input.Name != OrvSnNames::Base)
-            m_DirtyContents.insert(Input.pNode);
+        if (Input.Name != OrvSnNames::Base)
+            m_Dirty.noteContent(Input.pNode);
     }
 }
 
 void OrvLayerManager::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState)
 {
     OrvLayerCost::invalidate();
-    markDirty(pNode, WithAllBelow);
+    m_Dirty.note(pNode, OrvLayerDirtyNodes::WithAllBelow);
     if (OrvLayer* pLayer = getLayer(pNode, false))
         Q_EMIT pLayer->cacheStateChanged();
 }
@@ -366,9 +399,9 @@ void OrvLayerManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
 {
     OrvLayerCost::invalidate();
     if (Name == OrvMergeAttributes::LayerCached)
-        markDirty(pNode, WithContents);
+        m_Dirty.note(pNode, OrvLayerDirtyNodes::WithContents);
     else if (Name == OrvMergeAttributes::PassThrough)
-        markDirty(pNode, Alone);
+        m_Dirty.note(pNode, OrvLayerDirtyNodes::Alone);
     else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute)
         tellProceduralChanged(pNode);
     for (OrvLayer* pLayer : layersOf(pNode)) {
@@ -413,7 +446,7 @@ void OrvLayerManager::onNodeRefreshed(OrvSnBaseNode* pNode)
     if (!qobject_cast<OrvSnBakePointNode*>(pNode))
         return;
     for (const OrvSnBaseNode::Consumer& Reader : pNode->consumers()) {
-        markDirty(Reader.pNode, Alone);
+        m_Dirty.note(Reader.pNode, OrvLayerDirtyNodes::Alone);
         if (OrvLayer* pLayer = getLayer(Reader.pNode, false))
             Q_EMIT pLayer->bakePointStateChanged();
     }
@@ -448,36 +481,6 @@ void OrvLayerManager::refreshBakePoints()
     }
 }
 
-void OrvLayerManager::markDirty(OrvSnBaseNode* pNode, Reach Extent)
-{
-    Reach& Known = m_Dirty[pNode];
-    Known = qMax(Known, Extent);
-}
-
-void OrvLayerManager::markLayersDirty(OrvSnBaseNode* pNode, Reach Extent)
-{
-    markDirty(pNode, Extent);
-    if (const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pNode)) {
-        for (OrvSnMergeNode* pMerge : pCommon->mergeNodes())
-            markDirty(pMerge, Extent);
-    }
-}
-
-void OrvLayerManager::markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
-{
-    const auto feeds = [](const OrvSnBaseNode* pSource, const OrvSnBaseNode* pReader) {
-        return pSource && pReader
-            && std::any_of(pReader->inputs().begin(), pReader->inputs().end(),
-                [pSource](const OrvSnBaseNode::Input& Input) { return Input.pNode == pSource; });
-    };
-    // A node went into a chain or out of it: what lies below stays where it was.
-    const bool Spliced = feeds(pOldInputNode, pNewInputNode) || feeds(pNewInputNode, pOldInputNode);
-    for (OrvSnBaseNode* pMoved : {pNewInputNode, pOldInputNode}) {
-        if (pMoved)
-            markDirty(pMoved, Spliced ? Alone : WithAllBelow);
-    }
-}
-
 void OrvLayerManager::drop(OrvLayerStack* pStack)
 {
     if (m_pCurrentStack == pStack)
@@ -508,55 +511,13 @@ void OrvLayerManager::dropStacksThatNoLongerHold()
         drop(pStack);
 }
 
-QSet<OrvSnBaseNode*> OrvLayerManager::takeDirtyNodes()
-{
-    const QHash<OrvSnBaseNode*, Reach> Dirty = std::exchange(m_Dirty, {});
-    const QSet<OrvSnBaseNode*> Contents = std::exchange(m_DirtyContents, {});
-    QSet<OrvSnBaseNode*> Seen;
-    QVector<OrvSnBaseNode*> Pending;
-    const auto note = [&](OrvSnBaseNode* pNode) {
-        if (pNode && !Seen.contains(pNode)) {
-            Seen.insert(pNode);
-            Pending.append(pNode);
-        }
-    };
-    for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node) {
-        for (const OrvSnBaseNode::Input& Input : Node.key()->inputs()) {
-            if (Node.value() == WithAllBelow
-                || (Node.value() == WithContents && Input.Name != OrvSnNames::Base))
-                note(Input.pNode);
-        }
-    }
-    while (!Pending.isEmpty()) {
-        for (const OrvSnBaseNode::Input& Input : Pending.takeLast()->inputs())
-            note(Input.pNode);
-    }
-    for (auto Node = Dirty.begin(); Node != Dirty.end(); ++Node)
-        Seen.insert(Node.key());
-    // What holds a layer in one of its channels holds it in all.
-    for (OrvSnBaseNode* pNode : QSet<OrvSnBaseNode*>(Seen)) {
-        if (const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pNode)) {
-            for (OrvSnMergeNode* pMerge : pCommon->mergeNodes())
-                Seen.insert(pMerge);
-        }
-    }
-    for (const OrvSnBaseNode* pContent : Contents) {
-        const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pContent).Targets;
-        for (const OrvChainTargets::Target& Target : Targets) {
-            for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target))
-                Seen.insert(pOwner);
-        }
-    }
-    return Seen;
-}
-
 void OrvLayerManager::refreshDirtyStates()
 {
     constexpr int Handful = 5;
-    if (m_Dirty.isEmpty() && m_DirtyContents.isEmpty())
+    if (m_Dirty.isEmpty())
         return;
     QList<QPointer<OrvLayer>> Layers;
-    const QSet<OrvSnBaseNode*> Nodes = takeDirtyNodes();
+    const QSet<OrvSnBaseNode*> Nodes = m_Dirty.take();
     for (OrvSnBaseNode* pNode : Nodes) {
         if (OrvLayer* pLayer = getLayer(pNode, false))
             Layers.append(pLayer);

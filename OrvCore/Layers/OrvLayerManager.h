@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerDirtyNodes.h"
 #include "OrvCore/Layers/OrvLayerNames.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
@@ -85,16 +86,10 @@ private:
     friend class OrvRemovedLayersNotice;
     friend class OrvCurrentComponentEdit;
     friend class OrvCurrentLayerEdit;
-    /// Whose derived state an edit may have changed, besides the node's own.
-    enum Reach { Alone, WithContents, WithAllBelow };
 
     OrvLayerManager();
     ~OrvLayerManager() override;
     void applyCurrentComponent(OrvSnBaseNode* pNode);
-    void markDirty(OrvSnBaseNode* pNode, Reach Extent);
-    /// The node, and the merge nodes that have it in common.
-    void markLayersDirty(OrvSnBaseNode* pNode, Reach Extent);
-    void markMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
     void dropStacksOf(const OrvSnBaseNode* pNode);
     void dropStacksThatNoLongerHold();
     /// The custom procedural is described by another text now.
@@ -102,7 +97,6 @@ private:
     void drop(OrvLayerStack* pStack);
     void refreshBakePoints();
     void refreshDirtyStates();
-    QSet<OrvSnBaseNode*> takeDirtyNodes();
     static bool carriesStack(const OrvSnBaseNode* pNode, const QString& InputName);
 
     using StackKey = QPair<const OrvSnBaseNode*, QString>;
@@ -116,8 +110,7 @@ private:
         QPointer<OrvSnBaseNode> pComponent;
     };
     QHash<const OrvShaderNetwork*, LeftBehind> m_Left;
-    QHash<OrvSnBaseNode*, Reach> m_Dirty;
-    QSet<OrvSnBaseNode*> m_DirtyContents; ///< nodes that layers share, or shared
+    OrvLayerDirtyNodes m_Dirty;
     QSet<OrvSnBakePointNode*> m_BakePoints;
     OrvLayerNames m_Names;
     OrvSnMergeNode* m_pDummyBlendNode = nullptr;

@@ -81,7 +81,13 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
 {
     const QList<OrvLayer*> Merged = outermost(selectedLayers());
     QString Error;
-    if (Merged.isEmpty() || !canBeGathered(Merged, Error) || refuseMultiChannelLayers(Merged))
+    if (Merged.isEmpty() || (Merged.size() == 1 && !Merged.first()->isGroupLayer()))
+        Error = tr("Select the layers to merge: there must be two at least");
+    if (!Error.isEmpty() || !canBeGathered(Merged, Error)) {
+        Q_EMIT OrvLayerManager::instance().refused(Error);
+        return nullptr;
+    }
+    if (refuseMultiChannelLayers(Merged))
         return nullptr;
     if (OrvShaderLayers::isPlaceOfShaders(Merged.first()->blendNode())) {
         Q_EMIT OrvLayerManager::instance().refused(tr("Shader layers cannot be merged: they hold no paint"));

@@ -1,5 +1,7 @@
 #include "OrvCore/Layers/OrvLayerRendering.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
+#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
@@ -110,7 +112,14 @@ namespace OrvLayerRendering {
 
 OrvImageBuffer render(const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
 {
-    return renderEngineNode(OrvNodeEvaluation::result(pNode), Layout, Format);
+    OrvEngineNode* pResult = OrvNodeEvaluation::result(pNode);
+    OrvInputStep Step;
+    OrvChannelSpace::describeStep(pNode, OrvChannelSpace::around(pNode), Step);
+    if (!pResult || !Step.converts())
+        return renderEngineNode(pResult, Layout, Format);
+    Step.createEngineNodes();
+    Step.pEngineNode->connectInput(OrvEngineNode::Base, pResult);
+    return renderEngineNode(Step.pEngineNode.get(), Layout, Format);
 }
 
 OrvImageBuffer renderInput(const OrvSnBaseNode* pNode, const QString& InputName, const OrvUdimLayout& Layout,

@@ -14,7 +14,7 @@ class OrvUdimLayout;
 /// engine is never taken for long, and returns a null buffer when it was cancelled.
 namespace OrvLayerRendering {
 
-/// What the node yields; a null node, or one that yields nothing, is transparent.
+/// What the node yields, in the colour space of the channel around it; a null node, or one that yields nothing, is transparent.
 ORVCORE_EXPORT OrvImageBuffer render(
     const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format);
 /// What the node reads at an input, brought to the size of its channel.

@@ -3,6 +3,7 @@
 #include "OrvCore/Layers/OrvLayerStack.h"
 
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -37,9 +38,32 @@ QList<OrvLayer*> goingWith(OrvLayer* pLayer)
     return Going;
 }
 
+/// The group around a layer, or the layer in whose mask or adjustment stack it stands; null for an outermost one.
+OrvLayer* holderOf(const OrvLayer* pLayer)
+{
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pLayer->blendNode()).Targets;
+    for (const OrvChainTargets::Target& Target : Targets) {
+        const QVector<OrvSnMergeNode*> Owners = OrvChainTargets::owners(Target);
+        if (!Owners.isEmpty())
+            return OrvLayerManager::instance().getLayer(Owners.first(), true);
+    }
+    return nullptr;
+}
+
 bool areModifiable(const QList<OrvLayer*>& Layers)
 {
     return std::all_of(Layers.begin(), Layers.end(), OrvLayerUtils::isLayerModifiable);
+}
+
+/// Layers that are kept by their own locks or caches; what keeps the others has been told.
+void tellNothingRemoved(const QList<OrvLayer*>& Layers)
+{
+    const auto Kept = std::find_if_not(Layers.begin(), Layers.end(), OrvLayerUtils::isLayerModifiable);
+    if (Kept == Layers.end())
+        return;
+    Q_EMIT OrvLayerManager::instance().refused(Layers.size() == 1
+            ? OrvLayerStack::tr("'%1' cannot be removed: it is locked or cached").arg((*Kept)->name())
+            : OrvLayerStack::tr("No layer was removed: those selected are locked or cached"));
 }
 
 } // namespace
@@ -74,7 +98,7 @@ OrvLayer* OrvLayerStack::survivorOf(const QList<OrvLayer*>& Leaving) const
     OrvLayer* pCurrent = OrvLayerManager::instance().currentLayer(network());
     const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
     OrvLayer* pGone = nullptr;
-    for (OrvLayer* pAround = pCurrent; pAround; pAround = pAround->parentGroup()) {
+    for (OrvLayer* pAround = pCurrent; pAround; pAround = holderOf(pAround)) {
         if (Going.contains(pAround))
             pGone = pAround;
     }
@@ -117,8 +141,9 @@ void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
 
 void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
 {
+    const QList<OrvLayer*> Leaving = outermost(Layers.isEmpty() ? selectedLayers() : Layers);
     QList<OrvLayer*> Going;
-    for (OrvLayer* pLayer : outermost(Layers.isEmpty() ? selectedLayers() : Layers)) {
+    for (OrvLayer* pLayer : Leaving) {
         const QList<OrvLayer*> Together = goingWith(pLayer);
         if (areModifiable(Together)) {
             Going += Together;
@@ -127,8 +152,10 @@ void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
                 tr("'%1' cannot be removed: it is locked or cached in another channel").arg(pLayer->name()));
         }
     }
-    if (Going.isEmpty())
+    if (Going.isEmpty()) {
+        tellNothingRemoved(Leaving);
         return;
+    }
     const OrvUndoManager::AutoMacro Macro(tr("Remove Layers"));
     leaveCurrentLayer(Going);
     for (OrvLayer* pLayer : qAsConst(Going)) {

@@ -1,5 +1,6 @@
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
@@ -44,12 +45,14 @@ QSet<OrvSnBaseNode*>& moved()
     return Nodes;
 }
 
-bool hasChannelsOfSeveralSizes(const OrvShaderNetwork* pNetwork)
+/// Some in which images are to have another size, or colours another space, than in others.
+bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
 {
     const QList<OrvShaderInput*> Channels
         = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
     return std::any_of(Channels.begin(), Channels.end(), [&Channels](const OrvShaderInput* pChannel) {
-        return pChannel->layout() != Channels.first()->layout();
+        return pChannel->layout() != Channels.first()->layout()
+            || OrvChannelSpace::ofChannel(pChannel) != OrvChannelSpace::ofChannel(Channels.first());
     });
 }
 
@@ -125,7 +128,7 @@ void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
             OrvEngineNode* pReader = Nodes[Index]->m_pEngineNode.get();
             OrvEngineNode* pWanted = pSource ? pSource->m_pEngineNode.get() : nullptr;
             if (const OrvInputStep* pStep = inputStep(Nodes[Index], padAt(Position))) {
-                link(pStep->pEngineNode.get(), OrvEngineNode::Base, pWanted);
+                link(pStep->entry(), OrvEngineNode::Base, pWanted);
                 pWanted = pStep->pEngineNode.get();
             }
             link(pReader, padAt(Position), pWanted);
@@ -178,7 +181,7 @@ void OrvNodeEvaluation::markContentsOfMoved()
     for (OrvSnBaseNode* pNode : Moved) {
         const OrvShaderNetwork* pNetwork = pNode->network();
         if (!Matters.contains(pNetwork))
-            Matters.insert(pNetwork, pNetwork && hasChannelsOfSeveralSizes(pNetwork));
+            Matters.insert(pNetwork, pNetwork && hasDifferentChannels(pNetwork));
         if (Matters.value(pNetwork))
             markUpstream(pNode);
     }
@@ -227,12 +230,10 @@ std::vector<OrvInputStep> OrvNodeEvaluation::takeInputSteps(OrvSnBaseNode* pNode
             [&Wanted](const OrvInputStep& One) { return One.pEngineNode && One.doesTheSameAs(Wanted); });
         if (Same != Former.end()) {
             Wanted.pEngineNode = std::move(Same->pEngineNode);
-        } else if (Wanted.scales()) {
-            Wanted.pEngineNode = OrvEngineNode::createFit(Wanted.From, Wanted.To);
+            Wanted.pInnerNode = std::move(Same->pInnerNode);
         } else {
-            Wanted.pEngineNode = OrvEngineNode::createPass();
+            Wanted.createEngineNodes();
         }
-        Wanted.pEngineNode->setCached(Wanted.Kept);
         pNode->m_InputSteps.push_back(std::move(Wanted));
     }
     return Former;

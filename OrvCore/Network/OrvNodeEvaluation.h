@@ -29,7 +29,7 @@ public:
     static void parametersChanged(OrvSnBaseNode* pNode);
     /// What is to stand between the node and what it reads is another thing now.
     static void inputStepsChanged(OrvSnBaseNode* pNode);
-    /// What the node yields has another size now; what a channel holds is seen in that.
+    /// What the node yields has another size, or is in another colour space, now; what a channel holds is seen in that.
     static void layoutChanged(OrvSnBaseNode* pNode);
     /// The network has other channels, or one has another size: shaders that no channel feeds follow them.
     static void channelsChanged(const OrvShaderNetwork* pNetwork);

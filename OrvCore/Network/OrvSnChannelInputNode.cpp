@@ -1,5 +1,6 @@
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Network/OrvNodeDescription.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 
@@ -84,6 +85,20 @@ void OrvSnChannelInputNode::adopt(const OrvNodeDescription& Description)
 {
     if (std::unique_ptr<OrvImageSet> pImages = Description.makeImages())
         setImageSet(std::move(pImages));
+}
+
+void OrvSnChannelInputNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
+{
+    OrvSnBaseNode::applyUserAttribute(Attribute);
+    if (network() && Attribute.name() == OrvSnShaderInputNode::ColorSpaceAttribute)
+        OrvNodeEvaluation::layoutChanged(this);
+}
+
+void OrvSnChannelInputNode::applyUserAttributeRemoval(const QString& Name)
+{
+    OrvSnBaseNode::applyUserAttributeRemoval(Name);
+    if (network() && Name == OrvSnShaderInputNode::ColorSpaceAttribute)
+        OrvNodeEvaluation::layoutChanged(this);
 }
 
 std::unique_ptr<OrvEngineNode> OrvSnChannelInputNode::createEngineNode() const

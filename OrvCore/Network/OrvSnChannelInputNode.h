@@ -31,6 +31,8 @@ public:
     void adopt(const OrvNodeDescription& Description) override;
 
 protected:
+    void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
+    void applyUserAttributeRemoval(const QString& Name) override;
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     void updateEngineNode(OrvEngineNode& Node) const override;
 

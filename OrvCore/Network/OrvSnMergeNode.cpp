@@ -1,5 +1,6 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
@@ -186,6 +187,7 @@ void OrvSnMergeNode::describeInputStep(const QString& InputName, OrvInputStep& S
         const OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(this));
         Step.To = pChannel ? pChannel->layout() : OrvUdimLayout();
     }
+    OrvChannelSpace::describeMergeStep(this, InputName, pSource, Step);
 }
 
 void OrvSnMergeNode::updateEngineNode(OrvEngineNode& Node) const

@@ -59,6 +59,9 @@ void OrvCurrentState::apply(const OrvGeoEntity* pEntity) const
         }
     }
     OrvShaderInput* pCurrent = OrvShaderInputUtils::getShaderInput(nodeOf(m_Channel));
+    // It may be current already, since it came back, but without its layer.
+    if (Channels.currentShaderInput(pEntity->shaderNetwork()) == pCurrent && pCurrent)
+        OrvLayerManager::instance().setCurrentLayer(pEntity->shaderNetwork(), pCurrent->currentLayer());
     Channels.makeShaderInputCurrent(pEntity->shaderNetwork(), pCurrent, false);
 
     OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();

@@ -8,6 +8,7 @@
 
 #include "OrvDdi/Files/OrvBlockStore.h"
 #include "OrvDdi/Files/OrvImageBlocks.h"
+#include "OrvDdi/Files/OrvPartialFile.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
@@ -16,7 +17,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QLockFile>
-#include <QtCore/QSaveFile>
 #include <QtCore/QSet>
 
 const QString OrvProjectFile::ManifestName = QStringLiteral("project.json");
@@ -144,13 +144,33 @@ void removeForgottenBlocks(const QString& Folder, OrvBlockStore& Store)
 {
     QSet<QByteArray> Named;
     const QDir Directory(Folder);
-    for (const QString& Name : Directory.entryList({QStringLiteral("*.json")}, QDir::Files | QDir::Hidden)) {
+    for (const QString& Name : Directory.entryList({QStringLiteral("*.json*")}, QDir::Files | QDir::Hidden)) {
         QFile File(Directory.filePath(Name));
         if (!File.open(QIODevice::ReadOnly))
             return;
         Named += OrvBlockStore::keysIn(File.readAll());
     }
     Store.removeUnreferenced(Named);
+}
+
+/// In one step: there is the old text or the new one, whatever happens.
+bool writeManifest(const QString& Path, const QByteArray& Text, QString& Error)
+{
+    const OrvPartialFile Partial(Path);
+    QFile File(Partial.path());
+    QString Reason;
+    const QFileInfo Old(Path);
+    if (Old.exists() && !Old.isWritable()) {
+        Reason = tr("it is write-protected");
+    } else if (!File.open(QIODevice::WriteOnly) || File.write(Text) != Text.size() || !File.flush()) {
+        Reason = File.errorString();
+    } else {
+        File.close();
+        if (Partial.takePlace(Reason))
+            return true;
+    }
+    Error = tr("'%1' cannot be written: %2").arg(Path, Reason);
+    return false;
 }
 
 int countImages(const QVector<OrvNodeDescription>& Nodes)
@@ -402,18 +422,14 @@ bool OrvProjectFile::write(
         {"entities", Entities}};
     if (Project.currentGeoEntity())
         Json.insert("currentEntity", Project.currentGeoEntity()->uuidString());
-    QSaveFile File(Folder + QLatin1Char('/') + Manifest);
-    if (!File.open(QIODevice::WriteOnly)) {
-        Error = tr("'%1' cannot be written: %2").arg(File.fileName(), File.errorString());
+    const QString Path = Folder + QLatin1Char('/') + Manifest;
+    if (!writeManifest(Path, QJsonDocument(Json).toJson(), Error))
         return false;
-    }
-    File.write(QJsonDocument(Json).toJson());
-    if (!File.commit()) {
-        Error = tr("'%1' cannot be written: %2").arg(File.fileName(), File.errorString());
-        return false;
-    }
+    if (!Lock.isLocked())
+        return true;
+    OrvPartialFile::removeLeftovers(Path);
     // Only once the new manifest cannot vanish any more may anything go that the old one names.
-    if (Lock.isLocked() && OrvBlockStore::syncFolder(Folder))
+    if (OrvBlockStore::syncFolder(Folder))
         removeForgottenBlocks(Folder, Store);
     return true;
 }

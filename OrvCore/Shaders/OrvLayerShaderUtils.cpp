@@ -14,6 +14,7 @@
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCore/Shaders/OrvSnSystemShaderNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include <QtCore/QCoreApplication>
@@ -28,7 +29,7 @@ public:
     OrvCurrentShaderEdit(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pCurrent, OrvSnBaseNode* pSelected)
         : m_pNetwork(pNetwork)
         , m_Before(now())
-        , m_After{pCurrent, pSelected}
+        , m_After(stateOf(pCurrent, pSelected))
     {
     }
     void undo() override { put(m_Before); }
@@ -37,13 +38,20 @@ public:
 private:
     struct State {
         QPointer<OrvSnBaseNode> pCurrent, pSelected;
+        QString SystemKind; ///< of the current one; system shaders may be made anew
     };
+
+    static State stateOf(OrvSnBaseNode* pCurrent, OrvSnBaseNode* pSelected)
+    {
+        const auto* pSystem = qobject_cast<const OrvSnSystemShaderNode*>(pCurrent);
+        return {pCurrent, pSelected, pSystem ? pSystem->kind() : QString()};
+    }
 
     State now() const
     {
         const OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
         const OrvLayerShader* pCurrent = Manager.currentLayerShader(m_pNetwork);
-        return {pCurrent ? pCurrent->node() : nullptr, Manager.selectedUserShaderNode(m_pNetwork)};
+        return stateOf(pCurrent ? pCurrent->node() : nullptr, Manager.selectedUserShaderNode(m_pNetwork));
     }
 
     void put(const State& Wanted)
@@ -52,7 +60,8 @@ private:
             return;
         OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
         Manager.select(m_pNetwork, Wanted.pSelected);
-        OrvLayerShader* pCurrent = Manager.getLayerShader(Wanted.pCurrent);
+        OrvSnBaseNode* pSystem = Manager.systemShaderOfKind(m_pNetwork, Wanted.SystemKind);
+        OrvLayerShader* pCurrent = Manager.getLayerShader(pSystem ? pSystem : Wanted.pCurrent.data());
         Manager.makeCurrent(m_pNetwork,
             pCurrent ? pCurrent : Manager.getLayerShader(Manager.getCurrentChannelShader(m_pNetwork)));
     }

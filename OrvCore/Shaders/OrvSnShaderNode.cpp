@@ -1,5 +1,6 @@
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Network/OrvInputStep.h"
@@ -13,6 +14,7 @@
 #include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
 #include <QtCore/QHash>
@@ -211,6 +213,8 @@ void OrvSnShaderNode::describeInputStep(const QString& InputName, OrvInputStep& 
     if (const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(inputNode(InputName))) {
         Step.From = pChannel->layout();
         Step.To = layout();
+        // Light is computed in one space, whatever the channels are in.
+        OrvChannelSpace::describeStep(pChannel, OrvColorManager::linear(), Step);
     }
 }
 

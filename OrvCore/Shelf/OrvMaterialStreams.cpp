@@ -27,6 +27,7 @@ OrvImageBuffer readPicture(const QString& Path, const OrvImageSettings& Settings
     const OrvUdimLayout AsStored(Properties.Size, Settings.Layout.tiles());
     OrvImageBuffer Pixels(AsStored.extent(), Format);
     OrvImageReadOptions Options;
+    Options.BufferSpace = Settings.PaintSpace;
     if (Scalar)
         Options.FileSpace = Options.BufferSpace = OrvColorManager::raw();
     for (const int Tile : AsStored.tiles()) {

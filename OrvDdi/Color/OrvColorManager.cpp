@@ -8,6 +8,7 @@
 #include <QtCore/QDebug>
 #include <QtCore/QHash>
 #include <QtCore/QMutex>
+#include <QtCore/QSet>
 
 #include <OpenColorIO/OpenColorIO.h>
 
@@ -97,6 +98,9 @@ public:
     bool isData(const QString& Name) const;
     /// Null with the reason in Error.
     OCIO::ConstCPUProcessorRcPtr processor(const QString& From, const QString& To, QString& Error);
+    bool matrix(const QString& From, const QString& To, float* pFactors) const;
+    /// Remembers, and tells once, which ones are not.
+    bool isUsable(const QString& Name);
     QString error() const { return m_Error; }
 
 private:
@@ -107,6 +111,7 @@ private:
     QString m_Error;
     QMutex m_Mutex;
     QHash<QPair<QString, QString>, OCIO::ConstCPUProcessorRcPtr> m_Processors;
+    QSet<QString> m_Unusable;
 };
 
 ColorSpaces::ColorSpaces()
@@ -197,6 +202,56 @@ OCIO::ConstCPUProcessorRcPtr ColorSpaces::processor(const QString& From, const Q
     return pProcessor;
 }
 
+bool ColorSpaces::matrix(const QString& From, const QString& To, float* pFactors) const
+{
+    if (!contains(From) || !contains(To))
+        return false;
+    try {
+        const OCIO::ConstProcessorRcPtr pProcessor = makeProcessor(From.toUtf8(), To.toUtf8());
+        const OCIO::GroupTransformRcPtr pSteps
+            = pProcessor->getOptimizedProcessor(OCIO::OPTIMIZATION_DEFAULT)->createGroupTransform();
+        if (pSteps->getNumTransforms() != 1)
+            return false;
+        const auto pMatrix = OCIO::DynamicPtrCast<const OCIO::MatrixTransform>(pSteps->getTransform(0));
+        if (!pMatrix)
+            return false;
+        double Factors[16], Offsets[4];
+        pMatrix->getMatrix(Factors);
+        pMatrix->getOffset(Offsets);
+        const bool KeepsAlpha = Factors[3] == 0.0 && Factors[7] == 0.0 && Factors[11] == 0.0
+            && Factors[12] == 0.0 && Factors[13] == 0.0 && Factors[14] == 0.0 && Factors[15] == 1.0;
+        const bool HasOffset = std::any_of(Offsets, Offsets + 4, [](double One) { return One != 0.0; });
+        // One that the library keeps as the inverse of another matrix says nothing of its own factors.
+        if (!KeepsAlpha || HasOffset || pMatrix->getDirection() != OCIO::TRANSFORM_DIR_FORWARD)
+            return false;
+        for (int Index = 0; Index < 9; ++Index)
+            pFactors[Index] = float(Factors[Index / 3 * 4 + Index % 3]);
+        return true;
+    } catch (const std::exception&) {
+        return false; // told where pixels are converted
+    }
+}
+
+bool ColorSpaces::isUsable(const QString& Name)
+{
+    if (Name == OrvColorManager::linear() || Name == OrvColorManager::srgb() || isData(Name))
+        return true;
+    {
+        const QMutexLocker Locker(&m_Mutex);
+        if (m_Unusable.contains(Name))
+            return false;
+    }
+    QString Error;
+    if (processor(Name, OrvColorManager::linear(), Error) && processor(OrvColorManager::linear(), Name, Error))
+        return true;
+    const QMutexLocker Locker(&m_Mutex);
+    if (!m_Unusable.contains(Name)) {
+        m_Unusable.insert(Name);
+        qWarning("%s", qUtf8Printable(tr("%1. Its values are taken for linear light").arg(Error)));
+    }
+    return false;
+}
+
 QMutex SpacesMutex;
 std::shared_ptr<ColorSpaces> pSpaces;
 
@@ -249,6 +304,19 @@ bool OrvColorManager::isIdentity(const QString& From, const QString& To)
         return true;
     const auto pInUse = colorSpacesInUse();
     return pInUse->isData(From) || pInUse->isData(To);
+}
+
+bool OrvColorManager::matrix(const QString& From, const QString& To, float* pFactors)
+{
+    return !isIdentity(From, To) && colorSpacesInUse()->matrix(From, To, pFactors);
+}
+
+QString OrvColorManager::computedSpace(const QString& Stored)
+{
+    // The two that nearly all channels have cost no look at the configuration.
+    if (Stored == srgb() || Stored == linear())
+        return linear();
+    return colorSpacesInUse()->isUsable(Stored) ? Stored : linear();
 }
 
 bool OrvColorManager::transform(const OrvColor& In, OrvColor& Out,

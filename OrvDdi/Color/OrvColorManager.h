@@ -35,6 +35,14 @@ public:
         const QString& To, QString& Error);
     /// Whether converting between the two changes nothing.
     static bool isIdentity(const QString& From, const QString& To);
+    /// Whether the conversion is linear without an offset; then its nine factors, row by row. Such a one may be
+    /// applied to premultiplied pixels.
+    static bool matrix(const QString& From, const QString& To, float* pFactors);
+
+    /// The space of values that are stored in a space once they are read without its curve: pixel formats undo
+    /// that of sRGB, and no other. A space that cannot be converted to light (any more) counts as linear; the
+    /// log says so once.
+    static QString computedSpace(const QString& Stored);
 
     /// Why the configuration named by OCIO is not in use; empty while it is, or while none is named. The same
     /// text goes to the log once.

@@ -1,6 +1,7 @@
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
 #include "OrvDdi/Engine/OrvBlendOperation.h"
+#include "OrvDdi/Engine/OrvColorOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvFitOperation.h"
@@ -53,7 +54,7 @@ GeglNode* newNode(const char* pOperation)
 /// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
 /// the next evaluation.
 struct OrvEngineNode::SubGraph {
-    enum Kind { Blend, Source, Uniform, Operation, Fit, Shading, Pass };
+    enum Kind { Blend, Source, Uniform, Operation, Fit, Color, Shading, Pass };
 
     explicit SubGraph(Kind What)
         : WhichKind(What)
@@ -312,6 +313,17 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createFit(const OrvUdimLayout& Fro
     pGraph->Shrinkage = OrvFitOperation::setLayouts(pGraph->pInput, From, To);
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     OrvOutputOperation::setFullScale(pGraph->pOutput, true);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createColorConversion(const QString& From, const QString& To)
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Color);
+    pGraph->pInput = newNode(OrvColorOperation::Name);
+    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    OrvColorOperation::setSpaces(pGraph->pInput, From, To);
+    gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 

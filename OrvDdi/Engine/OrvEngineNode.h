@@ -33,6 +33,8 @@ public:
     /// Brings what is connected from one layout to another: averaged when it shrinks, interpolated when it grows, as
     /// OrvImageResampling does.
     static std::unique_ptr<OrvEngineNode> createFit(const OrvUdimLayout& From, const OrvUdimLayout& To);
+    /// Brings what is connected from one colour space to another; both must be known.
+    static std::unique_ptr<OrvEngineNode> createColorConversion(const QString& From, const QString& To);
     /// The picture of a flat texture under a light; any input may be missing.
     static std::unique_ptr<OrvEngineNode> createShading();
     /// Passes Base on unchanged; nothing connected reads as transparent.

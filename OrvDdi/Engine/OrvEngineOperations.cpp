@@ -1,6 +1,7 @@
 #include "OrvDdi/Engine/OrvEngineOperations.h"
 
 #include "OrvDdi/Engine/OrvBlendOperation.h"
+#include "OrvDdi/Engine/OrvColorOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
@@ -16,6 +17,7 @@ void OrvEngineOperations::registerAll()
     OrvDelivery::registerType();
     OrvPointOperations::registerTypes();
     OrvFitOperation::registerType();
+    OrvColorOperation::registerType();
     OrvShadingOperation::registerType();
 }
 

@@ -594,6 +594,28 @@ private Q_SLOTS:
         QCOMPARE(Removed.size(), 3);
     }
 
+    void theCurrentLayerLeavesWithTheMaskItStandsIn()
+    {
+        OrvTestProject Project;
+        OrvLayer* pBase = Project.paint("Base", Red);
+        OrvLayer* pTop = Project.paint("Top", Green);
+        pTop->addMaskImageSet();
+        OrvLayer* pSpots = Project.paint("Spots", OrvColor::white(), pTop->convertMaskToMaskStack());
+        OrvLayer* pInvert = pBase->addLayerAdjustmentLayerFromKey(Invert);
+        for (OrvLayer* pInside : {pSpots, pInvert}) {
+            layers().setCurrentLayer(Project.network(), pInside);
+            OrvLayer* pGoing = pInside == pSpots ? pTop : pBase;
+            Project.channel()->deleteLayers({pGoing});
+            QCOMPARE(layers().currentLayer(), pGoing == pTop ? pBase : pTop);
+            Project.undo();
+            QCOMPARE(layers().currentLayer(), pInside);
+            QVERIFY(Project.channel()->flattenUI());
+            QCOMPARE(layers().currentLayer(), Project.channel()->layerList().first());
+            Project.undo();
+            QCOMPARE(layers().currentLayer(), pInside);
+        }
+    }
+
     void copiesAreIndependent()
     {
         OrvTestProject Project;

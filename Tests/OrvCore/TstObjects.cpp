@@ -238,6 +238,44 @@ private Q_SLOTS:
         QVERIFY(!pUsual->imageSetSize().isEmpty() && pUsual->imageSetSize() != QSize(96, 64));
     }
 
+    void copiesTakeTheTilesOfTheirNewObject()
+    {
+        auto pNew = std::make_unique<OrvGeoEntity>("Wide");
+        pNew->setUdimTiles({1001, 1002, 1012});
+        OrvGeoEntity* pWide = project()->addGeoEntity(std::move(pNew));
+        project()->setCurrentGeoEntity(pWide);
+        OrvShaderInput* pFrom = OrvTestProject::addChannel("Far", QSize(8, 8));
+        OrvLayer* pLayer = m_pProject->paint("Layer", OrvColor::clear(), pFrom);
+        for (const int Tile : {1001, 1002, 1012})
+            OrvTestProject::fill(pLayer->paintImageSet(), pFrom->layout().tileRect(Tile),
+                OrvColor(0, 1, (Tile - 1000) / 16.0f));
+        const auto blueAt = [](const OrvShaderInput* pChannel, int Tile) {
+            return OrvTestProject::pixel(pChannel->node(), pChannel->layout().tileRect(Tile).center()).blue();
+        };
+        QString Error;
+        QVERIFY(OrvShaderInputUtils::copyToClipboard(pFrom));
+        const auto paste = [&](OrvGeoEntity* pEntity) {
+            return OrvShaderInputUtils::pasteFromClipboard(Error, pEntity->shaderNetwork());
+        };
+        const OrvShaderInput* pNarrow = paste(m_pHead);
+        QVERIFY2(pNarrow, qPrintable(Error));
+        QCOMPARE(pNarrow->layout(), OrvUdimLayout(QSize(8, 8)));
+        QCOMPARE(blueAt(pNarrow, 1001), 1 / 16.0f);
+        auto pOther = std::make_unique<OrvGeoEntity>("Tall");
+        pOther->setUdimTiles({1002, 1011, 1012});
+        const OrvShaderInput* pTall = paste(project()->addGeoEntity(std::move(pOther)));
+        QVERIFY2(pTall, qPrintable(Error));
+        QCOMPARE(blueAt(pTall, 1002), 2 / 16.0f);
+        QCOMPARE(blueAt(pTall, 1011), 0.0f);
+        QCOMPARE(blueAt(pTall, 1012), 12 / 16.0f);
+
+        // Resized, flattened and converted, every tile is where it was.
+        QVERIFY(pFrom->resizeLayers(16) && pFrom->flattenUI() && pFrom->convertDepthTo(GL_HALF_FLOAT, 0));
+        for (const int Tile : {1001, 1002, 1012})
+            QCOMPARE(blueAt(pFrom, Tile), (Tile - 1000) / 16.0f);
+        QCOMPARE(pFrom->layerList().first()->paintImageSet()->layout(), pFrom->layout());
+    }
+
     void objectsAreStoredWithWhatIsCurrentInThem()
     {
         QTemporaryDir Folder;

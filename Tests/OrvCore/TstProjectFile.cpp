@@ -190,12 +190,16 @@ private Q_SLOTS:
         QVERIFY(blocks().contains(First));
         QVERIFY(QDir().rmdir(m_Manifest) && QFile::rename(m_Manifest + ".aside", m_Manifest));
         // Not what a copy of the manifest names, be it of an unknown version; nor what is no block.
-        const QString Copy = m_Path + "/before.json", Foreign = m_Path + "/blocks/notes.txt";
-        QVERIFY(QFile::copy(m_Manifest, Copy));
+        const QString Foreign = m_Path + "/blocks/notes.txt";
         writeFile(Foreign, "mine");
-        QVERIFY(projects().saveProject(Error));
-        QVERIFY(blocks().contains(First) && blocks().contains(namedBlocks()));
-        QVERIFY(QFile::remove(Copy));
+        for (const QString& Name : {m_Path + "/before.json", m_Manifest + ".bak", m_Manifest + "~"}) {
+            QVERIFY(QFile::copy(m_Manifest, Name));
+            const QSet<QString> Kept = namedBlocks();
+            paint(float(Name.size()));
+            QVERIFY(projects().saveProject(Error));
+            QVERIFY(blocks().contains(Kept) && blocks().contains(namedBlocks()));
+            QVERIFY(QFile::remove(Name));
+        }
         QVERIFY(projects().saveProject(Error));
         QCOMPARE(blocks(), namedBlocks());
         QVERIFY(!blocks().intersects(First) && QFile::exists(Foreign));
@@ -384,6 +388,7 @@ private Q_SLOTS:
             QVERIFY(blocks().contains(namedBlocks()));
             QVERIFY(projects().saveProject(Error)); // and can be worked on
             QCOMPARE(blocks(), namedBlocks());
+            QCOMPARE(entries(), QStringList({"blocks", "project.json"}));
             projects().closeProject();
         }
         QVERIFY(Highest > 0);
@@ -396,6 +401,11 @@ private:
         for (QDirIterator File(m_Path, QDir::Files, QDirIterator::Subdirectories); File.hasNext();)
             Found.insert(File.next());
         return Found;
+    }
+
+    QStringList entries() const
+    {
+        return QDir(m_Path).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
 
     /// Blocks, and what interrupted writers left of them.

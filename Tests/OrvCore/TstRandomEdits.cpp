@@ -1,5 +1,6 @@
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Layers/OrvShaderLayers.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
@@ -9,6 +10,9 @@
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Shaders/OrvShadingModel.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
+
+#include "OrvDdi/Color/OrvColorManager.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
@@ -45,6 +49,7 @@ private Q_SLOTS:
         m_Random.seed(quint32(Seed));
         OrvTestProject Project(QSize(8, 8));
         m_pProject = &Project;
+        Project.channel()->channelNode()->setLayoutOfImages(OrvUdimLayout(QSize(8, 8), {1001, 1002, 1011}));
         Project.addChannel("Bump", QSize(8, 8));
         Project.addChannel("Material", QSize(16, 16))->node()->addTag(OrvSnNames::MaterialShaderInputTag);
         OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/MetallicRoughness", true);
@@ -190,6 +195,44 @@ private:
         }
     }
 
+    void editChannels()
+    {
+        OrvShaderInput* pChannel = anyChannel();
+        const GLenum Depths[] = {GL_UNSIGNED_BYTE, GL_HALF_FLOAT, GL_FLOAT};
+        const QString Spaces[] = {OrvColorManager::srgb(), OrvColorManager::linear(), OrvColorManager::raw()};
+        const int Option = below(2);
+        const bool IsExtra = !QStringList{"Diffuse", "Bump", "Material"}.contains(pChannel->name());
+        const bool Crowded = OrvShaderInputManager::instance()
+                                 .getShaderInputsFromNetwork(OrvTestProject::network())
+                                 .size()
+            > 6;
+        QString Error;
+        switch (below(7)) {
+        case 0:
+            pChannel->convertDepthTo(Depths[below(3)], Option);
+            return;
+        case 1:
+            pChannel->convertColorSpaceTo(Spaces[below(3)], Option);
+            return;
+        case 2:
+            pChannel->convertScalarColorSpaceTo(Spaces[below(3)], Option);
+            return;
+        case 3:
+            pChannel->resizeLayers(4 << below(3));
+            return;
+        case 4:
+            below(3) ? void(OrvShaderInputUtils::copyToClipboard(pChannel)) : void(pChannel->flattenUI());
+            return;
+        case 5:
+            if (!Crowded)
+                OrvShaderInputUtils::pasteFromClipboard(Error, OrvTestProject::network());
+            return;
+        default:
+            if (IsExtra)
+                OrvShaderInputUtils::cutToClipboard(pChannel, below(2));
+        }
+    }
+
     void editMultiChannelLayers()
     {
         OrvLayerShader* pShader = anyShader();
@@ -225,6 +268,10 @@ private:
     {
         if (below(6) == 0) {
             editMultiChannelLayers();
+            return;
+        }
+        if (below(10) == 0) {
+            editChannels();
             return;
         }
         if (below(6) == 0) {
@@ -418,7 +465,7 @@ private:
         }
         QVERIFY(Shaders.currentLayerShader() && Shaders.currentShaderNode()->network());
         const QStringList Channels{"Diffuse", "Bump", "Material"};
-        QVector<OrvColor> Seen;
+        QVector<QVector<float>> Seen;
         for (const QString& Name : Channels) {
             const OrvShaderInput* pChannel = m_pProject->channel(Name);
             for (const OrvLayer* pLayer : pChannel->allLayers()) {
@@ -432,24 +479,46 @@ private:
                 QVERIFY(!pLayer->isModifiable() || !pLayer->isDownstreamLocked());
             }
             QVERIFY(OrvLayerStreamUtils::isChainEnd(pChannel->bottomNode()));
-            Seen.append(m_pProject->pixel(pChannel->node()));
+            Seen.append(pictureOf(pChannel->node()));
         }
         const QList<OrvSnBaseNode*> Lit = Shaders.getShaderNodes(m_pProject->network(), false);
-        QVector<OrvColor> SeenLit;
+        QVector<QVector<float>> SeenLit;
         for (const OrvSnBaseNode* pNode : Lit)
-            SeenLit.append(m_pProject->pixel(pNode));
+            SeenLit.append(pictureOf(pNode));
         for (OrvSnBaseNode* pNode : m_pProject->network()->nodes())
             OrvNodeEvaluation::removed(pNode);
         for (int Index = 0; Index < Channels.size(); ++Index) {
-            const OrvColor Fresh = m_pProject->pixel(m_pProject->channel(Channels[Index])->node());
-            QVERIFY2(m_pProject->same(Seen[Index], Fresh, 0.001f),
+            const QVector<float> Fresh = pictureOf(m_pProject->channel(Channels[Index])->node());
+            QVERIFY2(areSame(Seen[Index], Fresh),
                 qPrintable(QString("%1: %2").arg(
                     Channels[Index], m_pProject->tree(m_pProject->channel(Channels[Index])))));
         }
         for (int Index = 0; Index < Lit.size(); ++Index) {
-            const OrvColor Fresh = m_pProject->pixel(Lit[Index]);
-            QVERIFY2(m_pProject->same(SeenLit[Index], Fresh, 0.001f), qPrintable(Lit[Index]->name()));
+            const QVector<float> Fresh = pictureOf(Lit[Index]);
+            QVERIFY2(areSame(SeenLit[Index], Fresh), qPrintable(Lit[Index]->name()));
         }
+    }
+
+    /// All tiles, in full and reduced.
+    static QVector<float> pictureOf(const OrvSnBaseNode* pNode)
+    {
+        const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode);
+        const auto* pShader = qobject_cast<const OrvSnShaderNode*>(pNode);
+        const QSize Plane = (pChannel ? pChannel->layout() : pShader->layout()).extent().size();
+        QVector<float> Picture;
+        for (const int Reduction : {1, 2}) {
+            const QSize Size = Plane / Reduction;
+            QVector<float> Level(4 * Size.width() * Size.height());
+            OrvNodeEvaluation::result(pNode)->render(QRect(QPoint(), Size), 1.0 / Reduction,
+                {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear}, Level.data());
+            Picture += Level;
+        }
+        return Picture;
+    }
+    static bool areSame(const QVector<float>& First, const QVector<float>& Second)
+    {
+        return First.size() == Second.size() && std::equal(First.begin(), First.end(), Second.begin(),
+            [](float A, float B) { return std::abs(A - B) <= 0.001f; });
     }
 
     QTemporaryDir m_Directory;

@@ -224,6 +224,11 @@ private Q_SLOTS:
         shaders().recreateSystemShaders();
         QCOMPARE(shaders().currentShaderNode(), pUser);
         QCOMPARE(shaders().materialShader()->node(), pUser);
+        Project.undo(); // what was shown then is a new node by now
+        QVERIFY(shaders().currentShaderNode()->hasTag(
+            OrvLayerShaderManager::nodeTagCurrentLayerAndBelowShader()));
+        Project.redo();
+        QCOMPARE(shaders().currentShaderNode(), pUser);
 
         // Each object has its own, and its own current one.
         OrvGeoEntity* pOther = OrvProjectManager::instance().currentProject()->addGeoEntity("Hand");
@@ -797,6 +802,48 @@ private Q_SLOTS:
         pShader->setInputShaderInput("Base Color", nullptr);
         QVERIFY(Project.pixel(pMaterial->node(), QPoint(14, 1)).red() >= 0.99f);
         QCOMPARE(Project.pixel(pMaterial->node(), QPoint(20, 1)).alpha(), 0.0f);
+    }
+
+    void aShaderOfValuesIsAsLargeAsItsPlace()
+    {
+        OrvTestProject Project(QSize(8, 8));
+        OrvShaderInput* pSmall = addMaterialChannel("Small", QSize(16, 16));
+        OrvShaderInput* pLarge = addMaterialChannel("Large", QSize(64, 64));
+        const auto reaches = [&](const OrvSnBaseNode* pNode, int Edge) {
+            return Project.pixel(pNode, QPoint(Edge - 2, Edge - 2)).alpha() == 1.0f
+                && Project.pixel(pNode, QPoint(Edge, Edge)).alpha() == 0.0f;
+        };
+        OrvLayerShader* pShader = create(Unlit);
+        const OrvSnBaseNode* pNode = pShader->node();
+        QVERIFY(reaches(pNode, 8));
+        OrvLayer* pLayer = pSmall->createShaderLayer(pShader, 0);
+        QVERIFY(reaches(pNode, 16) && reaches(pSmall->node(), 16));
+        QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pLayer, pLarge->bottomNode(), pLarge));
+        QVERIFY(reaches(pNode, 64) && reaches(pLarge->node(), 64));
+        Project.undo();
+        QVERIFY(reaches(pNode, 16) && reaches(pSmall->node(), 16));
+        // In a group that goes elsewhere.
+        OrvLayer* pGroup = pSmall->createGroupLayer(0);
+        OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pGroup);
+        QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pLayer, pInside->bottomNode(), pInside));
+        QVERIFY(reaches(pNode, 16) && reaches(pSmall->node(), 16));
+        QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pGroup, pLarge->bottomNode(), pLarge));
+        QVERIFY(reaches(pNode, 64) && reaches(pLarge->node(), 64));
+        pLarge->deleteLayers({pGroup});
+        QVERIFY(reaches(pNode, 8));
+        Project.undo();
+        QVERIFY(reaches(pNode, 64) && reaches(pLarge->node(), 64));
+
+        // Alone it follows the object's first channel.
+        const OrvSnBaseNode* pAlone = create(Unlit)->node();
+        QVERIFY(reaches(pAlone, 8));
+        QVERIFY(OrvShaderInputManager::instance().destroy(
+            Project.channel(), OrvShaderInputManager::SharersAreDeleted));
+        QVERIFY(reaches(pAlone, 16));
+        Project.undo();
+        QVERIFY(reaches(pAlone, 8));
+        Project.channel()->resizeLayers(32);
+        QVERIFY(reaches(pAlone, 32));
     }
 
     void layeredShaderCompositesItsMaterials()
