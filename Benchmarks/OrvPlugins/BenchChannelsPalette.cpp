@@ -2,18 +2,14 @@
 // The 125 ms for which a palette collects changes are left out: refreshes are called at once.
 
 #include "Benchmarks/OrvPlugins/LayersBenchmark.h"
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvPlugins/ModuleBenchmark.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
@@ -82,13 +78,15 @@ OrvShaderInput* largeChannel(int Index)
     return Made[Index];
 }
 
-/// The rows of a stack that was never shown.
+/// The rows of a stack that was never shown, and what belongs to its current layer.
 void firstRows(benchmark::State& State)
 {
+    channels().makeShaderInputCurrent(largeChannel(0), true);
     for (auto _ : State) {
         State.PauseTiming();
-        auto pPalette = std::make_unique<Palette>(largeChannel(0));
+        auto pPalette = std::make_unique<Palette>(nullptr);
         State.ResumeTiming();
+        pPalette->view().setLayerStack(largeChannel(0));
         pPalette->refresh();
         State.PauseTiming();
         pPalette.reset();
@@ -114,12 +112,9 @@ void switchChannel(benchmark::State& State)
 
 int main(int ArgumentCount, char** pArguments)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    OrvApplication Application(ArgumentCount, pArguments);
-    benchmark::Initialize(&ArgumentCount, pArguments);
-    OrvMainWindow::instance();
+    const ModuleBenchmark Module(ArgumentCount, pArguments);
     OrvShaderInputActions::instance();
-    OrvProjectManager::instance().newProject(QStringLiteral("Benchmark"));
+    ModuleBenchmark::openProject();
 
     RatioReporter::measure("floor: switch between stacks of 1000 layers", firstRows, 0.3);
     RatioReporter::measure("switch between stacks of 1000 layers", switchChannel, 0.3);
@@ -131,10 +126,6 @@ int main(int ArgumentCount, char** pArguments)
             [Count](benchmark::State& State) { refreshUnchanged(State, Count); }, 0.1, 3);
     }
     RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
-    OrvProjectManager::instance().closeProject();
-    settle();
-    OrvEngine::shutdown();
+    ModuleBenchmark::run(Reporter);
     return EXIT_SUCCESS;
 }

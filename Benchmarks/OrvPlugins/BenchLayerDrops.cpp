@@ -2,7 +2,7 @@
 // shows them (see BenchLayersPalette), and how that grows with their number.
 
 #include "Benchmarks/OrvPlugins/LayersBenchmark.h"
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvPlugins/ModuleBenchmark.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
@@ -12,9 +12,6 @@
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 
@@ -125,10 +122,7 @@ void remove(benchmark::State& State, int LayerCount)
 
 int main(int ArgumentCount, char** pArguments)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    OrvApplication Application(ArgumentCount, pArguments);
-    benchmark::Initialize(&ArgumentCount, pArguments);
-    OrvMainWindow::instance();
+    const ModuleBenchmark Module(ArgumentCount, pArguments);
 
     struct Case {
         const char* pName;
@@ -151,8 +145,5 @@ int main(int ArgumentCount, char** pArguments)
     benchmark::RunSpecifiedBenchmarks(&Reporter);
     for (const Case& One : Cases)
         Reporter.printExponent(nameOf(One, Smallest), Smallest, nameOf(One, Largest), Largest);
-    OrvProjectManager::instance().closeProject();
-    settle();
-    OrvEngine::shutdown();
     return EXIT_SUCCESS;
 }

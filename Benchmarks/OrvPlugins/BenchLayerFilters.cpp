@@ -4,12 +4,8 @@
 
 #include "Benchmarks/OrvPlugins/FloorTree.h"
 #include "Benchmarks/OrvPlugins/LayersBenchmark.h"
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvPlugins/ModuleBenchmark.h"
 
-#include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvDdi/Engine/OrvEngine.h"
 
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
@@ -65,11 +61,8 @@ void refreshFiltered(benchmark::State& State, int LayerCount)
 
 int main(int ArgumentCount, char** pArguments)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    OrvApplication Application(ArgumentCount, pArguments);
-    benchmark::Initialize(&ArgumentCount, pArguments);
-    OrvMainWindow::instance();
-    OrvProjectManager::instance().newProject(QStringLiteral("Benchmark"));
+    const ModuleBenchmark Module(ArgumentCount, pArguments);
+    ModuleBenchmark::openProject();
     for (const int LayerCount : {1000, 10000}) {
         const auto add = [LayerCount](const char* pName, void (*pMeasured)(benchmark::State&, int)) {
             RatioReporter::measure(
@@ -81,13 +74,9 @@ int main(int ArgumentCount, char** pArguments)
         add("refresh filtered and unchanged", refreshFiltered);
     }
     RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
+    ModuleBenchmark::run(Reporter);
     for (const char* pName : {"key stroke", "refresh filtered and unchanged"})
         Reporter.printExponent(
             std::string(pName) + ", 1000 layers", 1000, std::string(pName) + ", 10000 layers", 10000);
-    OrvProjectManager::instance().closeProject();
-    settle();
-    OrvEngine::shutdown();
     return EXIT_SUCCESS;
 }

@@ -3,16 +3,12 @@
 
 #include "Benchmarks/OrvPlugins/FloorTree.h"
 #include "Benchmarks/OrvPlugins/LayersBenchmark.h"
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvPlugins/ModuleBenchmark.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Project/OrvProjectManager.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <malloc.h>
@@ -140,11 +136,8 @@ void printMemoryOfRows()
 
 int main(int ArgumentCount, char** pArguments)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    OrvApplication Application(ArgumentCount, pArguments);
-    benchmark::Initialize(&ArgumentCount, pArguments);
-    OrvMainWindow::instance();
-    OrvProjectManager::instance().newProject(QStringLiteral("Benchmark"));
+    const ModuleBenchmark Module(ArgumentCount, pArguments);
+    ModuleBenchmark::openProject();
 
     for (const int LayerCount : {1000, 10000}) {
         const auto add = [LayerCount](const char* pName, void (*pMeasured)(benchmark::State&, int)) {
@@ -160,14 +153,10 @@ int main(int ArgumentCount, char** pArguments)
         add("refresh unchanged", refreshUnchanged);
     }
     RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
+    ModuleBenchmark::run(Reporter);
     for (const char* pName : {"build", "insert one", "move one", "refresh unchanged"})
         Reporter.printExponent(
             std::string(pName) + ", 1000 layers", 1000, std::string(pName) + ", 10000 layers", 10000);
     printMemoryOfRows();
-    OrvProjectManager::instance().closeProject();
-    settle();
-    OrvEngine::shutdown();
     return EXIT_SUCCESS;
 }

@@ -2,17 +2,14 @@
 // to ask for the shaders, and to compare each row with its node. The 125 ms for which a palette collects
 // changes are left out.
 
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvPlugins/ModuleBenchmark.h"
 
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
-#include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
@@ -81,11 +78,8 @@ void renameOne(benchmark::State& State)
 
 int main(int ArgumentCount, char** pArguments)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    OrvApplication Application(ArgumentCount, pArguments);
-    benchmark::Initialize(&ArgumentCount, pArguments);
-    OrvMainWindow::instance();
-    OrvProjectManager::instance().newProject(QStringLiteral("Benchmark"));
+    const ModuleBenchmark Module(ArgumentCount, pArguments);
+    ModuleBenchmark::openProject();
     makeShaders();
 
     const std::string Of = ", " + std::to_string(ShaderCount) + " shaders";
@@ -93,12 +87,8 @@ int main(int ArgumentCount, char** pArguments)
     RatioReporter::measure("refresh unchanged" + Of, refreshUnchanged, 0.3);
     RatioReporter::measure("rename one" + Of, renameOne, 0.3);
     RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
+    ModuleBenchmark::run(Reporter);
     const bool IsMet = !(Reporter.milliseconds("refresh unchanged" + Of) > AllowedMilliseconds);
     std::printf("refresh unchanged: %s %.0f ms\n", IsMet ? "within" : "MORE THAN", AllowedMilliseconds);
-    OrvProjectManager::instance().closeProject();
-    QApplication::processEvents();
-    OrvEngine::shutdown();
     return IsMet ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -1,6 +1,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionStates.h"
 
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerClipboard.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -91,7 +92,8 @@ void OrvLayerActionStates::switchMaskActions() const
         m_IsModifiable && !HasMask);
     setEnabled(MaskPath, {tr("Cut")}, HasMask);
     setEnabled(MaskPath, {tr("Copy")}, m_Layer && m_Layer->hasMask());
-    setEnabled(MaskPath, {tr("Paste")}, m_IsModifiable);
+    setEnabled(MaskPath, {tr("Paste")},
+        m_IsModifiable && OrvLayerClipboard::holds(OrvLayerClipboard::Mask));
 
     setEnabled(LayersPath, {tr("Make Mask Stack")}, HasMask && !m_Layer->hasMaskStack());
     setEnabled(LayersPath, {tr("Convert To Paintable Mask")},

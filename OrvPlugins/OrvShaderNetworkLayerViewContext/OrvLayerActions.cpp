@@ -11,13 +11,14 @@
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionStates.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionTable.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMethodRelay.h"
 
+#include <QtGui/QClipboard>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
 
@@ -26,7 +27,6 @@
 namespace {
 
 const char File[] = "OrvLayerActions";
-constexpr int StatusDuration = 6000; // ms
 
 void report(int Line, const QString& Message)
 {
@@ -102,6 +102,8 @@ void OrvLayerActions::connectHost()
     connect(pLayers, SIGNAL(currentLayerStackChanged(OrvLayerStack*)), this,
         SLOT(onCurrentLayerStackChanged(OrvLayerStack*)), Qt::QueuedConnection);
     connect(pLayers, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed(OrvLayer*)),
+        Qt::QueuedConnection);
+    connect(QGuiApplication::clipboard(), SIGNAL(dataChanged()), this, SLOT(switchActionsEnabled()),
         Qt::QueuedConnection);
     connect(pLayers, SIGNAL(refused(QString)), this, SLOT(showRefusal(const QString&)));
 }
@@ -251,7 +253,7 @@ void OrvLayerActions::quickFind()
 
 void OrvLayerActions::showRefusal(const QString& Reason)
 {
-    OrvStatusManager::instance().showMessage(Reason, StatusDuration);
+    OrvLayerViewUtils::tell(Reason);
 }
 
 #include "moc_OrvLayerActions.cpp"

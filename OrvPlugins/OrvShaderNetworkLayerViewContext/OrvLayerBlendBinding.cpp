@@ -4,6 +4,7 @@
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCoreModules/Properties/OrvValueEditor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
 
 namespace {
@@ -72,6 +73,12 @@ void OrvLayerBlendBinding::write(const QVariant& Value)
         if (Other.first)
             Other.first->setUserAttributeValue(m_AttributeName, AtStart ? Other.second : Value);
     }
+}
+
+QString OrvLayerBlendBinding::undoText() const
+{
+    return others().isEmpty() ? OrvAttributeBinding::undoText()
+                              : tr("Set %1 of Layers").arg(OrvValueEditor::labelFromName(m_AttributeName));
 }
 
 #include "moc_OrvLayerBlendBinding.cpp"

@@ -25,6 +25,7 @@ public:
 
 protected:
     void write(const QVariant& Value) override;
+    QString undoText() const override;
 
 private:
     using NodeValue = QPair<QPointer<OrvSnBaseNode>, QVariant>;

@@ -2,7 +2,9 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
+#include "OrvCore/Layers/OrvMultiChannelLayer.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCoreModules/Properties/OrvAdvancedBlendingOptionsPopup.h"
 #include "OrvCoreModules/Properties/OrvUserAttributeControletManager.h"
@@ -225,7 +227,15 @@ void OrvLayerBlendRow::setAmountEnabled(bool Enabled)
         report(__LINE__, "this->m_BlendAmountWidget is NULL");
         return;
     }
-    m_BlendAmountWidget->setEnabled(Enabled && m_Layer && m_Layer->isBlendingAmountModifiable());
+    m_BlendAmountWidget->setEnabled(Enabled && isAmountModifiable());
+}
+
+bool OrvLayerBlendRow::isAmountModifiable() const
+{
+    const auto* pMultiChannelLayer = qobject_cast<const OrvMultiChannelLayer*>(m_Layer.data());
+    if (pMultiChannelLayer && m_LayerStack && m_BlendNode)
+        return pMultiChannelLayer->isBlendingAmountModifiable(m_LayerStack->currentStreamName(m_BlendNode));
+    return m_Layer && m_Layer->isBlendingAmountModifiable();
 }
 
 void OrvLayerBlendRow::followAttribute(const OrvCustomAttribute& Attribute)

@@ -45,6 +45,7 @@ private:
     QWidget* createBlendPage();
     void takeControlets();
     bool showsGroup() const;
+    bool isAmountModifiable() const;
     QWidget* addControlet(int Position, const QString& AttributeName);
 
     OrvLayerView* m_LayerView;

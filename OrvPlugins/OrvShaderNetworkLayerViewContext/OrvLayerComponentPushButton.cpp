@@ -5,7 +5,7 @@
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerMaskDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnails.h"
@@ -113,34 +113,13 @@ void OrvLayerComponentPushButton::dragEnterEvent(QDragEnterEvent* pEvent)
 
 void OrvLayerComponentPushButton::dragMoveEvent(QDragMoveEvent* pEvent)
 {
-    const OrvLayer* pLayer = maskedLayer();
-    const QVector<OrvSnBaseNode*> Nodes = OrvLayerDragPayload::read(pEvent->mimeData());
-    const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers());
-    const bool Droppable = pLayer && pLayer->isModifiable() && !Nodes.contains(m_ComponentNode)
-        && OrvLayerDrop(Nodes, Action, OrvLayerDragPayload::readStack(pEvent->mimeData()), m_ComponentNode,
-            pLayer->maskStack())
-               .check()
-               .isDone();
-    pEvent->setDropAction(Droppable ? Action : Qt::IgnoreAction);
-    pEvent->setAccepted(Droppable);
+    OrvLayerMaskDrop::dragOver(maskedLayer(), pEvent);
 }
 
 void OrvLayerComponentPushButton::dropEvent(QDropEvent* pEvent)
 {
     OrvDraggablePushButton::dropEvent(pEvent);
-    // Told of a move, the view that the rows come from would take them away.
-    pEvent->setDropAction(Qt::CopyAction);
-    OrvLayer* pLayer = maskedLayer();
-    const QVector<OrvSnBaseNode*> Nodes = OrvLayerDragPayload::read(pEvent->mimeData());
-    if (!pLayer || Nodes.isEmpty() || Nodes.contains(m_ComponentNode))
-        return;
-    const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers());
-    const OrvLayerStack* pSourceStack = OrvLayerDragPayload::readStack(pEvent->mimeData());
-    OrvLayerDrop::inUndoStep([&]() -> OrvLayerDrop::Result {
-        if (pLayer->hasMaskImageSet() && !pLayer->convertMaskToMaskStack())
-            return {OrvLayerDrop::Result::Failed, QString()};
-        return OrvLayerDrop(Nodes, Action, pSourceStack, pLayer->maskNode(), pLayer->maskStack()).carryOut();
-    });
+    OrvLayerMaskDrop::drop(maskedLayer(), pEvent);
 }
 
 #include "moc_OrvLayerComponentPushButton.cpp"

@@ -12,8 +12,8 @@
 namespace {
 
 /// With the sub-menus, by path, that it got.
-OrvMenu* makeMenu(OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot,
-    QHash<QString, QMenu*>& SubMenus)
+OrvMenu* makeMenu(
+    OrvLayerView* pLayerView, const QStringList& Groups, const char* pSlot, QHash<QString, QMenu*>& SubMenus)
 {
     auto* pMenu = new OrvMenu(pLayerView);
     pMenu->setAttribute(Qt::WA_DeleteOnClose);
@@ -42,4 +42,19 @@ void OrvLayerCreationMenus::popupProcedurals(OrvLayerView* pLayerView)
     pLayerView->createCustomProceduralLayerMenu(
         pMenu, SubMenus, OrvMaterialPaintManager::instance().customProceduralsFromShelf());
     pMenu->popup(Position);
+}
+
+void OrvLayerCreationMenus::addCustomProcedurals(OrvLayerView* pLayerView, QMenu* pRoot,
+    QHash<QString, QMenu*>& SubMenus, const QMap<QString, QPair<QString, QIcon>>& Procedurals)
+{
+    OrvNodeMenuBuilder Builder(pRoot, SubMenus, pLayerView, SLOT(addCustomProceduralLayerFromAction()));
+    for (auto Entry = Procedurals.begin(); Entry != Procedurals.end(); ++Entry) {
+        const QString& Name = Entry.value().first;
+        QStringList MenuPath = Entry.key().split(QLatin1Char('/'), Qt::SkipEmptyParts);
+        if (!MenuPath.isEmpty())
+            MenuPath.removeLast();
+        QAction* pAction = Builder.addAction(MenuPath, Name, Entry.value().second, Entry.key());
+        pAction->setToolTip(OrvLayerView::tr("Add Custom Procedural Layer %1").arg(Name));
+        pAction->setStatusTip(pAction->toolTip());
+    }
 }

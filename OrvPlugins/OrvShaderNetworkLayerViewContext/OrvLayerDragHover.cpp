@@ -6,9 +6,12 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <QtCore/QTimerEvent>
 #include <QtGui/QDropEvent>
+
+#include <utility>
 
 namespace {
 constexpr int OpenDelay = 700; // ms
@@ -48,8 +51,8 @@ void OrvLayerDragHover::leave()
     restAt(QModelIndex());
     if (m_Reason.isEmpty())
         return;
-    m_Reason.clear();
-    OrvStatusManager::instance().showMessage(m_Reason);
+    // A drop that is not taken ends like this too: the reason stays to be read.
+    OrvLayerViewUtils::tell(std::exchange(m_Reason, QString()));
 }
 
 void OrvLayerDragHover::timerEvent(QTimerEvent* pEvent)

@@ -5,7 +5,6 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
-#include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -18,6 +17,7 @@
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <QtWidgets/QMessageBox>
 
@@ -135,6 +135,8 @@ bool OrvLayerDrop::inUndoStep(const std::function<Result()>& Work)
     if (Outcome.Outcome == Result::FailedWithMessage)
         QMessageBox::warning(
             &OrvMainWindow::instance(), tr("Layer Operation Failed"), Outcome.Message, QMessageBox::Ok);
+    else if (!Outcome.isDone() && !Outcome.Message.isEmpty())
+        OrvLayerViewUtils::tell(Outcome.Message);
     return Outcome.isDone();
 }
 
@@ -162,7 +164,9 @@ Result OrvLayerDrop::check() const
                const OrvLayer* pLayer = layerOf(pNode);
                return pLayer && !pLayer->isMoveable();
            });
-    return AllStay ? failed() : Result();
+    // Told where the drag is, not in a box.
+    return AllStay ? Result{Result::Failed, tr("What is dragged is locked or cached: it stays where it is.")}
+                   : Result();
 }
 
 Result OrvLayerDrop::checkNetwork(OrvSnBaseNode* pNode) const

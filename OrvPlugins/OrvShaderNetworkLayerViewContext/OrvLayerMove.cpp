@@ -5,17 +5,11 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr int StatusDuration = 6000; // ms
-
-} // namespace
 
 OrvLayerMove::OrvLayerMove(OrvLayer* pLayer, OrvLayerStack* pLayerStack)
     : m_pLayerStack(pLayerStack)
@@ -51,8 +45,7 @@ QList<OrvLayer*> OrvLayerMove::moving(const Level& On) const
     return Moving;
 }
 
-bool OrvLayerMove::placeAbove(
-    const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const
+bool OrvLayerMove::placeAbove(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, OrvLayer* pGroup) const
 {
     OrvLayerStack* pInside = pGroup ? OrvLayerStreamUtils::groupStack(pGroup) : nullptr;
     return OrvLayerStreamUtils::insertLayersAfter(Layers, pTarget, pInside ? pInside : m_pLayerStack);
@@ -68,9 +61,8 @@ bool OrvLayerMove::inUndoStep(const QString& Text, const std::function<bool()>& 
             Macro.cancel();
     }
     if (!Done)
-        OrvStatusManager::instance().showMessage(
-            OrvLayerView::tr("Nothing was moved: a lock or a cache keeps the layers where they are."),
-            StatusDuration);
+        OrvLayerViewUtils::tell(
+            OrvLayerView::tr("Nothing was moved: a lock or a cache keeps the layers where they are."));
     return Done;
 }
 
@@ -127,9 +119,8 @@ OrvLayer* OrvLayerMove::intoGroup()
     if (!pInside)
         return nullptr;
     OrvSnBaseNode* pTarget = pBelow ? pInside->topNode() : pInside->bottomNode();
-    const bool Done = inUndoStep(OrvLayerView::tr("Move Layers into Group '%1'").arg(pGroup->name()), [&] {
-        return placeAbove(Moving, pTarget, pGroup);
-    });
+    const bool Done = inUndoStep(OrvLayerView::tr("Move Layers into Group '%1'").arg(pGroup->name()),
+        [&] { return placeAbove(Moving, pTarget, pGroup); });
     return Done ? pGroup : nullptr;
 }
 

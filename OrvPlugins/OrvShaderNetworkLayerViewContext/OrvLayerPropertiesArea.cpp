@@ -76,11 +76,13 @@ QList<QPointer<QWidget>> OrvLayerPropertiesArea::createEditors(const OrvLayer* p
     for (const Part& Part : parts(pLayer)) {
         if (QWidget* pEditor = OrvNodePropertyEditors::create(Part.pNode, Part.Title, EditorOptions, pParent))
             Editors.append(pEditor);
+        if (Part.pNode != pLayer->shaderNode())
+            continue;
+        // The values of a shader are those of its inputs, and those may come from channels.
+        OrvLayerShader* pShader = OrvLayerShaderManager::instance().getLayerShader(Part.pNode);
+        if (pShader && m_LayerView)
+            Editors.append(new OrvLayerShaderInputs(pShader, m_LayerView, pParent));
     }
-    // The values of a shader are those of its inputs, and those may come from channels.
-    OrvLayerShader* pShader = OrvLayerShaderManager::instance().getLayerShader(pLayer->shaderNode());
-    if (pShader && m_LayerView)
-        Editors.append(new OrvLayerShaderInputs(pShader, m_LayerView, pParent));
     return Editors;
 }
 

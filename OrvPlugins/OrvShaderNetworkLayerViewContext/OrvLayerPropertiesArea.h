@@ -11,8 +11,8 @@ class OrvSnBaseNode;
 class QVBoxLayout;
 
 /// The lower pane of a Layers palette, which owns it: one property editor per node that the current layer
-/// consists of, and the inputs of a shader layer's shader. The editors follow and change the nodes themselves, so they stay for as long as the nodes and
-/// their titles do.
+/// consists of, and the inputs of a shader layer's shader. The editors follow and change the nodes
+/// themselves, so they stay for as long as the nodes and their titles do.
 class OrvLayerPropertiesArea : public OrvVerticalScrollArea {
     Q_OBJECT
 

@@ -4,10 +4,14 @@
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvDdi/Image/OrvChannel.h"
 #include "OrvDdi/Image/OrvImageSet.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerShaderInputs.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QPushButton>
@@ -78,8 +82,11 @@ OrvLayerPropertyDialog::OrvLayerPropertyDialog(OrvLayer* pLayer, QWidget* pParen
 
 void OrvLayerPropertyDialog::updateEnabled()
 {
+    const bool IsModifiable = m_Layer && m_Layer->isModifiable();
     for (OrvPropertyView* pView : findChildren<OrvPropertyView*>())
-        pView->setEnabled(m_Layer && m_Layer->isModifiable());
+        pView->setEnabled(IsModifiable);
+    if (auto* pInputs = findChild<OrvLayerShaderInputs*>())
+        pInputs->setEnabled(IsModifiable);
 }
 
 void OrvLayerPropertyDialog::onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode* pNode)
@@ -113,6 +120,13 @@ QWidget* OrvLayerPropertyDialog::createLayerProperties(const OrvLayer* pLayer)
              pLayer->bakePointNode(), pLayer->maskCustomProceduralNode()}) {
         if (pNode)
             pContents->addWidget(createView(pNode, {}, pArea));
+        // The values of a shader are those of its inputs, and those may come from channels.
+        OrvLayerShader* pShader = pNode && pNode == pLayer->shaderNode()
+            ? OrvLayerShaderManager::instance().getLayerShader(pNode)
+            : nullptr;
+        auto* pLayerView = qobject_cast<OrvLayerView*>(parentWidget());
+        if (pShader && pLayerView)
+            pContents->addWidget(new OrvLayerShaderInputs(pShader, pLayerView, pArea));
     }
     return pArea;
 }

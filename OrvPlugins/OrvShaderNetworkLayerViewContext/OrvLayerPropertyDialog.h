@@ -10,8 +10,9 @@ class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QTabWidget;
 
-/// The properties of one layer, and of the images of its paint and its mask. Its editors work on the document
-/// directly; the dialog keeps no value itself, and it goes when the layer goes.
+/// The properties of one layer, of the images of its paint and its mask, and of a shader layer's inputs; the
+/// Layers palette that opens it is its parent. Its editors work on the document directly; the dialog keeps no
+/// value itself, and it goes when the layer goes.
 class OrvLayerPropertyDialog : public QDialog {
     Q_OBJECT
 

@@ -9,6 +9,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QSet>
 #include <QtCore/QVector>
 #include <QtWidgets/QMessageBox>
 
@@ -85,16 +86,18 @@ void setOwnLock(OrvLayer* pLayer, bool Locked)
         OrvDebug("OrvLayerViewItemRowWidget", __LINE__, QStringLiteral("LayerNode is NULL"), false, false);
 }
 
-void release(OrvLayer* pLayer)
+/// With those that share with it, and with those that share with them in turn: each keeps the next one closed.
+void release(OrvLayer* pLayer, QSet<OrvLayer*>& Released)
 {
+    if (Released.contains(pLayer))
+        return;
+    Released.insert(pLayer);
     releaseAround(pLayer);
-    for (OrvLayer* pSharer : pLayer->getOtherSharers()) {
-        if (isBlocked(pSharer)) {
-            releaseAround(pSharer);
-            setOwnLock(pSharer, false);
-        }
-    }
     setOwnLock(pLayer, false);
+    for (OrvLayer* pSharer : pLayer->getOtherSharers()) {
+        if (!pSharer->isModifiable())
+            release(pSharer, Released);
+    }
 }
 
 void lock(const QList<OrvLayer*>& Layers)
@@ -121,8 +124,9 @@ void unlock(const QList<OrvLayer*>& Layers)
     OrvUndoManager::AutoMacro Macro(Asked.size() == 1
             ? Row::tr("Unlock Layer '%1'").arg(Asked.first()->name())
             : Row::tr("Unlock Layers"));
+    QSet<OrvLayer*> Released;
     for (OrvLayer* pLayer : qAsConst(Asked))
-        release(pLayer);
+        release(pLayer, Released);
 }
 
 } // namespace

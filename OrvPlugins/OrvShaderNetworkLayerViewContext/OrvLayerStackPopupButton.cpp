@@ -1,9 +1,12 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
 
+#include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvPaletteSidebar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerMaskDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
 #include <QtGui/QDragEnterEvent>
@@ -15,6 +18,7 @@ constexpr int HoverDelay = 500; // ms
 OrvLayerStackPopupButton::OrvLayerStackPopupButton(QWidget* pParent)
     : QToolButton(pParent)
 {
+    setObjectName(QStringLiteral("LayerStackPopupButton"));
     setAutoRaise(true);
     setFocusPolicy(Qt::NoFocus);
     setAcceptDrops(true);
@@ -37,12 +41,25 @@ void OrvLayerStackPopupButton::dragEnterEvent(QDragEnterEvent* pEvent)
 
 void OrvLayerStackPopupButton::dragMoveEvent(QDragMoveEvent* pEvent)
 {
-    pEvent->ignore();
+    OrvLayerMaskDrop::dragOver(maskedLayer(), pEvent);
 }
 
 void OrvLayerStackPopupButton::dragLeaveEvent(QDragLeaveEvent*)
 {
     m_HoverTimer.stop();
+}
+
+void OrvLayerStackPopupButton::dropEvent(QDropEvent* pEvent)
+{
+    m_HoverTimer.stop();
+    OrvLayerMaskDrop::drop(maskedLayer(), pEvent);
+}
+
+OrvLayer* OrvLayerStackPopupButton::maskedLayer() const
+{
+    const auto* pRow = qobject_cast<const OrvLayerViewItemRowWidget*>(parentWidget());
+    OrvLayer* pLayer = pRow ? pRow->layer() : nullptr;
+    return pLayer && m_PopupStack && pLayer->maskStack() == m_PopupStack ? pLayer : nullptr;
 }
 
 void OrvLayerStackPopupButton::timerEvent(QTimerEvent* pEvent)

@@ -1,5 +1,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
+#include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnailPicture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnails.h"
@@ -14,6 +17,8 @@ OrvLayerThumbnail::OrvLayerThumbnail(OrvImageSet* pImageSet)
     connect(&m_Due, SIGNAL(timeout()), this, SLOT(make()));
     connect(pImageSet, SIGNAL(pixelsChanged(QRect)), this, SLOT(onPixelsChanged()));
     connect(pImageSet, SIGNAL(replaced()), this, SLOT(onPixelsChanged()));
+    connect(&OrvShaderNetworkManager::instance(), SIGNAL(nodeUserAttributeChanged(OrvSnBaseNode*, QString)), this,
+        SLOT(onNodeAttributeChanged(OrvSnBaseNode*, QString)));
     m_Due.start(0);
 }
 
@@ -27,6 +32,12 @@ void OrvLayerThumbnail::onPixelsChanged()
     m_Due.start(RestInterval);
 }
 
+void OrvLayerThumbnail::onNodeAttributeChanged(OrvSnBaseNode*, QString Name)
+{
+    if (Name == OrvSnShaderInputNode::ColorSpaceAttribute)
+        onPixelsChanged();
+}
+
 void OrvLayerThumbnail::make()
 {
     if (!m_ImageSet)
@@ -36,14 +47,15 @@ void OrvLayerThumbnail::make()
         return;
     }
     const int DeviceEdge = qRound(Edge * qGuiApp->devicePixelRatio());
+    const QString Space = OrvChannelSpace::ofNode(qobject_cast<OrvSnBaseNode*>(m_ImageSet->parent()));
     if (m_ImageSet->isUniform()) {
         showPicture(OrvLayerThumbnailPicture::ofColor(
-            m_ImageSet->fillColor(), m_ImageSet->format(), m_ImageSet->extent().size(), DeviceEdge));
+            m_ImageSet->fillColor(), m_ImageSet->format(), Space, m_ImageSet->extent().size(), DeviceEdge));
         return;
     }
     m_Reading = true;
     // No snapshot: what is written while it is read announces itself, and makes the next picture.
-    OrvLayerThumbnails::instance().read(shared_from_this(), m_ImageSet->buffer(), DeviceEdge);
+    OrvLayerThumbnails::instance().read(shared_from_this(), m_ImageSet->buffer(), Space, DeviceEdge);
 }
 
 void OrvLayerThumbnail::showPicture(const QImage& Picture)

@@ -8,6 +8,7 @@
 #include <memory>
 
 class OrvImageSet;
+class OrvSnBaseNode;
 
 /// The small picture of one image set, shared by the buttons that show it and gone with the last of them.
 /// Changes that follow each other closely make one new picture, and pixels are read on another thread: nobody
@@ -31,6 +32,8 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void onPixelsChanged();
+    /// Of any node: what the pixels mean may have changed.
+    void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
     void make();
 
 private:

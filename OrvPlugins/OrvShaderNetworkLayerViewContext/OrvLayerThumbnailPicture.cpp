@@ -1,5 +1,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnailPicture.h"
 
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvPixelKernels.h"
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvDdi/Image/OrvImageBuffer.h"
@@ -31,6 +32,40 @@ QImage::Format imageFormat(const OrvPixelFormat& Format)
 {
     return Format.Kind == OrvPixelFormat::Scalar ? QImage::Format_Grayscale8 : QImage::Format_RGBA8888;
 }
+
+/// Reads rows of a buffer as a screen shows them.
+class RowReader {
+public:
+    RowReader(const OrvImageBuffer& Buffer, const QString& Space)
+        : m_Buffer(Buffer)
+        , m_Format(displayFormat(Buffer.format()))
+        , m_Space(Space)
+        , m_Converts(m_Format.Kind == OrvPixelFormat::Rgba
+              && !OrvColorManager::isIdentity(Space, OrvColorManager::linear()))
+    {
+    }
+
+    void read(const QRect& Row, uchar* pPixels)
+    {
+        if (!m_Converts) {
+            m_Buffer.read(Row, m_Format, pPixels);
+            return;
+        }
+        m_Colors.resize(size_t(Row.width()) * 4);
+        m_Buffer.read(Row, {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear}, m_Colors.data());
+        QString Error; // the space is a usable one
+        OrvColorManager::transformPixels(
+            m_Colors.data(), Row.width(), 1, 0, m_Space, OrvColorManager::linear(), Error);
+        OrvPixelKernels::best().narrowStraight(orvPixelLayout(m_Format), m_Colors.data(), Row.width(), pPixels);
+    }
+
+private:
+    const OrvImageBuffer& m_Buffer;
+    const OrvPixelFormat m_Format;
+    const QString m_Space;
+    const bool m_Converts;
+    std::vector<float> m_Colors;
+};
 
 /// The part of a plane that one pixel of a picture stands for.
 struct Cell {
@@ -88,7 +123,7 @@ QImage framed(const QImage& Pixels, int Edge)
 
 } // namespace
 
-QImage OrvLayerThumbnailPicture::ofPixels(const OrvImageBuffer& Buffer, int Edge)
+QImage OrvLayerThumbnailPicture::ofPixels(const OrvImageBuffer& Buffer, const QString& Space, int Edge)
 {
     const QRect Plane = Buffer.extent();
     if (Plane.isEmpty())
@@ -96,6 +131,7 @@ QImage OrvLayerThumbnailPicture::ofPixels(const OrvImageBuffer& Buffer, int Edge
     const OrvPixelFormat Format = displayFormat(Buffer.format());
     const int Components = Format.componentCount();
     QImage Pixels(pictureSize(Plane.size(), Edge), imageFormat(Format));
+    RowReader Reader(Buffer, Space);
     std::vector<uchar> Row(size_t(Plane.width()) * size_t(Components));
     for (int Y = 0; Y < Pixels.height(); ++Y) {
         std::vector<Mean> Means(size_t(Pixels.width()));
@@ -103,7 +139,7 @@ QImage OrvLayerThumbnailPicture::ofPixels(const OrvImageBuffer& Buffer, int Edge
         const int Count = std::min(RowsPerCell, Rows.End - Rows.First);
         for (int i = 0; i < Count; ++i) {
             const int Line = Rows.First + (2 * i + 1) * (Rows.End - Rows.First) / (2 * Count);
-            Buffer.read({Plane.x(), Plane.y() + Line, Plane.width(), 1}, Format, Row.data());
+            Reader.read({Plane.x(), Plane.y() + Line, Plane.width(), 1}, Row.data());
             for (int X = 0; X < Pixels.width(); ++X) {
                 const Cell Columns(X, Pixels.width(), Plane.width());
                 for (int Column = Columns.First; Column < Columns.End; ++Column)
@@ -117,14 +153,16 @@ QImage OrvLayerThumbnailPicture::ofPixels(const OrvImageBuffer& Buffer, int Edge
     return framed(Pixels, Edge);
 }
 
-QImage OrvLayerThumbnailPicture::ofColor(
-    const OrvColor& Color, const OrvPixelFormat& Format, const QSize& PlaneSize, int Edge)
+QImage OrvLayerThumbnailPicture::ofColor(const OrvColor& Color, const OrvPixelFormat& Format,
+    const QString& Space, const QSize& PlaneSize, int Edge)
 {
     if (PlaneSize.isEmpty())
         return {};
     const OrvPixelFormat Display = displayFormat(Format);
     const bool IsScalar = Display.Kind == OrvPixelFormat::Scalar;
-    const OrvColor Stored = IsScalar ? OrvColor(Color.red(), Color.red(), Color.red()) : Color;
+    OrvColor Stored = IsScalar ? OrvColor(Color.red(), Color.red(), Color.red()) : Color;
+    if (!IsScalar)
+        OrvColorManager::transform(Stored, Stored, Space, OrvColorManager::linear());
     uchar Pixel[4] = {0, 0, 0, 0};
     OrvPixelKernels::best().narrowStraight(orvPixelLayout(Display), Stored.components(), 1, Pixel);
     QImage Pixels(pictureSize(PlaneSize, Edge), imageFormat(Display));

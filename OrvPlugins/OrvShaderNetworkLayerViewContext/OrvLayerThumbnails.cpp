@@ -52,13 +52,13 @@ std::shared_ptr<OrvLayerThumbnail> OrvLayerThumbnails::thumbnail(OrvImageSet* pI
     return Fresh;
 }
 
-void OrvLayerThumbnails::read(
-    const std::weak_ptr<OrvLayerThumbnail>& Thumbnail, const OrvImageBuffer& Buffer, int Edge)
+void OrvLayerThumbnails::read(const std::weak_ptr<OrvLayerThumbnail>& Thumbnail, const OrvImageBuffer& Buffer,
+    const QString& Space, int Edge)
 {
-    m_Thread.start([this, Thumbnail, Buffer, Edge] {
+    m_Thread.start([this, Thumbnail, Buffer, Space, Edge] {
         if (Thumbnail.expired())
             return;
-        const QImage Picture = OrvLayerThumbnailPicture::ofPixels(Buffer, Edge);
+        const QImage Picture = OrvLayerThumbnailPicture::ofPixels(Buffer, Space, Edge);
         QMetaObject::invokeMethod(
             this,
             [Thumbnail, Picture] {

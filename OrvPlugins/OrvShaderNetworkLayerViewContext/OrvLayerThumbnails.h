@@ -23,7 +23,8 @@ public:
     /// Null without an image set, and where thumbnails are switched off.
     std::shared_ptr<OrvLayerThumbnail> thumbnail(OrvImageSet* pImageSet);
     /// Hands the thumbnail its picture later, unless it is gone by then.
-    void read(const std::weak_ptr<OrvLayerThumbnail>& Thumbnail, const OrvImageBuffer& Buffer, int Edge);
+    void read(const std::weak_ptr<OrvLayerThumbnail>& Thumbnail, const OrvImageBuffer& Buffer,
+        const QString& Space, int Edge);
 
 private Q_SLOTS:
     /// No pixels may be held when the image engine ends.

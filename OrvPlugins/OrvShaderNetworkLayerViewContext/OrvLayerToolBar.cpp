@@ -34,7 +34,7 @@ OrvLayerToolBar::OrvLayerToolBar(OrvLayerView* pLayerView)
     m_MultiChannelLayerAction = addCommand(tr("Add Multi-Channel Layer"), "MultiChannelWorkflow.png",
         SLOT(createMultiChannelLayerMenu()), Ordinary);
     addColorTagButton();
-    showCommands(false);
+    showCommandsOf(StackKind::Ordinary);
 }
 
 QAction* OrvLayerToolBar::addCommand(const QString& Text, const char* pIcon, const char* pSlot, Shown When)
@@ -66,8 +66,9 @@ void OrvLayerToolBar::addColorTagButton()
     m_Actions.append(addWidget(pButton));
 }
 
-void OrvLayerToolBar::showCommands(bool OfMaterialStack)
+void OrvLayerToolBar::showCommandsOf(StackKind Kind)
 {
+    const bool OfMaterialStack = Kind == StackKind::Material;
     for (QAction* pAction : qAsConst(m_MaterialStackActions))
         pAction->setVisible(OfMaterialStack);
     for (QAction* pAction : qAsConst(m_OrdinaryStackActions))

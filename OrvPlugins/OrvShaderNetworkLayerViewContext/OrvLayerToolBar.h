@@ -14,7 +14,8 @@ class OrvLayerToolBar : public OrvPanelToolBar {
 public:
     explicit OrvLayerToolBar(OrvLayerView* pLayerView);
 
-    void showCommands(bool OfMaterialStack);
+    enum class StackKind { Ordinary, Material };
+    void showCommandsOf(StackKind Kind);
     void setCommandsEnabled(bool Enabled);
     void setMultiChannelLayerEnabled(bool Enabled);
 

@@ -206,18 +206,29 @@ void OrvLayerTreeView::mousePressEvent(QMouseEvent* pEvent)
         m_PlainClick = true;
     if (pEvent->modifiers() == Qt::ShiftModifier)
         m_PressPosition = pEvent->pos();
+    m_Pressed = true;
     OrvRowWidgetTree::mousePressEvent(pEvent);
+}
+
+void OrvLayerTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent)
+{
+    m_Pressed = true;
+    OrvRowWidgetTree::mouseDoubleClickEvent(pEvent);
 }
 
 void OrvLayerTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
 {
     m_PlainClick = false;
+    m_Pressed = false;
     OrvRowWidgetTree::mouseReleaseEvent(pEvent);
 }
 
 void OrvLayerTreeView::mouseMoveEvent(QMouseEvent* pEvent)
 {
     OrvGui::stealFocusGently(this);
+    // Buttons in the rows pass on what moves off them; the row that was clicked before must not come along.
+    if (pEvent->buttons() != Qt::NoButton && !m_Pressed)
+        return;
     setDragEnabled(pEvent->buttons() == Qt::LeftButton);
     if (!m_PressPosition.isNull()) {
         if ((pEvent->pos() - m_PressPosition).manhattanLength() <= QApplication::startDragDistance())
@@ -246,6 +257,7 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
     if (OrvDragAndDropManager::instance().acceptDragEnter(pData, OrvDragAndDropManager::LayerTreeTarget)
         || OrvMaterialPaintManager::isMimeDataMaterialFile(pData)
         || OrvMaterialPaintManager::isMimeDataCustomProceduralFile(pData)) {
+        setDropIndicatorShown(true);
         OrvRowWidgetTree::dragMoveEvent(pEvent);
         return;
     }
@@ -284,6 +296,7 @@ void OrvLayerTreeView::dragLeaveEvent(QDragLeaveEvent* pEvent)
 {
     m_DragHover->leave();
     OrvRowWidgetTree::dragLeaveEvent(pEvent);
+    setDropIndicatorShown(false);
 }
 
 bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
@@ -320,6 +333,10 @@ void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
     m_DragHover->leave();
     pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers(pEvent->keyboardModifiers()));
     OrvRowWidgetTree::dropEvent(pEvent);
+    // A drop that was not accepted after all leaves the tree as if it were still dragged over.
+    setDropIndicatorShown(false);
+    setState(NoState);
+    viewport()->update();
     // Told of a move, the view that the rows come from would take them away; the document has moved them.
     if (pEvent->dropAction() == Qt::MoveAction)
         pEvent->setDropAction(Qt::CopyAction);
@@ -328,6 +345,7 @@ void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
 void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)
 {
     OrvRowWidgetTree::startDrag(SupportedActions);
+    m_Pressed = false; // whatever the rows were dropped on got the release
     m_LayerView->requestRefresh();
 }
 

@@ -32,6 +32,7 @@ public Q_SLOTS:
 
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void enterEvent(QEvent* pEvent) override;
@@ -60,5 +61,6 @@ private:
     OrvLayerDragHover* m_DragHover;
     QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
     bool m_PlainClick = false;
+    bool m_Pressed = false; ///< here, not on a button of a row
     QString m_EmptyText;
 };

@@ -5,11 +5,8 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvSettings.h"
-#include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
@@ -22,25 +19,22 @@
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerKeyCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertiesArea.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackChanges.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewAttributeFilter.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewColorTagFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewKindFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewNameFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvNodeMenuBuilder.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayersPane.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLayerCommands.h"
@@ -48,7 +42,6 @@
 #include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QFrame>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QVBoxLayout>
 
@@ -58,35 +51,26 @@ namespace {
 
 constexpr int RefreshInterval = 125; // ms
 constexpr int ParentCloseDelay = 20; // ms
-const QColor SeparatorColor(0x3b, 0x3b, 0x3b);
-
-QVBoxLayout* createTightLayout(QWidget* pWidget, int Spacing)
-{
-    QVBoxLayout* pLayout = new QVBoxLayout(pWidget);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(Spacing);
-    return pLayout;
-}
-
-QWidget* createSeparator()
-{
-    QFrame* pSeparator = new QFrame;
-    pSeparator->setFrameStyle(QFrame::HLine);
-    QPalette Colors = pSeparator->palette();
-    Colors.setBrush(QPalette::WindowText, SeparatorColor);
-    pSeparator->setPalette(Colors);
-    return pSeparator;
-}
+const QSize DedicatedSize(360, 480);
 
 } // namespace
 
 OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     : QWidget(pParent)
     , m_Palette(qobject_cast<OrvPalette*>(pParent))
+    , m_IsDedicated(Flags & DedicatedStack)
 {
     auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("LayerView"), this);
-    createTightLayout(this, 0)->addWidget(pSplitter);
-    QWidget* pLayersPane = createLayersPane();
+    QVBoxLayout* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    pLayout->addWidget(pSplitter);
+    auto* pLayersPane = new OrvLayersPane(this);
+    m_FilterBar = pLayersPane->filterBar();
+    m_BlendRow = pLayersPane->blendRow();
+    m_Model = pLayersPane->model();
+    m_View = pLayersPane->treeView();
+    m_ToolBar = pLayersPane->toolBar();
     // The palette of a single stack is about its layers' contents; blending has its row above.
     m_PropertiesArea
         = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
@@ -102,7 +86,8 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     m_MultiChannelCommands = std::make_unique<OrvMultiChannelLayerCommands>(this, m_Commands.get());
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     connectParts();
-    connectHost();
+    connectNetworks();
+    connectManagers();
     registerShortcuts();
     switchActionsEnabled(OrvProjectManager::instance().currentProject());
     clearProperties();
@@ -110,28 +95,6 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
 }
 
 OrvLayerView::~OrvLayerView() = default;
-
-QWidget* OrvLayerView::createLayersPane()
-{
-    QWidget* pPane = new QWidget;
-    QVBoxLayout* pLayout = createTightLayout(pPane, 1);
-    m_FilterBar = new OrvLayerViewFilterBar(this, pLayout);
-    for (OrvLayerViewFilterType* pFilterType : std::initializer_list<OrvLayerViewFilterType*>{
-             new OrvLayerViewNameFilter(this), new OrvLayerViewKindFilter(this),
-             new OrvLayerViewAttributeFilter(this), new OrvLayerViewColorTagFilter(this)})
-        m_FilterBar->addFilter(pFilterType);
-    m_BlendRow = new OrvLayerBlendRow(this);
-    m_Model = new OrvLayerViewModel(this, this);
-    m_View = new OrvLayerTreeView(pPane, this);
-    m_View->setModel(m_Model);
-    m_View->setDragDropMode(QAbstractItemView::DragDrop);
-    m_ToolBar = new OrvLayerToolBar(this);
-    pLayout->addWidget(createSeparator());
-    pLayout->addWidget(m_BlendRow);
-    pLayout->addWidget(m_View, 1);
-    pLayout->addWidget(m_ToolBar, 0, Qt::AlignBottom);
-    return pPane;
-}
 
 void OrvLayerView::connectParts()
 {
@@ -164,7 +127,7 @@ void OrvLayerView::disconnectTreeRelays()
         SLOT(onCurrentIndexChanged(QModelIndex)));
 }
 
-void OrvLayerView::connectHost()
+void OrvLayerView::connectNetworks()
 {
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
     connect(pNetworks,
@@ -180,7 +143,10 @@ void OrvLayerView::connectHost()
     connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(onProjectClosing()));
     connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*, OrvShaderNetwork*)), this,
         SLOT(layerShadersCountChanged()));
+}
 
+void OrvLayerView::connectManagers()
+{
     OrvLayerManager* pLayers = &OrvLayerManager::instance();
     connect(pLayers, SIGNAL(currentLayerChanged(OrvLayer*)), this, SLOT(changeCurrentIndex(OrvLayer*)));
     connect(pLayers, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
@@ -227,7 +193,14 @@ void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
         return;
     m_LayerStack = pLayerStack;
     requestRefresh();
+    m_View->setEmptyText(QString()); // until its rows are known
     Q_EMIT layerStackChanged(pLayerStack);
+}
+
+QSize OrvLayerView::sizeHint() const
+{
+    // A palette of its own opens with some rows in sight, and with all of its tool bar.
+    return m_IsDedicated ? QWidget::sizeHint().expandedTo(DedicatedSize) : QWidget::sizeHint();
 }
 
 void OrvLayerView::makeLayerStackCurrent()
@@ -295,11 +268,6 @@ void OrvLayerView::clearAndRefresh()
     refresh();
 }
 
-void OrvLayerView::onRefreshTimerTimeout()
-{
-    refresh();
-}
-
 void OrvLayerView::refresh()
 {
     const OrvStatusManager::AutoProgress Progress(tr("Refreshing Layer View"), 100, 0, 1);
@@ -333,7 +301,9 @@ OrvLayerStack* OrvLayerView::stackToShow() const
 void OrvLayerView::showStack(OrvLayerStack* pLayerStack)
 {
     const auto* pShaderInput = qobject_cast<OrvShaderInput*>(pLayerStack);
-    m_ToolBar->showCommands(pShaderInput && pShaderInput->isMaterialStack());
+    m_ToolBar->showCommandsOf(pShaderInput && pShaderInput->isMaterialStack()
+            ? OrvLayerToolBar::StackKind::Material
+            : OrvLayerToolBar::StackKind::Ordinary);
     m_RowSynchronizer->synchronize(pLayerStack);
     if (m_Model->rowCount() > 0 && m_View->header()->sectionResizeMode(0) != QHeaderView::Stretch)
         m_View->header()->setSectionResizeMode(QHeaderView::Stretch);
@@ -369,11 +339,6 @@ void OrvLayerView::onLayerStateRefreshed()
 {
     if (!OrvLayerManager::instance().inBatchLayerStateRefresh())
         requestRefresh();
-}
-
-void OrvLayerView::layerShadersCountChanged()
-{
-    requestRefresh();
 }
 
 void OrvLayerView::onProjectClosing()
@@ -530,16 +495,7 @@ void OrvLayerView::addAdjustmentStackFromAction()
 void OrvLayerView::createCustomProceduralLayerMenu(
     QMenu* Root, QHash<QString, QMenu*>& Menus, QMap<QString, QPair<QString, QIcon>> ResultMap)
 {
-    OrvNodeMenuBuilder Builder(Root, Menus, this, SLOT(addCustomProceduralLayerFromAction()));
-    for (auto Entry = ResultMap.begin(); Entry != ResultMap.end(); ++Entry) {
-        const QString& Name = Entry.value().first;
-        QStringList MenuPath = Entry.key().split(QLatin1Char('/'), Qt::SkipEmptyParts);
-        if (!MenuPath.isEmpty())
-            MenuPath.removeLast();
-        QAction* pAction = Builder.addAction(MenuPath, Name, Entry.value().second, Entry.key());
-        pAction->setToolTip(tr("Add Custom Procedural Layer %1").arg(Name));
-        pAction->setStatusTip(pAction->toolTip());
-    }
+    OrvLayerCreationMenus::addCustomProcedurals(this, Root, Menus, ResultMap);
 }
 
 void OrvLayerView::addCustomProceduralLayerFromAction()
@@ -607,11 +563,6 @@ void OrvLayerView::updateItemTreeFilteredStates()
 {
     updateItemTreeFilteredStates(m_Model->invisibleRootItem());
     m_View->setEmptyText(emptyText());
-}
-
-void OrvLayerView::updateShaderInputConnections()
-{
-    requestRefresh();
 }
 
 void OrvLayerView::switchActionsEnabled(OrvProject* Project)

@@ -50,10 +50,10 @@ public:
     OrvLayerView(QWidget* pParent, int Flags);
     ~OrvLayerView() override;
 
+    QSize sizeHint() const override;
+
     OrvLayerStack* layerStack() const;
     void setLayerStack(OrvLayerStack* pLayerStack);
-    /// Makes the stack shown, or none, the host's current one.
-    void makeLayerStackCurrent();
     /// The user works here: commands of menus and shortcuts go to this view and its stack.
     void makeActive();
     void setDragEnabled(bool Enabled);
@@ -93,13 +93,13 @@ public Q_SLOTS:
     /// Hides and shows the item's row and those below it, or all rows, as the filter bar asks.
     void updateItemTreeFilteredStates(QStandardItem* pRootItem);
     void updateItemTreeFilteredStates();
-    void updateShaderInputConnections();
+    void updateShaderInputConnections() { requestRefresh(); }
     void createChannel() { m_Commands->createChannel(OrvLayerViewCommands::OrdinaryChannel); }
     void createMaterialChannel() { m_Commands->createChannel(OrvLayerViewCommands::MaterialChannel); }
     void onToggledInvertShaderInput(bool State);
     QList<QPointer<QWidget>> createPropertyWidgets(OrvLayer* Layer, QWidget* Parent);
     void onUnrepresentableButtonClicked();
-    void onRefreshTimerTimeout();
+    void onRefreshTimerTimeout() { refresh(); }
     void onLayerStateRefreshed();
     void addNewLayer() { m_Commands->addNewLayer(); }
     void addLayerMask() { m_Commands->addLayerMask(); }
@@ -115,9 +115,12 @@ public Q_SLOTS:
     void addAdjustmentLayerFromKey(QString Key) { m_Commands->addAdjustmentLayer(Key); }
     void addAdjustmentStack() { m_Commands->chooseStackAdjustment(); }
     void addAdjustmentStackFromAction();
+    void createMultiChannelLayerMenu();
+    void addMultiChannelGroup();
+    void addMaterialLayerFromAction();
     /// Adds entries for custom procedurals, by menu path, to a menu and its sub-menus.
-    void createCustomProceduralLayerMenu(QMenu* Root, QHash<QString, QMenu*>& Menus,
-        QMap<QString, QPair<QString, QIcon>> ResultMap);
+    void createCustomProceduralLayerMenu(
+        QMenu* Root, QHash<QString, QMenu*>& Menus, QMap<QString, QPair<QString, QIcon>> ResultMap);
     void addCustomProceduralLayerFromAction();
     void addProceduralLayer() { m_Commands->chooseProcedural(); }
     void addProceduralLayerFromAction();
@@ -125,9 +128,6 @@ public Q_SLOTS:
     void addShaderLayer();
     void addShaderLayerFromAction();
     void addShaderLayerFromKey(QString Key);
-    void createMultiChannelLayerMenu();
-    void addMultiChannelGroup();
-    void addMaterialLayerFromAction();
     void duplicateLayers() { m_Commands->duplicateLayers(); }
     void mergeLayers() { m_Commands->mergeLayers(); }
     void closeIfNotUnderMouse();
@@ -142,7 +142,7 @@ public Q_SLOTS:
     void onMenuManagerActionAdded(QString RootMenu, QString SubMenu, QString, QAction* Action);
     void onMenuManagerActionRemoved(QString RootMenu, QString SubMenu, QString, QAction* Action);
     void onPassThroughChecked(bool PassThrough);
-    void layerShadersCountChanged();
+    void layerShadersCountChanged() { requestRefresh(); }
     /// Without a node the change may be anywhere.
     void onNodeChanged(OrvSnBaseNode* Node = nullptr);
 
@@ -151,14 +151,16 @@ protected:
     void closeEvent(QCloseEvent* pEvent) override;
 
 private:
-    QWidget* createLayersPane();
     void connectParts();
     /// What the user selects reaches the host; what a rebuild of the rows selects must not.
     void connectTreeRelays();
     void disconnectTreeRelays();
-    void connectHost();
+    void connectNetworks();
+    void connectManagers();
     void registerShortcuts();
 
+    /// Makes the stack shown, or none, the host's current one.
+    void makeLayerStackCurrent();
     OrvLayerStack* stackToShow() const;
     void showStack(OrvLayerStack* pLayerStack);
     QString emptyText() const;
@@ -168,6 +170,7 @@ private:
     const QAction* sendingAction() const;
 
     QPointer<OrvPalette> m_Palette;
+    const bool m_IsDedicated;
     QPointer<OrvLayerStack> m_LayerStack;
     OrvLayerViewModel* m_Model = nullptr;
     OrvLayerTreeView* m_View = nullptr;

@@ -12,7 +12,6 @@
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
 #include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
@@ -22,15 +21,17 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvTagColorSwatch.h"
 
 #include <QtCore/QPointer>
+#include <QtWidgets/QApplication>
 
 using OrvLayerViewUtils::report;
+using OrvLayerViewUtils::tell;
+using OrvLayerViewUtils::warn;
 
 namespace {
 
 constexpr int NewLayerFlags
     = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
 constexpr int PastedLayerFlags = NewLayerFlags & ~OrvLayerUniqueName;
-constexpr int StatusDuration = 6000; // ms
 
 const QString SettingsGroup = QStringLiteral("LayerView");
 const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
@@ -56,9 +57,7 @@ OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
 {
     if (!m_LayerView->layerStack()) {
         report(Line, "pLayerStack is NULL");
-        OrvStatusManager::instance().showMessage(
-            OrvLayerView::tr("There are no layers to work on: add or choose a channel first."),
-            StatusDuration);
+        tell(OrvLayerView::tr("There are no layers to work on: add or choose a channel first."));
     }
     return m_LayerView->layerStack();
 }
@@ -97,14 +96,7 @@ OrvLayerCreateFlags OrvLayerViewCommands::withGroup(int Flags) const
 void OrvLayerViewCommands::tellRefused(bool Refused) const
 {
     if (Refused)
-        OrvStatusManager::instance().showMessage(
-            OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."),
-            StatusDuration);
-}
-
-void OrvLayerViewCommands::warn(const QString& Title, const QString& Error) const
-{
-    OrvLayerViewUtils::warn(Title, Error);
+        tell(OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."));
 }
 
 void OrvLayerViewCommands::addNewLayer()
@@ -300,6 +292,10 @@ void OrvLayerViewCommands::quickFind()
     const QStringList Procedurals = OrvLayerUtils::getProceduralLayerGroups();
     const QStringList Adjustments = OrvLayerUtils::getAdjustmentLayerGroups();
 
+    // The dialog opens under the cursor, and the tree gives up the focus when the cursor leaves it.
+    QPointer<QWidget> pFocus = QApplication::focusWidget();
+    if (!pFocus)
+        pFocus = m_LayerView->treeView();
     // The view can go while the dialog is open, and takes it along.
     const QPointer<OrvNodeQuickFindDialog> pDialog
         = new OrvNodeQuickFindDialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments,
@@ -308,6 +304,8 @@ void OrvLayerViewCommands::quickFind()
     if (!pDialog)
         return;
     pDialog->deleteLater();
+    if (pFocus)
+        pFocus->setFocus();
     Settings.setValue(FavouritesKey, pDialog->favourites());
     const QString Path = pDialog->chosenPath();
     if (Path.isEmpty())

@@ -56,7 +56,6 @@ private:
     /// Inside the current row's group where that is unfolded.
     OrvLayerCreateFlags withGroup(int Flags) const;
     void tellRefused(bool Refused) const;
-    void warn(const QString& Title, const QString& Error) const;
 
     OrvLayerView* m_LayerView;
 };

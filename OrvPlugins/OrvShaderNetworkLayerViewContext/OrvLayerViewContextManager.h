@@ -1,12 +1,9 @@
 #pragma once
 
 #include "OrvCore/Object/OrvSerializableObject.h"
-#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPalettes.h"
 
-#include <QtCore/QHash>
-#include <QtCore/QList>
 #include <QtCore/QPointer>
-#include <QtCore/QTimer>
 
 class OrvLayerStack;
 class OrvLayerView;
@@ -17,9 +14,9 @@ class OrvShaderView;
 class OrvSnBaseNode;
 class QListWidgetItem;
 
-/// The palettes of the module: makes the three fixed ones, opens, titles, retires and stores those of single layer
-/// stacks. The host's window owns every palette; this manager lives from the module's start to its unloading, holds
-/// them weakly and never deletes one inside a signal of the host.
+/// The palettes of the module: makes the three fixed ones, knows which layer view the user works in, and
+/// passes what the host tells on to the palettes of single stacks. The host's window owns every palette; this
+/// manager lives from the module's start to its unloading and holds them weakly.
 class OrvLayerViewContextManager : public OrvSerializableObject {
     Q_OBJECT
 
@@ -46,7 +43,8 @@ public Q_SLOTS:
     void saveProjectSettings();
     void loadProjectSettings();
     void closeLayerViewPalettes();
-    /// Goes to the node of an item of a sharer list: a channel becomes current, a layer is shown in its stacks.
+    /// Goes to the node of an item of a sharer list: a channel becomes current, a layer is shown in its
+    /// stacks.
     void makeSharerInfoItemCurrent(QListWidgetItem* Item);
     void deletePalettesToBeDeleted();
     void onLayerStackDestroyed(QObject* LayerStack);
@@ -55,27 +53,13 @@ public Q_SLOTS:
     void refreshAllProperties();
 
 private:
-    /// The place of the stack is kept with its palette: it is needed when the stack itself is already going.
-    struct StackPalette {
-        QPointer<OrvPalette> pPalette;
-        QPointer<OrvSnBaseNode> pNode;
-        QString InputName;
-    };
-    using StackPaletteTable = QHash<const QObject*, StackPalette>;
-
     OrvLayerViewContextManager();
     ~OrvLayerViewContextManager() override;
 
-    void createShadersPalette(const QString& IconDirectory);
-    OrvPalette* createChannelsPalette(const QString& IconDirectory);
-    void createLayersPalette(const QString& IconDirectory);
+    void createShadersPalette();
+    OrvPalette* createChannelsPalette();
+    void createLayersPalette();
     void connectHost();
-
-    OrvPalette* createLayerStackPalette(OrvLayerStack* pLayerStack);
-    void enterPalette(OrvLayerStack* pLayerStack, OrvPalette* pPalette);
-    StackPaletteTable::iterator retirePalette(StackPaletteTable::iterator Entry);
-    static QString paletteTitle(const OrvLayerStack* pLayerStack);
-    static void storePaletteSize(const StackPalette& Entry);
     void showSharer(OrvSnBaseNode* pNode);
 
     QPointer<OrvShaderMaterialsView> m_ShaderMaterialsView;
@@ -83,8 +67,6 @@ private:
     QPointer<OrvShaderInputView> m_ShaderInputView;
     QPointer<OrvLayerView> m_MainLayerView;
     QPointer<OrvLayerView> m_ActiveLayerView;
-    StackPaletteTable m_StackPalettes;
-    QTimer m_DeletionTimer;
-    QList<QPointer<OrvPalette>> m_PalettesToBeDeleted;
+    OrvLayerStackPalettes m_StackPalettes;
     QPointer<OrvPalette> m_LayersPalette;
 };

@@ -1,11 +1,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
-#include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
@@ -17,6 +14,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowClicks.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowComponents.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowContents.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowCost.h"
@@ -26,13 +24,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
-#include <QtCore/QElapsedTimer>
 #include <QtGui/QContextMenuEvent>
-#include <QtGui/QGuiApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QToolButton>
 
@@ -41,7 +34,6 @@ using namespace OrvLayerViewContext;
 namespace {
 
 constexpr int UsualWidth = 240;
-constexpr int ShiftClickInterval = 100; // ms
 
 void report(int Line, const QString& Message)
 {
@@ -53,11 +45,6 @@ void setSheet(QWidget* pWidget, const QString& StyleSheet)
     // Setting even the same sheet polishes the widget anew.
     if (pWidget->styleSheet() != StyleSheet)
         pWidget->setStyleSheet(StyleSheet);
-}
-
-QString quotedName(const OrvLayer* pLayer)
-{
-    return QStringLiteral(" '%1'").arg(pLayer->name());
 }
 
 } // namespace
@@ -130,9 +117,9 @@ void OrvLayerViewItemRowWidget::connectContents()
     connect(m_pContents->pSharedChannelButton, SIGNAL(clicked()), this, SLOT(showSharerList()));
     connect(m_pContents->pLockAction, SIGNAL(checkedChanged(bool)), this, SLOT(onLockedChanged(bool)));
     // Elsewhere in the row the tree gets the press.
-    for (const QAbstractButton* pComponent : std::initializer_list<QAbstractButton*>{
-             m_pContents->pBakePointButton, m_pContents->pPaintButton, m_pContents->pMaskStackButton,
-             m_pContents->pMaskButton, m_pContents->pAdjustmentStackButton})
+    for (const QAbstractButton* pComponent :
+        std::initializer_list<QAbstractButton*>{m_pContents->pBakePointButton, m_pContents->pPaintButton,
+            m_pContents->pMaskStackButton, m_pContents->pMaskButton, m_pContents->pAdjustmentStackButton})
         connect(pComponent, &QAbstractButton::pressed, m_LayerView, &OrvLayerView::makeActive);
 }
 
@@ -255,33 +242,11 @@ void OrvLayerViewItemRowWidget::setExpanded(bool Expanded)
     pNode->createUserAttribute(Attribute);
 }
 
-OrvLayerViewItemRowWidget::ComponentClick OrvLayerViewItemRowWidget::componentClick()
-{
-    // One gesture can reach two rows, when the first click moves the second row under the cursor.
-    static QElapsedTimer LastShiftClick;
-    if (!(QGuiApplication::keyboardModifiers() & Qt::ShiftModifier))
-        return PlainClick;
-    const bool Repeated = LastShiftClick.isValid() && LastShiftClick.elapsed() < ShiftClickInterval;
-    LastShiftClick.start();
-    return Repeated ? RepeatedShiftClick : ShiftClick;
-}
-
 void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
 {
     if (!checkLayer(__LINE__))
         return;
-    if (componentClick() == RepeatedShiftClick)
-        return;
-    OrvLayerVisibilityGesture* pGesture = m_LayerView->visibilityGesture();
-    if (QGuiApplication::keyboardModifiers() == Qt::ShiftModifier && m_Layer->isVisible()
-        && OrvLayerStreamUtils::isMultiChannelMergeLayer(m_Layer))
-        OrvMultiChannelLayerCommands::toggleInChannel(m_Layer, m_LayerView->layerStack());
-    else if (QGuiApplication::keyboardModifiers() == Qt::AltModifier)
-        pGesture->toggleAlone(m_Layer);
-    else if (m_pContents && m_pContents->pVisibilityButton->isDown())
-        pGesture->press(m_Layer, mapToGlobal(eyeGeometry().center()));
-    else
-        pGesture->toggle(m_Layer);
+    OrvLayerRowClicks::pressEye(this);
     updateVisibilityIcon();
 }
 
@@ -290,12 +255,18 @@ QRect OrvLayerViewItemRowWidget::eyeGeometry() const
     return m_pContents ? m_pContents->pVisibilityButton->geometry() : QRect();
 }
 
+bool OrvLayerViewItemRowWidget::isEyeDown() const
+{
+    return m_pContents && m_pContents->pVisibilityButton->isDown();
+}
+
 void OrvLayerViewItemRowWidget::updateVisibilityIcon()
 {
     if (!m_pContents || !checkLayer(__LINE__))
         return;
     const bool Visible = m_Layer->isVisible();
-    QStringList Hints{Visible ? tr("Hide the layer") : tr("Show the layer"), tr("Alt + Click to show it alone")};
+    QStringList Hints{
+        Visible ? tr("Hide the layer") : tr("Show the layer"), tr("Alt + Click to show it alone")};
     if (Visible && OrvLayerStreamUtils::isMultiChannelMergeLayer(m_Layer))
         Hints.append(m_Layer->isVisibleHere() ? tr("Shift + Click to hide it in this channel")
                                               : tr("Shift + Click to show it in this channel"));
@@ -399,6 +370,8 @@ void OrvLayerViewItemRowWidget::onLockedChanged(bool Locked)
         return;
     if (OrvLayerRowLock::isShownLocked(m_Layer) == Locked)
         return;
+    // The switch has changed by itself already; it goes with the layer, also while the user is asked.
+    updateLock();
     // A refresh while the user is asked may take the row away.
     const QPointer<OrvLayerViewItemRowWidget> pThis = this;
     OrvLayerRowLock::setLocked(OrvLayerEditScope::of(m_Layer, m_LayerView->layerStack()), Locked);
@@ -418,115 +391,32 @@ void OrvLayerViewItemRowWidget::updateLock()
 
 void OrvLayerViewItemRowWidget::makePaintComponentCurrent()
 {
-    if (!checkLayer(__LINE__))
-        return;
-    {
-        OrvUndoManager::AutoMacro Macro(tr("Make%1 Current").arg(quotedName(m_Layer)));
-        OrvLayerStreamUtils::makePaintComponentCurrent(m_Layer, m_LayerView->layerStack());
-        makeRowCurrent();
-    }
-    if (m_Layer->isGraphLayer())
-        OrvLayerStreamUtils::openLayerContentsInNodeGraph(m_Layer);
-}
-
-void OrvLayerViewItemRowWidget::makeMaskComponentCurrent()
-{
-    OrvUndoManager::AutoMacro Macro(tr("Make%1 Mask Current").arg(quotedName(m_Layer)));
-    m_Layer->makeMaskComponentCurrent();
-    makeRowCurrent();
-}
-
-void OrvLayerViewItemRowWidget::makeRowCurrent()
-{
-    report(__LINE__, QStringLiteral("[ -- ] About to manually change current index of layer palette"));
-    OrvSnMergeNode* pLayerNode = m_Layer->blendNode();
-    if (!pLayerNode || !pLayerNode->network()) {
-        report(__LINE__, QStringLiteral("LayerNode is NULL"));
-        return;
-    }
-    // A layer that is selected already keeps those selected with it.
-    OrvLayerTreeView* pTreeView = m_LayerView->treeView();
-    const QModelIndex Index = pTreeView->indexAt(geometry().center());
-    if (!m_Layer->isSelected() && m_LayerView->layerFromIndex(Index) == m_Layer) {
-        pTreeView->disconnectSelectionRelay();
-        pTreeView->selectionModel()->select(
-            Index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-        pTreeView->connectSelectionRelay();
-        m_Layer->setSelected(true, true);
-        pLayerNode->network()->selectNone({pLayerNode});
-    }
-    m_LayerView->changeCurrentIndex(m_Layer);
-}
-
-void OrvLayerViewItemRowWidget::toggleMask()
-{
-    const bool Enabled = !m_Layer->isMaskEnabled();
-    OrvUndoManager::AutoMacro Macro(
-        (Enabled ? tr("Enable Mask of '%1'") : tr("Disable Mask of '%1'")).arg(m_Layer->name()));
-    m_Layer->setMaskEnabled(Enabled);
+    if (checkLayer(__LINE__))
+        OrvLayerRowClicks::choosePaint(this);
 }
 
 void OrvLayerViewItemRowWidget::onMaskComponentClicked()
 {
-    if (!checkLayer(__LINE__))
-        return;
-    const ComponentClick Click = componentClick();
-    if (Click == ShiftClick)
-        toggleMask();
-    if (Click != PlainClick)
-        return;
-    makeMaskComponentCurrent();
-    if (m_Layer->maskNode() && m_Layer->maskNode()->nestedNetwork())
-        OrvLayerStreamUtils::openLayerMaskContentsInNodeGraph(m_Layer);
+    if (checkLayer(__LINE__))
+        OrvLayerRowClicks::chooseMask(this);
 }
 
 void OrvLayerViewItemRowWidget::onMaskStackClicked()
 {
-    if (!checkLayer(__LINE__))
-        return;
-    const ComponentClick Click = componentClick();
-    if (Click == ShiftClick)
-        toggleMask();
-    if (Click != PlainClick)
-        return;
-    makeMaskComponentCurrent();
-    OrvLayerStackPopupButton::popup(m_Layer->maskStack());
+    if (checkLayer(__LINE__))
+        OrvLayerRowClicks::chooseMaskStack(this);
 }
 
 void OrvLayerViewItemRowWidget::onAdjustmentStackClicked()
 {
-    if (!checkLayer(__LINE__))
-        return;
-    const ComponentClick Click = componentClick();
-    if (Click == PlainClick)
-        OrvLayerStackPopupButton::popup(m_Layer->adjustmentStack());
-    if (Click != ShiftClick)
-        return;
-    const bool Enabled = !m_Layer->isAdjustmentStackEnabled();
-    OrvUndoManager::AutoMacro Macro(
-        (Enabled ? tr("Enable Adjustment Stack of '%1'") : tr("Disable Adjustment Stack of '%1'"))
-            .arg(m_Layer->name()));
-    m_Layer->setAdjustmentStackEnabled(Enabled);
+    if (checkLayer(__LINE__))
+        OrvLayerRowClicks::chooseAdjustmentStack(this);
 }
 
 void OrvLayerViewItemRowWidget::showSharerList()
 {
-    if (!checkLayer(__LINE__))
-        return;
-    OrvSharerListPopup* pPopup = new OrvSharerListPopup(this);
-    const auto addLayers = [pPopup](const QString& Heading, const QList<OrvLayer*>& Layers) {
-        if (!Layers.isEmpty())
-            pPopup->addHeading(Heading);
-        for (const OrvLayer* pLayer : Layers)
-            pPopup->addSharer(pLayer->path(true), pLayer->blendNode());
-    };
-    addLayers(tr("Shares Resources With:"), m_Layer->getOtherSharers());
-    addLayers(tr("Part Of Shared Layer:"), m_Layer->downstreamSharer());
-    if (const OrvShaderInput* pShaderInput = m_Layer->sharedShaderInput()) {
-        pPopup->addHeading(tr("Shares Channel :"));
-        pPopup->addSharer(pShaderInput->path(), pShaderInput->node());
-    }
-    pPopup->popup();
+    if (checkLayer(__LINE__))
+        OrvLayerRowClicks::showSharers(this);
 }
 
 void OrvLayerViewItemRowWidget::showLayerProperties()

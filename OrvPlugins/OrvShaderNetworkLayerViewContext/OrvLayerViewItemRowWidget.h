@@ -11,7 +11,7 @@ class OrvSnBaseNode;
 struct OrvLayerRowContents;
 
 /// One row of a Layers palette. The palette's tree owns it; it shows its layer, follows the layer's own
-/// signals and turns clicks into edits of the host, each one undo step, and it holds nothing of the document.
+/// signals, passes clicks on to OrvLayerRowClicks, and holds nothing of the document.
 /// A stack may have thousands of rows: the widgets of a row, and its connections, are made when it is painted
 /// for the first time.
 class OrvLayerViewItemRowWidget : public QWidget {
@@ -35,6 +35,7 @@ public:
     void showPlainName();
     /// Of the visibility button; nowhere before the row was painted.
     QRect eyeGeometry() const;
+    bool isEyeDown() const;
     /// Lets the user edit the name in its place.
     void editName();
 
@@ -78,9 +79,6 @@ private Q_SLOTS:
     void onLayerStateRefreshed();
 
 private:
-    enum ComponentClick { PlainClick, ShiftClick, RepeatedShiftClick };
-    static ComponentClick componentClick();
-
     /// Reports a layer that is gone.
     bool checkLayer(int Line) const;
     bool showsGroup() const;
@@ -90,10 +88,6 @@ private:
     void updateContents();
     void updatePaintButton();
     void updateLock();
-    void toggleMask();
-    void makeMaskComponentCurrent();
-    /// Makes the row the palette's current one, and selects its layer alone unless it is selected already.
-    void makeRowCurrent();
 
     QPointer<OrvLayer> m_Layer;
     OrvLayerView* m_LayerView;

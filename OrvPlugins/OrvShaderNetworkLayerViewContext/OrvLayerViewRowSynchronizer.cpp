@@ -23,6 +23,7 @@ namespace {
 /// Looking for a row in other levels walks the tree; worth it for layers that the user moved, not for a
 /// thousand.
 constexpr int MostRowsTakenFromOtherLevels = 8;
+constexpr int GoingRow = -1; ///< the order of a row that goes: it sorts to the front
 
 OrvLayerViewItem* rowOf(const QStandardItem* pParent, int Row)
 {
@@ -33,6 +34,60 @@ bool shows(const OrvLayerViewItem* pItem, const OrvLayer* pLayer)
 {
     const OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget();
     return pRowWidget && pRowWidget->layer() == pLayer;
+}
+
+bool isInOrder(const QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
+{
+    for (int Row = 0; Row < Rows.size(); ++Row) {
+        if (pParent->child(Row) != Rows[Row])
+            return false;
+    }
+    return pParent->rowCount() == Rows.size();
+}
+
+/// All in one step: scattered ones are sorted to the front first. Returns whether those that stay are in
+/// their order after it.
+bool removeGoingRows(QStandardItem* pParent)
+{
+    int Count = 0, First = 0, Last = 0;
+    bool Ascending = true;
+    for (int Row = 0, Before = GoingRow; Row < pParent->rowCount(); ++Row) {
+        const int Order = rowOf(pParent, Row)->order();
+        if (Order != GoingRow) {
+            Ascending = Ascending && Order > Before;
+            Before = Order;
+            continue;
+        }
+        First = Count == 0 ? Row : First;
+        Last = Row;
+        ++Count;
+    }
+    if (Count == 0)
+        return Ascending;
+    const bool Scattered = Last - First + 1 != Count;
+    if (Scattered)
+        pParent->sortChildren(0);
+    pParent->removeRows(Scattered ? 0 : First, Count);
+    return Ascending || Scattered;
+}
+
+/// In one block, at their place where they belong together. Returns whether they do.
+bool insertNewRows(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
+{
+    QList<QStandardItem*> New;
+    int First = 0, Last = 0;
+    for (int Row = 0; Row < Rows.size(); ++Row) {
+        if (Rows[Row]->model())
+            continue;
+        First = New.isEmpty() ? Row : First;
+        Last = Row;
+        New.append(Rows[Row]);
+    }
+    if (New.isEmpty())
+        return true;
+    const bool InOnePlace = Last - First + 1 == New.size();
+    pParent->insertRows(InOnePlace ? qMin(First, pParent->rowCount()) : pParent->rowCount(), New);
+    return InOnePlace;
 }
 
 /// Which of the rows, given by their former places in their new order, can stay while the others move around
@@ -70,13 +125,14 @@ void OrvLayerViewRowSynchronizer::synchronize(OrvLayerStack* pLayerStack)
 {
     m_LayerStack = pLayerStack;
     m_SelectedRows.clear();
-    synchronizeLevel(m_Model->invisibleRootItem(), QModelIndex(), levelOf(pLayerStack->layerList(), true));
+    synchronizeLevel(
+        m_Model->invisibleRootItem(), QModelIndex(), levelOf(pLayerStack->layerList(), Depth::Top));
     selectRows();
     m_LayerStack = nullptr;
 }
 
 OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
-    const QList<OrvLayer*>& Layers, bool IsTopLevel) const
+    const QList<OrvLayer*>& Layers, Depth At) const
 {
     Level Wanted;
     Wanted.Layers = Layers;
@@ -92,7 +148,7 @@ OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
         }
         Wanted.GroupStacks.append(pGroupStack);
     }
-    if (IsTopLevel || !Layers.isEmpty())
+    if (At == Depth::Top || !Layers.isEmpty())
         Wanted.Warning = bottomWarning(Layers);
     return Wanted;
 }
@@ -133,8 +189,9 @@ QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layer
         return OrvLayerView::tr("No bottom stack node.");
     const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pBottom);
     if (pCommon && !pCommon->isRepresentable())
-        return OrvLayerView::tr("Node '%1' is unrepresentable, only Merge nodes and Multi-Channel Merge nodes can be "
-                                "represented in the layer stack.")
+        return OrvLayerView::tr(
+            "Node '%1' is unrepresentable, only Merge nodes and Multi-Channel Merge nodes "
+            "can be represented in the layer stack.")
             .arg(pBottom->name());
     const OrvLayer* pLayer = OrvLayerManager::layersOf(pBottom).value(0);
     if (OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
@@ -163,7 +220,7 @@ void OrvLayerViewRowSynchronizer::synchronizeLevel(
         }
         const bool WasEmpty = !pItem->hasChildren();
         const QModelIndex Index = m_Model->index(Row, 0, ParentIndex);
-        synchronizeLevel(pItem, Index, levelOf(pGroupStack->layerList(), false));
+        synchronizeLevel(pItem, Index, levelOf(pGroupStack->layerList(), Depth::InGroup));
         if (WasEmpty)
             m_TreeView->setExpanded(Index, pItem->rowWidget()->isExpanded());
     }
@@ -191,19 +248,36 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
         && shows(rowOf(pParent, Present - 1 - SameAtEnd), Layers[WantedCount - 1 - SameAtEnd]))
         ++SameAtEnd;
 
-    // In between, the rows by their layers.
-    QHash<QString, int> Others;
-    for (int Row = Rows.size(); Row < Present - SameAtEnd; ++Row)
-        Others.insert(rowOf(pParent, Row)->data(OrvLayerViewUtils::NodeRole).toString(), Row);
+    const int First = Rows.size();
+    Rows += matchMovedRows(
+        pParent, First, Present - SameAtEnd, Layers.mid(First, WantedCount - SameAtEnd - First));
+    for (int Row = Present - SameAtEnd; Row < Present; ++Row)
+        Rows.append(rowOf(pParent, Row));
+
+    if (!Wanted.Warning.isEmpty()) {
+        const QWidget* pButton
+            = pWarningRow ? m_TreeView->indexWidget(m_Model->index(Present, 0, ParentIndex)) : nullptr;
+        const bool Stays = pButton && pButton->toolTip() == Wanted.Warning;
+        Rows.append(Stays ? pWarningRow : new OrvLayerViewItem(nullptr));
+    }
+    return Rows;
+}
+
+QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchMovedRows(
+    QStandardItem* pParent, int FirstRow, int EndRow, const QList<OrvLayer*>& Layers)
+{
+    QHash<QString, int> Present;
+    for (int Row = FirstRow; Row < EndRow; ++Row)
+        Present.insert(rowOf(pParent, Row)->data(OrvLayerViewUtils::NodeRole).toString(), Row);
+    QVector<OrvLayerViewItem*> Rows;
     QVector<int> KeptAt, FormerPlaces;
     int TakenCount = 0;
-    for (int Row = Rows.size(); Row < WantedCount - SameAtEnd; ++Row) {
-        const OrvLayer* pLayer = Layers[Row];
-        const auto Other = Others.constFind(pLayer->blendNode()->uuidString());
-        if (Other != Others.constEnd()) {
-            KeptAt.append(Row);
-            FormerPlaces.append(*Other);
-            Rows.append(rowOf(pParent, *Other));
+    for (const OrvLayer* pLayer : Layers) {
+        const auto Former = Present.constFind(pLayer->blendNode()->uuidString());
+        if (Former != Present.constEnd()) {
+            KeptAt.append(Rows.size());
+            FormerPlaces.append(*Former);
+            Rows.append(rowOf(pParent, *Former));
             continue;
         }
         OrvLayerViewItem* pItem
@@ -215,16 +289,6 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
         OrvLayerViewItem* pItem = Rows[KeptAt[At]];
         if (!Unmoved[At] || !shows(pItem, Layers[KeptAt[At]]))
             pItem->setRowWidget(nullptr);
-    }
-
-    for (int Row = Present - SameAtEnd; Row < Present; ++Row)
-        Rows.append(rowOf(pParent, Row));
-
-    if (!Wanted.Warning.isEmpty()) {
-        const QWidget* pButton
-            = pWarningRow ? m_TreeView->indexWidget(m_Model->index(Present, 0, ParentIndex)) : nullptr;
-        const bool Stays = pButton && pButton->toolTip() == Wanted.Warning;
-        Rows.append(Stays ? pWarningRow : new OrvLayerViewItem(nullptr));
     }
     return Rows;
 }
@@ -256,64 +320,16 @@ bool OrvLayerViewRowSynchronizer::levelHolds(const QStandardItem* pParent, const
 
 void OrvLayerViewRowSynchronizer::arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
 {
-    const auto isInOrder = [&] {
-        for (int Row = 0; Row < Rows.size(); ++Row) {
-            if (pParent->child(Row) != Rows[Row])
-                return false;
-        }
-        return pParent->rowCount() == Rows.size();
-    };
-    if (isInOrder())
+    if (isInOrder(pParent, Rows))
         return;
     m_TreeView->scheduleRowLayout();
-
-    // Rows that go get the order -1 and stand first after sorting; rows that come stay in one block.
-    int NewCount = 0, FirstNew = 0, LastNew = 0;
     for (int Row = 0; Row < pParent->rowCount(); ++Row)
-        rowOf(pParent, Row)->setOrder(-1);
-    for (int Row = 0; Row < Rows.size(); ++Row) {
+        rowOf(pParent, Row)->setOrder(GoingRow);
+    for (int Row = 0; Row < Rows.size(); ++Row)
         Rows[Row]->setOrder(Row);
-        if (Rows[Row]->model())
-            continue;
-        FirstNew = NewCount == 0 ? Row : FirstNew;
-        LastNew = Row;
-        ++NewCount;
-    }
-
-    int GoingCount = 0, FirstGoing = 0, LastGoing = 0;
-    bool Ascending = true;
-    for (int Row = 0, Before = -1; Row < pParent->rowCount(); ++Row) {
-        const int Order = static_cast<const OrvLayerViewItem*>(pParent->child(Row))->order();
-        if (Order >= 0) {
-            Ascending = Ascending && Order > Before;
-            Before = Order;
-            continue;
-        }
-        FirstGoing = GoingCount == 0 ? Row : FirstGoing;
-        LastGoing = Row;
-        ++GoingCount;
-    }
-    if (GoingCount > 0) {
-        if (LastGoing - FirstGoing + 1 != GoingCount) {
-            pParent->sortChildren(0);
-            Ascending = true;
-            FirstGoing = 0;
-        }
-        pParent->removeRows(FirstGoing, GoingCount);
-    }
-
-    if (NewCount > 0) {
-        QList<QStandardItem*> New;
-        New.reserve(NewCount);
-        for (OrvLayerViewItem* pItem : Rows) {
-            if (!pItem->model())
-                New.append(pItem);
-        }
-        const bool InOnePlace = LastNew - FirstNew + 1 == NewCount;
-        pParent->insertRows(InOnePlace ? qMin(FirstNew, pParent->rowCount()) : pParent->rowCount(), New);
-        Ascending = Ascending && InOnePlace;
-    }
-    if (!Ascending)
+    const bool KeptAreInOrder = removeGoingRows(pParent);
+    const bool NewAreInPlace = insertNewRows(pParent, Rows);
+    if (!KeptAreInOrder || !NewAreInPlace)
         pParent->sortChildren(0);
     for (OrvLayerViewItem* pItem : Rows)
         pItem->setOrder(0);

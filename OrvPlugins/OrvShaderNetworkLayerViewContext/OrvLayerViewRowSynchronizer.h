@@ -32,7 +32,8 @@ private:
         QVector<OrvLayerStack*> GroupStacks; ///< of each layer; null where it is no group
         QString Warning; ///< of the row below the layers, if any
     };
-    Level levelOf(const QList<OrvLayer*>& Layers, bool IsTopLevel) const;
+    enum class Depth { Top, InGroup };
+    Level levelOf(const QList<OrvLayer*>& Layers, Depth At) const;
     OrvLayerStack* groupStack(const OrvLayer* pLayer) const;
     QString groupWarning(const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const;
     QString bottomWarning(const QList<OrvLayer*>& Layers) const;
@@ -40,6 +41,9 @@ private:
     void synchronizeLevel(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
     QVector<OrvLayerViewItem*> matchRows(
         QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    /// The rows of the layers, from among those of the level's range, from other levels, or new.
+    QVector<OrvLayerViewItem*> matchMovedRows(
+        QStandardItem* pParent, int FirstRow, int EndRow, const QList<OrvLayer*>& Layers);
     OrvLayerViewItem* takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent);
     bool levelHolds(const QStandardItem* pParent, const OrvLayer* pLayer) const;
     void arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows);

@@ -10,6 +10,7 @@
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include <QtCore/QVector>
 #include <QtGui/QStandardItem>
@@ -91,6 +92,12 @@ void OrvLayerViewUtils::warn(const QString& Title, const QString& Error)
 {
     if (!Error.isEmpty())
         QMessageBox::warning(&OrvMainWindow::instance(), Title, Error, QMessageBox::Ok);
+}
+
+void OrvLayerViewUtils::tell(const QString& Reason)
+{
+    constexpr int Duration = 6000; // ms
+    OrvStatusManager::instance().showMessage(Reason, Duration);
 }
 
 void OrvLayerViewUtils::report(int Line, const QString& Message)

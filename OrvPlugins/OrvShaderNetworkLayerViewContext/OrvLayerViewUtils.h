@@ -11,7 +11,7 @@ class OrvSnBaseNode;
 class QStandardItem;
 
 /// What the parts of a Layers palette share: how a row names its layer, and questions about the graph below a
-/// stack.
+/// stack, and what the user is told.
 namespace OrvLayerViewUtils {
 
 /// Item data: the identity of the layer's blend node.
@@ -30,6 +30,8 @@ bool feedsUserShader(const OrvLayerStack* pLayerStack);
 
 /// Shows the user why something failed; nothing to say shows nothing.
 void warn(const QString& Title, const QString& Error);
+/// Says in the status line, for some seconds, why a command did nothing.
+void tell(const QString& Reason);
 
 /// Writes to the debug channel in the palette's name.
 void report(int Line, const QString& Message);

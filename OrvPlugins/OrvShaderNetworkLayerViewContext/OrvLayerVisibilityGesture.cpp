@@ -101,10 +101,12 @@ bool OrvLayerVisibilityGesture::eventFilter(QObject* pWatched, QEvent* pEvent)
     case QEvent::MouseButtonRelease:
         if (pWatched->isWidgetType()) {
             const auto* pMouseEvent = static_cast<const QMouseEvent*>(pEvent);
-            if (pEvent->type() == QEvent::MouseMove && pMouseEvent->buttons() & Qt::LeftButton)
+            if (pEvent->type() == QEvent::MouseMove && pMouseEvent->buttons() & Qt::LeftButton) {
                 sweepTo(m_LayerView->treeView()->viewport()->mapFromGlobal(pMouseEvent->globalPos()));
-            else
-                finish();
+                // Nobody else is to make anything of it: neither the eye that is entered again nor the tree.
+                return true;
+            }
+            finish();
         }
         break;
     case QEvent::ShortcutOverride:

@@ -12,7 +12,6 @@
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
@@ -23,8 +22,6 @@
 namespace OrvUtils = OrvMultiChannelLayerUtils;
 
 namespace {
-
-constexpr int StatusDuration = 6000; // ms
 
 OrvLayerShader* askForShader(const QList<OrvLayerShader*>& Shaders)
 {
@@ -146,10 +143,8 @@ bool OrvMultiChannelLayerCommands::addMaterialAt(const QString& Path, OrvSnBaseN
     OrvLayerShader* pShader = OrvUtils::shaderForMultiChannelLayerCreationWithUserInput(pLayerStack);
     if (!pShader) {
         if (OrvUtils::shadersForMultiChannelLayers(pLayerStack).isEmpty())
-            OrvStatusManager::instance().showMessage(
-                OrvLayerView::tr(
-                    "A material goes into the channels of a shader: connect this channel to one first."),
-                StatusDuration);
+            OrvLayerViewUtils::tell(OrvLayerView::tr(
+                "A material goes into the channels of a shader: connect this channel to one first."));
         return false;
     }
     QString Error;

@@ -143,7 +143,8 @@ OrvShaderInputActions::~OrvShaderInputActions()
 void OrvShaderInputActions::createActions()
 {
     OrvActionCreator Creator(ChannelsPath, this, ChannelsMenu, ShaderInputOnlySet);
-    const auto add = [&Creator](const QString& Text, const char* pIcon, const char* pSlot, const char* pData = nullptr) {
+    const auto add = [&Creator](const QString& Text, const char* pIcon, const char* pSlot,
+                         const char* pData = nullptr) {
         Creator.create(Text, QString::fromLatin1(pIcon), pSlot,
             pData ? QVariant(QString::fromLatin1(pData)) : QVariant(), QString());
     };

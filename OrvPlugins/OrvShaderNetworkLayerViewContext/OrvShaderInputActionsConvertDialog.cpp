@@ -4,6 +4,7 @@
 #include "OrvCoreModules/Properties/OrvColorSpaceControlet.h"
 #include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
 #include "OrvCoreModules/Widgets/OrvFormLayout.h"
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Image/OrvImage.h"
 
 #include <QtWidgets/QComboBox>
@@ -48,6 +49,14 @@ OrvShaderInputActionsConvertDialog::OrvShaderInputActionsConvertDialog(
     pForm->addRow(tr("Type"), m_TypeCombo);
     pLayout->addLayout(pForm);
     pLayout->addWidget(createColorSpaces());
+    // The spaces of a configuration that cannot be read are missing among those offered.
+    const QString Trouble = OrvColorManager::configurationError();
+    if (!Trouble.isEmpty()) {
+        QLabel* pTrouble = new QLabel(Trouble);
+        pTrouble->setWordWrap(true);
+        pTrouble->setTextFormat(Qt::PlainText);
+        pLayout->addWidget(pTrouble);
+    }
 
     const bool HasOtherLayers = HasLockedLayers || HasSharedLayers;
     if (HasOtherLayers)
@@ -62,6 +71,11 @@ QWidget* OrvShaderInputActionsConvertDialog::createColorSpaces()
     OrvExpandableListWidget* pGroup = new OrvExpandableListWidget(tr("Colorspace"), this);
     m_ColorSpaces = new OrvColorSpaceControlet(m_ColorSpaceConfig);
     m_ScalarColorSpaces = new OrvColorSpaceControlet(m_ScalarColorSpaceConfig);
+    // Unlike a palette, a dialog can be as wide as the names of spaces are long.
+    for (const QWidget* pControlet : {m_ColorSpaces, m_ScalarColorSpaces}) {
+        for (QComboBox* pCombo : pControlet->findChildren<QComboBox*>())
+            pCombo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    }
     pGroup->addChild(m_ColorSpaces, tr("Color Data"), QString());
     pGroup->addChild(m_ScalarColorSpaces, tr("Mask Data"), QString());
     pGroup->setExpanded(false);

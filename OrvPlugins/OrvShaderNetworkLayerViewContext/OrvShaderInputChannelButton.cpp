@@ -85,7 +85,8 @@ void OrvShaderInputChannelButton::paintEvent(QPaintEvent*)
 
     QRect Area = rect().adjusted(Margin, 0, -Margin, 0);
     // Where there is room for one of them, the name says more.
-    if (m_Kind != Kind::None && Area.width() > IconSize + Margin + SmallestWidth) {
+    const int NameWidth = fontMetrics().horizontalAdvance(m_Name);
+    if (m_Kind != Kind::None && Area.width() >= IconSize + Margin + NameWidth) {
         icon().paint(&Painter, QRect(Area.left(), (height() - IconSize) / 2, IconSize, IconSize),
             Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
         Area.setLeft(Area.left() + IconSize + Margin);

@@ -144,9 +144,9 @@ void OrvShaderInputRow::createParts()
     pLayout->setContentsMargins(SideMargin, 1, SideMargin, 1);
     pLayout->setSpacing(Spacing);
     pLayout->addWidget(m_pEnable);
-    // In equal shares, until the name has all that it needs.
-    pLayout->addWidget(m_pName, 1);
-    pLayout->addLayout(m_pFeed, 1);
+    // The name has the larger share until it has all that it needs: its end may be what tells it from others.
+    pLayout->addWidget(m_pName, 3);
+    pLayout->addLayout(m_pFeed, 2);
     pLayout->addWidget(m_pMenuButton);
     pLayout->addWidget(m_pInvert);
 }

@@ -261,7 +261,8 @@ void OrvShaderInputView::showNodes(const QList<OrvSnBaseNode*>& Nodes)
     Uuids.reserve(Nodes.size());
     for (const OrvSnBaseNode* pNode : Nodes)
         Uuids.append(pNode->uuidString());
-    const auto rowUuid = [this](int Row) { return m_Model->index(Row, 0).data(OrvShaderInputModel::NodeRole).toString(); };
+    const auto rowUuid
+        = [this](int Row) { return m_Model->index(Row, 0).data(OrvShaderInputModel::NodeRole).toString(); };
 
     // Rows of channels that stay are kept, so that their widgets can stay too.
     const QSet<QString> Listed(Uuids.cbegin(), Uuids.cend());
@@ -334,9 +335,13 @@ void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
     const QStringList Hidden = QStringList{QStringLiteral("imageSetDepthString"), QStringLiteral("imageSetSize"),
                                    QStringLiteral("fileSpace")}
         + Config.propertyMap().keys();
-    const QMap<QString, QString> Titles{{QString(), tr("Channel : %1").arg(pShaderInput->node()->name())}};
-    m_PropertyLayout->addWidget(new OrvPropertyView(pShaderInput->node(), m_PropertyLayout->parentWidget(), Titles,
-        PropertyGroupHint, PropertyDisplayFlags, Hidden, false));
+    const auto title = [](const QString& Name) { return tr("Channel : %1").arg(Name); };
+    const QMap<QString, QString> Titles{{QString(), title(pShaderInput->node()->name())}};
+    auto* pProperties = new OrvPropertyView(pShaderInput->node(), m_PropertyLayout->parentWidget(), Titles,
+        PropertyGroupHint, PropertyDisplayFlags, Hidden, false);
+    connect(pShaderInput->node(), &OrvSnBaseNode::nameChanged, pProperties,
+        [pProperties, title](const QString& Name) { pProperties->setGroupTitle(QString(), title(Name)); });
+    m_PropertyLayout->addWidget(pProperties);
     m_PropertyLayout->addStretch();
 }
 

@@ -130,24 +130,34 @@ void OrvShaderInputViewItemRowWidget::connectShaderInput()
     connect(m_LayerStackButton, SIGNAL(pressed()), this, SLOT(popupLayerStack()));
     connect(m_ShaderInput, SIGNAL(layerMadeCurrent()), this, SLOT(setPopupLayerStackButtonIcon()));
     connect(m_SharedButton, SIGNAL(clicked()), this, SLOT(showSharedItemsList()));
+    // Layers come to share the channel, and cease to, without a word of the channel.
+    connect(&OrvLayerManager::instance(), SIGNAL(structureRefreshed()), this, SLOT(updateSharedMarker()));
     connect(m_LockAction, SIGNAL(checkedChanged(bool)), this, SLOT(toggleShaderInputLocked(bool)));
     connect(m_ShaderInput, SIGNAL(lockedChanged(bool)), m_LockAction, SLOT(setCheckedState(bool)));
 }
 
 OrvShaderInput* OrvShaderInputViewItemRowWidget::shaderInput() const { return m_ShaderInput; }
 
-QRect OrvShaderInputViewItemRowWidget::dragTargetGeometry() const 
+QRect OrvShaderInputViewItemRowWidget::dragTargetGeometry() const
 {
     return m_LayerStackButton ? m_LayerStackButton->geometry() : QRect();
 }
+
+QSize OrvShaderInputViewItemRowWidget::sizeHint() const { return minimumSizeHint(); }
 
 void OrvShaderInputViewItemRowWidget::refresh()
 {
     if (!m_ShaderInput || !m_NameLabel)
         return;
     m_NameLabel->setText(m_ShaderInput->name());
-    m_SharedButton->setVisible(m_ShaderInput->isSharedLayers());
+    updateSharedMarker();
     m_LockAction->setCheckedState(m_ShaderInput->isLocked());
+}
+
+void OrvShaderInputViewItemRowWidget::updateSharedMarker()
+{
+    if (m_ShaderInput && m_SharedButton)
+        m_SharedButton->setVisible(m_ShaderInput->isSharedLayers());
 }
 
 void OrvShaderInputViewItemRowWidget::setNameUndo(QString Name)

@@ -24,10 +24,13 @@ public:
     OrvShaderInput* shaderInput() const;
     /// Where a dragged layer opens this channel at once, in coordinates of the row.
     QRect dragTargetGeometry() const;
+    /// A long name is shortened; it does not push the buttons out of the list.
+    QSize sizeHint() const override;
 
 public Q_SLOTS:
     /// Reads again what changes without a signal of the channel.
     void refresh();
+    void updateSharedMarker();
     void setNameUndo(QString Name);
     void setDepthLabelIcon();
     void setColorspaceLabelIcon();

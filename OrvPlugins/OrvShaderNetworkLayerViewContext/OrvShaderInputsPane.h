@@ -46,7 +46,7 @@ public Q_SLOTS:
     void updateConnections();
 
     // For the input named by the sender's property "InputName"; without one, for the row that has the focus.
-    /// Without either, for the first free input.
+    // A channel without either is for the first free input.
     void createChannel();
     void createMaterialChannel();
     void toggleInvert(bool Inverted);

@@ -9,6 +9,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 
 #include <QtGui/QDragMoveEvent>
+#include <QtWidgets/QStyledItemDelegate>
 
 namespace {
 
@@ -28,6 +29,17 @@ bool isWelcome(OrvSnBaseNode* pNode)
     return pLayer->isShaderLayer();
 }
 
+/// Rows are as wide as the list; a longer name is elided.
+class RowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
+    {
+        return {IconEdge, QStyledItemDelegate::sizeHint(Option, Index).height()};
+    }
+};
+
 } // namespace
 
 OrvShaderListView::OrvShaderListView(QWidget* pParent)
@@ -36,6 +48,7 @@ OrvShaderListView::OrvShaderListView(QWidget* pParent)
     setMinimumSize(SmallestSize);
     setIconSize({IconEdge, IconEdge});
     setUniformItemSizes(true);
+    setItemDelegate(new RowDelegate(this));
     setDragDropMode(QAbstractItemView::DragDrop);
 }
 

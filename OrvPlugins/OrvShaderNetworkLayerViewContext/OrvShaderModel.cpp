@@ -9,10 +9,13 @@
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QSignalBlocker>
+
+#include <optional>
 
 namespace {
 
@@ -49,7 +52,12 @@ QMimeData* OrvShaderModel::mimeData(const QModelIndexList& Indexes) const
 bool OrvShaderModel::dropMimeData(const QMimeData* pMimeData, Qt::DropAction, int, int, const QModelIndex&)
 {
     const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers();
-    for (OrvSnBaseNode* pNode : OrvLayerDragPayload::read(pMimeData)) {
+    const QVector<OrvSnBaseNode*> Nodes = OrvLayerDragPayload::read(pMimeData);
+    // One drop is one step; that of a single layer bears its name.
+    std::optional<OrvUndoManager::AutoMacro> Macro;
+    if (Nodes.size() > 1)
+        Macro.emplace(tr("Convert Layers to Shaders"));
+    for (OrvSnBaseNode* pNode : Nodes) {
         if (pNode->hasTag(OrvSnNames::ShaderTag)) {
             if (OrvLayerShaderManager::instance().getLayerShader(pNode))
                 continue;

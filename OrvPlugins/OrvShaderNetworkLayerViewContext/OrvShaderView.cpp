@@ -74,9 +74,10 @@ OrvShaderView::OrvShaderView(QWidget* pParent)
     createTightLayout(this)->addWidget(pSplitter);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     m_RefreshTimerShaderProperties = new OrvDeferredTimer(RefreshInterval, this);
-    connectParts();
+    connectList();
+    connect(m_Model, SIGNAL(addShaderNode(OrvSnBaseNode*)), this, SLOT(addShaderNode(OrvSnBaseNode*)));
     connectHost();
-    connectChanges();
+    connectMenusAndTimers();
     registerShortcuts();
     updateActionEnablement(OrvProjectManager::instance().currentProject());
 }
@@ -128,15 +129,6 @@ QWidget* OrvShaderView::createInputsArea()
     return pScrollArea;
 }
 
-void OrvShaderView::connectParts()
-{
-    connectList();
-    connect(m_Model, SIGNAL(addShaderNode(OrvSnBaseNode*)), this, SLOT(addShaderNode(OrvSnBaseNode*)));
-    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
-    connect(m_RefreshTimerShaderProperties, SIGNAL(timedOut()), this,
-        SLOT(onRefreshTimerShaderPropertiesTimeout()));
-}
-
 void OrvShaderView::connectList()
 {
     connect(m_ListView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
@@ -155,43 +147,50 @@ void OrvShaderView::connectHost()
 {
     OrvLayerShaderManager* pShaders = &OrvLayerShaderManager::instance();
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
+    OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
     OrvProjectManager* pProjects = &OrvProjectManager::instance();
-    OrvMenuManager* pMenus = &OrvMenuManager::instance();
     connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*)), this, SLOT(requestRefresh()));
     connect(pShaders, SIGNAL(shaderAdded(OrvSnBaseNode*)), this, SLOT(requestRefresh()));
-    connect(pShaders, SIGNAL(shaderRemoved(OrvSnBaseNode*)), this, SLOT(onShaderRemoved(OrvSnBaseNode*)));
-    connect(pShaders, SIGNAL(shaderTagsChanged(QString, OrvSnBaseNode*)), this,
-        SLOT(onShaderTagsChanged(QString, OrvSnBaseNode*)));
-    connect(pShaders, SIGNAL(currentLayerShaderChanged(OrvLayerShader*)), this,
-        SLOT(onCurrentLayerShaderChanged(OrvLayerShader*)));
-    connect(
-        pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(currentProjectChanged(OrvProject*)));
-    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
-    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
-}
-
-void OrvShaderView::connectChanges()
-{
-    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
-    OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
-    connect(&OrvProjectManager::instance(), SIGNAL(projectOpenAbsolutelyCompleted()), this,
-        SLOT(requestRefreshShaderProperties()));
+    connect(pProjects, SIGNAL(projectOpenAbsolutelyCompleted()), this, SLOT(requestRefreshShaderProperties()));
     connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(requestRefreshShaderProperties()));
     connect(pChannels, SIGNAL(newShaderInputConnected(QString, OrvSnBaseNode*)), this,
         SLOT(refreshShaderPropertiesForNewShaderInput(QString, OrvSnBaseNode*)));
     for (const char* pSignal : {SIGNAL(shaderInputCreated(OrvShaderInput*)),
              SIGNAL(shaderInputAdded(OrvShaderInput*)), SIGNAL(shaderInputRemoved(OrvShaderInput*))})
         connect(pChannels, pSignal, this, SLOT(requestRefreshShaderProperties()));
+    connect(pShaders, SIGNAL(shaderRemoved(OrvSnBaseNode*)), this, SLOT(onShaderRemoved(OrvSnBaseNode*)));
+    connect(pShaders, SIGNAL(shaderTagsChanged(QString, OrvSnBaseNode*)), this,
+        SLOT(onShaderTagsChanged(QString, OrvSnBaseNode*)));
+    connect(pShaders, SIGNAL(currentLayerShaderChanged(OrvLayerShader*)), this,
+        SLOT(onCurrentLayerShaderChanged(OrvLayerShader*)));
+    connectInputs();
+    connect(
+        pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(currentProjectChanged(OrvProject*)));
+}
+
+void OrvShaderView::connectInputs()
+{
+    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
     connect(pNetworks, SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*)),
         this, SLOT(onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*)));
-    connect(pNetworks, SIGNAL(nodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)), this,
-        SLOT(onNodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)));
     connect(pNetworks, SIGNAL(groupNodeInputRenamed(OrvSnBaseNode*, QString, QString)), this,
         SLOT(onGroupNodeInputNameChanged(OrvSnBaseNode*, QString, QString)));
     connect(pNetworks, SIGNAL(nodeInputOrderChanged(OrvShaderNetwork*, OrvSnBaseNode*)), this,
         SLOT(onNodeInputOrderChanged(OrvShaderNetwork*, OrvSnBaseNode*)));
+    connect(pNetworks, SIGNAL(nodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)), this,
+        SLOT(onNodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)));
+}
+
+void OrvShaderView::connectMenusAndTimers()
+{
+    OrvMenuManager* pMenus = &OrvMenuManager::instance();
+    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
+    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
+    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+    connect(m_RefreshTimerShaderProperties, SIGNAL(timedOut()), this,
+        SLOT(onRefreshTimerShaderPropertiesTimeout()));
 }
 
 void OrvShaderView::registerShortcuts()

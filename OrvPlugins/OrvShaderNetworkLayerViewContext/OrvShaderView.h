@@ -86,12 +86,12 @@ private:
     QWidget* createInputsArea();
     void createToolBar();
     void addToolBarAction(const QString& Path);
-    void connectParts();
     /// What the user does in the list reaches the host; what a refresh does there must not.
     void connectList();
     void disconnectList();
     void connectHost();
-    void connectChanges();
+    void connectInputs();
+    void connectMenusAndTimers();
     void registerShortcuts();
 
     QList<OrvSnBaseNode*> listedNodes(const OrvShaderNetwork* pNetwork) const;

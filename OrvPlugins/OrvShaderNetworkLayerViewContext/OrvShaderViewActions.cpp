@@ -16,7 +16,6 @@
 #include "OrvCoreModules/Menus/OrvLateBindAction.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
-#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
@@ -128,7 +127,6 @@ OrvShaderViewActions& OrvShaderViewActions::instance()
 
 OrvShaderViewActions::OrvShaderViewActions()
 {
-    showListShortcuts();
     OrvMenuManager& Menus = OrvMenuManager::instance();
     const auto separate = [&Menus] { Menus.addSeparator(MainWindowName, ShadersMenuTitle, QString()); };
     m_AddShaderAction = createSubMenuAction(QStringLiteral("Add New Shader"), LayerShaderNodeType);
@@ -169,20 +167,6 @@ QAction* OrvShaderViewActions::createAction(const QString& Text, const char* pIc
     OrvMenuManager::instance().registerAction(MainWindowName, ShadersMenuTitle, QString(),
         new OrvLateBindAction(ShadersPath + Separator + Text, this), QString(), QString());
     return pAction;
-}
-
-void OrvShaderViewActions::showListShortcuts()
-{
-    // The keys answer in the list of shaders alone, elsewhere they mean something else; the menus show them
-    // all the same.
-    const auto show = [](const char* pText, const char* pSlot) {
-        OrvShortcutManager::instance().showWidgetShortcut(
-            ShadersPath + Separator + QLatin1String(pText), QStringLiteral("Shaders"), pSlot);
-    };
-    show("Remove Shader", SLOT(removeShader()));
-    show("Cut", SLOT(cut()));
-    show("Copy", SLOT(copy()));
-    show("Paste", SLOT(paste()));
 }
 
 QAction* OrvShaderViewActions::createCommand(const QString& Text, const char* pIcon, const char* pSlot)

@@ -42,7 +42,6 @@ private:
     QAction* createCommand(const QString& Text, const char* pIcon, const char* pSlot);
     QAction* createSubMenuAction(const QString& Text, const QString& Window);
     void createMaintenanceActions();
-    void showListShortcuts();
     void createEntries(const QStringList& Types, const QStringList& Windows);
     void followLayerMenu();
     void addShaderLayerOfType(const QString& Key);

@@ -5,6 +5,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 
+#include <QtCore/QPointer>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QVBoxLayout>
@@ -49,7 +50,8 @@ void OrvSharerListPopup::addSharer(const QString& Path, OrvSnBaseNode* pNode)
 {
     QListWidgetItem* pItem = new QListWidgetItem(Path, m_List);
     pItem->setToolTip(Path);
-    pItem->setData(Qt::UserRole, QVariant::fromValue<QObject*>(pNode));
+    // The project may close under the list; the item then stands for nothing.
+    pItem->setData(Qt::UserRole, QVariant::fromValue(QPointer<QObject>(pNode)));
     m_HasSharers = true;
 }
 

@@ -1,6 +1,7 @@
 #include "Tests/Orvi/OrvTestAnswers.h"
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
@@ -98,6 +99,22 @@ void chooseType(const OrvShaderInputActionsConvertDialog& Dialog, GLenum Depth)
 {
     auto* pType = Dialog.findChild<QComboBox*>(QString(), Qt::FindDirectChildrenOnly);
     pType->setCurrentIndex(pType->findData(uint(Depth)));
+}
+
+/// The warnings that come up, "Title: text", and are agreed to.
+QStringList warnings(const std::function<void()>& Run)
+{
+    QString Title;
+    QTimer Look;
+    QObject::connect(&Look, &QTimer::timeout, [&Title] {
+        if (const QWidget* pBox = QApplication::activeModalWidget())
+            Title = pBox->windowTitle();
+    });
+    Look.start(1);
+    QStringList Texts = answering("OK", Run);
+    for (QString& Text : Texts)
+        Text.prepend(Title + ": ");
+    return Texts;
 }
 
 /// What a channel is like when a command meets it.
@@ -286,6 +303,88 @@ private Q_SLOTS:
         QCOMPARE(OrvTestProject::document(), Document);
     }
 
+    /// Precision is widened before, and narrowed after, the colour space changes.
+    void depthsComeFirstOrLast_data()
+    {
+        QTest::addColumn<int>("From");
+        QTest::addColumn<int>("To");
+        QTest::addColumn<QString>("First");
+        QTest::newRow("8 bits to half") << int(GL_UNSIGNED_BYTE) << int(GL_HALF_FLOAT) << "depth";
+        QTest::newRow("8 bits to float") << int(GL_UNSIGNED_BYTE) << int(GL_FLOAT) << "depth";
+        QTest::newRow("half to float") << int(GL_HALF_FLOAT) << int(GL_FLOAT) << "depth";
+        QTest::newRow("half to 8 bits") << int(GL_HALF_FLOAT) << int(GL_UNSIGNED_BYTE) << "space";
+        QTest::newRow("float to half") << int(GL_FLOAT) << int(GL_HALF_FLOAT) << "space";
+        QTest::newRow("float to 8 bits") << int(GL_FLOAT) << int(GL_UNSIGNED_BYTE) << "space";
+    }
+    void depthsComeFirstOrLast()
+    {
+        QFETCH(int, From);
+        QFETCH(int, To);
+        QFETCH(QString, First);
+        OrvShaderInput* pChannel = OrvTestProject::addChannel("Converted", QSize(16, 16), GLenum(From));
+        m_Project->paint("Paint", OrvColor::white(), pChannel);
+        channels().makeShaderInputCurrent(pChannel, true);
+        QStringList Order;
+        connect(pChannel, &OrvShaderInput::imageSetDepthChanged, this, [&Order] { Order.append("depth"); });
+        connect(pChannel, &OrvShaderInput::colorSpaceConfigChanged, this, [&Order, pChannel] {
+            if (pChannel->colorSpaceConfig().colorSpace() == OrvColorManager::acesCg())
+                Order.append("space");
+        });
+        convertAs([&](OrvShaderInputActionsConvertDialog& Dialog) {
+            const QWidget* pColors = Dialog.findChildren<OrvColorSpaceControlet*>().first();
+            auto* pStored = pColors->findChildren<QComboBox*>().first();
+            pStored->setCurrentIndex(pStored->findData(OrvColorManager::acesCg()));
+            Q_EMIT pStored->activated(pStored->currentIndex());
+            chooseType(Dialog, GLenum(To));
+            press(&Dialog, "Convert");
+        });
+        QCOMPARE(pChannel->imageSetDepth(), GLenum(To));
+        QCOMPARE(pChannel->colorSpaceConfig().colorSpace(), OrvColorManager::acesCg());
+        QCOMPARE(Order.count("depth"), 1);
+        QCOMPARE(Order.first(), First);
+    }
+
+    void unknownDepthsAreReportedAndLeft()
+    {
+        constexpr GLenum UnknownDepth = 0x1403;
+        m_Project->channel()->channelNode()->setDepth(int(UnknownDepth));
+        const auto convertTo = [](GLenum Depth) {
+            convertAs([Depth](OrvShaderInputActionsConvertDialog& Dialog) {
+                if (Depth)
+                    chooseType(Dialog, Depth);
+                press(&Dialog, "Convert");
+            });
+        };
+        const Reports Told;
+        convertTo(0);
+        QCOMPARE(m_Project->channel()->imageSetDepth(), UnknownDepth);
+        convertTo(GL_HALF_FLOAT);
+        QCOMPARE(m_Project->channel()->imageSetDepth(), GLenum(GL_HALF_FLOAT));
+        QCOMPARE(Told.Texts.filter("[ !! ] Unknown type : 0x1403").size(), 2);
+    }
+
+    void convertDialogTellsOfABrokenColorConfiguration()
+    {
+        const auto told = [] {
+            QStringList Labels;
+            convertAs([&Labels](OrvShaderInputActionsConvertDialog& Dialog) {
+                for (const QLabel* pLabel : Dialog.findChildren<QLabel*>())
+                    Labels.append(pLabel->text());
+            });
+            return Labels.filter("colour configuration");
+        };
+        QVERIFY(told().isEmpty());
+        const QString File = m_Directory.filePath("missing.ocio");
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("missing\\.ocio"));
+        qputenv("OCIO", QFile::encodeName(File));
+        OrvColorManager::reloadConfiguration();
+        const QStringList Texts = told();
+        qunsetenv("OCIO");
+        OrvColorManager::reloadConfiguration();
+        QCOMPARE(Texts.size(), 1);
+        QVERIFY(Texts.first().contains(File));
+    }
+
     void convertAllTakesLockedLayersAlong()
     {
         OrvLayer* pLocked = m_Project->paint("Locked");
@@ -347,6 +446,22 @@ private Q_SLOTS:
         QVERIFY(OrvLayerStreamUtils::groupStack(m_Project->layer("Shows")));
     }
 
+    void lockedChannelStaysAndSaysSo()
+    {
+        m_Project->channel()->setLocked(true);
+        QStringList Told;
+        const auto Connection = connect(&OrvLayerManager::instance(), &OrvLayerManager::refused, this,
+            [&Told](const QString& Reason) { Told.append(Reason); });
+        const int Steps = history().count();
+        for (const char* pCommand : {"Remove Channel", "Cut", "Flatten"})
+            action(pCommand)->trigger();
+        disconnect(Connection);
+        QCOMPARE(Told, QStringList({"'Diffuse' is locked or cached", "'Diffuse' is locked or cached",
+                           "'Diffuse' is locked or cached"}));
+        QCOMPARE(channels().currentShaderInput(), m_Project->channel());
+        QCOMPARE(history().count(), Steps);
+    }
+
     void keysOfTheTreeCutCopyAndPaste()
     {
         OrvShaderInputView* pView = OrvLayerViewContextManager::instance().shaderInputView();
@@ -391,8 +506,8 @@ private Q_SLOTS:
         const QByteArray Document = OrvTestProject::document();
         const QString Warning("This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. Please "
                               "convert all Multi-Channel Layers to standard Layers first.");
-        QCOMPARE(answering("OK", [] { action("Cut")->trigger(); }), QStringList(Warning));
-        QCOMPARE(answering("OK", [] { action("Copy")->trigger(); }), QStringList(Warning));
+        QCOMPARE(warnings([] { action("Cut")->trigger(); }), QStringList("Cut Operation Failed: " + Warning));
+        QCOMPARE(warnings([] { action("Copy")->trigger(); }), QStringList("Copy Operation Failed: " + Warning));
         QVERIFY(answering("Flatten", [] { action("Flatten")->trigger(); }).isEmpty());
         action("Paste")->trigger();
         QCOMPARE(OrvTestProject::document(), Document);
@@ -412,8 +527,8 @@ private Q_SLOTS:
         auto* pData = new QMimeData;
         pData->setData("application/x-orvi-channel-clipboard", "rubbish");
         QGuiApplication::clipboard()->setMimeData(pData);
-        const QStringList Texts = answering("OK", [] { action("Paste")->trigger(); });
-        QCOMPARE(Texts, QStringList("The channel on the clipboard is damaged"));
+        QCOMPARE(warnings([] { action("Paste")->trigger(); }),
+            QStringList("Layer Operation Failed: The channel on the clipboard is damaged"));
         QGuiApplication::clipboard()->clear();
         QVERIFY(answering("OK", [] { action("Paste")->trigger(); }).isEmpty());
     }

@@ -1,7 +1,12 @@
+#include "Tests/Orvi/OrvTestAnswers.h"
+
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -10,12 +15,17 @@
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Widgets/OrvColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
+#include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvDdi/Image/OrvChannel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
@@ -32,7 +42,9 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QListWidget>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolBar>
 #include <QtWidgets/QToolButton>
@@ -79,6 +91,13 @@ private Q_SLOTS:
         QTRY_COMPARE(rows(), QStringList({"Alpha", "Bump", "Diffuse"}));
         OrvUndoManager::instance().undo();
         QTRY_COMPARE(rows(), QStringList({"Bump", "Diffuse", "gloss"}));
+
+        OrvShaderInput* pTwin = addChannel(QStringLiteral("Twin"));
+        pTwin->node()->setName(QStringLiteral("Bump"));
+        QTRY_COMPARE(rows(), QStringList({"Bump", "Bump", "Diffuse", "gloss"}));
+        QVERIFY(m_View->model()->index(0, 0).data(OrvShaderInputModel::NodeRole)
+            != m_View->model()->index(1, 0).data(OrvShaderInputModel::NodeRole));
+        QCOMPARE(m_Tree->sizeHint(), QSize(50, 40));
 
         OrvProjectManager::instance().closeProject();
         QTRY_COMPARE(m_View->model()->rowCount(), 0);
@@ -207,7 +226,13 @@ private Q_SLOTS:
         QCOMPARE(mainStack(), pQuick);
         QTRY_COMPARE(propertyNode(), pQuick->node());
 
+        const auto title = [this] {
+            const auto* pGroup = m_View->findChild<OrvPropertyView*>()->findChild<OrvExpandableListWidget*>();
+            return pGroup->title();
+        };
+        QCOMPARE(title(), QStringLiteral("Channel : Quick Channel"));
         editName("Quick Channel", QStringLiteral("Mask of rust"));
+        QCOMPARE(title(), QStringLiteral("Channel : Mask of rust"));
         QTRY_COMPARE(rows(), QStringList({"Mask of rust"}));
         QToolBar* pToolBar = m_View->findChild<QToolBar*>();
         QTest::mouseClick(pToolBar->widgetForAction(pToolBar->actions().first()), Qt::LeftButton);
@@ -304,13 +329,16 @@ private Q_SLOTS:
 
     void quickChannelNeedsAnObject()
     {
-        OrvProjectManager::instance().closeProject();
+        OrvShaderNetwork* pNetwork = networkOfTest();
+        OrvShaderNetworkManager::instance().setCurrentShaderNetwork(nullptr);
         QStringList Messages;
         OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
-        m_View->quickChannel(OrvColor::white(), OrvColorSpaceDefaults::Picker);
+        QTest::mouseClick(m_View->findChildren<OrvColorSwatch*>().at(1), Qt::LeftButton);
         OrvSetDebugSink({});
         QCOMPARE(Messages, QStringList("Cannot get a handle to the network"));
-        QTRY_COMPARE(m_View->model()->rowCount(), 0);
+        QVERIFY(channels().getShaderInputsFromNetwork(pNetwork).isEmpty());
+        QVERIFY(!OrvUndoManager::instance().stack()->canUndo());
+        OrvShaderNetworkManager::instance().setCurrentShaderNetwork(pNetwork);
     }
 
     void materialStacksAreNotListed()
@@ -398,6 +426,9 @@ private Q_SLOTS:
             "gone:" + pMime->data(OrvLayerDragPayload::mimeType()).split(':').first());
 
         QVERIFY(!pModel->dropMimeData(pMime.get(), Qt::CopyAction, -1, -1, {}));
+        QTest::keyPress(m_Tree, Qt::Key_Shift, Qt::ShiftModifier);
+        QVERIFY(!pModel->dropMimeData(pMime.get(), Qt::LinkAction, -1, -1, {}));
+        QTest::keyRelease(m_Tree, Qt::Key_Shift);
         QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 2);
         QTest::keyPress(m_Tree, Qt::Key_Alt, Qt::AltModifier);
         QVERIFY(!pModel->dropMimeData(pMime.get(), Qt::MoveAction, -1, -1, {}));
@@ -412,11 +443,8 @@ private Q_SLOTS:
     void shiftDropSharesLayersAsChannels()
     {
         OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
-        const auto addLayer = [pDiffuse](const QString& Name) {
-            return pDiffuse->createPaintableLayer(OrvLayerCreateFlags(), nullptr, Name, OrvColor::white());
-        };
-        OrvLayer* pDirt = addLayer(QStringLiteral("Dirt"));
-        OrvLayer* pRust = addLayer(QStringLiteral("Rust"));
+        OrvLayer* pDirt = addLayer(pDiffuse, "Dirt");
+        OrvLayer* pRust = addLayer(pDiffuse, "Rust");
         m_View->refresh();
         QMimeData Mime;
         OrvLayerDragPayload::write(
@@ -426,6 +454,7 @@ private Q_SLOTS:
             QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
             QTest::keyRelease(m_Tree, Key);
         };
+        QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
         drop(Qt::Key_Alt, Qt::AltModifier);
         QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 1);
         drop(Qt::Key_Shift, Qt::ShiftModifier);
@@ -448,6 +477,166 @@ private Q_SLOTS:
         QVERIFY(!pInvert->isPaintComponentShared());
     }
 
+    void layersOfSeveralChannelsAreNeitherSharedNorDuplicated()
+    {
+        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
+        OrvShaderInput* pGloss = addChannel(QStringLiteral("Gloss"));
+        OrvShaderInput* pPlain = addChannel(QStringLiteral("Plain"));
+        OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/MetallicRoughness", true);
+        QVERIFY(pShader && pShader->setInputShaderInput("Base Color", pDiffuse));
+        QVERIFY(pShader->setInputShaderInput("Roughness", pGloss));
+        QString Error;
+        OrvLayer* pCommon
+            = OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(pShader, pDiffuse->bottomNode(), Error);
+        QVERIFY2(pCommon, qPrintable(Error));
+        OrvLayer* pDirt = addLayer(pDiffuse, "Dirt");
+        OrvLayer* pRust = addLayer(pDiffuse, "Rust");
+        m_View->refresh();
+        QMimeData Mime;
+        const auto drop = [&](const QList<OrvSnBaseNode*>& Nodes, Qt::Key Key, Qt::KeyboardModifier Modifier) {
+            QStringList Uuids;
+            for (const OrvSnBaseNode* pNode : Nodes)
+                Uuids.append(pNode->uuidString());
+            OrvLayerDragPayload::write(Mime, Uuids);
+            QTest::keyPress(m_Tree, Key, Modifier);
+            const QStringList Told = answering(
+                "OK", [&] { m_View->model()->dropMimeData(&Mime, Qt::IgnoreAction, -1, -1, {}); });
+            QTest::keyRelease(m_Tree, Key);
+            return Told;
+        };
+        // It ends the drop; what comes after it stays.
+        QVERIFY(drop({pDirt->blendNode(), pCommon->blendNode(), pRust->blendNode()}, Qt::Key_Shift,
+            Qt::ShiftModifier)
+                    .isEmpty());
+        QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Gloss", "Plain"}));
+        QCOMPARE(drop({pDiffuse->node(), pPlain->node()}, Qt::Key_Alt, Qt::AltModifier),
+            QStringList("This Channel contains Multi-Channel Layers and cannot be duplicated, cut, copied or pasted. "
+                        "Please convert all Multi-Channel Layers to standard Layers first."));
+        QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Gloss", "Plain", "Plain Copy"}));
+    }
+
+    void marksFollowTheChannel()
+    {
+        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Other"));
+        m_View->refresh();
+        QApplication::processEvents();
+        const QList<QLabel*> Marks = rowWidget("Diffuse")->findChildren<QLabel*>();
+        QCOMPARE(Marks.size(), 2);
+        const auto depthMark = [&] { return Marks.first()->pixmap(Qt::ReturnByValue); };
+        const QImage Bytes = depthMark().toImage();
+        QVERIFY(!Bytes.isNull() && !Marks.last()->pixmap(Qt::ReturnByValue).isNull());
+        QVERIFY(pChannel->convertDepthTo(GL_FLOAT, OrvShaderInput::FreeImages));
+        QVERIFY(!depthMark().isNull() && depthMark().toImage() != Bytes);
+        pChannel->channelNode()->setDepth(0x1403);
+        QVERIFY(depthMark().isNull());
+
+        // Who shares the channel is seen at once, also when it is undone.
+        const QToolButton* pShared = button("Diffuse", "Show the layers that share the channel");
+        QVERIFY(!pShared->isVisible());
+        OrvUndoManager::instance().clear();
+        QVERIFY(share(pChannel, pOther, "Shows"));
+        QTRY_VERIFY(pShared->isVisible());
+        OrvUndoManager::instance().undo();
+        QTRY_VERIFY(!pShared->isVisible());
+        OrvUndoManager::instance().redo();
+        QTRY_VERIFY(pShared->isVisible());
+    }
+
+    void sharersAreListedAndGoneTo()
+    {
+        OrvShaderInput* pDirt = addChannel(QStringLiteral("Dirt"));
+        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
+        OrvLayer* pSharer = share(pDirt, pDiffuse, "Shows");
+        channels().makeShaderInputCurrent(pDirt, true);
+        m_View->refresh();
+        QApplication::processEvents();
+        QTest::mouseClick(button("Dirt", "Show the layers that share the channel"), Qt::LeftButton);
+        QWidget* pPopup = QApplication::activePopupWidget();
+        QVERIFY(pPopup);
+        auto* pList = pPopup->findChild<QListWidget*>();
+        QCOMPARE(pList->count(), 2);
+        QCOMPARE(pList->item(0)->text(), QStringLiteral("Shared By :"));
+        QCOMPARE(pList->item(1)->text(), pSharer->path(true));
+        QTest::mouseClick(pList->viewport(), Qt::LeftButton, Qt::NoModifier,
+            pList->visualItemRect(pList->item(1)).center());
+        QCOMPARE(OrvLayerManager::instance().currentLayer(networkOfTest()), pSharer);
+        QCOMPARE(channels().currentShaderInput(), pDiffuse);
+    }
+
+    void lockAroundASharedChannelIsAskedFor_data()
+    {
+        QTest::addColumn<QString>("Button");
+        QTest::addColumn<bool>("Unlocked");
+        QTest::newRow("yes") << "Yes" << true;
+        QTest::newRow("no") << "No" << false;
+        QTest::newRow("cancel") << "Cancel" << false;
+    }
+    void lockAroundASharedChannelIsAskedFor()
+    {
+        QFETCH(QString, Button);
+        QFETCH(bool, Unlocked);
+        OrvShaderInput* pDirt = addChannel(QStringLiteral("Dirt"));
+        OrvLayer* pSharer = share(pDirt, addChannel(QStringLiteral("Diffuse")), "Shows");
+        pDirt->setLocked(true);
+        pSharer->setLocked(true);
+        pSharer->blendNode()->setCacheActive(OrvSnCacheActive);
+        m_View->refresh();
+        QApplication::processEvents();
+        OrvUndoManager::instance().clear();
+        const QStringList Questions
+            = answering(Button, [this] { QTest::mouseClick(lockButton("Dirt"), Qt::LeftButton); });
+        QCOMPARE(Questions,
+            QStringList("This channel is locked because this is shared into a layer whose ancestors are locked and/or "
+                        "cached. Unlocking this channel will remove the lock and/or cache. Would you like to unlock "
+                        "this channel"));
+        QCOMPARE(!pDirt->isLocked(), Unlocked);
+        QCOMPARE(!pSharer->isLocked(), Unlocked);
+        QCOMPARE(pDirt->isModifiable(), Unlocked);
+        QCOMPARE(lockButton("Dirt")->isChecked(), !Unlocked);
+        QCOMPARE(OrvUndoManager::instance().stack()->count(), Unlocked ? 1 : 0);
+        if (!Unlocked)
+            return;
+        OrvUndoManager::instance().undo();
+        QVERIFY(pDirt->isLocked() && pSharer->isLocked());
+        QCOMPARE(pSharer->blendNode()->cacheActive(), OrvSnCacheActive);
+    }
+
+    void anEmptyStackIsShownInTheGraph()
+    {
+        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
+        m_View->refresh();
+        QApplication::processEvents();
+        QToolButton* pButton = button("Diffuse", "Open the channel's layer stack");
+        const auto shows = [pButton](const char* pFile) {
+            return pButton->icon().pixmap(16).toImage()
+                == OrvIcon::createIconFromFilename(QLatin1String(pFile)).pixmap(16).toImage();
+        };
+        QSignalSpy Focused(
+            &OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeFocusRequested);
+        QVERIFY(shows("NodeGraph.16x16.png"));
+        QTest::mouseClick(pButton, Qt::LeftButton);
+        QCOMPARE(Focused.size(), 1);
+        QCOMPARE(Focused.first().first().value<OrvSnBaseNode*>(), pChannel->node());
+
+        addLayer(pChannel, "Dirt");
+        QTRY_VERIFY(shows("Channel.16x16.png"));
+        const auto stackViews = [pChannel] {
+            int Count = 0;
+            for (const QWidget* pWidget : QApplication::allWidgets()) {
+                const auto* pView = qobject_cast<const OrvLayerView*>(pWidget);
+                Count += pView && pView->layerStack() == pChannel;
+            }
+            return Count;
+        };
+        const int Before = stackViews();
+        QTest::mouseClick(pButton, Qt::LeftButton);
+        QCOMPARE(Focused.size(), 1);
+        QCOMPARE(stackViews(), Before + 1);
+        OrvUndoManager::instance().undo();
+        QTRY_VERIFY(shows("NodeGraph.16x16.png"));
+    }
+
     void restingDragSwitchesTheChannel()
     {
         addChannel(QStringLiteral("A"));
@@ -459,6 +648,13 @@ private Q_SLOTS:
         const QPoint OnName = pRow->mapTo(m_Tree->viewport(), QPoint(8, pRow->height() / 2));
         const QPoint OnHotSpot = pRow->mapTo(m_Tree->viewport(), pRow->dragTargetGeometry().center());
 
+        // Who goes on before the time is up chooses nothing.
+        const OrvShaderInput* pA = channels().currentShaderInput();
+        dragTo(OnName);
+        QTest::qWait(200);
+        QCursor::setPos(m_Tree->viewport()->mapToGlobal(m_Tree->viewport()->rect().bottomLeft()));
+        QTest::qWait(400);
+        QCOMPARE(channels().currentShaderInput(), pA);
         dragTo(OnName);
         QTest::qWait(200);
         QVERIFY(channels().currentShaderInput() != pB);
@@ -487,8 +683,12 @@ private Q_SLOTS:
     {
         for (const char* pName : {"Bump", "Diffuse", "Displacement", "Specular Roughness of the clear coat"})
             addChannel(QLatin1String(pName));
-        m_View->refresh();
-        QApplication::processEvents();
+        addChannel(QString(200, 'W'));
+        // Once they were seen, rows tell how large they would like to be.
+        for (int Time = 0; Time < 2; ++Time) {
+            m_View->refresh();
+            QApplication::processEvents();
+        }
         for (const QString& Name : rows()) {
             const OrvShaderInputViewItemRowWidget* pRow = rowWidget(Name);
             QCOMPARE(pRow->height(), int(OrvShaderInputViewItemRowWidget::RowHeight));
@@ -519,6 +719,26 @@ private:
     static OrvShaderInput* addChannel(const QString& Name)
     {
         return OrvShaderInputUtils::create(networkOfTest(), Name, QSize(256, 256), GL_UNSIGNED_BYTE);
+    }
+
+    static OrvLayer* addLayer(OrvShaderInput* pChannel, const QString& Name)
+    {
+        return pChannel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, Name, OrvColor::white());
+    }
+    /// A layer of the other channel that shows the channel.
+    static OrvLayer* share(const OrvShaderInput* pChannel, const OrvShaderInput* pOther, const QString& Name)
+    {
+        return OrvLayerManager::instance().getLayer(OrvLayerStreamUtils::createLayerNodeAfter(
+                                                        pOther->topNode(), pChannel->node(), Name, QString(), true),
+            true);
+    }
+    QToolButton* button(const QString& Row, const QString& ToolTip) const
+    {
+        for (QToolButton* pButton : rowWidget(Row)->findChildren<QToolButton*>()) {
+            if (pButton->toolTip() == ToolTip)
+                return pButton;
+        }
+        return nullptr;
     }
 
     QStringList rows() const

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "Tests/Support/OrvTestProject.h"
 
@@ -20,7 +21,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 #include <QtWidgets/QDialog>
@@ -54,7 +54,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
         OrvApplication::appInstance().setInitialized(true);
         OrvShaderInputActions::instance();
@@ -598,7 +597,7 @@ private:
         return Enabled.join(QLatin1Char(','));
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QTimer m_BoxTimer;
     QStringList m_Messages;
     OrvLayerView* m_View = nullptr;

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "Tests/Support/OrvTestProject.h"
 
@@ -17,7 +18,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtCore/QUuid>
@@ -39,7 +39,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
         connect(&m_BoxTimer, &QTimer::timeout, this, &TstLayerDrops::answerBox);
         m_BoxTimer.start(0);
@@ -806,7 +805,7 @@ private:
         return Text;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QTimer m_BoxTimer;
     QStringList m_Boxes, m_Messages;
     std::unique_ptr<OrvTestProject> m_Project;

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -11,7 +12,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewKindFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewNameFilter.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
@@ -30,7 +30,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
     }
     void cleanupTestCase() { OrvSetDebugSink({}); }
@@ -435,7 +434,7 @@ private:
         return Names;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QStringList m_Messages;
     std::unique_ptr<OrvLayerView> m_View;
     OrvShaderInput* m_Channel = nullptr;

@@ -1,5 +1,6 @@
 #include "LayersFixture.h"
 #include "LayersPaletteFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCoreModules/Widgets/OrvComboBox.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
@@ -15,7 +16,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolButton>
@@ -33,7 +33,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         m_View = showLayersPalette(QSize(1000, 800));
         QVERIFY(m_View);
     }
@@ -447,7 +446,7 @@ private:
         QCOMPARE(visible(), Now);
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvLayerView* m_View = nullptr;
     OrvShaderInput* m_Channel = nullptr;
     QList<OrvLayer*> m_Layers;

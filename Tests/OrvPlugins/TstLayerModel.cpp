@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
@@ -11,7 +12,6 @@
 
 #include <QtCore/QMimeData>
 #include <QtCore/QRandomGenerator>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QPushButton>
 
@@ -27,7 +27,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
     }
 
     void init()
@@ -333,7 +332,7 @@ private:
             m_View->treeView()->indexWidget(pModel->index(pModel->rowCount() - 1, 0)));
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<OrvLayerView> m_View;
     OrvShaderInput* m_Channel = nullptr;
 };

@@ -1,13 +1,18 @@
 #include "LayersFixture.h"
 
+#include "OrvCore/Shaders/OrvLayerShader.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QPushButton>
@@ -102,6 +107,28 @@ private Q_SLOTS:
         pLayer->setLocked(false);
         QTRY_VERIFY(
             nameEdit(*m_View->findChild<OrvLayerPropertyDialog*>(), QStringLiteral("Rust"))->isEnabled());
+    }
+
+    void shaderLayersShowTheirInputs()
+    {
+        OrvShaderInput* pMaterial = OrvShaderInputUtils::createShaderInput(true);
+        OrvLayerShaderManager::instance().setLayerShaderCreating(true);
+        OrvLayerShader* pShader
+            = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/MetallicRoughness"), false);
+        OrvLayer* pLayer = pMaterial->createShaderLayer(pShader, OrvLayerCreateFlags());
+        OrvLayerShaderManager::instance().setLayerShaderCreating(false);
+        m_View->setLayerStack(pMaterial);
+        const OrvLayerPropertyDialog* pDialog = open(pLayer);
+        const QList<OrvShaderInputRow*> Rows = pDialog->findChildren<OrvShaderInputRow*>();
+        QCOMPARE(Rows.size(), pShader->inputNames().size());
+        QTest::mouseClick(Rows.first()->invertBox(), Qt::LeftButton);
+        QVERIFY(pShader->isInputInverted(Rows.first()->inputName()));
+        QTest::mouseClick(Rows.first()->enableBox(), Qt::LeftButton);
+        QVERIFY(!pShader->isInputEnabled(Rows.first()->inputName()));
+        pLayer->setLocked(true);
+        QTRY_VERIFY(!Rows.first()->isEnabled());
+        pLayer->setLocked(false);
+        QTRY_VERIFY(Rows.first()->isEnabled());
     }
 
     void dialogGoesWithTheUserOrWithItsLayer()

@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
@@ -19,7 +20,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -44,7 +44,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         // Icons are compared below.
         OrvSettings().setValue(QStringLiteral("LayerView/Thumbnails"), false);
         OrvShaderInputActions::instance();
@@ -389,6 +388,7 @@ private Q_SLOTS:
         pLayer->convertMaskToMaskStack();
         addAdjustmentStack(pLayer);
         refresh();
+        QCOMPARE(maskStackButton(pLayer)->objectName(), QStringLiteral("LayerStackPopupButton"));
         QTest::mouseClick(maskStackButton(pLayer), Qt::LeftButton);
         QCOMPARE(shownStacks(), QSet<OrvLayerStack*>{pLayer->maskStack()});
         QTest::mouseClick(adjustmentButton(pLayer), Qt::LeftButton);
@@ -773,7 +773,7 @@ private:
         });
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvLayerView* m_View = nullptr;
     OrvShaderInput* m_Channel = nullptr;
     QStringList m_Messages;

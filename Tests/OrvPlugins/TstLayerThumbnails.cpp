@@ -1,9 +1,11 @@
 #include "LayersFixture.h"
 #include "LayersPaletteFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
@@ -15,7 +17,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 #include <memory>
@@ -43,7 +44,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         m_View = showLayersPalette(QSize(1000, 800));
         QVERIFY(m_View);
     }
@@ -82,6 +82,35 @@ private Q_SLOTS:
         pImages->replace(OrvUdimLayout({64, 32}), pImages->format(), OrvColor(1, 0, 0), {});
         QTRY_COMPARE(colorAt(button(pLayer), 8, 8), Red);
         QCOMPARE(picture(button(pLayer)).pixelColor(8, 2).alpha(), 0);
+    }
+
+    void colorsAreShownOutOfTheirSpace()
+    {
+        OrvLayer* pUniform = m_Channel->createPaintableLayer(
+            OrvLayerCreateFlags(), nullptr, QStringLiteral("Uniform"), OrvColor(0, 1, 0));
+        OrvLayer* pPainted = m_Channel->createPaintableLayer(
+            OrvLayerCreateFlags(), nullptr, QStringLiteral("Painted"), OrvColor::clear());
+        paint(pPainted->paintImageSet(), OrvColor(0, 1, 0), pPainted->paintImageSet()->extent());
+        const auto bothShow = [&](bool IsGreen) {
+            for (const OrvLayer* pLayer : {pUniform, pPainted}) {
+                const QColor Shown = colorAt(button(pLayer), 8, 8);
+                if ((Shown.red() < 12 && Shown.blue() < 12 && Shown.green() > 243) != IsGreen)
+                    return false;
+            }
+            return true;
+        };
+        showRows();
+        QTRY_VERIFY(bothShow(true));
+        QVERIFY(m_Channel->convertColorSpaceTo(OrvColorManager::acesCg(), OrvShaderInput::FreeImages));
+        QTest::qWait(3 * OrvLayerThumbnail::RestInterval);
+        QTRY_VERIFY(bothShow(true));
+        // The numbers alone are no green.
+        OrvColorSpaceConfig Config = m_Channel->colorSpaceConfig();
+        Config.setColorSpace(OrvColorSpaceConfig::NativeSpace, OrvColorManager::linear());
+        m_Channel->setColorSpaceConfig(Config, true);
+        QTRY_VERIFY(bothShow(false));
+        OrvUndoManager::instance().undo();
+        QTRY_VERIFY(bothShow(true));
     }
 
     void maskIsGreyWhileItCounts()
@@ -136,7 +165,7 @@ private Q_SLOTS:
             OrvUdimLayout({64, 64}), pKept->paintImageSet()->format(), OrvColor(1, 0, 0));
         pImages->buffer();
         auto Thumbnail = OrvLayerThumbnails::instance().thumbnail(pImages.get());
-        OrvLayerThumbnails::instance().read(Thumbnail, pImages->buffer(), 16);
+        OrvLayerThumbnails::instance().read(Thumbnail, pImages->buffer(), OrvColorManager::linear(), 16);
         Thumbnail.reset();
         pImages.reset();
         QTest::qWait(50);
@@ -185,7 +214,7 @@ private Q_SLOTS:
         Pixels.fill(OrvColor(1, 0, 0), QRect(1000, 1030, 200, 64));
         QElapsedTimer Timer;
         Timer.start();
-        const QImage Picture = OrvLayerThumbnailPicture::ofPixels(Pixels, 16);
+        const QImage Picture = OrvLayerThumbnailPicture::ofPixels(Pixels, OrvColorManager::linear(), 16);
         qInfo("4096 x 4096: %.1f ms", double(Timer.nsecsElapsed()) / 1e6);
         QVERIFY(Timer.elapsed() < 100);
         QVERIFY(Picture.pixelColor(4, 4).red() > Picture.pixelColor(4, 4).green());
@@ -216,7 +245,7 @@ private:
         return picture(pButton).pixelColor(X, Y);
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvLayerView* m_View = nullptr;
     OrvShaderInput* m_Channel = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "LayersPaletteFixture.h"
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "Tests/Support/OrvTestProject.h"
 
@@ -9,7 +10,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
@@ -30,7 +30,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvDataBlockManager::instance().setCacheRoots({m_Directory.filePath(QStringLiteral("cache"))});
         m_pMain = showLayersPalette(QSize(1000, 700));
         QVERIFY(m_pMain);
@@ -248,7 +247,7 @@ private:
     }
 
     static constexpr Qt::DropActions AllActions = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QTimer m_BoxTimer;
     QStringList m_Boxes;
     std::unique_ptr<OrvTestProject> m_pProject;

@@ -1,5 +1,6 @@
 #include "LayersFixture.h"
 #include "LayersPaletteFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -20,7 +21,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QClipboard>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
@@ -46,7 +46,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         m_View = showLayersPalette(QSize(900, 800));
         QVERIFY(m_View);
         m_Tree = m_View->treeView();
@@ -781,7 +780,7 @@ private:
         return nullptr;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvLayerView* m_View = nullptr;
     OrvLayerTreeView* m_Tree = nullptr;
     OrvShaderInput* m_Channel = nullptr;

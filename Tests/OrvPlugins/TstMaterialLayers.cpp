@@ -1,3 +1,5 @@
+#include "SettingsDirectory.h"
+
 #include "Tests/OrvPlugins/LayersFixture.h"
 
 #include "Tests/Support/OrvTestProject.h"
@@ -18,7 +20,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtTest/QtTest>
@@ -40,7 +41,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvApplication::appInstance().setInitialized(true);
         OrvMultiChannelLayerCommands::installShaderChooser();
         m_Steel = OrvShelfDirectories::shipped() + QStringLiteral("/Materials/Rusted Steel.orvmat");
@@ -379,7 +379,7 @@ private:
         return Drop.isAccepted();
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QString m_Steel;
     OrvShaderInput *m_pBase = nullptr, *m_pRough = nullptr;
     OrvLayerShader* m_pShader = nullptr;

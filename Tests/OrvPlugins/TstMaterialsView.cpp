@@ -186,6 +186,34 @@ private Q_SLOTS:
         QCOMPARE(m_Tabs->count(), 2);
     }
 
+    void onlyShadersThatTakeMaterialsHaveTabs()
+    {
+        connectMaterial(1);
+        OrvLayerShader* pPlain = addShader("Shader/MetallicRoughness");
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+        QVERIFY(pPlain->setInputShaderInput(QStringLiteral("Base Color"), m_Project->channel()));
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+    }
+
+    /// A tab that is out of step shows whether the tabs were looked through.
+    void inputsOfSystemShadersDoNotMatter()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        const auto rebuildsAfterInputOf = [this, pSkin](OrvSnBaseNode* pNode) {
+            shaders().setCurrentShader(pNode);
+            const int Count = m_Tabs->count();
+            m_Tabs->setTabData(m_Tabs->addTab(QString()),
+                QVariant::fromValue(QPointer<QObject>(m_Project->channel())));
+            Q_EMIT pNode->inputNodeChanged(QStringLiteral("Any"), pSkin->node(), QString());
+            const bool IsRebuilt = m_Tabs->count() == Count;
+            m_View->onShaderTagsChanged(QString(), nullptr);
+            return IsRebuilt;
+        };
+        QVERIFY(rebuildsAfterInputOf(m_Shader->node()));
+        QVERIFY(!rebuildsAfterInputOf(shaders().getCurrentChannelShader(OrvTestProject::network())));
+        QCOMPARE(tabs(), QStringList({"Shaders"}));
+    }
+
     void rebuildWaitsForShadersThatAreBeingMade()
     {
         shaders().setLayerShaderCreating(true);

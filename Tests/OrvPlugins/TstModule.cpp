@@ -1,3 +1,5 @@
+#include "SettingsDirectory.h"
+
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
@@ -7,7 +9,6 @@
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 
 #include <QtCore/QPluginLoader>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 
@@ -19,7 +20,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message); });
         OrvMenuManager::instance().addMenuSet(QStringLiteral("Panel"));
         const QDir Directory(QString::fromLocal8Bit(qgetenv("ORV_PLUGINS")));
@@ -104,7 +104,7 @@ private:
             });
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QPluginLoader m_Loader;
     QStringList m_Steps;
     QVector<OrvDebugMessage> m_Messages;

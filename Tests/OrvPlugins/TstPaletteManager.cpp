@@ -1,4 +1,5 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
@@ -15,8 +16,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QUndoStack>
@@ -32,7 +33,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvDataBlockManager::instance().setCacheRoots({m_Directory.filePath(QStringLiteral("cache"))});
         OrvShaderInputActions::instance();
         OrvLayerActions::instance();
@@ -312,6 +312,21 @@ private Q_SLOTS:
         QCOMPARE(m_Messages.last(), QStringLiteral("Item is NULL"));
     }
 
+    void sharersThatAreGoneLeadNowhere()
+    {
+        QWidget Parent;
+        auto* pPopup = new OrvSharerListPopup(&Parent);
+        pPopup->addSharer(m_Channel->path(), m_Channel->node());
+        auto* pList = pPopup->findChild<QListWidget*>();
+        QCOMPARE(pList->item(0)->data(Qt::UserRole).value<QObject*>(), m_Channel->node());
+        pPopup->popup();
+        OrvProjectManager::instance().closeProject();
+        passEventLoop();
+        QCOMPARE(pList->item(0)->data(Qt::UserRole).value<QObject*>(), nullptr);
+        Q_EMIT pList->itemClicked(pList->item(0));
+        QCOMPARE(m_Messages.last(), QStringLiteral("Node is NULL"));
+    }
+
     void commandsGoToTheActiveView()
     {
         QCOMPARE(manager().layerView(), manager().mainLayerView());
@@ -419,7 +434,7 @@ private:
         m_Layer = m_Channel->layerList().first();
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvShaderInput* m_Channel = nullptr;
     OrvLayer* m_Layer = nullptr;
     QStringList m_Messages;

@@ -8,10 +8,12 @@
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Shaders/OrvShadingModel.h"
+#include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerShaderInputs.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
@@ -370,6 +372,16 @@ private Q_SLOTS:
         QVERIFY(!pShader->isInputEnabled(pRow->inputName()));
         OrvTestProject::undo();
         QVERIFY(pShader->isInputEnabled(pRow->inputName()));
+
+        // They stand by their shader, above what belongs to the mask.
+        QString Error;
+        QVERIFY2(pLayer->addMaskCustomProcedural(
+                     OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc"), Error),
+            qPrintable(Error));
+        QWidget Holder;
+        const auto Editors = m_LayerView->createPropertyWidgets(pLayer, &Holder);
+        QVERIFY(Editors.size() > 2);
+        QVERIFY(qobject_cast<OrvLayerShaderInputs*>(Editors.at(Editors.size() - 2)));
     }
 
     /// Whatever a command does is one step that undo takes back.

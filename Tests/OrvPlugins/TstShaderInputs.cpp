@@ -6,6 +6,7 @@
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCoreModules/Widgets/OrvColorSwatch.h"
+#include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
@@ -497,6 +498,22 @@ private Q_SLOTS:
         }
     }
 
+    /// Names that differ at their end alone are whole before there is much room for what feeds them.
+    void namesComeFirstInANarrowPalette()
+    {
+        addShader("Shader/LayeredMaterial");
+        QTRY_VERIFY(row("Material 4"));
+        OrvShaderInputsPane Pane(nullptr);
+        Pane.resize(240, 300);
+        Pane.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&Pane));
+        for (const OrvShaderInputRow* pRow : Pane.rows()) {
+            const auto* pName = pRow->findChild<OrvEditLabel*>();
+            if (pRow->inputName().startsWith(QLatin1String("Material")))
+                QVERIFY2(pName->width() >= pName->sizeHint().width(), qPrintable(pRow->inputName()));
+        }
+    }
+
     void tabVisitsThePartsInOrder()
     {
         addShader(Unlit);
@@ -651,7 +668,11 @@ private:
         QMimeData Mime;
         OrvLayerDragPayload::write(Mime, Uuids);
         // What lies under the mouse is asked first: a slider, a swatch that takes colours, a button.
-        QWidget* pPart = row(InputName)->childAt(row(InputName)->rect().center());
+        QWidget* pPart = row(InputName)->valueEditor();
+        if (!pPart)
+            pPart = row(InputName)->channelButton();
+        if (QWidget* pInside = pPart->childAt(pPart->rect().center()))
+            pPart = pInside;
         const QPoint Position = pPart->rect().center();
         constexpr Qt::DropActions Actions = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
         QDragEnterEvent Enter(Position, Actions, &Mime, Qt::LeftButton, Qt::NoModifier);

@@ -21,6 +21,7 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QUndoStack>
@@ -210,6 +211,30 @@ private Q_SLOTS:
         drop(Mime);
         QCOMPARE(OrvTestProject::document(), Shaders);
         QVERIFY(m_Messages.isEmpty());
+    }
+
+    /// They come as last rows, in the order in which they were carried.
+    void aDropOfSeveralLayersIsOneStep()
+    {
+        addShader(QStringLiteral("Paper"));
+        OrvShaderInput* pMaterial = addMaterialChannel();
+        OrvLayer* pVarnish = addShaderLayer(pMaterial, QStringLiteral("Varnish"));
+        OrvLayer* pDirt = addShaderLayer(pMaterial, QStringLiteral("Dirt"));
+        pVarnish->shaderNode()->setName(QStringLiteral("Gloss"));
+        pDirt->shaderNode()->setName(QStringLiteral("Earth"));
+        m_View->refresh();
+        QUndoStack* pHistory = OrvUndoManager::instance().stack();
+        const int Steps = pHistory->count();
+        const QByteArray Before = OrvTestProject::document();
+        QMimeData Mime;
+        carry(Mime, {pVarnish->blendNode(), pDirt->blendNode()});
+        drop(Mime);
+        QCOMPARE(userRows(m_View), QStringList({"Paper", "Gloss", "Earth"}));
+        QVERIFY(pMaterial->layerList().isEmpty());
+        QCOMPARE(pHistory->count(), Steps + 1);
+        OrvTestProject::undo();
+        QCOMPARE(OrvTestProject::document(), Before);
+        QTRY_COMPARE(userRows(m_View), QStringList({"Paper"}));
     }
 
     void onlyShadersMayBeDraggedOver()
@@ -402,6 +427,41 @@ private Q_SLOTS:
         Expected.sort();
         QCOMPARE(Rows, Expected);
         QCOMPARE(m_View->model()->nodeFromIndex(m_List->currentIndex()), shaders().currentShaderNode());
+    }
+
+    /// Each object has its own shaders, and its own current one.
+    void rowsFollowTheCurrentObject()
+    {
+        addShader(QStringLiteral("Paper"));
+        QTRY_COMPARE(userRows(m_View), QStringList({"Paper"}));
+        OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        OrvGeoEntity* pHead = pProject->currentGeoEntity();
+        OrvGeoEntity* pHand = pProject->addGeoEntity(QStringLiteral("Hand"));
+        pProject->setCurrentGeoEntity(pHand);
+        QTRY_COMPARE(rowTexts(m_View), SystemRows);
+        QCOMPARE(m_View->model()->nodeFromIndex(m_List->currentIndex()), shaders().getCurrentChannelShader());
+        for (int Row = 0; Row < SystemRows.size(); ++Row)
+            QCOMPARE(m_View->model()->nodeFromIndex(m_View->model()->index(Row, 0))->network(),
+                pHand->shaderNetwork());
+        QCOMPARE(checkedTags(), QStringList{"Channel"});
+        QVERIFY(!tagAction("UserSelectedShader")->isEnabled());
+        pProject->setCurrentGeoEntity(pHead);
+        QTRY_COMPARE(userRows(m_View), QStringList({"Paper"}));
+        QCOMPARE(m_List->currentIndex().row(), 5);
+        QVERIFY(tagAction("UserSelectedShader")->isChecked());
+    }
+
+    /// In a narrow palette the end of a long name is left out.
+    void rowsFitTheList()
+    {
+        addShader(QStringLiteral("A shader with a name of many words, more than any palette has room for"));
+        addShader(QStringLiteral("Paper"));
+        addShader(QStringLiteral("Another shader with a name of many words, more than a palette has room for"));
+        QTRY_COMPARE(userRows(m_View).size(), 3);
+        QApplication::processEvents();
+        QCOMPARE(m_List->horizontalScrollBar()->maximum(), 0);
+        for (int Row = 5; Row < 8; ++Row)
+            QCOMPARE(m_List->visualRect(m_View->model()->index(Row, 0)).width(), m_List->viewport()->width());
     }
 
     void withoutAProjectNothingIsListed()
