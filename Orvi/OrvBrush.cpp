@@ -44,6 +44,17 @@ void OrvBrush::shrink()
     setSize(std::min(std::round(m_Size / SizeStep), m_Size - 1.0));
 }
 
+OrvBrush OrvBrush::pressed(double Pressure) const
+{
+    const double Part = std::clamp(Pressure, 0.0, 1.0);
+    OrvBrush Brush = *this;
+    if (m_PressureSetsSize)
+        Brush.setSize(m_Size * Part);
+    if (m_PressureSetsOpacity)
+        Brush.setOpacity(m_Opacity * Part);
+    return Brush;
+}
+
 void OrvBrush::updateEdge()
 {
     const float Radius = float(m_Size / 2.0);

@@ -28,7 +28,6 @@ OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
     : QToolBar(tr("Brush"), pParent)
     , m_pTool(pTool)
     , m_pColor(new OrvColorSwatch(this))
-    , m_pEraser(new QToolButton(this))
 {
     setObjectName(QStringLiteral("BrushBar"));
     m_pColor->setFixedSize(SwatchEdge, SwatchEdge);
@@ -43,6 +42,9 @@ OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
     m_pSize->setDecimals(0);
     m_pSize->setStep(1.0);
     m_pSize->setSuffix(tr(" px"));
+    m_pPressureSetsSize = addToggle(
+        "PressureSetsSize", QStringLiteral("PressureSize.png"), tr("The pressure of a pen sets the size"));
+    addSpace(this, 6);
     m_pHardness = addSlider(tr("Hardness"), tr("How sharp the edge of the brush is"), 150);
     m_pOpacity = addSlider(tr("Opacity"), tr("What one stroke covers at most"), 150);
     for (OrvSliderSpinBox* pSlider : {m_pHardness, m_pOpacity}) {
@@ -53,11 +55,10 @@ OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
         pSlider->setSuffix(tr(" %"));
     }
 
-    m_pEraser->setIcon(OrvIcon::createIconFromFilename(QStringLiteral("Eraser.png")));
-    m_pEraser->setToolTip(tr("Erase instead of painting (E)"));
-    m_pEraser->setCheckable(true);
-    m_pEraser->setAutoRaise(true);
-    addWidget(m_pEraser);
+    m_pPressureSetsOpacity = addToggle("PressureSetsOpacity", QStringLiteral("PressureOpacity.png"),
+        tr("The pressure of a pen sets the opacity"));
+    addSpace(this, 6);
+    m_pEraser = addToggle("Eraser", QStringLiteral("Eraser.png"), tr("Erase instead of painting (E)"));
     connectEditors();
     refresh();
 }
@@ -71,6 +72,18 @@ OrvSliderSpinBox* OrvBrushBar::addSlider(const QString& Name, const QString& Too
     addWidget(pSlider);
     addSpace(this, 6);
     return pSlider;
+}
+
+QToolButton* OrvBrushBar::addToggle(const char* pName, const QString& IconName, const QString& ToolTip)
+{
+    QToolButton* pToggle = new QToolButton(this);
+    pToggle->setObjectName(QLatin1String(pName));
+    pToggle->setIcon(OrvIcon::createIconFromFilename(IconName));
+    pToggle->setToolTip(ToolTip);
+    pToggle->setCheckable(true);
+    pToggle->setAutoRaise(true);
+    addWidget(pToggle);
+    return pToggle;
 }
 
 void OrvBrushBar::connectEditors()
@@ -87,6 +100,10 @@ void OrvBrushBar::connectEditors()
         [change](double Value) { change([Value](OrvBrush& Brush) { Brush.setHardness(Value); }); });
     connect(m_pOpacity, &OrvSliderSpinBox::valueEdited, this,
         [change](double Value) { change([Value](OrvBrush& Brush) { Brush.setOpacity(Value); }); });
+    connect(m_pPressureSetsSize, &QToolButton::toggled, this,
+        [change](bool On) { change([On](OrvBrush& Brush) { Brush.setPressureSetsSize(On); }); });
+    connect(m_pPressureSetsOpacity, &QToolButton::toggled, this,
+        [change](bool On) { change([On](OrvBrush& Brush) { Brush.setPressureSetsOpacity(On); }); });
     connect(m_pEraser, &QToolButton::toggled, this,
         [change](bool On) { change([On](OrvBrush& Brush) { Brush.setErases(On); }); });
     const auto takeColor = [change](const OrvColor& Color) {
@@ -103,8 +120,14 @@ void OrvBrushBar::refresh()
     m_pSize->setValue(Brush.size());
     m_pHardness->setValue(Brush.hardness());
     m_pOpacity->setValue(Brush.opacity());
-    const QSignalBlocker Blocker(m_pEraser);
-    m_pEraser->setChecked(Brush.erases());
+    // A value that is shown is not one that was chosen.
+    const auto check = [](QToolButton* pToggle, bool On) {
+        const QSignalBlocker Blocker(pToggle);
+        pToggle->setChecked(On);
+    };
+    check(m_pPressureSetsSize, Brush.pressureSetsSize());
+    check(m_pPressureSetsOpacity, Brush.pressureSetsOpacity());
+    check(m_pEraser, Brush.erases());
 }
 
 #include "moc_OrvBrushBar.cpp"

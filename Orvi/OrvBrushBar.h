@@ -7,8 +7,8 @@ class OrvColorSwatch;
 class OrvSliderSpinBox;
 class QToolButton;
 
-/// The strip with the brush's colour, size, hardness, opacity and eraser. It shows and sets what the brush
-/// tool keeps.
+/// The strip with the brush's colour, size, hardness, opacity, eraser, and what a pen's pressure does. It
+/// shows and sets what the brush tool keeps.
 class OrvBrushBar : public QToolBar {
     Q_OBJECT
 
@@ -20,6 +20,7 @@ private Q_SLOTS:
 
 private:
     OrvSliderSpinBox* addSlider(const QString& Name, const QString& ToolTip, int Width);
+    QToolButton* addToggle(const char* pName, const QString& IconName, const QString& ToolTip);
     void connectEditors();
 
     OrvBrushTool* m_pTool;
@@ -27,5 +28,7 @@ private:
     OrvSliderSpinBox* m_pSize;
     OrvSliderSpinBox* m_pHardness;
     OrvSliderSpinBox* m_pOpacity;
+    QToolButton* m_pPressureSetsSize;
+    QToolButton* m_pPressureSetsOpacity;
     QToolButton* m_pEraser;
 };

@@ -2,6 +2,7 @@
 
 #include "Orvi/OrvPixelEdit.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvLayer.h"
@@ -45,7 +46,7 @@ OrvColor paintedColor(const OrvSnChannelInputNode* pNode, const QColor& Color)
         const float Value = float(0.2126 * Color.redF() + 0.7152 * Color.greenF() + 0.0722 * Color.blueF());
         return OrvColor(Value, Value, Value, Painted.alpha());
     }
-    OrvColorManager::transform(Painted, Painted, OrvColorManager::srgb(), OrvColorManager::linear());
+    OrvColorManager::transform(Painted, Painted, OrvColorManager::srgb(), OrvChannelSpace::ofNode(pNode));
     return Painted;
 }
 
@@ -58,18 +59,18 @@ QString strokeText(const OrvBrush& Brush)
 } // namespace
 
 OrvBrushStroke::OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush,
-    const OrvSelectionCoverage& Selection, const QPointF& Start)
+    const OrvSelectionCoverage& Selection, const QPointF& Start, double Pressure)
     : m_pNode(pNode)
     , m_pMacro(std::make_unique<OrvUndoManager::AutoMacro>(strokeText(Brush)))
     , m_Brush(Brush)
     , m_Color(paintedColor(pNode, Brush.color()))
     , m_Before(pNode->imageSet()->snapshot())
     , m_Coverage(Selection)
-    , m_LastPoint(Start)
-    , m_Brushed(Start)
-    , m_UntilNextDab(Brush.spacing())
+    , m_Last{Start, Pressure}
+    , m_Brushed(m_Last)
+    , m_UntilNextDab(Brush.pressed(Pressure).spacing())
 {
-    compose(m_Coverage.addDab(m_Brush, Start, pNode->imageSet()->extent()));
+    compose(addDab(m_Last));
 }
 
 OrvBrushStroke::~OrvBrushStroke()
@@ -78,41 +79,54 @@ OrvBrushStroke::~OrvBrushStroke()
         finish();
 }
 
-void OrvBrushStroke::moveTo(const QPointF& Point)
+void OrvBrushStroke::moveTo(const QPointF& Point, double Pressure)
 {
-    if (!m_pNode || m_Finished || Point == m_LastPoint)
+    if (!m_pNode || m_Finished)
         return;
-    drawCurve(m_LastPoint, (m_LastPoint + Point) / 2.0);
-    m_LastPoint = Point;
+    const Station Next{Point, Pressure};
+    if (Point != m_Last.Point)
+        drawCurve(m_Last, {(m_Last.Point + Point) / 2.0, (m_Last.Pressure + Pressure) / 2.0});
+    else if (Pressure > m_Last.Pressure)
+        compose(addDab(Next)); // a pen that stays and presses more
+    m_Last = Next;
 }
 
-void OrvBrushStroke::drawCurve(const QPointF& Control, const QPointF& End)
+void OrvBrushStroke::drawCurve(const Station& Control, const Station& End)
 {
-    const QPointF Start = m_Brushed;
-    const double Length = QLineF(Start, Control).length() + QLineF(Control, End).length();
+    const Station Start = m_Brushed;
+    const double Length
+        = QLineF(Start.Point, Control.Point).length() + QLineF(Control.Point, End.Point).length();
     const int Steps = std::max(1, int(std::ceil(Length / CurveStep)));
     QRect Touched;
     for (int Step = 1; Step <= Steps; ++Step) {
         const double T = double(Step) / Steps;
-        const QPointF Point = Start * (1.0 - T) * (1.0 - T) + Control * 2.0 * T * (1.0 - T) + End * T * T;
-        Touched = Touched.united(addDabsTo(Point));
+        const double First = (1.0 - T) * (1.0 - T), Middle = 2.0 * T * (1.0 - T), Last = T * T;
+        Touched = Touched.united(addDabsTo({Start.Point * First + Control.Point * Middle + End.Point * Last,
+            Start.Pressure * First + Control.Pressure * Middle + End.Pressure * Last}));
     }
     compose(Touched);
 }
 
-QRect OrvBrushStroke::addDabsTo(const QPointF& Point)
+QRect OrvBrushStroke::addDabsTo(const Station& Next)
 {
     QRect Touched;
-    const QLineF Way(m_Brushed, Point);
+    const QLineF Way(m_Brushed.Point, Next.Point);
     const double Length = Way.length();
     double Position = m_UntilNextDab;
-    for (; Position <= Length; Position += m_Brush.spacing()) {
-        const QPointF Centre = Way.pointAt(Position / Length);
-        Touched = Touched.united(m_Coverage.addDab(m_Brush, Centre, m_pNode->imageSet()->extent()));
+    while (Position <= Length) {
+        const double Part = Position / Length;
+        const double Pressure = m_Brushed.Pressure + (Next.Pressure - m_Brushed.Pressure) * Part;
+        Touched = Touched.united(addDab({Way.pointAt(Part), Pressure}));
+        Position += m_Brush.pressed(Pressure).spacing();
     }
     m_UntilNextDab = Position - Length;
-    m_Brushed = Point;
+    m_Brushed = Next;
     return Touched;
+}
+
+QRect OrvBrushStroke::addDab(const Station& Where)
+{
+    return m_Coverage.addDab(m_Brush.pressed(Where.Pressure), Where.Point, m_pNode->imageSet()->extent());
 }
 
 void OrvBrushStroke::compose(const QRect& Region)
@@ -141,12 +155,11 @@ void OrvBrushStroke::composeSquare(const QRect& Piece)
         m_Before.read(Piece, Format, Pixels.data());
     }
 
-    const float Strength = float(m_Brush.opacity()) * m_Color.alpha();
     float* pPixel = Pixels.data();
     for (int Y = Piece.top(); Y <= Piece.bottom(); ++Y) {
         const float* pCoverage = m_Coverage.at(QPoint(Piece.left(), Y));
         for (int X = Piece.left(); X <= Piece.right(); ++X, ++pCoverage, pPixel += Components) {
-            const float Covered = *pCoverage * Strength;
+            const float Covered = *pCoverage * m_Color.alpha();
             if (Covered <= 0.0f)
                 continue;
             if (Scalar) {
@@ -189,7 +202,7 @@ void OrvBrushStroke::finish()
     if (std::exchange(m_Finished, true))
         return;
     if (m_pNode) {
-        drawCurve(m_LastPoint, m_LastPoint);
+        drawCurve(m_Last, m_Last);
         const QVector<QRect> Touched = touched();
         if (!Touched.isEmpty()) {
             OrvUndoManager::instance().addUndo(new OrvPixelEdit(

@@ -21,12 +21,12 @@ class OrvBrushStroke {
 public:
     /// Paints the first dab; a selection of the node's plane limits the whole stroke.
     OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const OrvSelectionCoverage& Selection,
-        const QPointF& Start);
+        const QPointF& Start, double Pressure = 1.0);
     ~OrvBrushStroke();
 
     /// The brush follows a smooth curve through the points and stays half a step behind until the stroke
-    /// ends.
-    void moveTo(const QPointF& Point);
+    /// ends. Its pressure changes as smoothly.
+    void moveTo(const QPointF& Point, double Pressure = 1.0);
     /// Paints the last half step and records the undo step.
     void finish();
     /// Takes the stroke back.
@@ -35,8 +35,14 @@ public:
     bool hasPainted() const { return !touched().isEmpty(); }
 
 private:
-    void drawCurve(const QPointF& Control, const QPointF& End);
-    QRect addDabsTo(const QPointF& Point);
+    /// Where the pointer is, or the brush behind it.
+    struct Station {
+        QPointF Point;
+        double Pressure = 1.0;
+    };
+    void drawCurve(const Station& Control, const Station& End);
+    QRect addDabsTo(const Station& Next);
+    QRect addDab(const Station& Where);
     void compose(const QRect& Region);
     void composeSquare(const QRect& Piece);
     QVector<QRect> touched() const;
@@ -48,8 +54,8 @@ private:
     OrvColor m_Color; ///< in the buffer's linear values
     OrvImageBuffer m_Before; ///< null: the fill colour everywhere
     OrvStrokeCoverage m_Coverage;
-    QPointF m_LastPoint; ///< last one the pointer was at
-    QPointF m_Brushed; ///< the brush has come so far
+    Station m_Last; ///< last one the pointer was at
+    Station m_Brushed; ///< the brush has come so far
     double m_UntilNextDab = 0.0;
     bool m_Finished = false;
 };

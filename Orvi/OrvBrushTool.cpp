@@ -42,6 +42,10 @@ void OrvBrushTool::load()
     m_Brush.setSize(Settings.value(QStringLiteral("Size"), m_Brush.size()).toDouble());
     m_Brush.setHardness(Settings.value(QStringLiteral("Hardness"), m_Brush.hardness()).toDouble());
     m_Brush.setOpacity(Settings.value(QStringLiteral("Opacity"), m_Brush.opacity()).toDouble());
+    m_Brush.setPressureSetsSize(
+        Settings.value(QStringLiteral("PressureSetsSize"), m_Brush.pressureSetsSize()).toBool());
+    m_Brush.setPressureSetsOpacity(
+        Settings.value(QStringLiteral("PressureSetsOpacity"), m_Brush.pressureSetsOpacity()).toBool());
     m_Brush.setColor(QColor(Settings.value(QStringLiteral("Color"), m_Brush.color().name()).toString()));
 }
 
@@ -52,6 +56,8 @@ void OrvBrushTool::store() const
     Settings.setValue(QStringLiteral("Size"), m_Brush.size());
     Settings.setValue(QStringLiteral("Hardness"), m_Brush.hardness());
     Settings.setValue(QStringLiteral("Opacity"), m_Brush.opacity());
+    Settings.setValue(QStringLiteral("PressureSetsSize"), m_Brush.pressureSetsSize());
+    Settings.setValue(QStringLiteral("PressureSetsOpacity"), m_Brush.pressureSetsOpacity());
     Settings.setValue(QStringLiteral("Color"), m_Brush.color().name());
 }
 
@@ -103,7 +109,8 @@ OrvSnChannelInputNode* OrvBrushTool::target(QString& Reason)
     return pNode;
 }
 
-bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd, const OrvUdimLayout& Picture)
+bool OrvBrushTool::begin(
+    const QPointF& Point, bool FromLastEnd, const OrvUdimLayout& Picture, double Pressure)
 {
     // A macro that somebody holds open would swallow the stroke's undo step.
     if (m_pStroke || OrvUndoManager::instance().isInMacro())
@@ -135,19 +142,20 @@ bool OrvBrushTool::begin(const QPointF& Point, bool FromLastEnd, const OrvUdimLa
     m_ScaleY = double(Layout.tileSize().height()) / Seen.height();
     OrvBrush Brush = m_Brush;
     Brush.setSize(m_Brush.size() * std::sqrt(m_ScaleX * m_ScaleY));
-    m_pStroke = std::make_unique<OrvBrushStroke>(
-        pNode, Brush, m_pSelection->coverage(Layout), onImage(Line ? m_LastEnd : Point));
+    // A pen that only just touches says nothing about how broad a line is meant to be.
+    m_pStroke = std::make_unique<OrvBrushStroke>(pNode, Brush, m_pSelection->coverage(Layout),
+        onImage(Line ? m_LastEnd : Point), Line ? 1.0 : Pressure);
     m_LastEnd = Point;
     if (Line)
         m_pStroke->moveTo(onImage(Point));
     return true;
 }
 
-void OrvBrushTool::moveTo(const QPointF& Point)
+void OrvBrushTool::moveTo(const QPointF& Point, double Pressure)
 {
     if (!m_pStroke)
         return;
-    m_pStroke->moveTo(onImage(Point));
+    m_pStroke->moveTo(onImage(Point), Pressure);
     m_LastEnd = Point;
 }
 

@@ -31,9 +31,11 @@ public:
     static OrvSnChannelInputNode* target(QString& Reason);
 
     /// Starts a stroke at a point of the picture; one that goes on from the end of the last makes a straight
-    /// line. The picture has the layout of the layer's channel where none is given.
-    bool begin(const QPointF& Point, bool FromLastEnd = false, const OrvUdimLayout& Picture = {});
-    void moveTo(const QPointF& Point);
+    /// line, as broad as a full pressure makes it. The picture has the layout of the layer's channel where
+    /// none is given. Mice press fully.
+    bool begin(const QPointF& Point, bool FromLastEnd = false, const OrvUdimLayout& Picture = {},
+        double Pressure = 1.0);
+    void moveTo(const QPointF& Point, double Pressure = 1.0);
     void end();
     void cancel();
     bool isPainting() const { return m_pStroke != nullptr; }

@@ -14,6 +14,7 @@
 #include <QtCore/QMimeData>
 #include <QtGui/QDropEvent>
 #include <QtGui/QPainter>
+#include <QtGui/QTabletEvent>
 #include <QtWidgets/QToolTip>
 
 #include <array>
@@ -64,7 +65,7 @@ OrvCanvas::OrvCanvas(OrvCanvasTools* pTools, QWidget* pParent)
 
 OrvCanvas::~OrvCanvas()
 {
-    m_Renderer.setSource(nullptr, OrvDisplayTransform::Light);
+    m_Renderer.setSource(nullptr, OrvDisplayTransform::Light, QString());
 }
 
 QSize OrvCanvas::sizeHint() const
@@ -101,7 +102,7 @@ void OrvCanvas::showSource()
     if (!Extent.isEmpty())
         m_View.setContent(Extent);
     m_Tiles.reset(Extent);
-    m_Renderer.setSource(m_Source.result(), m_Source.meaning());
+    m_Renderer.setSource(m_Source.result(), m_Source.meaning(), m_Source.colorSpace());
     m_Light.setPicture(m_Source.isLit() && !Extent.isEmpty() ? m_Source.layout() : OrvUdimLayout());
     updateOutline();
     requestMissing();
@@ -242,7 +243,8 @@ void OrvCanvas::pickColor(const QPointF& WidgetPoint)
     Rgba[3] = 1.0f;
     OrvBrush Brush = m_pTools->brushTool()->brush();
     Brush.setColor(
-        OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning()).pixelColor(0, 0));
+        OrvDisplayTransform::toImage(Rgba.data(), QSize(1, 1), m_Source.meaning(), m_Source.colorSpace())
+            .pixelColor(0, 0));
     m_pTools->brushTool()->setBrush(Brush);
 }
 
@@ -300,6 +302,8 @@ void OrvCanvas::showLightToolTip()
 
 void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
 {
+    if (m_PenPaints)
+        return;
     m_Pointer = pEvent->localPos();
     if (m_Gesture != Gesture::None || m_Tiles.extent().isEmpty())
         return;
@@ -318,9 +322,16 @@ void OrvCanvas::mousePressEvent(QMouseEvent* pEvent)
 
 void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
 {
+    // Some systems send the mouse's events along with the pen's.
+    if (!m_PenPaints)
+        movePointer(pEvent->localPos(), 1.0);
+}
+
+void OrvCanvas::movePointer(const QPointF& WidgetPoint, double Pressure)
+{
     const QPointF Before = m_Pointer;
     const bool WasOverLight = isOverLight();
-    m_Pointer = pEvent->localPos();
+    m_Pointer = WidgetPoint;
     m_PointerInside = rect().contains(m_Pointer.toPoint());
     if (m_Gesture == Gesture::Pan) {
         m_View.panBy(toDevice(m_Pointer) - toDevice(Before));
@@ -329,7 +340,7 @@ void OrvCanvas::mouseMoveEvent(QMouseEvent* pEvent)
         return;
     }
     if (m_Gesture == Gesture::Paint)
-        m_pTools->brushTool()->moveTo(toPicture(m_Pointer));
+        m_pTools->brushTool()->moveTo(toPicture(m_Pointer), Pressure);
     else if (m_Gesture == Gesture::PickColor)
         pickColor(m_Pointer);
     else if (m_Gesture == Gesture::Select)
@@ -349,8 +360,12 @@ void OrvCanvas::mouseReleaseEvent(QMouseEvent* pEvent)
     const bool Ends = m_Gesture == Gesture::Pan
         ? pEvent->button() == Qt::MiddleButton || pEvent->button() == Qt::LeftButton
         : pEvent->button() == Qt::LeftButton;
-    if (!Ends)
-        return;
+    if (Ends && !m_PenPaints)
+        finishGesture();
+}
+
+void OrvCanvas::finishGesture()
+{
     if (m_Gesture == Gesture::Paint)
         m_pTools->brushTool()->end();
     else if (m_Gesture == Gesture::Select)
@@ -360,6 +375,38 @@ void OrvCanvas::mouseReleaseEvent(QMouseEvent* pEvent)
     m_Gesture = Gesture::None;
     updateCursor();
     update();
+}
+
+bool OrvCanvas::startsStroke(const QTabletEvent& Event) const
+{
+    // The puck of a tablet is a mouse: it has no pressure.
+    return Event.button() == Qt::LeftButton && Event.pointerType() != QTabletEvent::Cursor
+        && m_pTools->tool() == OrvCanvasTools::Brush
+        && !(Event.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) && !m_SpaceHeld
+        && m_Gesture == Gesture::None && !m_Tiles.extent().isEmpty()
+        && !m_Light.isAt(toDevice(Event.posF()), m_View, devicePixelRatioF());
+}
+
+void OrvCanvas::tabletEvent(QTabletEvent* pEvent)
+{
+    // Strokes alone are the pen's: an event that is not accepted comes again as the mouse's.
+    pEvent->setAccepted(pEvent->type() == QEvent::TabletPress ? startsStroke(*pEvent) : m_PenPaints);
+    if (!pEvent->isAccepted())
+        return;
+    if (pEvent->type() == QEvent::TabletPress) {
+        m_PenPaints = true;
+        setFocus(Qt::MouseFocusReason);
+        movePointer(pEvent->posF(), pEvent->pressure());
+        if (m_pTools->brushTool()->begin(toPicture(m_Pointer), pEvent->modifiers() & Qt::ShiftModifier,
+                m_Source.layout(), pEvent->pressure()))
+            m_Gesture = Gesture::Paint;
+        updateCursor();
+    } else if (pEvent->type() == QEvent::TabletMove) {
+        movePointer(pEvent->posF(), pEvent->pressure());
+    } else if (pEvent->type() == QEvent::TabletRelease && pEvent->button() == Qt::LeftButton) {
+        m_PenPaints = false;
+        finishGesture();
+    }
 }
 
 void OrvCanvas::mouseDoubleClickEvent(QMouseEvent* pEvent)

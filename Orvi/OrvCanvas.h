@@ -50,6 +50,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
+    void tabletEvent(QTabletEvent* pEvent) override;
     void leaveEvent(QEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
     void keyReleaseEvent(QKeyEvent* pEvent) override;
@@ -68,6 +69,9 @@ private:
     void zoomBy(double Factor, const QPointF& WidgetPoint);
     void pickColor(const QPointF& WidgetPoint);
     void beginTool(const QMouseEvent& Event);
+    bool startsStroke(const QTabletEvent& Event) const;
+    void movePointer(const QPointF& WidgetPoint, double Pressure);
+    void finishGesture();
     void updateOutline();
     void stepOutline();
     void updateCursor();
@@ -90,6 +94,7 @@ private:
     Gesture m_Gesture = Gesture::None;
     QPointF m_Pointer; ///< in the widget
     bool m_PointerInside = false;
+    bool m_PenPaints = false; ///< from a stroke's begin until the pen is lifted, cancelled or not
     bool m_SpaceHeld = false;
     bool m_DropHovers = false;
 };

@@ -51,7 +51,8 @@ OrvCanvasRenderer::~OrvCanvasRenderer()
     m_Thread.join();
 }
 
-void OrvCanvasRenderer::setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values)
+void OrvCanvasRenderer::setSource(
+    OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values, const QString& ColorSpace)
 {
     {
         const std::lock_guard<std::mutex> Lock(m_Mutex);
@@ -60,6 +61,7 @@ void OrvCanvasRenderer::setSource(OrvEngineNode* pResult, OrvDisplayTransform::M
         m_Deliveries.clear();
         m_Invalidated = QRegion();
         m_Values = Values;
+        m_ColorSpace = ColorSpace;
     }
     // Made with the first source: making it starts the image engine.
     if (!m_pShown && pResult) {
@@ -169,7 +171,8 @@ void OrvCanvasRenderer::noteInvalidated(const QRect& Region)
     postDelivery();
 }
 
-QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values)
+QImage OrvCanvasRenderer::compute(
+    const Piece& Wanted, OrvDisplayTransform::Meaning Values, const QString& ColorSpace)
 {
     const QRect& Region = Wanted.Region;
     std::vector<float> Pixels(std::size_t(Region.width()) * std::size_t(Region.height()) * Components);
@@ -193,7 +196,7 @@ QImage OrvCanvasRenderer::compute(const Piece& Wanted, OrvDisplayTransform::Mean
     const bool Costly = m_Slowest > (m_PartEdge == TileEdge ? LongestPart : LongestPart / 4);
     m_PartEdge = Costly ? SmallestPart : TileEdge;
     m_Slowest /= 2;
-    return OrvDisplayTransform::toImage(Pixels.data(), Region.size(), Values);
+    return OrvDisplayTransform::toImage(Pixels.data(), Region.size(), Values, ColorSpace);
 }
 
 void OrvCanvasRenderer::work()
@@ -205,12 +208,13 @@ void OrvCanvasRenderer::work()
             return;
         const Piece Wanted = m_Wishes.takeFirst();
         const OrvDisplayTransform::Meaning Values = m_Values;
+        const QString ColorSpace = m_ColorSpace;
         m_Present = Wanted;
         m_PresentEpoch = m_Epoch;
         m_Computing = true;
         m_InvalidatedMeanwhile = QRegion();
         Lock.unlock();
-        const QImage Pixels = compute(Wanted, Values);
+        const QImage Pixels = compute(Wanted, Values, ColorSpace);
         Lock.lock();
         if (m_Quit)
             return;

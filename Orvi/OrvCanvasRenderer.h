@@ -39,7 +39,7 @@ public:
     ~OrvCanvasRenderer() override;
 
     /// Shows another result, null for none. What was asked for before is forgotten.
-    void setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values);
+    void setSource(OrvEngineNode* pResult, OrvDisplayTransform::Meaning Values, const QString& ColorSpace);
     /// Replaces all wishes; those at the front are computed first. One that is being computed is not computed
     /// again.
     void setWishes(QVector<Piece> Wishes);
@@ -64,7 +64,7 @@ public:
         QPointer<OrvCanvasRenderer> m_pRenderer;
     };
 
-    /// One pixel of the result as straight linear RGBA; waits for the engine.
+    /// One pixel of the result as straight RGBA, in the source's colour space; waits for the engine.
     void readPixel(const QPoint& Pixel, float* pRgba);
 
 Q_SIGNALS:
@@ -81,7 +81,7 @@ private:
 
     void work();
     /// Null when the renderer ends meanwhile.
-    QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values);
+    QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values, const QString& ColorSpace);
     bool beginPart();
     void endPart();
     void postDelivery();
@@ -104,6 +104,7 @@ private:
     QRegion m_Invalidated;
     QRegion m_InvalidatedMeanwhile; ///< while the present piece was computed
     OrvDisplayTransform::Meaning m_Values = OrvDisplayTransform::Light;
+    QString m_ColorSpace;
     int m_Epoch = 0; ///< counts the sources
     int m_PresentEpoch = 0;
     int m_Pauses = 0;

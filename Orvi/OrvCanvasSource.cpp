@@ -1,5 +1,6 @@
 #include "Orvi/OrvCanvasSource.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Layers/OrvLayer.h"
@@ -147,9 +148,17 @@ void OrvCanvasSource::update()
             || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace()
                 == OrvColorManager::raw());
     const auto Meaning = Numbers ? OrvDisplayTransform::Numbers : OrvDisplayTransform::Light;
+    const QString ColorSpace = OrvChannelSpace::ofNode(pNode);
+
+    OrvInputStep Fit;
+    if (pImageNode && pImageNode->imageSet()) {
+        Fit.From = pImageNode->imageSet()->layout();
+        Fit.To = Layout;
+    }
 
     const bool Same = !m_ResultGone && pNode == m_pNode && pResult == m_pResult && Layout == m_Layout
-        && Meaning == m_Meaning && m_IsLit == (pLit != nullptr);
+        && Fit.doesTheSameAs(m_Fit) && Meaning == m_Meaning && ColorSpace == m_ColorSpace
+        && m_IsLit == (pLit != nullptr);
     const bool SameWords = PartName == m_PartName;
     m_ResultGone = false;
     m_pNode = pNode;
@@ -157,15 +166,23 @@ void OrvCanvasSource::update()
     m_IsLit = pLit != nullptr;
     m_Layout = Layout;
     m_Meaning = Meaning;
+    m_ColorSpace = ColorSpace;
     m_PartName = PartName;
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     watch(pImageNode                                                     ? pImageNode->imageSet()
             : (pChannel && !pLit && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
                                                                          : nullptr);
-    if (!Same)
+    if (!Same) {
+        // The former step stays until nobody shows it any more.
+        std::swap(Fit, m_Fit);
+        if (pResult && m_Fit.scales()) {
+            m_Fit.createEngineNodes();
+            m_Fit.pEngineNode->connectInput(OrvEngineNode::Base, pResult);
+        }
         Q_EMIT changed();
-    else if (!SameWords)
+    } else if (!SameWords) {
         Q_EMIT descriptionChanged();
+    }
 }
 
 #include "moc_OrvCanvasSource.cpp"

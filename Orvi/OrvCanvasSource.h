@@ -2,6 +2,8 @@
 
 #include "Orvi/OrvDisplayTransform.h"
 
+#include "OrvCore/Network/OrvInputStep.h"
+
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
 #include <QtCore/QObject>
@@ -30,8 +32,10 @@ public:
     bool isLit() const { return m_IsLit; }
     const OrvUdimLayout& layout() const { return m_Layout; }
     OrvDisplayTransform::Meaning meaning() const { return m_Meaning; }
+    /// In which the result's light is; always one that can be converted.
+    const QString& colorSpace() const { return m_ColorSpace; }
     /// Valid until changed() is sent; null for nothing.
-    OrvEngineNode* result() const { return m_pResult; }
+    OrvEngineNode* result() const { return m_Fit.pEngineNode ? m_Fit.pEngineNode.get() : m_pResult; }
     /// Name of the channel or shader that is shown.
     QString title() const;
     /// What is shown in place of the whole channel, for people; empty for the channel.
@@ -55,8 +59,10 @@ private:
     QPointer<OrvImageSet> m_pWatched;
     QPointer<OrvSnBaseNode> m_pNode;
     OrvEngineNode* m_pResult = nullptr;
+    OrvInputStep m_Fit; ///< brings an image that is shown alone to the channel's size, as layers do
     OrvUdimLayout m_Layout;
     OrvDisplayTransform::Meaning m_Meaning = OrvDisplayTransform::Light;
+    QString m_ColorSpace;
     QString m_PartName;
     bool m_IsLit = false;
     bool m_ResultGone = false;

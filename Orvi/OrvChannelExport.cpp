@@ -1,5 +1,6 @@
 #include "Orvi/OrvChannelExport.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -19,8 +20,10 @@ namespace {
 
 constexpr int StripHeight = 256; // rows evaluated at once
 
-/// Evaluates a rectangle strip by strip, so that cancelling is heard in time.
-bool evaluate(OrvEngineNode& Result, OrvImageBuffer& Buffer, const QRect& Rect, const OrvProgress& Progress)
+/// Evaluates a rectangle strip by strip, so that cancelling is heard in time, and makes linear light of a space's
+/// colours.
+bool evaluate(OrvEngineNode& Result, const QString& Space, OrvImageBuffer& Buffer, const QRect& Rect,
+    const OrvProgress& Progress, QString& Error)
 {
     const OrvPixelFormat Format{GL_FLOAT, Buffer.format().Kind, OrvPixelFormat::Linear};
     std::vector<float> Pixels(std::size_t(Rect.width()) * StripHeight * std::size_t(Format.componentCount()));
@@ -29,6 +32,10 @@ bool evaluate(OrvEngineNode& Result, OrvImageBuffer& Buffer, const QRect& Rect, 
             return false;
         const QRect Strip(Rect.left(), Top, Rect.width(), std::min(StripHeight, Rect.bottom() + 1 - Top));
         Result.render(Strip, 1.0, Format, Pixels.data());
+        if (Format.Kind == OrvPixelFormat::Rgba
+            && !OrvColorManager::transformPixels(
+                Pixels.data(), Strip.width(), Strip.height(), 0, Space, OrvColorManager::linear(), Error))
+            return false;
         Buffer.write(Strip, Format, Pixels.data());
     }
     return true;
@@ -94,6 +101,7 @@ bool OrvChannelExport::writeNode(const OrvSnBaseNode* pNode, OrvShaderInput* pCh
     if (Raw)
         Options.FileSpace = Options.BufferSpace = OrvColorManager::raw();
 
+    const QString Space = OrvChannelSpace::ofNode(pNode);
     const OrvUdimLayout Layout = pChannel->layout();
     const QStringList Files = filesOf(pChannel, Path);
     for (int Index = 0; Index < Files.size(); ++Index) {
@@ -106,7 +114,7 @@ bool OrvChannelExport::writeNode(const OrvSnBaseNode* pNode, OrvShaderInput* pCh
         };
         const QRect Rect = Layout.tileRect(Layout.tiles().at(Index));
         OrvImageBuffer Buffer(Rect, Format);
-        if (!evaluate(*pResult, Buffer, Rect, half(0))
+        if (!evaluate(*pResult, Space, Buffer, Rect, half(0), Error)
             || !OrvImageFiles::write(Files[Index], Buffer, Rect, Options, half(1), Error))
             return false;
     }

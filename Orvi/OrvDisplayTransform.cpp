@@ -49,7 +49,7 @@ void convert(const float* pPixels, QImage& Image, Quantize quantized)
 
 } // namespace
 
-QImage OrvDisplayTransform::toImage(float* pPixels, const QSize& Size, Meaning Values)
+QImage OrvDisplayTransform::toImage(float* pPixels, const QSize& Size, Meaning Values, const QString& Space)
 {
     QImage Image(Size, QImage::Format_ARGB32_Premultiplied);
     const auto plain = [](float Value) { return int(clamped(Value) * 255.0f + 0.5f); };
@@ -61,10 +61,13 @@ QImage OrvDisplayTransform::toImage(float* pPixels, const QSize& Size, Meaning V
     QString Error;
     if (Display != OrvColorManager::srgb()
         && OrvColorManager::transformPixels(
-            pPixels, Size.width(), Size.height(), 0, OrvColorManager::linear(), Display, Error)) {
+            pPixels, Size.width(), Size.height(), 0, Space, Display, Error)) {
         convert(pPixels, Image, plain);
         return Image;
     }
+    // Costs nothing for light that is linear already.
+    OrvColorManager::transformPixels(
+        pPixels, Size.width(), Size.height(), 0, Space, OrvColorManager::linear(), Error);
     const std::array<uchar, CurveSteps>& Curve = srgbCurve();
     convert(pPixels, Image,
         [&Curve](float Value) { return Curve[std::size_t(clamped(Value) * (CurveSteps - 1) + 0.5f)]; });

@@ -7,12 +7,12 @@
 namespace OrvDisplayTransform {
 
 enum Meaning {
-    Light, ///< colour, linear light in the working space
+    Light, ///< colour, in a space that is named beside
     Numbers ///< scalar or vector values, shown as they are
 };
 
 /// Straight RGBA rows of floats, one after the other, as premultiplied 32-bit pixels; alpha is clamped to 0
-/// to 1. Light goes to the display's colour space; the pixels may be changed on the way.
-QImage toImage(float* pPixels, const QSize& Size, Meaning Values);
+/// to 1. Light goes from its colour space to the display's; the pixels may be changed on the way.
+QImage toImage(float* pPixels, const QSize& Size, Meaning Values, const QString& Space);
 
 } // namespace OrvDisplayTransform

@@ -29,7 +29,10 @@ OrvExportDialog::OrvExportDialog(
     pPlace->addWidget(pBrowse);
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Cancel);
     QPushButton* pExport = pButtons->addButton(tr("Export"), QDialogButtonBox::AcceptRole);
+    // While a folder is typed, the default button comes and goes: Enter must not press another one.
     pExport->setDefault(true);
+    pBrowse->setAutoDefault(false);
+    pButtons->button(QDialogButtonBox::Cancel)->setAutoDefault(false);
     auto* pForm = new QFormLayout(this);
     pForm->addRow(tr("Folder"), pPlace);
     pForm->addRow(tr("Type"), m_pType);

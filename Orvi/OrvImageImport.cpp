@@ -3,6 +3,7 @@
 #include "Orvi/OrvImageScaling.h"
 #include "Orvi/OrvTileExtension.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
@@ -96,6 +97,7 @@ bool OrvImageImport::fillImages(
 {
     const OrvUdimLayout& Layout = Images.layout();
     OrvImageReadOptions Options;
+    Options.BufferSpace = OrvChannelSpace::ofImages(Images);
     if (Numbers)
         Options.FileSpace = Options.BufferSpace = OrvColorManager::raw();
     int Done = 0;

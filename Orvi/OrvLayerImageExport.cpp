@@ -2,6 +2,7 @@
 
 #include "Orvi/OrvChannelExport.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -135,6 +136,7 @@ bool OrvLayerImageExport::writeImages(const OrvImageSet& Images, const QStringLi
         Pixels.fill(Images.fillColor());
     }
     OrvImageWriteOptions Options;
+    Options.BufferSpace = OrvChannelSpace::ofImages(Images);
     Options.Scalar = Images.format().Kind == OrvPixelFormat::Scalar;
     if (Numbers)
         Options.FileSpace = Options.BufferSpace = OrvColorManager::raw();

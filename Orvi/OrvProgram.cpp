@@ -212,6 +212,20 @@ void OrvProgram::arrangePalettes()
             pPalette == pLayers ? Qt::RightDockWidgetArea : Qt::LeftDockWidgetArea, pPalette);
         pPalette->show();
     }
+    // What is looked at now and then opens below the layers.
+    OrvPalette* pFirst = nullptr;
+    for (const char* pName : {"Shelf", "Objects", "Selections", "Log"}) {
+        OrvPalette* pPalette = OrvPaletteManager::find(QString::fromLatin1(pName));
+        if (!pPalette)
+            continue;
+        pPalette->setFloating(false);
+        Window.addDockWidget(Qt::RightDockWidgetArea, pPalette);
+        if (pFirst)
+            Window.tabifyDockWidget(pFirst, pPalette);
+        else
+            pFirst = pPalette;
+        pPalette->hide();
+    }
     // The canvas has the room until somebody wants to see the graph below it.
     if (OrvPalette* pGraph = OrvPaletteManager::find(QStringLiteral("Node Graph"))) {
         pGraph->setFloating(false);
@@ -225,9 +239,9 @@ void OrvProgram::arrangePalettes()
         pShaders->raise();
     }
     if (pChannels && pLayers)
-        Window.resizeDocks({pChannels, pLayers}, {290, 340}, Qt::Horizontal);
+        Window.resizeDocks({pChannels, pLayers}, {330, 340}, Qt::Horizontal);
     if (pChannels && pShaders)
-        Window.resizeDocks({pChannels, pShaders}, {380, 520}, Qt::Vertical);
+        Window.resizeDocks({pChannels, pShaders}, {420, 480}, Qt::Vertical);
 }
 
 void OrvProgram::start(const OrvCommandLine& Line)

@@ -95,7 +95,8 @@ public:
 
     OrvLayer* fill(const QString& Name, const OrvColor& Color)
     {
-        return m_pStack ? take(m_pStack->createPaintableLayer(Color, PlacementFlags, m_pLast, Name)) : nullptr;
+        return m_pStack ? take(m_pStack->createPaintableLayer(Color, PlacementFlags, m_pLast, Name))
+                        : nullptr;
     }
     OrvLayer* paint(const QString& Name, const QImage& Picture)
     {

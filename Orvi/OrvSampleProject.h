@@ -5,7 +5,8 @@
 #include <QtCore/QString>
 
 /// The project that shows what the program can do, built through the document's own operations: channels of
-/// several depths, layers of every kind that palettes show, and a shader that lights them. It asks no questions.
+/// several depths, layers of every kind that palettes show, and a shader that lights them. It asks no
+/// questions.
 namespace OrvSampleProject {
 
 /// Where the user's copy lies.

@@ -47,6 +47,7 @@ QVector<QRect> OrvStrokeCoverage::cutToSquares(const QRect& Rect)
 QRect OrvStrokeCoverage::addDab(const OrvBrush& Brush, const QPointF& Centre, const QRect& Bounds)
 {
     const double Reach = Brush.reach();
+    const float Opacity = float(Brush.opacity());
     const QRect Touched = QRectF(Centre.x() - Reach, Centre.y() - Reach, 2.0 * Reach, 2.0 * Reach)
                               .toAlignedRect()
                               .intersected(Bounds);
@@ -67,8 +68,8 @@ QRect OrvStrokeCoverage::addDab(const OrvBrush& Brush, const QPointF& Centre, co
             for (int X = Piece.left(); X <= Piece.right(); ++X, ++pCovered) {
                 const float Across = float(X + 0.5 - Centre.x());
                 const float Selected = pSelected ? float(*pSelected++) / 255.0f : 1.0f;
-                *pCovered = std::max(
-                    *pCovered, Selected * Brush.coverage(std::sqrt(Across * Across + Down * Down)));
+                const float Covered = Brush.coverage(std::sqrt(Across * Across + Down * Down));
+                *pCovered = std::max(*pCovered, Selected * Opacity * Covered);
             }
         }
     }

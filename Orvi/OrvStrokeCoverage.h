@@ -13,8 +13,8 @@
 class OrvBrush;
 
 /// How much each pixel is covered by one stroke: the most that any of its dabs covers, so that a stroke that
-/// crosses itself grows no darker and soft edges stay soft however close the dabs lie. A selection lets
-/// through what it covers. Sparse, in squares; owned by the stroke.
+/// crosses itself grows no darker and soft edges stay soft however close the dabs lie. Dabs may differ in
+/// size and opacity. A selection lets through what it covers. Sparse, in squares; owned by the stroke.
 class OrvStrokeCoverage {
 public:
     static constexpr int SquareEdge = 128;

@@ -17,6 +17,7 @@
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -28,6 +29,8 @@
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTabBar>
 #include <QtWidgets/QTreeView>
@@ -38,9 +41,11 @@
 namespace {
 
 const QSize WindowSize(1600, 1000);
-const QSize GraphSize(1100, 700);
-const QSize ShelfSize(300, 420);
+const QSize GraphSize(1900, 760);
+const QSize ShelfSize(390, 460);
+constexpr int ShelfPreviews = 10;
 const QSize ObjectsSize(300, 200);
+const QSize SelectionsSize(300, 260);
 constexpr int QuietTime = 400; // ms without anything left to compute; longer than any refresh timer
 constexpr int Patience = 60 * 1000; // ms
 
@@ -117,6 +122,20 @@ void OrvTour::showPalette(const QString& Name)
     picture(QStringLiteral("palette-") + Name.toLower(), pPalette);
 }
 
+void OrvTour::showFloating(const QString& Name, const QSize& Size, int Rests)
+{
+    OrvPalette* pPalette = palette(Name);
+    if (!pPalette)
+        return;
+    pPalette->setFloating(true);
+    pPalette->resize(Size);
+    pPalette->open();
+    for (int Rest = 0; Rest < Rests; ++Rest)
+        settle();
+    showPalette(Name);
+    pPalette->close();
+}
+
 bool OrvTour::trigger(const QString& Key)
 {
     QAction* pAction = OrvActionTreeManager::instance().findAction(Key);
@@ -139,8 +158,10 @@ void OrvTour::visitDialog(const QString& Key, const std::function<void(QWidget*)
         Visit(pDialog);
         pDialog->close();
     });
+    OrvApplication::appInstance().setPopupsAllowed(true);
     if (trigger(Key) && !Seen)
         m_Failures.append(Key);
+    OrvApplication::appInstance().setPopupsAllowed(false);
 }
 
 void OrvTour::drag(const std::function<QPointF(double)>& PicturePoint)
@@ -164,13 +185,15 @@ bool OrvTour::select(const QString& LayerName)
     const QTreeView* pTree = pLayers ? pLayers->findChild<QTreeView*>() : nullptr;
     QScrollBar* pScrollBar = pTree ? pTree->verticalScrollBar() : nullptr;
     // Only rows in view have labels: look through the tree page by page.
-    for (int Top = 0, Shown = -1; pScrollBar && Shown < pScrollBar->maximum(); Top += qMax(1, pScrollBar->pageStep())) {
+    for (int Top = 0, Shown = -1; pScrollBar && Shown < pScrollBar->maximum();
+         Top += qMax(1, pScrollBar->pageStep())) {
         Shown = qMin(Top, pScrollBar->maximum());
         pScrollBar->setValue(Shown);
         settle();
         for (const OrvEditLabel* pLabel : pTree->findChildren<OrvEditLabel*>()) {
             const QPoint Place = pLabel->mapTo(pTree->viewport(), pLabel->rect().center());
-            if (pLabel->text() != LayerName || !pLabel->isVisible() || !pTree->viewport()->rect().contains(Place))
+            if (pLabel->text() != LayerName || !pLabel->isVisible()
+                || !pTree->viewport()->rect().contains(Place))
                 continue;
             click(pTree->viewport(), Place);
             settle();
@@ -185,12 +208,8 @@ void OrvTour::visitPalettes()
 {
     for (const char* pName : {"Layers", "Channels", "History", "Shaders"})
         showPalette(QString::fromLatin1(pName));
-    if (OrvPalette* pShelf = palette(QStringLiteral("Shelf"))) {
-        pShelf->setFloating(true);
-        pShelf->resize(ShelfSize);
-        showPalette(QStringLiteral("Shelf"));
-        pShelf->close();
-    }
+    // The shelf's previews are computed one after the other.
+    showFloating(QStringLiteral("Shelf"), ShelfSize, ShelfPreviews);
     OrvPalette* pGraph = palette(QStringLiteral("Node Graph"));
     if (!pGraph)
         return;
@@ -210,7 +229,8 @@ void OrvTour::visitLight()
     Low.Height = 0.22f;
     OrvFlatShading::instance().setLight(Low);
     settle();
-    const QSizeF Tile = OrvFlatShading::layout(OrvLayerShaderManager::instance().currentLayerShader()).tileSize();
+    const QSizeF Tile
+        = OrvFlatShading::layout(OrvLayerShaderManager::instance().currentLayerShader()).tileSize();
     const QPointF Handle(Low.U * Tile.width(), (1.0 - Low.V) * Tile.height());
     const QPointF Target(0.56 * Tile.width(), 0.42 * Tile.height());
     drag([&](double Part) { return Handle + (Target - Handle) * Part; });
@@ -233,10 +253,9 @@ void OrvTour::visitMaskStack()
     if (!pLayers || !select(QStringLiteral("Hazard Stripes")))
         return;
     const QList<OrvPalette*> Before = OrvMainWindow::instance().findChildren<OrvPalette*>();
-    for (QWidget* pButton : pLayers->findChildren<QWidget*>()) {
-        if (pButton->inherits("OrvLayerStackPopupButton") && pButton->isVisible()) {
+    for (QWidget* pButton : pLayers->findChildren<QWidget*>(QStringLiteral("LayerStackPopupButton"))) {
+        if (pButton->isVisible())
             click(pButton, QRectF(pButton->rect()).center());
-        }
     }
     settle();
     int Found = 0;
@@ -295,6 +314,13 @@ void OrvTour::visitSelection()
         const double Angle = 6.2831853 * Part, Radius = 420.0 + 110.0 * std::cos(5.0 * Angle);
         return QPointF(1000.0 + Radius * std::cos(Angle), 1000.0 + Radius * std::sin(Angle));
     });
+    visitDialog(QStringLiteral("/Orvi/Select/Save Selection As"), [](QWidget* pDialog) {
+        if (auto* pName = pDialog->findChild<QLineEdit*>())
+            pName->setText(QStringLiteral("Star"));
+        if (auto* pAsking = qobject_cast<QDialog*>(pDialog))
+            pAsking->accept();
+    });
+    showFloating(QStringLiteral("Selections"), SelectionsSize);
     trigger(QStringLiteral("/Orvi/Select/Brush"));
     drag([](double Part) { return QPointF(300.0 + 1400.0 * Part, 1000.0 + 300.0 * std::sin(12.0 * Part)); });
     picture(QStringLiteral("selection"));
@@ -314,12 +340,14 @@ void OrvTour::visitMaterials()
     QWidget* pView = pShaders ? childOfClass(pShaders, "OrvShaderView") : nullptr;
     QWidget* pLayers = pShaders ? childOfClass(pShaders, "OrvLayerView") : nullptr;
     QTabBar* pTabs = pShaders ? pShaders->findChild<QTabBar*>() : nullptr;
-    if (!pView || !pLayers || !pTabs || !trigger(QStringLiteral("/Orvi/Layers/Shaders/AddShader/Layered Material")))
+    if (!pView || !pLayers || !pTabs
+        || !trigger(QStringLiteral("/Orvi/Layers/Shaders/AddShader/Layered Material")))
         return;
     OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     const QList<OrvShaderInput*> Painted = Channels.getShaderInputsFromNetwork(pNetwork);
     pShaders->open();
+    settle();
     QMetaObject::invokeMethod(pView, "createMaterialChannel");
     picture(QStringLiteral("palette-shaders-layered"), pShaders);
     pTabs->setCurrentIndex(pTabs->count() - 1);
@@ -352,15 +380,11 @@ void OrvTour::visitMaterials()
 void OrvTour::visitObjects()
 {
     OrvProject* pProject = OrvProjectManager::instance().currentProject();
-    OrvPalette* pObjects = palette(QStringLiteral("Objects"));
-    if (!pProject || !pObjects)
+    if (!pProject)
         return;
     for (const char* pName : {"Hatch", "Antenna"})
         pProject->addGeoEntity(QString::fromLatin1(pName));
-    pObjects->setFloating(true);
-    pObjects->resize(ObjectsSize);
-    showPalette(QStringLiteral("Objects"));
-    pObjects->close();
+    showFloating(QStringLiteral("Objects"), ObjectsSize);
 }
 
 void OrvTour::visitChannels()

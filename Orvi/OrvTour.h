@@ -8,6 +8,7 @@
 class OrvCanvas;
 class OrvPalette;
 class QPointF;
+class QSize;
 class QWidget;
 
 /// Plays a short tour over the real program, off screen, and writes a picture of each stop: for the manual
@@ -29,6 +30,8 @@ private:
     /// Null, which is noted, when there is no such palette.
     OrvPalette* palette(const QString& Name);
     void showPalette(const QString& Name);
+    /// One that is closed by default, away from the window; it may need some rests until it is complete.
+    void showFloating(const QString& Name, const QSize& Size, int Rests = 0);
     /// Runs a command of the menus, by its key.
     bool trigger(const QString& Key);
     /// The same for one that opens a dialog, which is visited while it is open, and closed.

@@ -71,6 +71,17 @@ OrvPropertyView::OrvPropertyView(QObject* pObject, QWidget* pParent,
     connect(&Manager, &OrvShaderNetworkManager::nodeUserAttributeRemoved, this, onAttributes);
 }
 
+void OrvPropertyView::setGroupTitle(const QString& ClassName, const QString& Title)
+{
+    m_GroupTitles.insert(ClassName, Title);
+    const OrvFormLayout* pForm = m_Groups.value(ClassName);
+    QWidget* pAround = pForm ? pForm->parentWidget() : nullptr;
+    while (pAround && !qobject_cast<OrvExpandableListWidget*>(pAround))
+        pAround = pAround != this ? pAround->parentWidget() : nullptr;
+    if (pAround)
+        static_cast<OrvExpandableListWidget*>(pAround)->setTitle(Title);
+}
+
 void OrvPropertyView::requestRebuild()
 {
     // Not at once: the attribute may come and go within one edit, and an editor here may be the one that

@@ -34,6 +34,8 @@ public:
         int DisplayFlags, const QStringList& HiddenProperties, bool ReadOnly);
 
     QObject* object() const { return m_pObject; }
+    /// Shown at once; for a title that names what can be renamed.
+    void setGroupTitle(const QString& ClassName, const QString& Title);
 
 private:
     void requestRebuild();

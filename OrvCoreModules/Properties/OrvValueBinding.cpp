@@ -55,7 +55,7 @@ void OrvValueBinding::finishGesture()
 
 void OrvValueBinding::record(const QVariant& Value)
 {
-    const OrvUndoManager::AutoMacro Macro(m_UndoText);
+    const OrvUndoManager::AutoMacro Macro(undoText());
     write(Value);
 }
 

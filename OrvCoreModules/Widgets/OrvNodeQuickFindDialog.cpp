@@ -31,7 +31,7 @@ OrvNodeQuickFindDialog::OrvNodeQuickFindDialog(const QPoint& Position, const QSt
     QWidget* pParent)
     : OrvDialog(pParent)
 {
-    setWindowTitle(tr("Find Node"));
+    setWindowTitle(tr("Quick Find"));
     m_pSelector = new OrvFilteredStringSelector(this);
     m_pSelector->setStarsShown(true);
     QLabel* pHint = new QLabel(tr("Return adds it, Ctrl+D marks a favourite"), this);

@@ -4,6 +4,7 @@
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
+#include "OrvCoreModules/Window/OrvCancelWatch.h"
 #include "OrvCoreModules/Window/OrvGlyphs.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -76,7 +77,8 @@ void OrvMainWindow::createStatusBar()
     m_CancelButton->setAutoRaise(true);
     m_CancelButton->setIcon(OrvGlyphs::icon(OrvGlyphs::Close));
     m_CancelButton->setIconSize(QSize(ProgressBarSize.height(), ProgressBarSize.height()));
-    m_CancelButton->setToolTip(tr("Cancel"));
+    m_CancelButton->setToolTip(tr("Cancel (Esc)"));
+    m_CancelWatch = new OrvCancelWatch(m_CancelButton, this);
     m_CancelButton->hide();
     statusBar()->addWidget(m_StatusLabel, 1);
     statusBar()->addPermanentWidget(m_ProgressBar);
@@ -102,6 +104,8 @@ void OrvMainWindow::showProgress(int Value, int Minimum, int Maximum, bool Cance
     m_ProgressBar->show();
     m_CancelButton->setVisible(Cancellable);
     repaintStatusBar();
+    if (Cancellable && isVisible())
+        m_CancelWatch->look();
 }
 
 void OrvMainWindow::hideProgress()

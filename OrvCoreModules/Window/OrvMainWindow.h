@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class OrvCancelWatch;
 class QLabel;
 class QProgressBar;
 class QToolButton;
@@ -55,7 +56,8 @@ private:
     /// The first start: as much of the screen as is good.
     void fitToScreen();
     void raiseFloatingPalettes();
-    /// Progress is reported from code that keeps the event loop waiting, so the change is painted at once.
+    /// Progress is reported from code that keeps the event loop waiting, so the change is painted at once, and
+    /// Escape and the cancel button are looked for where they are of use.
     void repaintStatusBar();
 
     std::function<bool()> m_MayClose;
@@ -64,4 +66,5 @@ private:
     QLabel* m_StatusLabel = nullptr;
     QProgressBar* m_ProgressBar = nullptr;
     QToolButton* m_CancelButton = nullptr;
+    OrvCancelWatch* m_CancelWatch = nullptr;
 };

@@ -7,11 +7,13 @@
 #include <QtGui/QPainter>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QVBoxLayout>
 
 namespace {
 
 constexpr int LeaveDelay = 200; // ms between leaving a visitor and its closing
 constexpr int FrameWidth = 1;
+constexpr int ContentMargin = 3; // keeps the body off the title bar and the edges
 
 /// The window itself, or a dialog or menu that it has opened.
 bool belongsTo(const QWidget* pWidget, const QWidget* pOwner)
@@ -56,7 +58,11 @@ void OrvPalette::construct()
 void OrvPalette::setBodyWidget(QWidget* pBody)
 {
     m_Body = pBody;
-    setWidget(pBody);
+    auto* pFrame = new QWidget(this);
+    auto* pLayout = new QVBoxLayout(pFrame);
+    pLayout->setContentsMargins(ContentMargin, ContentMargin, ContentMargin, ContentMargin);
+    pLayout->addWidget(pBody);
+    setWidget(pFrame);
 }
 
 void OrvPalette::setHeaderTitle(const QString& Title)

@@ -11,18 +11,24 @@
 namespace {
 
 constexpr int RefusalDuration = 8000; // ms
+constexpr int CancelledDuration = 4000;
 
 /// One report from the first step to the last; whoever does the work knows no window.
 bool showRenderingProgress(int Done, int Total)
 {
     static std::unique_ptr<OrvStatusManager::AutoProgress> s_pReport;
-    if (!s_pReport)
+    if (!s_pReport) {
         s_pReport = std::make_unique<OrvStatusManager::AutoProgress>(
             OrvStatusManager::tr("Computing pixels..."), Total);
+        s_pReport->setCancellable(true);
+    }
     s_pReport->setValue(Done);
-    if (Done >= Total)
+    const bool Cancelled = s_pReport->isCancelled();
+    if (Cancelled || Done >= Total)
         s_pReport.reset();
-    return true;
+    if (Cancelled)
+        OrvStatusManager::instance().showMessage(OrvStatusManager::tr("Cancelled"), CancelledDuration);
+    return !Cancelled;
 }
 
 } // namespace

@@ -7,8 +7,9 @@
 #include <QtCore/QString>
 
 /// The status line and its progress bar. It keeps what is to be shown and says so by signals, which the main
-/// window shows at once; it works without a window, and it never runs the event loop. What layers refuse, and
-/// how far they are with long work, it shows by itself.
+/// window shows at once; it works without a window, and never runs the event loop: the main window looks for a
+/// user who wants to cancel whenever a report that can be cancelled goes on. What layers refuse, and how far
+/// they are with long work, it shows by itself.
 class ORVCOREMODULES_EXPORT OrvStatusManager : public QObject {
     Q_OBJECT
 
@@ -53,8 +54,8 @@ public:
     void setValue(int Value);
     const QString& text() const { return m_Text; }
 
-    /// A report that can be cancelled shows a button; whoever lets the event loop run looks here for the
-    /// answer.
+    /// A report that can be cancelled shows a button, and Escape does the same; after each value whoever
+    /// reports looks here for the answer.
     void setCancellable(bool Cancellable) { m_Cancellable = Cancellable; }
     bool isCancelled() const { return m_Cancelled; }
 

@@ -1,3 +1,4 @@
+#include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvAppearance.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
@@ -18,6 +19,7 @@
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QShortcut>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QVBoxLayout>
@@ -154,7 +156,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&MainWindow));
         const auto* pBar = MainWindow.statusBar()->findChild<QProgressBar*>();
         bool LoopHasRun = false;
-        QTimer::singleShot(0, this, [&LoopHasRun] { LoopHasRun = true; });
+        const QObject Waiting; // takes its call along when the test is over
+        QTimer::singleShot(0, &Waiting, [&LoopHasRun] { LoopHasRun = true; });
         {
             OrvStatusManager::AutoProgress Patient(QStringLiteral("Patient"), 100, 0, 60);
             Patient.setValue(50);
@@ -183,6 +186,75 @@ private Q_SLOTS:
         pCancel->click();
         QVERIFY(Work.isCancelled());
         QVERIFY(!Fixed.isCancelled());
+    }
+
+    void workIsCancelledByTheUserAndNothingElseGetsThrough_data()
+    {
+        QTest::addColumn<bool>("ByButton");
+        QTest::newRow("Escape") << false;
+        QTest::newRow("button") << true;
+    }
+    void workIsCancelledByTheUserAndNothingElseGetsThrough()
+    {
+        QFETCH(bool, ByButton);
+        OrvMainWindow& Window = OrvMainWindow::instance();
+        Window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&Window));
+        auto* pCancel = Window.statusBar()->findChild<QToolButton*>();
+        bool TimerFired = false, Typed = false;
+        const QObject Waiting;
+        QTimer::singleShot(1, &Waiting, [&TimerFired] { TimerFired = true; });
+        QShortcut Key(QKeySequence(Qt::Key_Q), &Window);
+        connect(&Key, &QShortcut::activated, this, [&Typed] { Typed = true; });
+        const auto key = [&Window](int Code) {
+            for (const QEvent::Type Type : {QEvent::KeyPress, QEvent::KeyRelease})
+                QCoreApplication::postEvent(&Window, new QKeyEvent(Type, Code, Qt::NoModifier));
+        };
+        const auto click = [](QWidget* pWidget) {
+            for (const QEvent::Type Type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+                QCoreApplication::postEvent(pWidget,
+                    new QMouseEvent(Type, QPointF(pWidget->rect().center()), Qt::LeftButton,
+                        Type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier));
+            }
+        };
+        {
+            OrvStatusManager::AutoProgress Work(QStringLiteral("Work"), 100, 0, 0);
+            Work.setCancellable(true);
+            Work.setValue(1);
+            key(Qt::Key_Q);
+            QCoreApplication::postEvent(&Window, new QCloseEvent);
+            QTest::qSleep(60);
+            Work.setValue(2);
+            QVERIFY(!Work.isCancelled() && Window.isVisible() && pCancel->isVisible());
+            if (ByButton)
+                click(pCancel);
+            else
+                key(Qt::Key_Escape);
+            QTest::qSleep(60);
+            Work.setValue(3);
+            QVERIFY(Work.isCancelled());
+            QVERIFY(!TimerFired && !Typed);
+        }
+        QVERIFY(!pCancel->isVisible());
+        QTRY_VERIFY(TimerFired); // late, but not lost
+        QVERIFY(!Typed);
+    }
+
+    void renderingIsCancelledAndSaysSo()
+    {
+        OrvMainWindow::instance().show();
+        OrvStatusManager& Status = OrvStatusManager::instance();
+        QVERIFY(OrvLayerRendering::step(0, 10));
+        QTest::qSleep(1100); // until the bar is there
+        QVERIFY(OrvLayerRendering::step(1, 10));
+        QCoreApplication::postEvent(
+            &OrvMainWindow::instance(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+        QTest::qSleep(60);
+        QVERIFY(!OrvLayerRendering::step(2, 10));
+        QCOMPARE(Status.text(), QStringLiteral("Cancelled"));
+        // The next work is not cancelled by that.
+        QVERIFY(OrvLayerRendering::step(0, 2));
+        QVERIFY(OrvLayerRendering::step(2, 2));
     }
 
     void progressDialogCancelsWorkAndIsSilentUnattended()

@@ -1,8 +1,14 @@
 #include "Tests/Orvi/OrvTestCanvas.h"
 #include "Tests/Orvi/OrvTestDocument.h"
 
+#include "Orvi/OrvBrushBar.h"
 #include "Orvi/OrvBrushTool.h"
 #include "Orvi/OrvCanvasTools.h"
+
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
+
+#include <QtGui/QTabletEvent>
+#include <QtWidgets/QToolButton>
 
 #include <functional>
 
@@ -218,6 +224,140 @@ private Q_SLOTS:
         QCOMPARE(OrvTestDocument::historyLength(), Steps);
     }
 
+    void aPensPressureSetsWhatItIsToldTo_data()
+    {
+        QTest::addColumn<bool>("SetsSize");
+        QTest::addColumn<bool>("SetsOpacity");
+        QTest::newRow("nothing") << false << false;
+        QTest::newRow("size") << true << false;
+        QTest::newRow("opacity") << false << true;
+        QTest::newRow("both") << true << true;
+    }
+    void aPensPressureSetsWhatItIsToldTo()
+    {
+        QFETCH(bool, SetsSize);
+        QFETCH(bool, SetsOpacity);
+        OrvLayer* pLayer = m_Document.newPaintLayer(m_Document.newChannel(QSize(512, 512)));
+        QVERIFY(isSettled(m_pCanvas.get()));
+        {
+            OrvBrushBar Bar(m_pTool);
+            const auto choose = [&Bar](const char* pName, bool On) {
+                auto* pToggle = Bar.findChild<QToolButton*>(QLatin1String(pName));
+                if (pToggle->isChecked() != On)
+                    pToggle->click();
+            };
+            choose("PressureSetsSize", SetsSize);
+            choose("PressureSetsOpacity", SetsOpacity);
+        }
+        const int Steps = OrvTestDocument::historyLength();
+        const QPointF Start(96, 256), End(416, 256);
+        QVERIFY(pen(QEvent::TabletPress, Start, 0.0));
+        QVERIFY(pen(QEvent::TabletMove, End, 1.0));
+        QVERIFY(pen(QEvent::TabletRelease, End, 1.0));
+        QCOMPARE(OrvTestDocument::historyLength(), Steps + 1);
+
+        // A brush of 60 pixels; the pressure rises along the stroke.
+        const QImage Painted = OrvTestDocument::pixelsOf(pLayer->paintImageSet());
+        double Before = 0.0;
+        for (const int X : {160, 200, 256, 312, 352}) {
+            int Height = 0;
+            for (int Y = 0; Y < Painted.height(); ++Y)
+                Height += Painted.pixelColor(X, Y).alpha() > 0 ? 1 : 0;
+            const int Alpha = Painted.pixelColor(X, 256).alpha();
+            const double Changing = SetsSize ? Height : Alpha;
+            QVERIFY2(Changing > Before || !(SetsSize || SetsOpacity), qPrintable(QString::number(X)));
+            QVERIFY(SetsSize || std::abs(Height - 60) <= 2);
+            QVERIFY(SetsOpacity || Alpha == 255);
+            Before = Changing;
+        }
+        const int Middle = Painted.pixelColor(256, 256).alpha();
+        QVERIFY(!SetsOpacity || (Middle > 90 && Middle < 165));
+        QVERIFY(Painted.pixelColor(416, 256).alpha() > 250);
+
+        // The choice is kept, and a mouse presses fully.
+        m_pCanvas.reset();
+        m_pTools.reset();
+        m_pTools = std::make_unique<OrvCanvasTools>();
+        m_pTool = m_pTools->brushTool();
+        QCOMPARE(m_pTool->brush().pressureSetsSize(), SetsSize);
+        QCOMPARE(m_pTool->brush().pressureSetsOpacity(), SetsOpacity);
+        m_pCanvas = newCanvas(m_pTools.get());
+        QVERIFY(isSettled(m_pCanvas.get()));
+        const QPoint Place = m_pCanvas->toWidget(QPointF(256, 400)).toPoint();
+        QTest::mouseClick(m_pCanvas.get(), Qt::LeftButton, Qt::NoModifier, Place);
+        const QImage Clicked = OrvTestDocument::pixelsOf(pLayer->paintImageSet());
+        QCOMPARE(Clicked.pixelColor(256, 400).alpha(), 255);
+        QCOMPARE(Clicked.pixelColor(256, 426).alpha(), 255);
+    }
+
+    void whatIsNoStrokeOfThePenIsTheMouses()
+    {
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(512, 512));
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
+        QVERIFY(isSettled(m_pCanvas.get()));
+        const QPointF Place(256, 256);
+        QVERIFY(!pen(QEvent::TabletMove, Place, 0.0)); // above the tablet
+        QVERIFY(!pen(QEvent::TabletPress, Place, 0.5, Qt::ControlModifier));
+        QVERIFY(!pen(QEvent::TabletRelease, Place, 0.5));
+        m_pTools->setTool(OrvCanvasTools::SelectRectangle);
+        QVERIFY(!pen(QEvent::TabletPress, Place, 0.5));
+        m_pTools->setTool(OrvCanvasTools::Brush);
+
+        // The mouse does not disturb a pen's stroke, and Escape takes it back.
+        const QImage Before = OrvTestDocument::pixelsOf(pLayer->paintImageSet());
+        const QPoint Away = m_pCanvas->toWidget(QPointF(100, 100)).toPoint();
+        QVERIFY(pen(QEvent::TabletPress, Place, 1.0));
+        movePressed(*m_pCanvas, Away, Qt::LeftButton);
+        QTest::mouseRelease(m_pCanvas.get(), Qt::LeftButton, Qt::NoModifier, Away);
+        QCOMPARE(OrvTestDocument::pixelsOf(pLayer->paintImageSet()).pixelColor(150, 150).alpha(), 0);
+        QVERIFY(m_pTool->isPainting());
+        QTest::keyClick(m_pCanvas.get(), Qt::Key_Escape);
+        QVERIFY(!m_pTool->isPainting());
+        QVERIFY(pen(QEvent::TabletMove, QPointF(300, 300), 1.0));
+        QVERIFY(pen(QEvent::TabletRelease, QPointF(300, 300), 0.0));
+        QCOMPARE(OrvTestDocument::pixelsOf(pLayer->paintImageSet()), Before);
+    }
+
+    void imagesThatAreShownAloneHaveTheSizeOfTheirChannel()
+    {
+        // The left half is red; the image has a quarter of the pixels, then four times as many.
+        OrvShaderInput* pChannel = m_Document.newChannel(QSize(512, 512));
+        OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
+        OrvImageSet* pImages = pLayer->paintImageSet();
+        pImages->buffer().fill(OrvColor(1.0f, 0.0f, 0.0f), QRect(0, 0, 256, 512));
+        pImages->pixelsWritten(pImages->extent());
+        QVERIFY(pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor::white()));
+        OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
+        OrvSnBaseNode* const Views[]
+            = {Shaders.getCurrentCurrentComponentShader(), Shaders.getCurrentCurrentLayerShader()};
+        for (const int Edge : {256, 1024}) {
+            QVERIFY(pLayer->resizeImageSets(0, Edge, true, true));
+            for (OrvSnBaseNode* pView : Views) {
+                Shaders.setCurrentShader(pView);
+                OrvLayerManager::instance().setCurrentComponent(pLayer->paintNode());
+                QVERIFY(isNear(shownAt(m_pCanvas.get(), {240, 500}), Qt::red));
+                QVERIFY(!isNear(shownAt(m_pCanvas.get(), {272, 500}), Qt::red, 60));
+                QVERIFY(!isNear(shownAt(m_pCanvas.get(), {272, 20}), Qt::red, 60));
+            }
+            // Strokes show where they are painted.
+            Shaders.setCurrentShader(Views[0]);
+            QVERIFY(isSettled(m_pCanvas.get()));
+            stroke({{400, 100}, {440, 100}});
+            QVERIFY(isNear(shownAt(m_pCanvas.get(), {420, 100}), Qt::blue));
+            QVERIFY(!isNear(shownAt(m_pCanvas.get(), {420, 140}), Qt::blue, 60));
+            OrvUndoManager::instance().undo();
+            QVERIFY(!isNear(shownAt(m_pCanvas.get(), {420, 100}), Qt::blue, 60));
+        }
+        OrvLayerManager::instance().setCurrentComponent(pLayer->maskNode());
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {500, 500}), Qt::white));
+        OrvUndoManager::instance().undo();
+        OrvUndoManager::instance().undo();
+        OrvLayerManager::instance().setCurrentComponent(pLayer->paintNode());
+        QVERIFY(isNear(shownAt(m_pCanvas.get(), {240, 500}), Qt::red));
+        pChannel->deleteLayers({pLayer});
+        QVERIFY(isSettled(m_pCanvas.get()));
+    }
+
     void tilesStandWhereTheirNumbersSay()
     {
         OrvShaderNetwork* pNetwork = m_Document.newProject();
@@ -243,6 +383,19 @@ private:
         for (const QPointF& Point : Points)
             m_pTool->moveTo(Point);
         m_pTool->end();
+    }
+
+    /// At a point of the picture; true when the canvas took the event.
+    bool pen(QEvent::Type Type, const QPointF& Point, double Pressure,
+        Qt::KeyboardModifiers Modifiers = Qt::NoModifier)
+    {
+        const QPointF Place = m_pCanvas->toWidget(Point);
+        const Qt::MouseButton Button = Type == QEvent::TabletMove ? Qt::NoButton : Qt::LeftButton;
+        QTabletEvent Event(Type, Place, m_pCanvas->mapToGlobal(Place.toPoint()), QTabletEvent::Stylus,
+            QTabletEvent::Pen, Pressure, 0, 0, 0.0, 0.0, 0, Modifiers, 1, Button,
+            Type == QEvent::TabletRelease ? Qt::NoButton : Qt::LeftButton);
+        QApplication::sendEvent(m_pCanvas.get(), &Event);
+        return Event.isAccepted();
     }
 
     OrvTestDocument m_Document;

@@ -5,6 +5,8 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvNodeDescription.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Shaders/OrvFlatShading.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
@@ -52,13 +54,21 @@ private Q_SLOTS:
     void initTestCase() { OrvSampleProject::build(Edge); }
     void cleanupTestCase() { OrvProjectManager::instance().closeProject(); }
 
-    void hasChannelsOfThreeDepths()
+    void hasChannelsOfSeveralDepths()
     {
         QVERIFY(channel("Base Color") && channel("Roughness") && channel("Displacement"));
         QVERIFY(!channel("Base Color")->isScalar() && channel("Roughness")->isScalar());
         QCOMPARE(int(channel("Displacement")->imageSetDepth()), GL_HALF_FLOAT);
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput(), channel("Base Color"));
         QVERIFY(!OrvProjectManager::instance().isModified());
+    }
+
+    void isLitByItsShader()
+    {
+        const OrvLayerShader* pShader = OrvLayerShaderManager::instance().currentLayerShader();
+        QVERIFY(OrvFlatShading::litNode(pShader));
+        for (const char* pInput : {"Base Color", "Metallic", "Roughness", "Displacement"})
+            QCOMPARE(pShader->inputShaderInput(QString::fromLatin1(pInput)), channel(QString::fromLatin1(pInput)));
     }
 
     void hasLayersOfAllKinds()
