@@ -38,7 +38,7 @@ public:
     QString toolTip() const;
 
 public Q_SLOTS:
-    /// For users who want to see the picture alone; stays so from session to session.
+    /// For users who want to see the picture alone; stays so from one start to the next.
     void toggleHandle();
     void resetLight();
 

@@ -7,7 +7,7 @@
 /// and test of shading computes with these. Lengths of vectors are one; the surface lies flat, with u to the
 /// right, v upwards and the third axis towards the eye.
 ///
-/// Reflection follows appendix B of the glTF 2.0 specification: Trowbridge-Reitz distribution, Smith's joint
+/// Reflection follows glTF 2.0, appendix B: Trowbridge-Reitz distribution, Smith's joint
 /// masking and shadowing, Schlick's approximation of Fresnel's law.
 namespace OrvShadingMath {
 
