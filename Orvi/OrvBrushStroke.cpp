@@ -10,6 +10,7 @@
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 
 #include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
@@ -133,6 +134,8 @@ void OrvBrushStroke::compose(const QRect& Region)
 {
     if (!m_pNode)
         return;
+    // All squares in one turn: each would wait for a part of the picture several times.
+    const OrvEngine::Lock Lock;
     for (const QRect& Piece : OrvStrokeCoverage::cutToSquares(Region)) {
         if (m_Coverage.at(Piece.topLeft()))
             composeSquare(Piece);

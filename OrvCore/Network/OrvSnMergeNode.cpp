@@ -13,6 +13,7 @@
 #include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
@@ -180,8 +181,11 @@ void OrvSnMergeNode::describeInputStep(const QString& InputName, OrvInputStep& S
     const OrvSnBaseNode* pSource = InputName == OrvSnNames::Mask ? maskSource() : inputNode(InputName);
     if (InputName == OrvSnNames::Base || !pSource)
         return;
-    // Images need no cache: their pixels are there.
-    Step.Kept = !pSource->imageSet() && userAttribute(OrvMergeAttributes::LayerCached).value().toBool();
+    // Images need no cache: their pixels are there. Custom procedurals are graphs of noises, far dearer than their
+    // pixels: what is painted above or beside them must not compute them again.
+    Step.Kept = !pSource->imageSet()
+        && (userAttribute(OrvMergeAttributes::LayerCached).value().toBool()
+            || qobject_cast<const OrvSnCustomProceduralNode*>(pSource));
     Step.From = layoutOfResult(pSource);
     if (Step.From.isValid()) {
         const OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(this));
