@@ -24,7 +24,6 @@ constexpr int Delay = 10 * 1000; // ms
 constexpr int Interval = 3 * 60 * 1000; // ms
 constexpr int Rest = 1500; // ms without mouse or keys
 constexpr int SlicePause = 30; // ms for the window between two slices
-constexpr qint64 SliceLength = 150; // ms, and one piece of an image at least
 const QString CopyFolder = QStringLiteral("Autosave");
 const QString LockName = QStringLiteral("Autosave.lock");
 const QString NotesName = QStringLiteral("Autosave.ini");
@@ -144,7 +143,7 @@ void OrvAutosave::saveSlice()
     write([&](int Done, int Total) {
         Brought = Brought || Done == LastDone;
         LastDone = Done;
-        Cut = Brought && Age.elapsed() > SliceLength && Done < Total;
+        Cut = Brought && Age.elapsed() > m_SliceLength && Done < Total;
         return !Cut;
     });
     if (!Cut)

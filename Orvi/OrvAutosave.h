@@ -41,6 +41,8 @@ public:
     bool saveNow();
     /// Writes a copy once the user has rested for a moment; the window stays alive meanwhile.
     void saveWhenIdle();
+    /// How long the window may wait for one slice, in milliseconds; a slice brings one piece of an image at least.
+    void setSliceLength(int Milliseconds) { m_SliceLength = Milliseconds; }
     bool isWaiting() const { return m_Idle.isActive() || m_Slices.isActive(); }
 
     bool eventFilter(QObject* pWatched, QEvent* pEvent) override;
@@ -59,6 +61,7 @@ private:
     QTimer m_Interval;
     QTimer m_Idle; ///< since the user's last touch
     QTimer m_Slices;
+    int m_SliceLength = 150;
     QString m_Directory; ///< of the open project
     std::unique_ptr<QLockFile> m_pLock;
 };

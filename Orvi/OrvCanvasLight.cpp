@@ -3,6 +3,7 @@
 #include "Orvi/OrvCanvasView.h"
 
 #include "OrvCore/Object/OrvSettings.h"
+#include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCoreModules/Window/OrvCustomFusionStyle.h"
 
 #include <QtGui/QPainter>
@@ -33,6 +34,9 @@ OrvCanvasLight::OrvCanvasLight(QObject* pParent)
     , m_IsWanted(OrvSettings().value(WantedKey, true).toBool())
 {
     connect(&OrvFlatShading::instance(), &OrvFlatShading::changed, this, &OrvCanvasLight::changed);
+    // The light is no part of a project, but what suited one would leave the next in the dark.
+    connect(&OrvProjectManager::instance(), &OrvProjectManager::projectClosed, this,
+        &OrvCanvasLight::resetLight);
 }
 
 void OrvCanvasLight::setPicture(const OrvUdimLayout& Layout)

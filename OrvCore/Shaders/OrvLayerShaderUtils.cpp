@@ -20,6 +20,7 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QPointer>
+#include <QtCore/QRegularExpression>
 #include <QtWidgets/QUndoCommand>
 
 /// Another shader becomes current and another one of the user's the chosen one, as a part of an edit that
@@ -109,8 +110,8 @@ void makeCurrent(OrvSnBaseNode* pShaderNode)
         std::make_unique<OrvCurrentShaderEdit>(pShaderNode->network(), pShaderNode, pShaderNode));
 }
 
-/// What the shader was current or chosen for falls to others, before it leaves.
-void resign(OrvSnBaseNode* pShaderNode)
+/// What the shader was current or chosen for falls to others, before it leaves. Whether it was either.
+bool resign(OrvSnBaseNode* pShaderNode)
 {
     const OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
     OrvShaderNetwork* pNetwork = pShaderNode->network();
@@ -118,10 +119,20 @@ void resign(OrvSnBaseNode* pShaderNode)
     OrvSnBaseNode* pCurrentNode = pCurrent ? pCurrent->node() : nullptr;
     OrvSnBaseNode* pSelected = Manager.selectedUserShaderNode(pNetwork);
     if (pCurrentNode != pShaderNode && pSelected != pShaderNode)
-        return;
+        return false;
     OrvUndoManager::instance().perform(std::make_unique<OrvCurrentShaderEdit>(pNetwork,
         pCurrentNode == pShaderNode ? Manager.getCurrentChannelShader(pNetwork) : pCurrentNode,
         pSelected == pShaderNode ? nullptr : pSelected));
+    return true;
+}
+
+/// Whoever was told of the removal may have chosen another one, which redo chooses again.
+void keepSuccessor(OrvShaderNetwork* pNetwork)
+{
+    const OrvLayerShaderManager& Manager = OrvLayerShaderManager::instance();
+    const OrvLayerShader* pCurrent = Manager.currentLayerShader(pNetwork);
+    OrvUndoManager::instance().perform(std::make_unique<OrvCurrentShaderEdit>(
+        pNetwork, pCurrent ? pCurrent->node() : nullptr, Manager.selectedUserShaderNode(pNetwork)));
 }
 
 /// The nodes of a subgraph that holds one shader, in the network; it stands alone there.
@@ -191,9 +202,17 @@ QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base
     QStringList Taken;
     for (const OrvSnBaseNode* pNode : OrvLayerShaderManager::instance().getShaderNodes(pNetwork, true))
         Taken.append(pNode->name());
-    QString Name = Base;
-    for (int Number = 2; Taken.contains(Name); ++Number)
-        Name = QStringLiteral("%1 %2").arg(Base).arg(Number);
+    if (!Taken.contains(Base))
+        return Base;
+    // The copy of a numbered one bears the next number.
+    const QRegularExpressionMatch Numbered
+        = QRegularExpression(QStringLiteral("^(.*\\S) (\\d{1,6})$")).match(Base);
+    const QString Stem = Numbered.hasMatch() ? Numbered.captured(1) : Base;
+    int Number = Numbered.hasMatch() ? Numbered.captured(2).toInt() : 1;
+    QString Name;
+    do
+        Name = QStringLiteral("%1 %2").arg(Stem).arg(++Number);
+    while (Taken.contains(Name));
     return Name;
 }
 
@@ -246,7 +265,7 @@ bool destroy(OrvLayerShader* pShader, bool DisconnectMultiChannelLayers)
         Macro.cancel();
         return false;
     }
-    resign(pNode);
+    const bool WasCurrentOrChosen = resign(pNode);
     const QList<OrvLayer*> Layers = layersThatShow(pNode);
     if (!Layers.isEmpty() && Manager.isListed(pShader)) {
         pNode->addTag(OrvSnNames::StackShaderTag);
@@ -258,6 +277,8 @@ bool destroy(OrvLayerShader* pShader, bool DisconnectMultiChannelLayers)
     }
     if (pNode->network())
         pNetwork->removeNode(pNode);
+    if (WasCurrentOrChosen)
+        keepSuccessor(pNetwork);
     return true;
 }
 

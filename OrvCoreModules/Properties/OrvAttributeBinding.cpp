@@ -7,7 +7,7 @@
 
 namespace {
 
-QString undoText(const OrvSerializableObject* pObject, const QString& Label)
+QString nameOfEdit(const OrvSerializableObject* pObject, const QString& Label)
 {
     const auto* pNode = qobject_cast<const OrvSnBaseNode*>(pObject);
     return pNode && !pNode->name().isEmpty()
@@ -20,7 +20,7 @@ QString undoText(const OrvSerializableObject* pObject, const QString& Label)
 OrvAttributeBinding::OrvAttributeBinding(
     OrvSerializableObject* pObject, const QString& Name, QObject* pParent, const QString& Label)
     : OrvValueBinding(
-        undoText(pObject, Label.isEmpty() ? OrvValueEditor::labelFromName(Name) : Label), pParent)
+        nameOfEdit(pObject, Label.isEmpty() ? OrvValueEditor::labelFromName(Name) : Label), pParent)
     , m_pObject(pObject)
     , m_Name(Name)
 {

@@ -6,6 +6,7 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Layers/OrvMultiChannelLayer.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCoreModules/Properties/OrvAdvancedBlendingOptionsPopup.h"
 #include "OrvCoreModules/Properties/OrvUserAttributeControletManager.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
@@ -147,6 +148,9 @@ void OrvLayerBlendRow::refresh()
 
 bool OrvLayerBlendRow::showsGroup() const
 {
+    // Without a project there are no layers to miss.
+    if (!m_Layer && !OrvProjectManager::instance().currentProject())
+        return false;
     if (!m_Layer)
         report(__LINE__, "Layer is NULL");
     else if (!m_BlendNode)

@@ -34,6 +34,7 @@ void OrvLayerMaskDrop::drop(OrvLayer* pMasked, QDropEvent* pEvent)
     OrvLayerDrop::inUndoStep([&]() -> OrvLayerDrop::Result {
         if (pMasked->hasMaskImageSet() && !pMasked->convertMaskToMaskStack())
             return {OrvLayerDrop::Result::Failed, QString()};
-        return OrvLayerDrop(Nodes, Action, pSourceStack, pMasked->maskNode(), pMasked->maskStack()).carryOut();
+        return OrvLayerDrop(Nodes, Action, pSourceStack, pMasked->maskNode(), pMasked->maskStack())
+            .carryOut();
     });
 }

@@ -96,8 +96,8 @@ QString titleOf(const OrvLayerStack* pLayerStack)
     return pLayerStack->isMaskStack() ? Title + QStringLiteral("/Mask Stack") : Title;
 }
 
-/// From the cursor: where there is room the palette stands beside the one whose row was clicked, whose rows stay
-/// in sight; else below the row.
+/// From the cursor: where there is room the palette stands beside the one whose row was clicked, whose rows
+/// stay in sight; else below the row.
 QPoint placeBesidePaletteUnderCursor(const QSize& Size)
 {
     const QPoint Cursor = QCursor::pos();

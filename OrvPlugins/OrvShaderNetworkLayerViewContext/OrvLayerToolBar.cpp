@@ -34,6 +34,7 @@ OrvLayerToolBar::OrvLayerToolBar(OrvLayerView* pLayerView)
     m_MultiChannelLayerAction = addCommand(tr("Add Multi-Channel Layer"), "MultiChannelWorkflow.png",
         SLOT(createMultiChannelLayerMenu()), Ordinary);
     addColorTagButton();
+    addPublishedActions();
     showCommandsOf(StackKind::Ordinary);
 }
 

@@ -331,6 +331,9 @@ QString OrvLayerView::emptyText() const
         return tr("Create or open a project to see its layers.");
     if (m_Model->rowCount() > 0 && m_FilterBar->filterActive())
         return tr("No layer passes the filter.");
+    const OrvShaderInput* pCurrent = OrvShaderInputManager::instance().currentShaderInput();
+    if (!m_LayerStack && pCurrent && pCurrent->isMaterialStack())
+        return tr("\"%1\" holds shader layers:\nthey are in the Shaders palette.").arg(pCurrent->name());
     return m_LayerStack ? tr("There are no layers yet.\nAdd one with the buttons below.")
                         : tr("Choose a channel to see its layers.");
 }

@@ -65,8 +65,10 @@ OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
 OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
 {
     OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
-    if (!pLayer)
+    if (!pLayer) {
         report(Line, "Layer is NULL");
+        tell(OrvLayerView::tr("There is no layer to work on: add or choose one first."));
+    }
     return pLayer;
 }
 

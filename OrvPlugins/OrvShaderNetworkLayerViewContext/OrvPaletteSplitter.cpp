@@ -2,6 +2,8 @@
 
 #include "OrvCore/Object/OrvSettings.h"
 
+#include <QtWidgets/QVBoxLayout>
+
 namespace {
 
 const QString SplitterKey = QStringLiteral("SplitterSize");
@@ -32,6 +34,14 @@ void OrvPaletteSplitter::setPanes(QWidget* pUpper, QWidget* pLower)
     OrvSettings Settings;
     Settings.beginGroup(m_SettingsGroup);
     m_IsSet = restoreState(Settings.value(SplitterKey).toByteArray());
+}
+
+QVBoxLayout* OrvPaletteSplitter::createTightLayout(QWidget* pPane)
+{
+    QVBoxLayout* pLayout = new QVBoxLayout(pPane);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->setSpacing(0);
+    return pLayout;
 }
 
 void OrvPaletteSplitter::shareOutHeight()

@@ -2,6 +2,8 @@
 
 #include <QtWidgets/QSplitter>
 
+class QVBoxLayout;
+
 /// The two panes of a palette, a list above and properties below; the palette owns it. Until the user moves
 /// it, the list has four tenths of the height; where it was left is kept in the settings. Only the lower pane
 /// folds away.
@@ -13,6 +15,9 @@ public:
     ~OrvPaletteSplitter() override;
 
     void setPanes(QWidget* pUpper, QWidget* pLower);
+
+    /// The layout of a pane, or of a part of one, whose widgets stand below each other without gaps.
+    static QVBoxLayout* createTightLayout(QWidget* pPane);
 
 protected:
     void showEvent(QShowEvent* pEvent) override;

@@ -1,5 +1,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 
 #include <QtGui/QActionEvent>
@@ -7,6 +8,7 @@
 
 namespace {
 constexpr int ButtonMargin = 3; // around the icon
+const QString PanelMenu = QStringLiteral("Panel");
 } // namespace
 
 OrvPanelToolBar::OrvPanelToolBar(const QString& RootMenu, QWidget* pParent)
@@ -18,6 +20,16 @@ OrvPanelToolBar::OrvPanelToolBar(const QString& RootMenu, QWidget* pParent)
     // Qt's own arrow for what finds no room is dark on dark.
     if (auto* pExtension = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
         pExtension->setIcon(OrvIcon::createIconFromFilename(QStringLiteral("disclosureTriangleClosed.png")));
+}
+
+void OrvPanelToolBar::addPublishedActions()
+{
+    const QList<QAction*> Published
+        = OrvMenuManager::instance().menuActions(m_RootMenu + QLatin1Char('/') + PanelMenu);
+    for (QAction* pAction : Published) {
+        if (!pAction->isSeparator())
+            addPublishedAction(m_RootMenu, PanelMenu, pAction);
+    }
 }
 
 void OrvPanelToolBar::addPublishedAction(const QString& Root, const QString& Sub, QAction* pAction)
@@ -46,7 +58,7 @@ void OrvPanelToolBar::actionEvent(QActionEvent* pEvent)
 
 bool OrvPanelToolBar::isMeant(const QString& Root, const QString& Sub) const
 {
-    return Root == m_RootMenu && Sub == QLatin1String("Panel");
+    return Root == m_RootMenu && Sub == PanelMenu;
 }
 
 #include "moc_OrvPanelToolBar.cpp"

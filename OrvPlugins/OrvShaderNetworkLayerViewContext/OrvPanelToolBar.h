@@ -11,6 +11,8 @@ public:
     /// The name is that of the palette's root menu.
     OrvPanelToolBar(const QString& RootMenu, QWidget* pParent);
 
+    /// Those that were published before there was this tool bar.
+    void addPublishedActions();
     /// Actions published for other menus are ignored.
     void addPublishedAction(const QString& Root, const QString& Sub, QAction* pAction);
     void removePublishedAction(const QString& Root, const QString& Sub, QAction* pAction);

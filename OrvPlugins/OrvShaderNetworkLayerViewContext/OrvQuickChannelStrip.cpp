@@ -32,10 +32,10 @@ OrvQuickChannelStrip::OrvQuickChannelStrip(QWidget* pParent)
     QHBoxLayout* pLayout = new QHBoxLayout(this);
     pLayout->setContentsMargins(1, 1, 1, 1);
     pLayout->setSpacing(1);
-    addSwatch(pLayout, OrvColor::black(), tr("Create a new black channel"), false);
-    addSwatch(pLayout, OrvColor::white(), tr("Create a new white channel"), false);
-    addSwatch(pLayout, OrvColor::grey50(), tr("Create a new mid-gray channel"), false);
-    addSwatch(pLayout, OrvColor::clear(), tr("Create a new transparent channel"), true);
+    addSwatch(pLayout, OrvColor::black(), tr("Create a new black channel"));
+    addSwatch(pLayout, OrvColor::white(), tr("Create a new white channel"));
+    addSwatch(pLayout, OrvColor::grey50(), tr("Create a new mid-gray channel"));
+    addSwatch(pLayout, OrvColor::clear(), tr("Create a new transparent channel"))->setCheckerOnly(true);
     m_QuickChannelSize = createCombo(6, tr("Set the size of the new quick channel"));
     m_QuickChannelDepth = createCombo(5, tr("Set the depth of the new quick channel"));
     fillSizes(false);
@@ -47,8 +47,8 @@ OrvQuickChannelStrip::OrvQuickChannelStrip(QWidget* pParent)
         connect(pCombo, SIGNAL(currentIndexChanged(int)), this, SIGNAL(preferencesChanged()));
 }
 
-void OrvQuickChannelStrip::addSwatch(
-    QHBoxLayout* pLayout, const OrvColor& Color, const QString& ToolTip, bool CheckerOnly)
+OrvColorSwatch* OrvQuickChannelStrip::addSwatch(
+    QHBoxLayout* pLayout, const OrvColor& Color, const QString& ToolTip)
 {
     OrvColorSwatch* pSwatch = new OrvColorSwatch(this);
     pSwatch->setColor(Color);
@@ -56,12 +56,12 @@ void OrvQuickChannelStrip::addSwatch(
     pSwatch->setPickingEnabled(false);
     pSwatch->setAcceptsColorDrops(false);
     pSwatch->setEmitOnClick(true);
-    pSwatch->setCheckerOnly(CheckerOnly);
     pSwatch->setToolTipOverride(ToolTip);
     pSwatch->setFixedSize(SwatchSize, SwatchSize);
     connect(pSwatch, SIGNAL(colorChanged(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)), this,
         SIGNAL(colorChosen(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)));
     pLayout->addWidget(pSwatch);
+    return pSwatch;
 }
 
 QComboBox* OrvQuickChannelStrip::createCombo(int MinimumLength, const QString& ToolTip)
@@ -95,9 +95,15 @@ void OrvQuickChannelStrip::fillDepths()
     m_QuickChannelDepth->setCurrentIndex(m_QuickChannelDepth->findData(Stored));
 }
 
-QSize OrvQuickChannelStrip::channelSize() const { return m_QuickChannelSize->currentData().toSize(); }
+QSize OrvQuickChannelStrip::channelSize() const
+{
+    return m_QuickChannelSize->currentData().toSize();
+}
 
-int OrvQuickChannelStrip::channelDepth() const { return m_QuickChannelDepth->currentData().toInt(); }
+int OrvQuickChannelStrip::channelDepth() const
+{
+    return m_QuickChannelDepth->currentData().toInt();
+}
 
 void OrvQuickChannelStrip::setPtex(bool Ptex)
 {

@@ -5,11 +5,12 @@
 
 #include <QtWidgets/QWidget>
 
+class OrvColorSwatch;
 class QComboBox;
 class QHBoxLayout;
 
-/// The swatches that make a ready channel in one click, with the size and depth that it gets. The Channels palette
-/// owns it; it remembers size and depth in the settings and creates nothing itself.
+/// The swatches that make a ready channel in one click, with the size and depth that it gets. The Channels
+/// palette owns it; it remembers size and depth in the settings and creates nothing itself.
 class OrvQuickChannelStrip : public QWidget {
     Q_OBJECT
 
@@ -29,7 +30,7 @@ Q_SIGNALS:
     void preferencesChanged();
 
 private:
-    void addSwatch(QHBoxLayout* pLayout, const OrvColor& Color, const QString& ToolTip, bool CheckerOnly);
+    OrvColorSwatch* addSwatch(QHBoxLayout* pLayout, const OrvColor& Color, const QString& ToolTip);
     QComboBox* createCombo(int MinimumLength, const QString& ToolTip);
     void fillSizes(bool Ptex);
     void fillDepths();

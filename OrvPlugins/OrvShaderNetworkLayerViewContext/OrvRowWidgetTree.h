@@ -4,8 +4,8 @@
 #include <QtCore/QVector>
 #include <QtWidgets/QTreeView>
 
-/// A tree whose rows are widgets, thousands of them: only those in view are ever shown, placed and polished. It knows
-/// nothing of what the rows show.
+/// A tree whose rows are widgets, thousands of them: only those in view are ever shown, placed and polished.
+/// It knows nothing of what the rows show.
 class OrvRowWidgetTree : public QTreeView {
     Q_OBJECT
 

@@ -17,9 +17,9 @@
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvDdi/Image/OrvChannel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMethodRelay.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActionsConvertDialog.h"
 
@@ -28,6 +28,7 @@
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
+#include <algorithm>
 #include <optional>
 
 using namespace OrvLayerViewContext;
@@ -35,9 +36,11 @@ using namespace OrvLayerViewContext;
 namespace {
 
 const char File[] = "OrvShaderInputActions";
-constexpr int StatusDuration = 6000; // ms
 
-void report(int Line, const QString& Message) { OrvDebug(File, Line, Message, false, false); }
+void report(int Line, const QString& Message)
+{
+    OrvDebug(File, Line, Message, false, false);
+}
 
 /// Null is reported under the name.
 OrvShaderInput* currentShaderInput(const char* pName, int Line)
@@ -61,7 +64,8 @@ std::optional<OrvShaderInputManager::DestroyStrategy> askDestroyStrategy()
     const QPushButton* pCancel = Box.addButton(OrvShaderInputActions::tr("Cancel"), QMessageBox::RejectRole);
     const QPushButton* pDeleteAll
         = Box.addButton(OrvShaderInputActions::tr("Delete All"), QMessageBox::DestructiveRole);
-    QPushButton* pLayerGroup = Box.addButton(OrvShaderInputActions::tr("Layer Group"), QMessageBox::AcceptRole);
+    QPushButton* pLayerGroup
+        = Box.addButton(OrvShaderInputActions::tr("Layer Group"), QMessageBox::AcceptRole);
     Box.setDefaultButton(pLayerGroup);
     // Whoever closes the box without an answer gets what loses nothing.
     Box.setEscapeButton(pLayerGroup);
@@ -95,8 +99,9 @@ bool canGoToClipboard(const OrvShaderInput* pShaderInput, const QString& Failure
     if (!pShaderInput->containsMultiChannelLayerOfShaderModel(nullptr))
         return true;
     warn(FailureTitle,
-        OrvShaderInputActions::tr("This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. "
-                                  "Please convert all Multi-Channel Layers to standard Layers first."));
+        OrvShaderInputActions::tr(
+            "This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. "
+            "Please convert all Multi-Channel Layers to standard Layers first."));
     return false;
 }
 
@@ -129,8 +134,8 @@ OrvShaderInputActions::OrvShaderInputActions()
     createActions();
     OrvChannelFlattening::setQuestion(askToFlatten);
     OrvProjectManager& ProjectManager = OrvProjectManager::instance();
-    connect(
-        &ProjectManager, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
+    connect(&ProjectManager, SIGNAL(onMakeProjectCurrent(OrvProject*)), this,
+        SLOT(switchActionsEnabled(OrvProject*)));
     switchActionsEnabled(ProjectManager.currentProject());
 }
 
@@ -143,11 +148,11 @@ OrvShaderInputActions::~OrvShaderInputActions()
 void OrvShaderInputActions::createActions()
 {
     OrvActionCreator Creator(ChannelsPath, this, ChannelsMenu, ShaderInputOnlySet);
-    const auto add = [&Creator](const QString& Text, const char* pIcon, const char* pSlot,
-                         const char* pData = nullptr) {
-        Creator.create(Text, QString::fromLatin1(pIcon), pSlot,
-            pData ? QVariant(QString::fromLatin1(pData)) : QVariant(), QString());
-    };
+    const auto add
+        = [&Creator](const QString& Text, const char* pIcon, const char* pSlot, const char* pData = nullptr) {
+              Creator.create(Text, QString::fromLatin1(pIcon), pSlot,
+                  pData ? QVariant(QString::fromLatin1(pData)) : QVariant(), QString());
+          };
     add(tr("Add Channel"), "AddChannel.png", SLOT(addShaderInput()));
     add(tr("Add Material Channel"), "AddMaterials.png", SLOT(addMaterialShaderInput()));
     add(tr("Add Material Channel to Material Shader"), "AddMaterials.png",
@@ -176,8 +181,8 @@ void OrvShaderInputActions::createResizeActions(OrvActionCreator& Creator)
     Creator.setMenuPath(ResizeChannelMenu);
     Creator.setActionSetName(PatchOnlySet);
     for (const QSize& Size : OrvChannel::supportedTextureSizes()) {
-        Creator.createAndAddToMenu(tr("%1 x %2").arg(Size.width()).arg(Size.height()), QStringLiteral("scale.png"),
-            SLOT(resizeShaderInput(QAction*)), Size.width(), QString());
+        Creator.createAndAddToMenu(tr("%1 x %2").arg(Size.width()).arg(Size.height()),
+            QStringLiteral("scale.png"), SLOT(resizeShaderInput(QAction*)), Size.width(), QString());
     }
 }
 
@@ -204,10 +209,20 @@ void OrvShaderInputActions::addMaterialLayersToMaterialsShader()
         report(__LINE__, QStringLiteral("ShaderLayer is NULL"));
         return;
     }
+    const QStringList Inputs = pShader->inputNames();
+    const auto isMissing = [pShader](const QString& InputName) {
+        return !pShader->inputShaderInput(InputName)
+            && pShader->hasInputTag(InputName, OrvSnNames::MaterialShaderInputTag);
+    };
+    if (std::none_of(Inputs.begin(), Inputs.end(), isMissing)) {
+        OrvLayerViewUtils::tell(
+            tr("\"%1\" has no free input for a material: choose a layered shader that has one.")
+                .arg(pShader->name()));
+        return;
+    }
     const OrvUndoManager::AutoMacro Whole(tr("Add Material Channel"));
-    for (const QString& InputName : pShader->inputNames()) {
-        if (pShader->inputShaderInput(InputName)
-            || !pShader->hasInputTag(InputName, OrvSnNames::MaterialShaderInputTag))
+    for (const QString& InputName : Inputs) {
+        if (!isMissing(InputName))
             continue;
         OrvUndoManager::AutoMacro Macro(tr("Add Material Channel"));
         OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(true);
@@ -239,8 +254,7 @@ bool OrvShaderInputActions::convert(
         ? OrvShaderInput::AllImages
         : OrvShaderInput::FreeImages;
     if (Option == OrvShaderInput::FreeImages && !pShaderInput->isModifiable()) {
-        OrvStatusManager::instance().showMessage(
-            tr("'%1' is locked or cached").arg(pShaderInput->name()), StatusDuration);
+        OrvLayerViewUtils::tell(tr("'%1' is locked or cached").arg(pShaderInput->name()));
         return false;
     }
     const GLenum Depth = Wanted.depth();
@@ -314,8 +328,8 @@ void OrvShaderInputActions::resizeShaderInput(QAction* Action)
     const QVariant Width = Action->data();
     if (Width.userType() != QMetaType::Int) {
         report(__LINE__,
-            QString::asprintf("Action '%s' contains invalid data type of '%s'", qUtf8Printable(Action->text()),
-                qUtf8Printable(QString::fromLatin1(Width.typeName()))));
+            QString::asprintf("Action '%s' contains invalid data type of '%s'",
+                qUtf8Printable(Action->text()), qUtf8Printable(QString::fromLatin1(Width.typeName()))));
         return;
     }
     if (OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput())

@@ -8,8 +8,8 @@ class OrvShaderInput;
 class OrvShaderInputActionsConvertDialog;
 class QAction;
 
-/// The channel commands of menus and palettes, made once at the module's start, and the questions that some of them
-/// ask. They act on the host's current channel and network and hold no document data.
+/// The channel commands of menus and palettes, made once at the module's start, and the questions that some
+/// of them ask. They act on the host's current channel and network and hold no document data.
 class OrvShaderInputActions : public QObject {
     Q_OBJECT
 

@@ -32,7 +32,6 @@ QString otherLayersText(bool HasLockedLayers, bool HasSharedLayers)
 OrvShaderInputActionsConvertDialog::OrvShaderInputActionsConvertDialog(
     OrvShaderInput* pShaderInput, QWidget* pParent, bool HasLockedLayers, bool HasSharedLayers)
     : QDialog(pParent)
-    , m_ShaderInput(pShaderInput)
     , m_ColorSpaceConfig(pShaderInput->colorSpaceConfig())
     , m_ScalarColorSpaceConfig(pShaderInput->scalarColorSpaceConfig())
 {
@@ -42,9 +41,9 @@ OrvShaderInputActionsConvertDialog::OrvShaderInputActionsConvertDialog(
     pLayout->addWidget(new QLabel(tr("Select the texel format to convert the channel to:\n")));
 
     m_TypeCombo = new QComboBox;
-    for (const QString& Text : m_ShaderInput->imageSetDepthList())
+    for (const QString& Text : pShaderInput->imageSetDepthList())
         m_TypeCombo->addItem(Text, uint(OrvImage::validTypeFromString(Text)));
-    m_TypeCombo->setCurrentIndex(m_TypeCombo->findText(m_ShaderInput->imageSetDepthAsString()));
+    m_TypeCombo->setCurrentIndex(m_TypeCombo->findText(pShaderInput->imageSetDepthAsString()));
     OrvFormLayout* pForm = new OrvFormLayout;
     pForm->addRow(tr("Type"), m_TypeCombo);
     pLayout->addLayout(pForm);

@@ -10,9 +10,9 @@ class OrvColorSpaceControlet;
 class OrvShaderInput;
 class QComboBox;
 
-/// Asks for the texel format and the colour spaces that a channel is converted to, and whether layers that are
-/// locked, or used by other channels too, come along. It works on copies of the channel's settings and converts
-/// nothing; OrvShaderInputActions does.
+/// Asks for the texel format and the colour spaces that a channel is converted to, and whether layers that
+/// are locked, or used by other channels too, come along. It works on copies of the channel's settings and
+/// converts nothing; OrvShaderInputActions does.
 class OrvShaderInputActionsConvertDialog : public QDialog {
     Q_OBJECT
 
@@ -37,7 +37,6 @@ private:
     QWidget* createColorSpaces();
     QWidget* createButtons(bool HasOtherLayers);
 
-    OrvShaderInput* m_ShaderInput;
     OrvColorSpaceConfig m_ColorSpaceConfig, m_ScalarColorSpaceConfig;
     QComboBox* m_TypeCombo;
     OrvColorSpaceControlet *m_ColorSpaces = nullptr, *m_ScalarColorSpaces = nullptr;

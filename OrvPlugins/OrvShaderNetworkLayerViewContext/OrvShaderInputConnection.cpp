@@ -58,7 +58,8 @@ LayersTreatment askAboutLayers(const OrvLayerShader* pShader, const QString& Inp
     // Where nobody can answer, nothing is lost.
     if (!holdsShaderLayers(pShader, InputName) || !OrvApplication::popupsAllowed())
         return LayersTreatment::Convert;
-    OrvShaderInputDisconnectDialog Dialog(&OrvMainWindow::instance(), false);
+    OrvShaderInputDisconnectDialog Dialog(
+        &OrvMainWindow::instance(), OrvShaderInputDisconnectDialog::Occasion::DisconnectingChannel);
     if (Dialog.exec() != QDialog::Accepted)
         return LayersTreatment::GiveUp;
     return Dialog.disconnectChosen() ? LayersTreatment::Disconnect : LayersTreatment::Convert;

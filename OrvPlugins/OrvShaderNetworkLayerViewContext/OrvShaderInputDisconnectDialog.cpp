@@ -22,11 +22,11 @@ void addOption(QVBoxLayout* pLayout, const QString& Heading, const QString& Effe
 
 } // namespace
 
-OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent, bool RemovingShader)
+OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent, Occasion Why)
     : OrvDialog(pParent)
-    , m_RemovingShader(RemovingShader)
+    , m_Occasion(Why)
 {
-    setWindowTitle(RemovingShader ? tr("Removing a Shader") : tr("Disconnecting a Channel"));
+    setWindowTitle(Why == Occasion::RemovingShader ? tr("Removing a Shader") : tr("Disconnecting a Channel"));
     QLabel* pIntroduction = new QLabel(introduction(), this);
     pIntroduction->setWordWrap(true);
 
@@ -39,8 +39,7 @@ OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent,
     pOptions->addSpacing(OptionSpacing);
     addOption(pOptions, tr("Option 'Convert':"),
         tr("Material Layers will be converted into Paintable Layers\n\nMulti-Channel Group Layers will be "
-           "converted "
-           "into Group layers\n\nMulti-Channel Layer masks will be flattened to Paintable Masks"));
+           "converted into Group layers\n\nMulti-Channel Layer masks will be flattened to Paintable Masks"));
 
     QPushButton* pDisconnect = new QPushButton(tr("Disconnect"), this);
     QPushButton* pConvert = new QPushButton(tr("Convert"), this);
@@ -54,6 +53,7 @@ OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent,
     QVBoxLayout* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(pIntroduction);
     pLayout->addWidget(pFrame);
+    pLayout->addWidget(new QLabel(tr("Close this window to leave everything as it is."), this));
     pLayout->addLayout(pButtons);
     connect(pDisconnect, SIGNAL(released()), this, SLOT(onDisconnect()));
     connect(pConvert, SIGNAL(released()), this, SLOT(onConvert()));
@@ -61,12 +61,13 @@ OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent,
 
 QString OrvShaderInputDisconnectDialog::introduction() const
 {
-    const QString Fact = m_RemovingShader
+    const bool RemovingShader = m_Occasion == Occasion::RemovingShader;
+    const QString Fact = RemovingShader
         ? tr("This Shader is connected to one or more Channels containing Multi - Channel Layers.")
         : tr("This Channel contains Multi - Channel Layers.");
-    const QString Occasion = m_RemovingShader ? tr(" On removing the Shader")
-                                              : tr(" On disconnecting the Channel from the Shader");
-    return Fact + Occasion + tr(", depending on the chosen option, the following shall occur:");
+    const QString When = RemovingShader ? tr(" On removing the Shader")
+                                        : tr(" On disconnecting the Channel from the Shader");
+    return Fact + When + tr(", depending on the chosen option, the following shall occur:");
 }
 
 void OrvShaderInputDisconnectDialog::onDisconnect()

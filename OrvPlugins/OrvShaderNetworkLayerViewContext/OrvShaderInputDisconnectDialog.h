@@ -9,7 +9,9 @@ class OrvShaderInputDisconnectDialog : public OrvDialog {
     Q_OBJECT
 
 public:
-    OrvShaderInputDisconnectDialog(QWidget* pParent, bool RemovingShader);
+    enum class Occasion { DisconnectingChannel, RemovingShader };
+
+    OrvShaderInputDisconnectDialog(QWidget* pParent, Occasion Why);
 
     /// True: the layers leave the stack. False: they become ordinary layers.
     bool disconnectChosen() const { return m_DisconnectChosen; }
@@ -21,6 +23,6 @@ public Q_SLOTS:
 private:
     QString introduction() const;
 
-    bool m_RemovingShader;
+    Occasion m_Occasion;
     bool m_DisconnectChosen = false;
 };

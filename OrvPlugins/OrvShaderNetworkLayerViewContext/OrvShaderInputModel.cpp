@@ -30,8 +30,9 @@ void duplicateChannel(OrvShaderInput* pShaderInput)
         return;
     }
     QMessageBox::warning(&OrvMainWindow::instance(), OrvShaderInputModel::tr("Duplication Operation Failed"),
-        OrvShaderInputModel::tr("This Channel contains Multi-Channel Layers and cannot be duplicated, cut, copied or "
-                                "pasted. Please convert all Multi-Channel Layers to standard Layers first."),
+        OrvShaderInputModel::tr(
+            "This Channel contains Multi-Channel Layers and cannot be duplicated, cut, copied or "
+            "pasted. Please convert all Multi-Channel Layers to standard Layers first."),
         QMessageBox::Ok);
 }
 
@@ -67,7 +68,10 @@ OrvShaderInputModel::OrvShaderInputModel(OrvShaderInputView* pView)
 {
 }
 
-QStringList OrvShaderInputModel::mimeTypes() const { return {OrvLayerDragPayload::mimeType()}; }
+QStringList OrvShaderInputModel::mimeTypes() const
+{
+    return {OrvLayerDragPayload::mimeType()};
+}
 
 QMimeData* OrvShaderInputModel::mimeData(const QModelIndexList& Indexes) const
 {

@@ -6,8 +6,9 @@ class OrvShaderInput;
 class OrvShaderInputView;
 class OrvSnBaseNode;
 
-/// The rows of the Channels palette, which owns it: one flat row per channel that carries nothing but the identity of
-/// the channel's node. The palette fills it in order; the model answers drags and drops and never sorts by itself.
+/// The rows of the Channels palette, which owns it: one flat row per channel that carries nothing but the
+/// identity of the channel's node. The palette fills it in order; the model answers drags and drops and never
+/// sorts by itself.
 class OrvShaderInputModel : public QStandardItemModel {
     Q_OBJECT
 
@@ -19,8 +20,8 @@ public:
 
     QStringList mimeTypes() const override;
     QMimeData* mimeData(const QModelIndexList& Indexes) const override;
-    /// Alt duplicates dropped channels, Shift shares dropped layers as new channels. Always false: views must not
-    /// remove the dragged rows.
+    /// Alt duplicates dropped channels, Shift shares dropped layers as new channels. Always false: views must
+    /// not remove the dragged rows.
     bool dropMimeData(const QMimeData* pMimeData, Qt::DropAction Action, int Row, int Column,
         const QModelIndex& Parent) override;
     Qt::DropActions supportedDropActions() const override;

@@ -111,6 +111,9 @@ OrvShaderInputRow::OrvShaderInputRow(OrvLayerShader* pShader, const QString& Inp
     connect(pShader->node(), &OrvSerializableObject::userAttributeValueChanged, this,
         &OrvShaderInputRow::onAttributeChanged);
     connect(pShader->node(), &OrvSnBaseNode::inputNodeChanged, this, &OrvShaderInputRow::onInputNodeChanged);
+    // Whoever reads the shader from the box must not find one that is gone.
+    connect(pShader->node(), &QObject::destroyed, m_pInvert,
+        [pInvert = m_pInvert] { pInvert->setProperty("ShaderNode", QVariant()); });
     connect(m_pChannelButton, &QToolButton::clicked, this, &OrvShaderInputRow::onChannelClicked);
     connect(m_pMenuButton, &QToolButton::clicked, this, &OrvShaderInputRow::popupMenu);
     refresh();

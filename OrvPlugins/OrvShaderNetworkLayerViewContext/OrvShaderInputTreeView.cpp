@@ -1,10 +1,13 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
 
+#include "OrvCoreModules/Menus/OrvFocusShortcuts.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
 #include <QtGui/QDragMoveEvent>
+#include <QtGui/QKeySequence>
+#include <QtGui/QMouseEvent>
 #include <QtWidgets/QStyledItemDelegate>
 
 namespace {
@@ -38,14 +41,45 @@ OrvShaderInputTreeView::OrvShaderInputTreeView(OrvShaderInputView* pParent)
     m_DragTimer.setInterval(HoverDelay);
     m_DragTimer.setSingleShot(true);
     connect(&m_DragTimer, SIGNAL(timeout()), this, SLOT(testAndSetCurrentIndexFromDrag()));
+    (new OrvFocusShortcuts(this))->add(Qt::Key_F2, SLOT(renameChannel()), this);
 }
 
-QSize OrvShaderInputTreeView::sizeHint() const { return SmallestSize; }
+QSize OrvShaderInputTreeView::sizeHint() const
+{
+    return SmallestSize;
+}
 
 void OrvShaderInputTreeView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
 {
     OrvRowWidgetTree::currentChanged(Current, Previous);
-    Q_EMIT currentIndexChanged(Current, Previous);
+    if (!m_IsPressing)
+        Q_EMIT currentIndexChanged(Current, Previous);
+}
+
+void OrvShaderInputTreeView::mousePressEvent(QMouseEvent* pEvent)
+{
+    const bool LeavesCurrent = pEvent->modifiers() & (Qt::ShiftModifier | Qt::AltModifier)
+        && currentIndex().isValid() && indexAt(pEvent->pos()).isValid();
+    m_CurrentBeforePress = LeavesCurrent ? currentIndex() : QModelIndex();
+    m_IsPressing = LeavesCurrent;
+    OrvRowWidgetTree::mousePressEvent(pEvent);
+    // The row pressed stays selected: it is what a drag takes along.
+    if (LeavesCurrent)
+        selectionModel()->setCurrentIndex(m_CurrentBeforePress, QItemSelectionModel::NoUpdate);
+    m_IsPressing = false;
+}
+
+void OrvShaderInputTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    OrvRowWidgetTree::mouseReleaseEvent(pEvent);
+    endPressWithKeys();
+}
+
+void OrvShaderInputTreeView::endPressWithKeys()
+{
+    if (m_CurrentBeforePress.isValid())
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_CurrentBeforePress = QModelIndex();
 }
 
 bool OrvShaderInputTreeView::isOverHotSpot(const QModelIndex& Index, const QPoint& Position) const
@@ -73,9 +107,16 @@ void OrvShaderInputTreeView::testAndSetCurrentIndexFromDrag()
     m_DragIndex = QModelIndex();
 }
 
+void OrvShaderInputTreeView::renameChannel()
+{
+    if (auto* pRowWidget = qobject_cast<OrvShaderInputViewItemRowWidget*>(indexWidget(currentIndex())))
+        pRowWidget->editName();
+}
+
 void OrvShaderInputTreeView::startDrag(Qt::DropActions SupportedActions)
 {
     OrvRowWidgetTree::startDrag(SupportedActions);
+    endPressWithKeys();
     m_Parent->requestRefresh();
 }
 

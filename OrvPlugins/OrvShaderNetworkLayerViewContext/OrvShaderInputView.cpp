@@ -16,10 +16,10 @@
 #include "OrvCore/Undo/OrvCallMethodUndo.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
-#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
 #include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
@@ -28,11 +28,11 @@
 #include "OrvDdi/Color/OrvColorSpaceConfig.h"
 #include "OrvDdi/Color/OrvColorSpaceManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvQuickChannelStrip.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
@@ -43,6 +43,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -52,14 +53,9 @@ constexpr int PropertyDisplayFlags = 1938;
 constexpr int LayoutRightOfReference = 9;
 constexpr auto PaintTarget = OrvColorSpaceDefaults::ColorSpaceTarget(4);
 
-void report(int Line, const QString& Message) { OrvDebug("OrvShaderInputView", Line, Message, false, false); }
-
-QVBoxLayout* createTightLayout(QWidget* pWidget)
+void report(int Line, const QString& Message)
 {
-    QVBoxLayout* pLayout = new QVBoxLayout(pWidget);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(0);
-    return pLayout;
+    OrvDebug("OrvShaderInputView", Line, Message, false, false);
 }
 
 void showInMainLayerView(OrvLayerStack* pLayerStack)
@@ -78,7 +74,7 @@ OrvShaderInputView::OrvShaderInputView(QWidget* pParent)
 {
     auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("ChannelView"), this);
     pSplitter->setPanes(createListPane(), createPropertyPane());
-    createTightLayout(this)->addWidget(pSplitter);
+    OrvPaletteSplitter::createTightLayout(this)->addWidget(pSplitter);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     connectHost();
     registerShortcuts();
@@ -87,7 +83,7 @@ OrvShaderInputView::OrvShaderInputView(QWidget* pParent)
 QWidget* OrvShaderInputView::createListPane()
 {
     QWidget* pPane = new QWidget;
-    QVBoxLayout* pLayout = createTightLayout(pPane);
+    QVBoxLayout* pLayout = OrvPaletteSplitter::createTightLayout(pPane);
 
     m_QuickChannelStrip = new OrvQuickChannelStrip;
     QHBoxLayout* pStripLayout = new QHBoxLayout;
@@ -120,10 +116,10 @@ QWidget* OrvShaderInputView::createPropertyPane()
     pScrollArea->setWidgetResizable(true);
     pScrollArea->setContentsMargins(0, 0, 0, 0);
     pScrollArea->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
-    createTightLayout(pPane)->addWidget(pScrollArea);
+    OrvPaletteSplitter::createTightLayout(pPane)->addWidget(pScrollArea);
     QWidget* pContents = new QWidget;
     pContents->setMinimumSize(0, 0);
-    m_PropertyLayout = createTightLayout(pContents);
+    m_PropertyLayout = OrvPaletteSplitter::createTightLayout(pContents);
     pScrollArea->setWidget(pContents);
     return pPane;
 }
@@ -152,13 +148,14 @@ void OrvShaderInputView::connectHost()
         SLOT(undoableRequestRefresh()));
     connect(pChannels, SIGNAL(currentShaderInputChanged(OrvShaderInput*)), this,
         SLOT(onCurrentShaderInputChanged(OrvShaderInput*)));
-    connect(&OrvShaderNetworkManager::instance(), SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*)), this,
-        SLOT(requestRefresh()));
+    connect(&OrvShaderNetworkManager::instance(), SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*)),
+        this, SLOT(requestRefresh()));
     connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
         SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
     connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
         SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
-    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(onCurrentProjectChanged(OrvProject*)));
+    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this,
+        SLOT(onCurrentProjectChanged(OrvProject*)));
     connect(pProjects, SIGNAL(objectMadeCurrent(OrvGeoEntity*)), this,
         SLOT(onCurrentGeoEntityChanged(OrvGeoEntity*)));
     connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
@@ -174,7 +171,8 @@ void OrvShaderInputView::registerShortcuts()
         OrvActionHelpers::createAndRegisterShortcut(
             m_TreeView, QKeySequence(Keys), pSlot, &OrvShaderInputActions::instance());
         OrvShortcutManager::instance().showWidgetShortcut(
-            OrvLayerViewContext::ChannelsPath + QLatin1Char('/') + Command, QStringLiteral("Channels"), pSlot);
+            OrvLayerViewContext::ChannelsPath + QLatin1Char('/') + Command, QStringLiteral("Channels"),
+            pSlot);
     };
     set(Qt::Key_Delete, SLOT(removeShaderInput()), OrvShaderInputActions::tr("Remove Channel"));
     set(Qt::CTRL + Qt::Key_X, SLOT(cut()), OrvShaderInputActions::tr("Cut"));
@@ -184,7 +182,8 @@ void OrvShaderInputView::registerShortcuts()
 
 void OrvShaderInputView::onCurrentShaderInputChanged(OrvShaderInput* pNewShaderInput)
 {
-    m_TreeView->setCurrentIndex(pNewShaderInput ? m_Model->indexFromShaderInput(pNewShaderInput) : QModelIndex());
+    m_TreeView->setCurrentIndex(
+        pNewShaderInput ? m_Model->indexFromShaderInput(pNewShaderInput) : QModelIndex());
     // The Shaders palette shows material stacks.
     showInMainLayerView(pNewShaderInput && !pNewShaderInput->isMaterialStack() ? pNewShaderInput : nullptr);
     remakePropertyWidgets(pNewShaderInput);
@@ -221,7 +220,10 @@ void OrvShaderInputView::undoableRequestRefresh()
     requestRefresh();
 }
 
-void OrvShaderInputView::onRefreshTimerTimeout() { refresh(); }
+void OrvShaderInputView::onRefreshTimerTimeout()
+{
+    refresh();
+}
 
 void OrvShaderInputView::refresh()
 {
@@ -250,8 +252,9 @@ QList<OrvSnBaseNode*> OrvShaderInputView::listedNodes() const
         if (pShaderInput && !pShaderInput->isMaterialStack())
             Nodes.append(pNode);
     }
-    std::sort(Nodes.begin(), Nodes.end(),
-        [](const OrvSnBaseNode* pLeft, const OrvSnBaseNode* pRight) { return pLeft->name() < pRight->name(); });
+    std::sort(Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pLeft, const OrvSnBaseNode* pRight) {
+        return pLeft->name() < pRight->name();
+    });
     return Nodes;
 }
 
@@ -304,7 +307,8 @@ void OrvShaderInputView::showRowWidget(int Row, OrvSnBaseNode* pNode)
         m_TreeView->setRowWidget(Index, new OrvShaderInputViewItemRowWidget(this, pShaderInput));
     }
     // A rename may give the channel another place.
-    connect(pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderInputView::requestRefresh, Qt::UniqueConnection);
+    connect(
+        pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderInputView::requestRefresh, Qt::UniqueConnection);
 }
 
 void OrvShaderInputView::selectCurrentShaderInput()
@@ -332,8 +336,8 @@ void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
         Config.setColorSpaceVisible(0, true);
         Config.setDataPrettyNameDesignable(false);
     }
-    const QStringList Hidden = QStringList{QStringLiteral("imageSetDepthString"), QStringLiteral("imageSetSize"),
-                                   QStringLiteral("fileSpace")}
+    const QStringList Hidden = QStringList{QStringLiteral("imageSetDepthString"),
+                                   QStringLiteral("imageSetSize"), QStringLiteral("fileSpace")}
         + Config.propertyMap().keys();
     const auto title = [](const QString& Name) { return tr("Channel : %1").arg(Name); };
     const QMap<QString, QString> Titles{{QString(), title(pShaderInput->node()->name())}};
@@ -365,14 +369,15 @@ void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::Col
 
     OrvUndoManager::AutoMacro Macro(tr("Add Quick Channel"));
     const QString Name = OrvShaderInputUtils::generateUniqueName(pNetwork, tr("Quick Channel"));
-    OrvShaderInput* pShaderInput = OrvShaderInputUtils::create(pNetwork, Name, m_QuickChannelStrip->channelSize(),
-        GLenum(m_QuickChannelStrip->channelDepth()), nullptr);
+    OrvShaderInput* pShaderInput = OrvShaderInputUtils::create(pNetwork, Name,
+        m_QuickChannelStrip->channelSize(), GLenum(m_QuickChannelStrip->channelDepth()), nullptr);
     if (!pShaderInput) {
         report(__LINE__, QStringLiteral("Cannot Create Shader Input"));
         return;
     }
     OrvColorManager::transform(Value, Value, Target, PaintTarget, nullptr);
-    if (const OrvLayer* pBase = pShaderInput->createPaintableLayer(OrvLayerAtBottom, nullptr, tr("Base"), Value))
+    if (const OrvLayer* pBase
+        = pShaderInput->createPaintableLayer(OrvLayerAtBottom, nullptr, tr("Base"), Value))
         pShaderInput->node()->setLayout(LayoutRightOfReference, pBase->blendNode(), false, true);
 
     OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
@@ -381,7 +386,10 @@ void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::Col
     OrvProjectManager::instance().triggerAutosave();
 }
 
-void OrvShaderInputView::saveQuickChannelPrefs() { m_QuickChannelStrip->savePreferences(); }
+void OrvShaderInputView::saveQuickChannelPrefs()
+{
+    m_QuickChannelStrip->savePreferences();
+}
 
 void OrvShaderInputView::onCurrentProjectChanged(OrvProject* pNewProject)
 {
@@ -399,15 +407,16 @@ void OrvShaderInputView::onMenuManagerActionAdded(QString RootMenu, QString SubM
     m_ToolBar->addPublishedAction(RootMenu, SubMenu, Action);
 }
 
-void OrvShaderInputView::onMenuManagerActionRemoved(QString RootMenu, QString SubMenu, QString, QAction* Action)
+void OrvShaderInputView::onMenuManagerActionRemoved(
+    QString RootMenu, QString SubMenu, QString, QAction* Action)
 {
     m_ToolBar->removePublishedAction(RootMenu, SubMenu, Action);
 }
 
 void OrvShaderInputView::contextMenuEvent(QContextMenuEvent* pEvent)
 {
-    const std::unique_ptr<QMenu> pMenu(
-        OrvMenuManager::instance().makeMenu(QStringLiteral("MainWindow"), QStringLiteral("&Channels"), QString()));
+    const std::unique_ptr<QMenu> pMenu(OrvMenuManager::instance().makeMenu(
+        OrvLayerViewContext::MainWindowName, QStringLiteral("&Channels"), QString()));
     if (pMenu)
         pMenu->exec(pEvent->globalPos());
 }

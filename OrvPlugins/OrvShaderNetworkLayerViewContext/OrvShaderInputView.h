@@ -19,9 +19,10 @@ class OrvSnBaseNode;
 class QAction;
 class QVBoxLayout;
 
-/// Body of the "Channels" palette, which owns it: the channels of the current object, the quick-channel strip, the
-/// channel commands and the properties of the current channel. It rebuilds itself from the host after every burst of
-/// changes, follows the host's current channel and points the main Layers palette at it; it holds no document data.
+/// Body of the "Channels" palette, which owns it: the channels of the current object, the quick-channel
+/// strip, the channel commands and the properties of the current channel. It rebuilds itself from the host
+/// after every burst of changes, follows the host's current channel and points the main Layers palette at it;
+/// it holds no document data.
 class OrvShaderInputView : public QWidget {
     Q_OBJECT
 

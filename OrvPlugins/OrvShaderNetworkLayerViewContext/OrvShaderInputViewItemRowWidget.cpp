@@ -29,7 +29,8 @@ constexpr int IconSize = 16;
 
 QPixmap markPixmap(const QString& FileName)
 {
-    return FileName.isEmpty() ? QPixmap() : OrvPixmap::createQPixmapFromPath(OrvResourceInfo::iconPath() + FileName);
+    return FileName.isEmpty() ? QPixmap()
+                              : OrvPixmap::createQPixmapFromPath(OrvResourceInfo::iconPath() + FileName);
 }
 
 QString depthIconName(GLenum Depth)
@@ -55,8 +56,9 @@ OrvShaderInputViewItemRowWidget::OrvShaderInputViewItemRowWidget(
     , m_ShaderInput(pShaderInput)
 {
     setFixedHeight(RowHeight);
-    setToolTip(tr("Use Shift (or Ctrl+Shift) and left-mouse drag&drop to share a channel into a layer stack.\n"
-                  "Use Alt (or Ctrl+Alt) and left-mouse drag&drop to copy a channel within Channels palette."));
+    setToolTip(
+        tr("Use Shift (or Ctrl+Shift) and left-mouse drag&drop to share a channel into a layer stack.\n"
+           "Use Alt (or Ctrl+Alt) and left-mouse drag&drop to copy a channel within Channels palette."));
 }
 
 void OrvShaderInputViewItemRowWidget::showEvent(QShowEvent* pEvent)
@@ -136,14 +138,20 @@ void OrvShaderInputViewItemRowWidget::connectShaderInput()
     connect(m_ShaderInput, SIGNAL(lockedChanged(bool)), m_LockAction, SLOT(setCheckedState(bool)));
 }
 
-OrvShaderInput* OrvShaderInputViewItemRowWidget::shaderInput() const { return m_ShaderInput; }
+OrvShaderInput* OrvShaderInputViewItemRowWidget::shaderInput() const
+{
+    return m_ShaderInput;
+}
 
 QRect OrvShaderInputViewItemRowWidget::dragTargetGeometry() const
 {
     return m_LayerStackButton ? m_LayerStackButton->geometry() : QRect();
 }
 
-QSize OrvShaderInputViewItemRowWidget::sizeHint() const { return minimumSizeHint(); }
+QSize OrvShaderInputViewItemRowWidget::sizeHint() const
+{
+    return minimumSizeHint();
+}
 
 void OrvShaderInputViewItemRowWidget::refresh()
 {
@@ -170,6 +178,12 @@ void OrvShaderInputViewItemRowWidget::setNameUndo(QString Name)
         m_ShaderInput->node()->setName(Name);
     }
     refresh();
+}
+
+void OrvShaderInputViewItemRowWidget::editName()
+{
+    if (m_NameLabel && m_ShaderInput && m_ShaderInput->isModifiable())
+        m_NameLabel->edit();
 }
 
 void OrvShaderInputViewItemRowWidget::setDepthLabelIcon()
@@ -219,7 +233,8 @@ void OrvShaderInputViewItemRowWidget::showSharedItemsList()
     OrvSharerListPopup* pPopup = new OrvSharerListPopup(this);
     pPopup->addHeading(tr("Shared By :"));
     for (OrvSnBaseNode* pNode : qAsConst(Sharers)) {
-        OrvLayer* pLayer = OrvLayerUtils::isLayer(pNode) ? OrvLayerManager::instance().getLayer(pNode, true) : nullptr;
+        OrvLayer* pLayer
+            = OrvLayerUtils::isLayer(pNode) ? OrvLayerManager::instance().getLayer(pNode, true) : nullptr;
         if (pLayer)
             pPopup->addSharer(pLayer->path(true), pNode);
     }
@@ -256,8 +271,10 @@ void OrvShaderInputViewItemRowWidget::toggleShaderInputLocked(bool Locked)
 bool OrvShaderInputViewItemRowWidget::allowUnlocking() const
 {
     return QMessageBox::question(&OrvMainWindow::instance(), tr("Ancestor Locked"),
-               tr("This channel is locked because this is shared into a layer whose ancestors are locked and/or "
-                  "cached. Unlocking this channel will remove the lock and/or cache. Would you like to unlock this "
+               tr("This channel is locked because this is shared into a layer whose ancestors are locked "
+                  "and/or "
+                  "cached. Unlocking this channel will remove the lock and/or cache. Would you like to "
+                  "unlock this "
                   "channel"),
                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
         == QMessageBox::Yes;

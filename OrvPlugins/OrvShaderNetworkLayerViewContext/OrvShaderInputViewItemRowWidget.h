@@ -10,9 +10,9 @@ class OrvToggleAction;
 class QLabel;
 class QToolButton;
 
-/// One row of the Channels palette: name, marks for depth and colour space, the button of the layer stack, the marker
-/// of sharing, the lock. The palette's tree owns it; it shows its channel and edits it through the host, and holds
-/// nothing of it.
+/// One row of the Channels palette: name, marks for depth and colour space, the button of the layer stack,
+/// the marker of sharing, the lock. The palette's tree owns it; it shows its channel and edits it through the
+/// host, and holds nothing of it.
 class OrvShaderInputViewItemRowWidget : public QWidget {
     Q_OBJECT
 
@@ -32,6 +32,7 @@ public Q_SLOTS:
     void refresh();
     void updateSharedMarker();
     void setNameUndo(QString Name);
+    void editName();
     void setDepthLabelIcon();
     void setColorspaceLabelIcon();
     void setPopupLayerStackButtonIcon();

@@ -19,6 +19,8 @@
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 void report(int Line, const char* pMessage)
@@ -229,8 +231,7 @@ void OrvShaderInputsPane::showNote()
             && m_pShader->isInputEnabled(InputName) && m_pShader->inputShaderInput(InputName);
         if (Displaces)
             Note = tr("%1 looks at the surroundings of every pixel, which slows painting down. Switch it off "
-                      "while you "
-                      "do not need to see it.")
+                      "while you do not need to see it.")
                        .arg(InputName);
     }
     m_pNote->setText(Note);
@@ -252,22 +253,22 @@ OrvShaderInputRow* OrvShaderInputsPane::rowInUse() const
 
 void OrvShaderInputsPane::createChannel()
 {
-    createChannelFor(false);
+    createChannelOfKind(ChannelKind::Ordinary);
 }
 
 void OrvShaderInputsPane::createMaterialChannel()
 {
-    createChannelFor(true);
+    createChannelOfKind(ChannelKind::Material);
 }
 
-void OrvShaderInputsPane::createChannelFor(bool Material)
+void OrvShaderInputsPane::createChannelOfKind(ChannelKind Kind)
 {
     if (!m_pShader) {
         report(__LINE__, "ShaderLayer is NULL");
         return;
     }
-    const auto takesIt = [this, Material](const OrvShaderInputRow* pRow) {
-        return m_pShader->isInputForMaterialsStacks(pRow->inputName()) == Material;
+    const auto takesIt = [this, IsMaterial = Kind == ChannelKind::Material](const OrvShaderInputRow* pRow) {
+        return m_pShader->isInputForMaterialsStacks(pRow->inputName()) == IsMaterial;
     };
     OrvShaderInputRow* pRow = rowInUse();
     if (!pRow || !takesIt(pRow)) {

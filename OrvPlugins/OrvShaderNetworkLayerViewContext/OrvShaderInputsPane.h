@@ -58,7 +58,8 @@ private:
     void showMessage(const QString& Text);
     void showNote();
     OrvShaderInputRow* rowInUse() const;
-    void createChannelFor(bool Material);
+    enum class ChannelKind { Ordinary, Material };
+    void createChannelOfKind(ChannelKind Kind);
 
     QPointer<OrvLayerShader> m_pShader;
     QVector<OrvShaderInputRow*> m_Rows;

@@ -7,7 +7,6 @@
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
@@ -23,7 +22,6 @@ using OrvLayerViewUtils::report;
 namespace {
 
 const char LayerViewProperty[] = "OrvLayerView";
-constexpr int StatusDuration = 6000; // ms
 const char CurrentShaderProperty[] = "OrvCurrentLayerShader";
 
 /// While a layer's shader is being made, palettes wait, and what is current is not to change.
@@ -137,9 +135,8 @@ bool OrvShaderLayerCommands::addLayer(OrvLayerShader* pShader)
     const bool IsAdded
         = pLayerStack->createShaderLayer(pShader, m_Commands->creationFlags(), nullptr, QString());
     if (!IsAdded)
-        OrvStatusManager::instance().showMessage(pLayerStack->holdsShaders()
+        OrvLayerViewUtils::tell(pLayerStack->holdsShaders()
                 ? OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are.")
-                : OrvLayerView::tr("Shader layers stand in material stacks only: choose a material."),
-            StatusDuration);
+                : OrvLayerView::tr("Shader layers stand in material stacks only: choose a material."));
     return IsAdded;
 }

@@ -62,6 +62,9 @@ void OrvShaderMaterialsView::createTabBar()
     m_TabBar->setShape(QTabBar::RoundedWest);
     m_TabBar->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred);
     m_TabBar->setExpanding(false);
+    // A layer reaches the list of shaders by way of its tab.
+    m_TabBar->setAcceptDrops(true);
+    m_TabBar->setChangeCurrentOnDrag(true);
 }
 
 void OrvShaderMaterialsView::connectHost()
@@ -133,6 +136,8 @@ void OrvShaderMaterialsView::rebuildTabs()
     }
     addMissingTabs();
     removeLeftOverTabs();
+    for (OrvShaderInput* pChannel : m_MaterialChannels.keys())
+        titleTab(pChannel);
 }
 
 void OrvShaderMaterialsView::followShader(OrvLayerShader* pShader)
@@ -199,12 +204,15 @@ void OrvShaderMaterialsView::openTab(const OrvShaderInput* pShaderInput)
         m_TabBar->setCurrentIndex(Index);
 }
 
-/// All read the same and are told apart by where they stand.
-void OrvShaderMaterialsView::titleTab(const OrvShaderInput* pShaderInput)
+/// All read the same; where they stand and their tool tips tell them apart.
+void OrvShaderMaterialsView::titleTab(OrvShaderInput* pShaderInput)
 {
     const int Index = pShaderInput ? tabIndex(pShaderInput) : -1;
-    if (Index >= 0)
-        m_TabBar->setTabText(Index, tr("Shader Layers"));
+    if (Index < 0)
+        return;
+    m_TabBar->setTabText(Index, tr("Shader Layers"));
+    const QString InputName = m_MaterialChannels.value(pShaderInput);
+    m_TabBar->setTabToolTip(Index, tr("%1, which feeds %2").arg(pShaderInput->name(), InputName));
 }
 
 void OrvShaderMaterialsView::onShaderInputNameChanged(OrvShaderInput* pShaderInput, QString)
@@ -223,7 +231,7 @@ void OrvShaderMaterialsView::onShaderRenamed()
         OrvDebug(FileName, __LINE__, QStringLiteral("Shader is NULL"), false, false);
         return;
     }
-    for (const OrvShaderInput* pChannel : m_MaterialChannels.keys())
+    for (OrvShaderInput* pChannel : m_MaterialChannels.keys())
         titleTab(pChannel);
 }
 

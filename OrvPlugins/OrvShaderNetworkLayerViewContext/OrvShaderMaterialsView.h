@@ -45,7 +45,7 @@ private:
     void addMissingTabs();
     void removeLeftOverTabs();
     void openTab(const OrvShaderInput* pShaderInput);
-    void titleTab(const OrvShaderInput* pShaderInput);
+    void titleTab(OrvShaderInput* pShaderInput);
     QObject* tabObject(int TabIndex) const;
     int tabIndex(const OrvShaderInput* pShaderInput) const;
 

@@ -1,19 +1,17 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
 #include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
-#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
+#include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
@@ -24,10 +22,11 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderListView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderRowIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderRowSynchronizer.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderSuccession.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderTagActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
 
-#include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QToolButton>
@@ -53,14 +52,6 @@ void report(int Line, const char* pMessage)
     report(Line, QString::fromLatin1(pMessage));
 }
 
-QVBoxLayout* createTightLayout(QWidget* pWidget)
-{
-    QVBoxLayout* pLayout = new QVBoxLayout(pWidget);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(0);
-    return pLayout;
-}
-
 } // namespace
 
 OrvShaderView::OrvShaderView(QWidget* pParent)
@@ -71,11 +62,12 @@ OrvShaderView::OrvShaderView(QWidget* pParent)
     m_TagActions = new OrvShaderTagActions(this);
     auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("ShaderView"), this);
     pSplitter->setPanes(createListPane(), createInputsArea());
-    createTightLayout(this)->addWidget(pSplitter);
+    OrvPaletteSplitter::createTightLayout(this)->addWidget(pSplitter);
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
     m_RefreshTimerShaderProperties = new OrvDeferredTimer(RefreshInterval, this);
     connectList();
     connect(m_Model, SIGNAL(addShaderNode(OrvSnBaseNode*)), this, SLOT(addShaderNode(OrvSnBaseNode*)));
+    connect(m_Rows, SIGNAL(shaderRenamed()), this, SLOT(requestRefresh()));
     connectHost();
     connectMenusAndTimers();
     registerShortcuts();
@@ -88,8 +80,10 @@ QWidget* OrvShaderView::createListPane()
     m_ListView = new OrvShaderListView(pPane);
     m_Model = new OrvShaderModel(this);
     m_ListView->setModel(m_Model);
+    m_Rows = new OrvShaderRowSynchronizer(m_Model, m_ListView, this);
+    m_Succession = new OrvShaderSuccession(m_Model, this);
     createToolBar();
-    QVBoxLayout* pLayout = createTightLayout(pPane);
+    QVBoxLayout* pLayout = OrvPaletteSplitter::createTightLayout(pPane);
     pLayout->addWidget(m_ListView, 1);
     pLayout->addWidget(m_ToolBar);
     return pPane;
@@ -151,7 +145,8 @@ void OrvShaderView::connectHost()
     OrvProjectManager* pProjects = &OrvProjectManager::instance();
     connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*)), this, SLOT(requestRefresh()));
     connect(pShaders, SIGNAL(shaderAdded(OrvSnBaseNode*)), this, SLOT(requestRefresh()));
-    connect(pProjects, SIGNAL(projectOpenAbsolutelyCompleted()), this, SLOT(requestRefreshShaderProperties()));
+    connect(
+        pProjects, SIGNAL(projectOpenAbsolutelyCompleted()), this, SLOT(requestRefreshShaderProperties()));
     connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(requestRefreshShaderProperties()));
     connect(pChannels, SIGNAL(newShaderInputConnected(QString, OrvSnBaseNode*)), this,
         SLOT(refreshShaderPropertiesForNewShaderInput(QString, OrvSnBaseNode*)));
@@ -230,52 +225,11 @@ void OrvShaderView::refresh()
     const OrvStatusManager::AutoProgress Progress(tr("Refreshing Shader View"), 100, 0, 1);
     // Rows that come and go must not change the host's current shader, nor new texts its names.
     disconnectList();
-    if (const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork()) {
-        showNodes(listedNodes(pNetwork));
-        showCurrentRow(OrvLayerShaderManager::instance().currentShaderNode());
-    } else {
-        m_Model->removeRows(0, m_Model->rowCount());
-    }
+    m_Rows->synchronize();
     connectList();
+    // No tag changes when the chosen shader leaves or returns.
+    m_TagActions->showCurrent(OrvLayerShaderManager::instance().currentLayerShader());
     requestRefreshShaderProperties();
-}
-
-QList<OrvSnBaseNode*> OrvShaderView::listedNodes(const OrvShaderNetwork* pNetwork) const
-{
-    QList<OrvSnBaseNode*> Nodes;
-    for (OrvSnBaseNode* pNode : OrvLayerShaderManager::instance().getShaderNodes(pNetwork, true)) {
-        const bool IsLeftOut = !pNode || pNode->hasTag(OrvLayerShaderManager::nodeTagCurrentMaterialShader())
-            || pNode->hasTag(OrvSnNames::StackShaderTag);
-        if (!IsLeftOut)
-            Nodes.append(pNode);
-    }
-    return Nodes;
-}
-
-void OrvShaderView::showNodes(const QList<OrvSnBaseNode*>& Nodes)
-{
-    const QSet<OrvSnBaseNode*> Listed(Nodes.cbegin(), Nodes.cend());
-    QSet<OrvSnBaseNode*> Shown;
-    const int FormerRowCount = m_Model->rowCount();
-    for (int Row = FormerRowCount - 1; Row >= 0; --Row) {
-        OrvSnBaseNode* pNode = m_Model->nodeFromItem(m_Model->item(Row));
-        if (!Listed.contains(pNode)) {
-            m_Model->removeRow(Row);
-            continue;
-        }
-        Shown.insert(pNode);
-        if (m_Model->item(Row)->text() != pNode->name())
-            m_Model->item(Row)->setText(pNode->name());
-    }
-    if (m_Model->rowCount() < FormerRowCount)
-        m_Model->renumber();
-    if (Shown.size() == Listed.size())
-        return;
-    for (OrvSnBaseNode* pNode : Nodes) {
-        if (!Shown.contains(pNode))
-            addShaderNode(pNode);
-    }
-    m_Model->sort(0, Qt::AscendingOrder);
 }
 
 QStandardItem* OrvShaderView::addShaderNode(OrvSnBaseNode* Node)
@@ -284,19 +238,7 @@ QStandardItem* OrvShaderView::addShaderNode(OrvSnBaseNode* Node)
         report(__LINE__, "Node is NULL");
         return nullptr;
     }
-    if (Node->hasTag(OrvSnNames::StackShaderTag))
-        return nullptr;
-    disconnect(Node, SIGNAL(nameChanged(const QString&)), this, SLOT(requestRefresh()));
-    connect(Node, SIGNAL(nameChanged(const QString&)), this, SLOT(requestRefresh()));
-    const bool IsSystemShader = OrvLayerShaderManager::instance().isSystemShaderNode(Node, false);
-    return m_Model->appendNode(Node, OrvShaderRowIcon::of(Node), !IsSystemShader);
-}
-
-void OrvShaderView::showCurrentRow(const OrvSnBaseNode* pNode)
-{
-    const QModelIndex Index = m_Model->indexFromNode(pNode);
-    if (Index != m_ListView->currentIndex())
-        m_ListView->setCurrentIndex(Index);
+    return m_Rows->addRow(Node);
 }
 
 void OrvShaderView::onItemChanged(QStandardItem* Item)
@@ -342,55 +284,36 @@ void OrvShaderView::onCurrentIndexChanged(QModelIndex)
 void OrvShaderView::onCurrentLayerShaderChanged(OrvLayerShader* Shader)
 {
     followCurrentNode(Shader ? Shader->node() : nullptr);
-    showCurrentRow(Shader ? Shader->node() : nullptr);
+    m_Rows->showCurrent(Shader ? Shader->node() : nullptr);
     m_TagActions->showCurrent(Shader);
     requestRefreshShaderProperties();
 }
 
 void OrvShaderView::followCurrentNode(OrvSnBaseNode* pNode)
 {
-    if (m_FollowedNode == pNode)
+    OrvSnBaseNode* pFormer = m_Succession->current();
+    if (pFormer == pNode)
         return;
     const char* pSignal = SIGNAL(inputNodeChanged(QString, OrvSnBaseNode*, QString));
     const char* pSlot = SLOT(onNodeInputConnectionChanged(QString, OrvSnBaseNode*, QString));
-    if (m_FollowedNode)
-        disconnect(m_FollowedNode, pSignal, this, pSlot);
-    // A shader that is being removed stops being current first, within the same step.
-    m_FormerNode = m_FollowedNode;
-    QTimer::singleShot(0, this, [this] { m_FormerNode.clear(); });
-    m_FollowedNode = pNode;
-    if (m_FollowedNode)
-        connect(m_FollowedNode, pSignal, this, pSlot);
+    if (pFormer)
+        disconnect(pFormer, pSignal, this, pSlot);
+    m_Succession->setCurrent(pNode);
+    if (pNode)
+        connect(pNode, pSignal, this, pSlot);
 }
 
 void OrvShaderView::onShaderRemoved(OrvSnBaseNode* NodeRemoved)
 {
     if (!OrvProjectManager::instance().currentProject()) {
-        m_Model->removeRows(0, m_Model->rowCount());
+        m_Rows->clear();
         return;
     }
     OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
-    const QModelIndex Removed = m_Model->indexFromNode(NodeRemoved);
     if (NodeRemoved && Shaders.selectedUserShaderNode() == NodeRemoved)
         Shaders.resetSelectedUserShaderNode();
-    if (Removed.isValid() && leavesGap(NodeRemoved)) {
-        const QModelIndex Next = Removed.siblingAtRow(Removed.row() + 1);
-        Shaders.setCurrentShader(
-            m_Model->nodeFromIndex(Next.isValid() ? Next : Removed.siblingAtRow(Removed.row() - 1)));
-    }
+    m_Succession->succeed(NodeRemoved);
     requestRefresh();
-}
-
-bool OrvShaderView::leavesGap(const OrvSnBaseNode* pRemoved) const
-{
-    const OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
-    // Undo and redo know themselves what was current, and whoever takes system shaders away makes new ones.
-    if (OrvUndoManager::instance().isRestoring() || Shaders.isSystemShaderNode(pRemoved, true))
-        return false;
-    const OrvSnBaseNode* pCurrent = Shaders.currentShaderNode();
-    const bool HasFallenBack
-        = !pCurrent || pCurrent == pRemoved || pCurrent == Shaders.getCurrentChannelShader();
-    return HasFallenBack && (pRemoved == m_FollowedNode || pRemoved == m_FormerNode);
 }
 
 void OrvShaderView::currentChannel()

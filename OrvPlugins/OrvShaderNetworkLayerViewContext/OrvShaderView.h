@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QtCore/QModelIndex>
-#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 class OrvDeferredTimer;
@@ -12,6 +11,8 @@ class OrvShaderInputsPane;
 class OrvShaderListView;
 class OrvShaderModel;
 class OrvShaderNetwork;
+class OrvShaderRowSynchronizer;
+class OrvShaderSuccession;
 class OrvShaderTagActions;
 class OrvSnBaseNode;
 class QAction;
@@ -94,22 +95,17 @@ private:
     void connectMenusAndTimers();
     void registerShortcuts();
 
-    QList<OrvSnBaseNode*> listedNodes(const OrvShaderNetwork* pNetwork) const;
-    void showNodes(const QList<OrvSnBaseNode*>& Nodes);
-    void showCurrentRow(const OrvSnBaseNode* pNode);
     void followCurrentNode(OrvSnBaseNode* pNode);
-    /// Nothing but the host's default has taken the place of the removed shader.
-    bool leavesGap(const OrvSnBaseNode* pRemoved) const;
     bool isCurrentShaderNode(const OrvSnBaseNode* pNode) const;
 
     OrvShaderModel* m_Model = nullptr;
     OrvShaderListView* m_ListView = nullptr;
+    OrvShaderRowSynchronizer* m_Rows = nullptr;
+    OrvShaderSuccession* m_Succession = nullptr;
     OrvPanelToolBar* m_ToolBar = nullptr;
     QToolButton* m_AddButton = nullptr;
     OrvShaderTagActions* m_TagActions = nullptr;
     OrvShaderInputsPane* m_InputsPane = nullptr;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
     OrvDeferredTimer* m_RefreshTimerShaderProperties = nullptr;
-    QPointer<OrvSnBaseNode> m_FollowedNode; ///< of the current shader
-    QPointer<OrvSnBaseNode> m_FormerNode; ///< until the event loop is reached again
 };

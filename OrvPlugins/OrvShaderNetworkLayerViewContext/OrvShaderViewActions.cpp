@@ -19,15 +19,14 @@
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputDisconnectDialog.h"
 
 #include <QtCore/QTimer>
 #include <QtWidgets/QAction>
-#include <QtWidgets/QMessageBox>
 
 #include <algorithm>
 #include <optional>
@@ -39,7 +38,6 @@ namespace {
 const char AddShaderIcon[] = "AddShader.png";
 const QLatin1Char Separator('/');
 const QString ShaderMenuPrefix = QStringLiteral("Shaders/");
-constexpr int StatusDuration = 6000; // ms
 
 void report(int Line, const QString& Message)
 {
@@ -60,17 +58,16 @@ OrvLayerShader* currentUserShader(int Line)
     OrvLayerShader* pShader = currentShader(Line);
     if (!pShader || !OrvLayerShaderManager::instance().isSystemShader(pShader))
         return pShader;
-    OrvStatusManager::instance().showMessage(
+    OrvLayerViewUtils::tell(
         OrvShaderViewActions::tr("\"%1\" comes with every object: choose a shader of your own.")
-            .arg(pShader->name()),
-        StatusDuration);
+            .arg(pShader->name()));
     return nullptr;
 }
 
 void warn(const QString& Title, const QString& Error)
 {
-    if (!Error.isEmpty() && OrvApplication::appInstance().popupsAllowed())
-        QMessageBox::warning(&OrvMainWindow::instance(), Title, Error, QMessageBox::Ok);
+    if (OrvApplication::appInstance().popupsAllowed())
+        OrvLayerViewUtils::warn(Title, Error);
 }
 
 /// Whether the multi-channel layers in the shader's channels are disconnected rather than converted; nothing
@@ -85,7 +82,8 @@ std::optional<bool> askMultiChannelTreatment(const OrvLayerShader* pShader)
     // Where nobody can be asked, nothing is lost.
     if (!IsAffected || !OrvApplication::appInstance().popupsAllowed())
         return false;
-    OrvShaderInputDisconnectDialog Dialog(&OrvMainWindow::instance(), true);
+    OrvShaderInputDisconnectDialog Dialog(
+        &OrvMainWindow::instance(), OrvShaderInputDisconnectDialog::Occasion::RemovingShader);
     if (Dialog.exec() != QDialog::Accepted)
         return std::nullopt;
     return Dialog.disconnectChosen();
@@ -102,10 +100,8 @@ void takeAway(const QString& Text, bool (*pTake)(OrvLayerShader*, bool))
     if (!Disconnect || !pShader || pTake(pShader, *Disconnect))
         return;
     Macro.cancel();
-    OrvStatusManager::instance().showMessage(
-        OrvShaderViewActions::tr(
-            "Nothing was changed: a lock or a cache keeps the shader's layers as they are."),
-        StatusDuration);
+    OrvLayerViewUtils::tell(OrvShaderViewActions::tr(
+        "Nothing was changed: a lock or a cache keeps the shader's layers as they are."));
 }
 
 void switchEntries(const QMenu* pMenu, bool Enabled)

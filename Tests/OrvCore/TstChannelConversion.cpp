@@ -63,6 +63,21 @@ float greatestDifference(const std::vector<float>& First, const std::vector<floa
     return Greatest;
 }
 
+/// Writes a whole image as a brush would.
+void write(OrvImageSet* pImages, const OrvPixelFormat& Format, const void* pPixels)
+{
+    pImages->buffer().write(pImages->extent(), Format, pPixels);
+    pImages->pixelsWritten(pImages->extent());
+}
+
+/// What another process would leave there.
+void setClipboardBytes(const QByteArray& Bytes)
+{
+    auto* pData = new QMimeData;
+    pData->setData(ChannelMimeType, Bytes);
+    QGuiApplication::clipboard()->setMimeData(pData);
+}
+
 /// What was refused while it lives.
 struct Refusals : QSignalSpy {
     Refusals()
@@ -103,13 +118,11 @@ private Q_SLOTS:
     void widerDepthsKeepEveryByte()
     {
         QFETCH(int, Depth);
-        const OrvTestProject Project(QSize(16, 16), GL_UNSIGNED_BYTE);
+        OrvTestProject Project(QSize(16, 16), GL_UNSIGNED_BYTE);
         OrvShaderInput* pChannel = Project.channel();
-        OrvLayer* pLayer = const_cast<OrvTestProject&>(Project).paint("Paint");
-        OrvImageSet* pPaint = pLayer->paintImageSet();
+        OrvImageSet* pPaint = Project.paint("Paint")->paintImageSet();
         const std::vector<uchar> Before = everyByte();
-        pPaint->buffer().write(pPaint->extent(), pPaint->format(), Before.data());
-        pPaint->pixelsWritten(pPaint->extent());
+        write(pPaint, pPaint->format(), Before.data());
         const std::vector<float> Light = lightOf(pPaint);
         const QByteArray Document = OrvTestProject::document();
         QSignalSpy DepthChanges(pChannel, &OrvShaderInput::imageSetDepthChanged);
@@ -140,8 +153,7 @@ private Q_SLOTS:
         std::vector<float> Ramp;
         for (int Index = 0; Index < 256; ++Index)
             Ramp.insert(Ramp.end(), {Index / 200.0f, 0.3f, 1e-4f * Index, Index / 255.0f});
-        pPaint->buffer().write(pPaint->extent(), LinearColor, Ramp.data());
-        pPaint->pixelsWritten(pPaint->extent());
+        write(pPaint, LinearColor, Ramp.data());
         QVERIFY(Project.channel()->convertDepthTo(GL_UNSIGNED_BYTE, Free));
         const std::vector<float> Light = lightOf(pPaint);
         for (int Index = 0; Index < 256; ++Index) {
@@ -476,9 +488,7 @@ private Q_SLOTS:
             Bytes = QGuiApplication::clipboard()->mimeData()->data(ChannelMimeType);
         }
         // As another process, which is told the bytes.
-        auto* pData = new QMimeData;
-        pData->setData(ChannelMimeType, Bytes);
-        QGuiApplication::clipboard()->setMimeData(pData);
+        setClipboardBytes(Bytes);
         OrvTestProject Project(QSize(32, 32));
         QString Error;
         OrvShaderInput* pPasted = OrvShaderInputUtils::pasteFromClipboard(Error, OrvTestProject::network());
@@ -501,9 +511,7 @@ private Q_SLOTS:
         QVERIFY(OrvShaderInputUtils::copyToClipboard(Project.channel()));
         const QByteArray Good = QGuiApplication::clipboard()->mimeData()->data(ChannelMimeType);
         const auto textFor = [&](const QByteArray& Bytes) {
-            auto* pData = new QMimeData;
-            pData->setData(ChannelMimeType, Bytes);
-            QGuiApplication::clipboard()->setMimeData(pData);
+            setClipboardBytes(Bytes);
             Error.clear();
             return OrvShaderInputUtils::pasteFromClipboard(Error, OrvTestProject::network()) ? QString("pasted")
                                                                                                : Error;

@@ -95,13 +95,24 @@ OrvLayer* painted(OrvTestProject& Project, float AlphaScale = 1.0f)
     return pLayer;
 }
 
+/// Gives a layer a mask that is grey in one place.
+OrvLayer* mask(OrvLayer* pLayer, const QRect& Place, float Grey)
+{
+    pLayer->addMaskImageSet();
+    OrvTestProject::fill(pLayer->maskImageSet(), Place, OrvColor(Grey, Grey, Grey));
+    return pLayer;
+}
+
+OrvLayer* masked(OrvTestProject& Project)
+{
+    return mask(painted(Project), QRect(2, 2, 11, 20), 0.4f);
+}
+
 OrvLayer* maskedGroup(OrvTestProject& Project)
 {
     OrvLayer* pInside = painted(Project, 0.7f);
     OrvLayer* pOther = Project.paint("Green", OrvColor(0.1f, 0.9f, 0.2f, 0.4f));
-    OrvLayer* pGroup = Project.group("Group", {pOther, pInside});
-    pGroup->addMaskImageSet();
-    Project.fill(pGroup->maskImageSet(), QRect(3, 3, 20, 9), OrvColor(0.5f, 0.5f, 0.5f));
+    OrvLayer* pGroup = mask(Project.group("Group", {pOther, pInside}), QRect(3, 3, 20, 9), 0.5f);
     setBlending(pGroup, "Multiply", 0.75);
     return pGroup;
 }
@@ -111,18 +122,14 @@ OrvLayer* dependentGroup(OrvTestProject& Project)
     OrvLayer* pMultiplied = painted(Project);
     setBlending(pMultiplied, "Multiply", 1.0);
     OrvLayer* pInvert = Project.channel()->createAdjustmentLayer(Invert, 0);
-    OrvLayer* pGroup = Project.group("Group", {pInvert, pMultiplied});
-    pGroup->addMaskImageSet();
-    Project.fill(pGroup->maskImageSet(), QRect(0, 0, 7, 32), OrvColor(0.25f, 0.25f, 0.25f));
+    OrvLayer* pGroup = mask(Project.group("Group", {pInvert, pMultiplied}), QRect(0, 0, 7, 32), 0.25f);
     pGroup->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.5);
     return pGroup;
 }
 
 OrvLayer* withMaskStack(OrvTestProject& Project)
 {
-    OrvLayer* pLayer = painted(Project);
-    pLayer->addMaskImageSet();
-    Project.fill(pLayer->maskImageSet(), QRect(5, 5, 9, 9), OrvColor(0.2f, 0.2f, 0.2f));
+    OrvLayer* pLayer = mask(painted(Project), QRect(5, 5, 9, 9), 0.2f);
     OrvLayerStack* pMask = pLayer->convertMaskToMaskStack();
     paintRamp(pMask->createPaintableLayer(30, nullptr, "Above", OrvColor::clear())->paintImageSet(), 0.5f);
     return pLayer;
@@ -172,21 +179,9 @@ const QVector<Conversion>& conversions()
             [](OrvLayer* p) {
                 return OrvLayerStreamUtils::flattenLayer(p, nullptr) && p->hasAdjustmentStack();
             }},
-        {"bake a mask",
-            [](OrvTestProject& Project) {
-                OrvLayer* pLayer = painted(Project);
-                pLayer->addMaskImageSet();
-                Project.fill(pLayer->maskImageSet(), QRect(2, 2, 11, 20), OrvColor(0.4f, 0.4f, 0.4f));
-                return pLayer;
-            },
-            [](OrvLayer* p) { return p->applyMask() && !p->hasMask(); }},
+        {"bake a mask", masked, [](OrvLayer* p) { return p->applyMask() && !p->hasMask(); }},
         {"bake a mask above adjustments",
-            [](OrvTestProject& Project) {
-                OrvLayer* pLayer = withAdjustments(Project);
-                pLayer->addMaskImageSet();
-                Project.fill(pLayer->maskImageSet(), QRect(2, 2, 11, 20), OrvColor::black());
-                return pLayer;
-            },
+            [](OrvTestProject& P) { return mask(withAdjustments(P), QRect(2, 2, 11, 20), 0.0f); },
             [](OrvLayer* p) { return p->applyMask() && !p->hasAdjustmentStack(); }},
         {"mask stack to image", withMaskStack,
             [](OrvLayer* p) { return p->convertMaskToImageSet() && p->hasMaskImageSet(); }},
@@ -219,13 +214,7 @@ const QVector<Conversion>& conversions()
             }},
         {"graph to paint", graph,
             [](OrvLayer* p) { return p->convertPayloadToImageSet() && p->isPaintableLayer(); }},
-        {"mask to float",
-            [](OrvTestProject& Project) {
-                OrvLayer* pLayer = painted(Project);
-                pLayer->addMaskImageSet();
-                Project.fill(pLayer->maskImageSet(), QRect(2, 2, 11, 20), OrvColor(0.4f, 0.4f, 0.4f));
-                return pLayer;
-            },
+        {"mask to float", masked,
             [](OrvLayer* p) {
                 const GLenum Depth = p->maskImageSet()->format().Depth == GL_FLOAT ? GL_HALF_FLOAT : GL_FLOAT;
                 return p->convertMask(Depth) && p->maskImageSet()->format().Depth == Depth;
@@ -384,9 +373,8 @@ private Q_SLOTS:
             QVERIFY(pBare->hasMaskStack() && pPlain->hasMaskStack());
             QCOMPARE(Project.tree(pBare->maskStack()), QString("Above Mask"));
             QVERIFY(pBare->maskStack()->topNode() != pPlain->maskStack()->topNode());
-            Project.undo();
-            Project.undo();
-            Project.undo();
+            for (int Step = 0; Step < 3; ++Step)
+                Project.undo();
             QCOMPARE(Project.document(), Before);
             QCOMPARE(Project.network()->nodes().size(), Nodes);
             QString Error;

@@ -62,10 +62,8 @@ private Q_SLOTS:
         pHead->addMaskImageSet();
         pHead->makeCurrent(false, true);
         layers().setCurrentComponent(pHead->maskPaintNode());
-        OrvLayerStack* pMaskStack = layerOf(m_pHead, "Base")->hasMaskStack()
-            ? nullptr
-            : (layerOf(m_pHead, "Base")->addMaskImageSet(),
-                layerOf(m_pHead, "Base")->convertMaskToMaskStack());
+        layerOf(m_pHead, "Base")->addMaskImageSet();
+        OrvLayerStack* pMaskStack = layerOf(m_pHead, "Base")->convertMaskToMaskStack();
         QVERIFY(pMaskStack);
         layers().setCurrentLayerStack(pMaskStack);
 

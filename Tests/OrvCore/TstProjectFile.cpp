@@ -116,7 +116,7 @@ private Q_SLOTS:
     void savedProjectsComeBackWhole()
     {
         QByteArray Saved;
-        QString Identity, Error;
+        QString Identity;
         OrvColor Seen;
         {
             OrvTestProject Project(QSize(600, 40));
@@ -126,7 +126,7 @@ private Q_SLOTS:
             QVERIFY(projects().isModified());
             qRegisterMetaType<OrvProject*>();
             QSignalSpy Done(&projects(), &OrvProjectManager::onProjectSaved);
-            QVERIFY2(projects().saveProjectAs(m_Path, Error), qPrintable(Error));
+            QVERIFY2(projects().saveProjectAs(m_Path, m_Error), qPrintable(m_Error));
             QCOMPARE(Done.size(), 1);
             QVERIFY(!projects().isModified());
             Saved = Project.document();
@@ -143,7 +143,7 @@ private Q_SLOTS:
               });
         const QMetaObject::Connection Completed = connect(&projects(),
             &OrvProjectManager::projectOpenAbsolutelyCompleted, [&] { Signals.append("completed"); });
-        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
         disconnect(Current);
         disconnect(Completed);
         QCOMPARE(Signals, QStringList({"current", "completed"}));
@@ -160,11 +160,11 @@ private Q_SLOTS:
         // Unchanged pixels are not written again.
         QSet<QString> Before = files();
         pChannel->layerList().first()->setName("Renamed");
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QCOMPARE(files(), Before);
         OrvTestProject::fill(
             OrvTestProject::layer("Layer", pChannel)->paintImageSet(), QRect(0, 0, 9, 9), OrvColor::white());
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QSet<QString> New = files();
         QCOMPARE(New.subtract(Before).size(), 1); // of two blocks, one
         QCOMPARE(files().size(), Before.size()); // and the one whose place it takes is gone
@@ -172,21 +172,20 @@ private Q_SLOTS:
 
     void blocksThatNobodyNeedsGo()
     {
-        QString Error;
         OrvTestProject Project(QSize(640, 64));
         OrvImageSet* pImages = Project.paint("Layer", OrvColor(0, 0, 0))->paintImageSet();
         const auto paint
             = [&](float Value) { Project.fill(pImages, QRect(3, 3, 20, 20), OrvColor(Value, 0, 0)); };
         paint(1);
-        QVERIFY(projects().saveProjectAs(m_Path, Error));
+        QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         const QSet<QString> First = blocks();
         QCOMPARE(First, namedBlocks());
         // Not while a save fails, be it cancelled or at its last step.
         paint(2);
-        QVERIFY(!projects().saveProjectAs(m_Path, Error, [](int, int) { return false; }));
+        QVERIFY(!projects().saveProjectAs(m_Path, m_Error, [](int, int) { return false; }));
         QVERIFY(blocks().contains(First));
         QVERIFY(QFile::rename(m_Manifest, m_Manifest + ".aside") && QDir().mkpath(m_Manifest));
-        QVERIFY(!projects().saveProject(Error));
+        QVERIFY(!projects().saveProject(m_Error));
         QVERIFY(blocks().contains(First));
         QVERIFY(QDir().rmdir(m_Manifest) && QFile::rename(m_Manifest + ".aside", m_Manifest));
         // Not what a copy of the manifest names, be it of an unknown version; nor what is no block.
@@ -196,45 +195,44 @@ private Q_SLOTS:
             QVERIFY(QFile::copy(m_Manifest, Name));
             const QSet<QString> Kept = namedBlocks();
             paint(float(Name.size()));
-            QVERIFY(projects().saveProject(Error));
+            QVERIFY(projects().saveProject(m_Error));
             QVERIFY(blocks().contains(Kept) && blocks().contains(namedBlocks()));
             QVERIFY(QFile::remove(Name));
         }
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QCOMPARE(blocks(), namedBlocks());
         QVERIFY(!blocks().intersects(First) && QFile::exists(Foreign));
         // What the history holds is written anew when it is needed again.
         Project.channel()->deleteLayers(Project.channel()->layerList());
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QVERIFY(blocks().isEmpty());
         OrvTestProject::undo();
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QVERIFY(!blocks().isEmpty());
         const QByteArray Saved = Project.document();
-        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
         QCOMPARE(OrvTestProject::document(), Saved);
     }
 
     void twoProgramsDoNotSaveAtOnce()
     {
-        QString Error;
         OrvTestProject Project(QSize(64, 64));
-        QVERIFY(projects().saveProjectAs(m_Path, Error));
+        QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         const QString LockPath = m_Path + "/" + OrvProjectFile::LockName;
         QVERIFY(!QFile::exists(LockPath));
         {
             QLockFile Other(LockPath);
             QVERIFY(Other.tryLock());
-            QVERIFY(!projects().saveProject(Error));
-            QVERIFY2(Error.contains(OrvProjectFile::LockName), qPrintable(Error));
+            QVERIFY(!projects().saveProject(m_Error));
+            QVERIFY2(m_Error.contains(OrvProjectFile::LockName), qPrintable(m_Error));
         }
-        QVERIFY2(projects().saveProject(Error), qPrintable(Error));
+        QVERIFY2(projects().saveProject(m_Error), qPrintable(m_Error));
 
         // Two of them on one project, while a third one reads.
         {
             OrvTestProject Painted(QSize(640, 64));
             Painted.paint(mark(0), OrvColor(0, 0, 0, 0));
-            QVERIFY(projects().saveProjectAs(m_Path, Error));
+            QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         }
         QProcess Savers[2];
         for (QProcess& Saver : Savers) {
@@ -242,7 +240,7 @@ private Q_SLOTS:
             QVERIFY(Saver.waitForReadyRead(30000));
         }
         for (int Round = 0; Round < 20; ++Round) {
-            QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+            QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
             QTest::qSleep(15);
         }
         for (QProcess& Saver : Savers) {
@@ -250,8 +248,8 @@ private Q_SLOTS:
             Saver.kill();
             QVERIFY(Saver.waitForFinished());
         }
-        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
-        QVERIFY2(projects().saveProject(Error), qPrintable(Error)); // the locks of the dead do not count
+        QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
+        QVERIFY2(projects().saveProject(m_Error), qPrintable(m_Error)); // the locks of the dead do not count
         QCOMPARE(blocks(), namedBlocks());
     }
 
@@ -265,11 +263,10 @@ private Q_SLOTS:
     void damagedProjectsAreRefusedByName()
     {
         QFETCH(int, Which);
-        QString Error;
         {
             OrvTestProject Project(QSize(64, 64));
             fillWithEverything(Project);
-            QVERIFY(projects().saveProjectAs(m_Path, Error));
+            QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         }
         damages()[Which].Do(*this);
         const QSet<QString> Files = files();
@@ -277,8 +274,8 @@ private Q_SLOTS:
         Open.paint("Open", OrvColor(1, 0, 0));
         const QByteArray Before = Open.document();
         QSignalSpy Closed(&projects(), &OrvProjectManager::projectClosed);
-        QVERIFY(!projects().openProject(m_Path, Error));
-        QVERIFY2(Error.contains(damages()[Which].Expected), qPrintable(Error));
+        QVERIFY(!projects().openProject(m_Path, m_Error));
+        QVERIFY2(m_Error.contains(damages()[Which].Expected), qPrintable(m_Error));
         QCOMPARE(Closed.size(), 0);
         QCOMPARE(Open.document(), Before);
         QVERIFY(Open.same(Open.pixel(), OrvColor(1, 0, 0)));
@@ -287,31 +284,29 @@ private Q_SLOTS:
 
     void openingCanBeCancelled()
     {
-        QString Error;
         {
             OrvTestProject Project(QSize(64, 64));
             fillWithEverything(Project);
-            QVERIFY(!projects().saveProjectAs(m_Path, Error, [](int, int) { return false; }));
-            QVERIFY(Error.contains("cancelled") && !QFile::exists(m_Path));
-            QVERIFY(projects().saveProjectAs(m_Path, Error));
+            QVERIFY(!projects().saveProjectAs(m_Path, m_Error, [](int, int) { return false; }));
+            QVERIFY(m_Error.contains("cancelled") && !QFile::exists(m_Path));
+            QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         }
         int Steps = 0, Total = 0;
-        QVERIFY(!projects().openProject(m_Path, Error, [&](int Done, int All) {
+        QVERIFY(!projects().openProject(m_Path, m_Error, [&](int Done, int All) {
             Steps = Done;
             Total = All;
             return Done < 2;
         }));
         QCOMPARE(Steps, 2);
-        QVERIFY(Total > 2 && Error.contains("cancelled") && !projects().currentProject());
+        QVERIFY(Total > 2 && m_Error.contains("cancelled") && !projects().currentProject());
     }
 
     void nodesOfUnknownTypeAreKept()
     {
-        QString Error;
         {
             OrvTestProject Project;
             Project.paint("Layer", OrvColor(1, 0, 0));
-            QVERIFY(projects().saveProjectAs(m_Path, Error));
+            QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         }
         QJsonObject Strange;
         editNodes(m_Manifest, [&](QJsonArray& Nodes) {
@@ -325,51 +320,49 @@ private Q_SLOTS:
             Nodes.append(Strange);
         });
         const QJsonObject Before = readJson(m_Manifest);
-        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
         OrvLayer* pLayer = OrvTestProject::channel("Diffuse")->layerList().first();
         QVERIFY(!pLayer->isPaintableLayer() && pLayer->contentNode()->typeLabel().contains("Hologram"));
         QVERIFY(OrvTestProject::same(
             OrvTestProject::pixel(OrvTestProject::channel("Diffuse")->node()), OrvColor(1, 0, 0)));
-        QVERIFY(projects().saveProject(Error));
+        QVERIFY(projects().saveProject(m_Error));
         QCOMPARE(readJson(m_Manifest), Before);
         // What fed it may go; the project can still be opened.
         OrvSnBaseNode* pPaint = pLayer->contentNode()->inputNode("Source");
         OrvTestProject::network()->removeNode(pPaint);
-        QVERIFY(projects().saveProject(Error));
-        QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+        QVERIFY(projects().saveProject(m_Error));
+        QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
     }
 
     void placesThatCannotBeWrittenAreNamed()
     {
-        QString Error;
         OrvTestProject Project(QSize(64, 64));
-        QVERIFY(!projects().saveProject(Error)); // has no place yet
+        QVERIFY(!projects().saveProject(m_Error)); // has no place yet
         OrvLayer* pLayer = Project.paint("Layer", OrvColor(1, 0, 0));
         Project.fill(pLayer->paintImageSet(), QRect(0, 0, 9, 9), OrvColor::white());
         const QString File = m_pFolder->filePath("file");
         writeFile(File, "occupied");
-        QVERIFY(!projects().saveProjectAs(File, Error) && Error.contains(File));
-        QVERIFY(!projects().saveProjectAs(File + "/Hero.orvi", Error) && Error.contains(File));
+        QVERIFY(!projects().saveProjectAs(File, m_Error) && m_Error.contains(File));
+        QVERIFY(!projects().saveProjectAs(File + "/Hero.orvi", m_Error) && m_Error.contains(File));
         QDir().mkpath(m_Manifest); // a folder where the manifest goes
-        QVERIFY(!projects().saveProjectAs(m_Path, Error) && Error.contains(m_Manifest));
+        QVERIFY(!projects().saveProjectAs(m_Path, m_Error) && m_Error.contains(m_Manifest));
         QDir(m_Path).removeRecursively();
         QDir().mkpath(m_Path);
         writeFile(m_Path + "/blocks", "occupied");
-        QVERIFY(!projects().saveProjectAs(m_Path, Error) && Error.contains("blocks"));
+        QVERIFY(!projects().saveProjectAs(m_Path, m_Error) && m_Error.contains("blocks"));
         QVERIFY(!QFile::exists(m_Manifest));
         QVERIFY(projects().isModified() && projects().currentProject()->path().isEmpty());
         // The trouble gone, it can be saved.
         QVERIFY(QFile::remove(m_Path + "/blocks"));
-        QVERIFY2(projects().saveProjectAs(m_Path, Error), qPrintable(Error));
+        QVERIFY2(projects().saveProjectAs(m_Path, m_Error), qPrintable(m_Error));
     }
 
     void aKillWhileSavingLeavesAWholeProject()
     {
-        QString Error;
         {
             OrvTestProject Project(QSize(640, 64));
             Project.paint(mark(0), OrvColor(0, 0, 0, 0));
-            QVERIFY(projects().saveProjectAs(m_Path, Error));
+            QVERIFY(projects().saveProjectAs(m_Path, m_Error));
         }
         int Highest = 0;
         for (int Round = 0; Round < 12; ++Round) {
@@ -379,14 +372,14 @@ private Q_SLOTS:
             QTest::qSleep(1 + QRandomGenerator::global()->bounded(60));
             Saver.kill();
             QVERIFY(Saver.waitForFinished());
-            QVERIFY2(projects().openProject(m_Path, Error), qPrintable(Error));
+            QVERIFY2(projects().openProject(m_Path, m_Error), qPrintable(m_Error));
             const OrvLayer* pLayer = OrvTestProject::channel("Diffuse")->layerList().last();
             const float Number = OrvTestProject::pixel(pLayer->paintNode(), {630, 60}).red();
             QCOMPARE(pLayer->name(), mark(int(Number)));
             Highest = qMax(Highest, int(Number));
             // Nothing is missing, and what the interrupted save left over goes with the next.
             QVERIFY(blocks().contains(namedBlocks()));
-            QVERIFY(projects().saveProject(Error)); // and can be worked on
+            QVERIFY(projects().saveProject(m_Error)); // and can be worked on
             QCOMPARE(blocks(), namedBlocks());
             QCOMPARE(entries(), QStringList({"blocks", "project.json"}));
             projects().closeProject();
@@ -539,7 +532,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_pFolder;
-    QString m_Path, m_Manifest;
+    QString m_Path, m_Manifest, m_Error;
 };
 
 int main(int ArgumentCount, char** pArguments)

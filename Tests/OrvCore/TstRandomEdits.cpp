@@ -18,6 +18,8 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QUndoStack>
 
+#include <functional>
+
 /// Thousands of edits as a user without a plan would do them, with undo and redo among them: whatever
 /// happens, the history leads back to exactly the documents that were, nothing is left behind, and the
 /// picture is the one that a fresh evaluation of the document gives.
@@ -98,7 +100,8 @@ private:
     OrvLayerStack* anyStack()
     {
         const int Which = below(6);
-        OrvShaderInput* pChannel = m_pProject->channel(Which < 4 ? "Diffuse" : Which == 4 ? "Bump" : "Material");
+        const char* pName = Which < 4 ? "Diffuse" : Which == 4 ? "Bump" : "Material";
+        OrvShaderInput* pChannel = m_pProject->channel(pName);
         OrvLayer* pLayer = below(2) ? anyLayer(pChannel) : nullptr;
         if (pLayer && below(2) && OrvLayerStreamUtils::groupStack(pLayer))
             return OrvLayerStreamUtils::groupStack(pLayer);
@@ -183,7 +186,8 @@ private:
         } else if (Kind == 9 && !Crowded) {
             OrvLayerShaderUtils::duplicateLayerShader(pShader, Error);
         } else if (Kind == 10) {
-            below(2) ? OrvLayerShaderUtils::destroy(pShader, below(2)) : OrvLayerShaderUtils::cutToClipboard(pShader);
+            below(2) ? OrvLayerShaderUtils::destroy(pShader, below(2))
+                     : OrvLayerShaderUtils::cutToClipboard(pShader);
         } else if (Kind == 11) {
             OrvLayerShaderUtils::copyToClipboard(pShader);
             if (!Crowded)
@@ -202,9 +206,8 @@ private:
         const QString Spaces[] = {OrvColorManager::srgb(), OrvColorManager::linear(), OrvColorManager::raw()};
         const int Option = below(2);
         const bool IsExtra = !QStringList{"Diffuse", "Bump", "Material"}.contains(pChannel->name());
-        const bool Crowded = OrvShaderInputManager::instance()
-                                 .getShaderInputsFromNetwork(OrvTestProject::network())
-                                 .size()
+        const bool Crowded
+            = OrvShaderInputManager::instance().getShaderInputsFromNetwork(OrvTestProject::network()).size()
             > 6;
         QString Error;
         switch (below(7)) {
@@ -266,18 +269,12 @@ private:
 
     void edit()
     {
-        if (below(6) == 0) {
-            editMultiChannelLayers();
-            return;
-        }
-        if (below(10) == 0) {
-            editChannels();
-            return;
-        }
-        if (below(6) == 0) {
-            editShaders();
-            return;
-        }
+        if (below(6) == 0)
+            return editMultiChannelLayers();
+        if (below(10) == 0)
+            return editChannels();
+        if (below(6) == 0)
+            return editShaders();
         OrvLayerStack* pStack = anyStack();
         OrvLayer* pLayer = anyLayer(pStack);
         const OrvLayerCreateFlags Flags = below(2) ? 30 : below(2) ? 94 : 1;
@@ -286,51 +283,39 @@ private:
         if (pLayer && Kind > 5 && below(4) == 0)
             pLayer->makeCurrent(false, below(2) == 0);
         m_pProject->select(someLayers(pStack));
-        switch (Kind) {
-        case 0:
-        case 1:
-        case 2:
+        const auto paint = [&] {
             pStack->createPaintableLayer(Flags, below(3) ? nullptr : pLayer, QString(), anyColor());
-            return;
-        case 3:
-            pStack->createAdjustmentLayer("Filter/Adjust/Invert Linear", Flags, below(3) ? nullptr : pLayer);
-            return;
-        case 4:
-            pStack->createProceduralLayer("Procedural/Basic/Solid Color", Flags);
-            return;
-        case 5:
-            below(3) ? pStack->createGroupLayer(Flags) : pStack->createGraphLayer(Flags);
-            return;
-        case 6:
-        case 7:
-            pStack->groupLayers(Error, 30);
-            return;
-        case 8:
-            pStack->ungroupLayers();
-            return;
-        case 9:
-            pStack->deleteLayers();
-            return;
-        case 10:
-            if (pStack->allLayers().size() < 60)
-                pStack->duplicateLayers();
-            return;
-        case 11:
-            pStack->mergeLayers(30);
-            return;
-        case 12:
-            pStack->cutToClipboard();
-            return;
-        case 13:
-            pStack->copyToClipboard();
-            return;
-        case 14:
-            if (pStack->allLayers().size() < 60)
-                pStack->pasteFromClipboard(below(2) ? 22 : 86, Error);
-            return;
-        default:
-            break;
-        }
+        };
+        const auto group = [&] { pStack->groupLayers(Error, 30); };
+        // What stands here several times is done as many times as often.
+        const QVector<std::function<void()>> StackEdits{
+            paint,
+            paint,
+            paint,
+            [&] {
+                const QString Filter("Filter/Adjust/Invert Linear");
+                pStack->createAdjustmentLayer(Filter, Flags, below(3) ? nullptr : pLayer);
+            },
+            [&] { pStack->createProceduralLayer("Procedural/Basic/Solid Color", Flags); },
+            [&] { below(3) ? pStack->createGroupLayer(Flags) : pStack->createGraphLayer(Flags); },
+            group,
+            group,
+            [&] { pStack->ungroupLayers(); },
+            [&] { pStack->deleteLayers(); },
+            [&] {
+                if (pStack->allLayers().size() < 60)
+                    pStack->duplicateLayers();
+            },
+            [&] { pStack->mergeLayers(30); },
+            [&] { pStack->cutToClipboard(); },
+            [&] { pStack->copyToClipboard(); },
+            [&] {
+                if (pStack->allLayers().size() < 60)
+                    pStack->pasteFromClipboard(below(2) ? 22 : 86, Error);
+            },
+        };
+        if (Kind < StackEdits.size())
+            return StackEdits[Kind]();
         if (!pLayer)
             return;
         OrvLayerStack* pOther = anyStack();
@@ -342,116 +327,69 @@ private:
             pLayer = anyLayer(pStack, &OrvLayer::isGroupLayer);
         else if (Kind >= 41 && Kind < 43)
             pLayer = anyLayer(pStack, &OrvLayer::isBakePointLayer);
-        switch (Kind) {
-        case 15:
-        case 16:
-            OrvLayerStreamUtils::insertLayerAfter(pLayer, pTarget, pOther);
-            return;
-        case 17:
-            pLayer->addSharedLayerAfter(pTarget, QString(), true);
-            return;
-        case 18:
-            pLayer->unshareLayer();
-            return;
-        case 19:
-            pLayer->setVisible(!pLayer->isVisible());
-            return;
-        case 20:
-            if (below(4) == 0)
-                pLayer->setLocked(true);
-            else
-                pLayer->setLocked(false);
-            return;
-        case 21:
-            pLayer->unlockLockedAncestorLayers();
-            return;
-        case 22:
-            below(2) ? pLayer->addMaskImageSet() : pLayer->addMaskImageSetAndFillBlack();
-            return;
-        case 23:
-            pLayer->convertMaskToMaskStack();
-            return;
-        case 24:
-            pLayer->deleteMask();
-            return;
-        case 25:
-            pLayer->setMaskEnabled(!pLayer->isMaskEnabled());
-            return;
-        case 26:
-            pLayer->addLayerAdjustmentLayerFromKey("Filter/Adjust/Invert Linear");
-            return;
-        case 27:
-            below(2) ? pLayer->removeLayerAdjustment() : pLayer->setAdjustmentStackEnabled(below(2));
-            return;
-        case 28:
-            OrvLayerStreamUtils::setLayerGroupPassThrough(pLayer->blendNode(), below(2));
-            return;
-        case 29:
-            pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::BlendMode,
-                OrvBlendParameters::modeNames()[below(OrvBlendParameters::modeNames().size())]);
-            return;
-        case 30:
-            pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, below(5) / 4.0);
-            return;
-        case 31:
-            OrvLayerStreamUtils::createLayerNodeAfter(
-                pTarget, m_pProject->channel("Bump")->node(), QString(), QString(), true);
-            return;
-        case 33:
-        case 34:
-            below(3) ? pLayer->addMaskImageSetFromAlpha() : pLayer->convertMaskToImageSet();
-            return;
-        case 35:
-            below(2) ? pLayer->applyMask() : pLayer->convertAdjustmentStackToImageSet();
-            return;
-        case 48:
-            pLayer->convertPayloadToImageSet();
-            return;
-        case 36:
-            below(2) ? pLayer->copyMaskToClipboard() : pLayer->cutMaskToClipboard();
-            return;
-        case 37:
-            pLayer->pasteMaskFromClipboard();
-            return;
-        case 38:
-            pLayer->convertMask(below(2) ? GL_UNSIGNED_BYTE : GL_HALF_FLOAT);
-            return;
-        case 39:
-            below(2) ? pLayer->resizeMaskImageSets(0, 2 << below(4), true, true)
-                     : pLayer->resizeImageSets(0, 2 << below(4), true, true);
-            return;
-        case 40:
-            below(2) ? OrvLayerStreamUtils::flattenLayer(pLayer, pStack) != nullptr
-                     : pStack->shareLayersAsChannel(pStack->selectedLayers()) != nullptr;
-            return;
-        case 41:
-            below(3) ? void(pLayer->bake()) : void(pStack->createBakePointLayer(Flags));
-            return;
-        case 42:
-            pLayer->bakePointNode() && below(2) ? void(pLayer->unbake())
-                                                : void(pStack->createBakePointLayer(Flags));
-            return;
-        case 43:
-            below(4) ? pStack->uncacheLayers() : pStack->cacheLayers();
-            return;
-        case 44:
-            below(4) ? pLayer->uncacheUpToHere() : void(pLayer->cacheUpToHere());
-            return;
-        case 45:
-        case 46:
-        case 47: {
+        const auto moveLayer = [&] { OrvLayerStreamUtils::insertLayerAfter(pLayer, pTarget, pOther); };
+        const auto deleteCaches = [&] {
             const OrvUndoManager::AutoMacro Macro("Delete Caches");
             for (OrvSnBaseNode* pNode : m_pProject->network()->nodes())
                 pNode->propagateDeleteCache(true);
-            return;
-        }
-        case 32:
-            below(2) ? pLayer->addSecondaryAdjustmentLayerFromKey("Filter/Adjust/Invert Linear")
-                     : pLayer->removeSecondaryAdjustmentLayer();
-            return;
-        default:
-            pLayer->setName(QString("Name %1").arg(below(9)));
-        }
+        };
+        const auto maskToPicture
+            = [&] { below(3) ? pLayer->addMaskImageSetFromAlpha() : pLayer->convertMaskToImageSet(); };
+        const QVector<std::function<void()>> LayerEdits{
+            moveLayer,
+            moveLayer,
+            [&] { pLayer->addSharedLayerAfter(pTarget, QString(), true); },
+            [&] { pLayer->unshareLayer(); },
+            [&] { pLayer->setVisible(!pLayer->isVisible()); },
+            [&] { pLayer->setLocked(below(4) == 0); },
+            [&] { pLayer->unlockLockedAncestorLayers(); },
+            [&] { below(2) ? pLayer->addMaskImageSet() : pLayer->addMaskImageSetAndFillBlack(); },
+            [&] { pLayer->convertMaskToMaskStack(); },
+            [&] { pLayer->deleteMask(); },
+            [&] { pLayer->setMaskEnabled(!pLayer->isMaskEnabled()); },
+            [&] { pLayer->addLayerAdjustmentLayerFromKey("Filter/Adjust/Invert Linear"); },
+            [&] { below(2) ? pLayer->removeLayerAdjustment() : pLayer->setAdjustmentStackEnabled(below(2)); },
+            [&] { OrvLayerStreamUtils::setLayerGroupPassThrough(pLayer->blendNode(), below(2)); },
+            [&] {
+                pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::BlendMode,
+                    OrvBlendParameters::modeNames()[below(OrvBlendParameters::modeNames().size())]);
+            },
+            [&] { pLayer->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, below(5) / 4.0); },
+            [&] {
+                OrvLayerStreamUtils::createLayerNodeAfter(
+                    pTarget, m_pProject->channel("Bump")->node(), QString(), QString(), true);
+            },
+            [&] {
+                below(2) ? pLayer->addSecondaryAdjustmentLayerFromKey("Filter/Adjust/Invert Linear")
+                         : pLayer->removeSecondaryAdjustmentLayer();
+            },
+            maskToPicture,
+            maskToPicture,
+            [&] { below(2) ? pLayer->applyMask() : pLayer->convertAdjustmentStackToImageSet(); },
+            [&] { below(2) ? pLayer->copyMaskToClipboard() : pLayer->cutMaskToClipboard(); },
+            [&] { pLayer->pasteMaskFromClipboard(); },
+            [&] { pLayer->convertMask(below(2) ? GL_UNSIGNED_BYTE : GL_HALF_FLOAT); },
+            [&] {
+                below(2) ? pLayer->resizeMaskImageSets(0, 2 << below(4), true, true)
+                         : pLayer->resizeImageSets(0, 2 << below(4), true, true);
+            },
+            [&] {
+                below(2) ? OrvLayerStreamUtils::flattenLayer(pLayer, pStack) != nullptr
+                         : pStack->shareLayersAsChannel(pStack->selectedLayers()) != nullptr;
+            },
+            [&] { below(3) ? void(pLayer->bake()) : void(pStack->createBakePointLayer(Flags)); },
+            [&] {
+                pLayer->bakePointNode() && below(2) ? void(pLayer->unbake())
+                                                    : void(pStack->createBakePointLayer(Flags));
+            },
+            [&] { below(4) ? pStack->uncacheLayers() : pStack->cacheLayers(); },
+            [&] { below(4) ? pLayer->uncacheUpToHere() : void(pLayer->cacheUpToHere()); },
+            deleteCaches,
+            deleteCaches,
+            deleteCaches,
+            [&] { pLayer->convertPayloadToImageSet(); },
+        };
+        LayerEdits[Kind - StackEdits.size()]();
     }
 
     void checkWhole()
@@ -517,8 +455,9 @@ private:
     }
     static bool areSame(const QVector<float>& First, const QVector<float>& Second)
     {
-        return First.size() == Second.size() && std::equal(First.begin(), First.end(), Second.begin(),
-            [](float A, float B) { return std::abs(A - B) <= 0.001f; });
+        return First.size() == Second.size()
+            && std::equal(First.begin(), First.end(), Second.begin(),
+                [](float A, float B) { return std::abs(A - B) <= 0.001f; });
     }
 
     QTemporaryDir m_Directory;

@@ -69,6 +69,14 @@ OrvShaderInput* addMaterialChannel(const QString& Name, const QSize& Size = QSiz
     return pChannel;
 }
 
+QStringList uuids()
+{
+    QStringList Uuids;
+    for (const OrvSnBaseNode* pNode : shaders().getShaderNodes(OrvTestProject::network(), false))
+        Uuids.append(pNode->uuidString());
+    return Uuids;
+}
+
 QJsonObject readJson(const QString& Path)
 {
     QFile File(Path);
@@ -171,6 +179,9 @@ private Q_SLOTS:
 
         create(Metallic);
         QCOMPARE(names(listed()), (QStringList{"Metallic Roughness", "Metallic Roughness 2"}));
+        QString Error;
+        QVERIFY(OrvLayerShaderUtils::duplicateLayerShader(listed().last(), Error));
+        QCOMPARE(listed().last()->name(), QString("Metallic Roughness 3"));
         QVERIFY(!pNode->hasTag("UserSelectedShader"));
         shaders().resetSelectedUserShaderNode();
         QVERIFY(!shaders().selectedUserShaderNode());
@@ -622,18 +633,14 @@ private Q_SLOTS:
             createLayer(addMaterialChannel("Material"), Specular);
             shaders().setCurrentShader(pFirst->node());
             shaders().setCurrentShader(shaders().getCurrentCurrentLayerShader());
-            for (const OrvSnBaseNode* pNode : shaders().getShaderNodes(Project.network(), false))
-                Uuids.append(pNode->uuidString());
+            Uuids = uuids();
             QVERIFY2(
                 OrvProjectManager::instance().saveProjectAs(Folder.filePath("P"), Error), qPrintable(Error));
         }
         const QJsonArray Objects = readJson(Folder.filePath("P/project.json")).value("entities").toArray();
         QCOMPARE(Objects.first().toObject().value("currentShader").toString(), QString("Layer"));
         QVERIFY2(OrvProjectManager::instance().openProject(Folder.filePath("P"), Error), qPrintable(Error));
-        QStringList Read;
-        for (const OrvSnBaseNode* pNode : shaders().getShaderNodes(OrvTestProject::network(), false))
-            Read.append(pNode->uuidString());
-        QCOMPARE(Read, Uuids);
+        QCOMPARE(uuids(), Uuids);
         QCOMPARE(listed().size(), 2);
         QCOMPARE(shaders().currentShaderNode(), shaders().getCurrentCurrentLayerShader());
         const OrvLayerShader* pFirst = shaders().getLayerShader(shaders().selectedUserShaderNode());

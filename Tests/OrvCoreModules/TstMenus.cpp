@@ -1,3 +1,5 @@
+#include "Tests/OrvPlugins/SettingsDirectory.h"
+
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvAction.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
@@ -10,7 +12,6 @@
 #include "OrvCoreModules/Menus/OrvToggleAction.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QMenuBar>
 
@@ -24,6 +25,19 @@ QStringList texts(const QList<QAction*>& Actions)
     for (const QAction* pAction : Actions)
         Texts.append(pAction->isSeparator() ? QStringLiteral("-") : pAction->text());
     return Texts;
+}
+
+/// What a menu offers, without its separators.
+QStringList entries(const QMenu* pMenu)
+{
+    QStringList Entries = texts(pMenu->actions());
+    Entries.removeAll(QStringLiteral("-"));
+    return Entries;
+}
+
+OrvAction* command(OrvActionCreator& Creator, const char* pText)
+{
+    return Creator.create(QLatin1String(pText), QString(), SLOT(plain()), {}, QString());
 }
 
 QMenu* subMenu(const QMenu* pMenu, const QString& Title)
@@ -56,12 +70,6 @@ class TstMenus : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-    }
-
     void init() { m_Owner = std::make_unique<CommandOwner>(); }
     void cleanup() { m_Owner.reset(); }
 
@@ -118,7 +126,7 @@ private Q_SLOTS:
     void creatorCallsTheSlotThatFits()
     {
         OrvActionCreator Creator(QStringLiteral("/Orvi/Slots"), m_Owner.get(), QString(), QString());
-        Creator.create(QStringLiteral("Plain"), QString(), SLOT(plain()), QVariant(), QString())->trigger();
+        command(Creator, "Plain")->trigger();
         Creator
             .create(
                 QStringLiteral("Relay"), QString(), SLOT(relay(QAction*)), QStringLiteral("me"), QString())
@@ -134,7 +142,7 @@ private Q_SLOTS:
     {
         OrvActionCreator Creator(
             QStringLiteral("/Orvi/Created"), m_Owner.get(), QStringLiteral("TestWindow/&Created"), QString());
-        OrvAction* pFirst = Creator.create(QStringLiteral("First"), QString(), SLOT(plain()), {}, QString());
+        OrvAction* pFirst = command(Creator, "First");
         Creator.addMenuSeparator();
         Creator.setMenuPath(QStringLiteral("TestWindow/&Created/Deeper"));
         OrvAction* pSecond
@@ -143,9 +151,8 @@ private Q_SLOTS:
             QStringLiteral("Filter/Blur/Gaussian"), QString(), SLOT(plain()), {}, QString());
 
         QCOMPARE(tree().findAction(QStringLiteral("/Orvi/Created/Filter/Blur/Gaussian")), pThird);
-        const QList<QAction*> Top = OrvActionHelpers::getMenuActions(QStringLiteral("TestWindow/&Created"));
-        QCOMPARE(Top.size(), 1);
-        const auto* pStandIn = qobject_cast<OrvLateBindAction*>(Top.first());
+        const auto* pStandIn = qobject_cast<OrvLateBindAction*>(
+            OrvActionHelpers::getMenuActions(QStringLiteral("TestWindow/&Created")).value(0));
         QVERIFY(pStandIn);
         QCOMPARE(pStandIn->parentAction(), pFirst);
         QCOMPARE(OrvActionHelpers::getMenuActions(QStringLiteral("TestWindow/Created/Deeper")),
@@ -160,7 +167,7 @@ private Q_SLOTS:
         QCOMPARE(Triggered.size(), 1);
 
         // A taken key makes no second action, and leaves no second entry.
-        QVERIFY(!Creator.create(QStringLiteral("Second"), QString(), SLOT(plain()), {}, QString()));
+        QVERIFY(!command(Creator, "Second"));
         QCOMPARE(OrvActionHelpers::getMenuActions(QStringLiteral("TestWindow/&Created/Deeper")).size(), 1);
     }
 
@@ -256,23 +263,20 @@ private Q_SLOTS:
     void layerContextMenuGroupsTheActionTree()
     {
         OrvActionCreator Creator(QStringLiteral("/Orvi/Layers/Mask"), m_Owner.get(), QString(), QString());
-        Creator.create(QStringLiteral("Reveal All"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Reveal All");
         Creator.setActionPath(QStringLiteral("/Orvi/Layers"));
-        Creator.create(QStringLiteral("Cut"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Cut");
         Creator.setActionPath(QStringLiteral("/Orvi/Layers/Mask/Resize Mask"));
-        Creator.create(QStringLiteral("Halve Size"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Halve Size");
         Creator.setActionPath(QStringLiteral("/Orvi/Layers/Shaders/AddShader"));
-        Creator.create(QStringLiteral("Phong"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Phong");
         Creator.setActionPath(QStringLiteral("/Orvi/Layers/Shaders"));
-        OrvAction* pAdd
-            = Creator.create(QStringLiteral("Add New Shader"), QString(), SLOT(plain()), {}, QString());
+        OrvAction* pAdd = command(Creator, "Add New Shader");
         QMenu Types;
         pAdd->setMenu(&Types);
 
         const std::unique_ptr<QMenu> pMenu(menus().makeMenu("CollectionContext", "OrvLayer"));
-        QStringList Entries = texts(pMenu->actions());
-        Entries.removeAll(QStringLiteral("-"));
-        QCOMPARE(Entries, QStringList({"Cut", "Mask", "Shaders"}));
+        QCOMPARE(entries(pMenu.get()), QStringList({"Cut", "Mask", "Shaders"}));
         const QMenu* pMask = subMenu(pMenu.get(), QStringLiteral("Mask"));
         QCOMPARE(texts(pMask->actions()), QStringList({"Reveal All", "Resize Mask"}));
         QVERIFY(qobject_cast<OrvLateBindAction*>(pMask->actions().first()));
@@ -287,15 +291,13 @@ private Q_SLOTS:
     {
         OrvActionCreator Creator(
             QStringLiteral("/Orvi/Layers"), m_Owner.get(), QStringLiteral("MainWindow/&Layers"), QString());
-        Creator.create(QStringLiteral("Merge"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Merge");
         Creator.createAndAddToMenuWithHierarchy(
             QStringLiteral("Filter/Blur"), QString(), SLOT(plain()), {}, QString());
         Creator.setMenuPath(QString());
-        Creator.create(QStringLiteral("Quick Find"), QString(), SLOT(plain()), {}, QString());
+        command(Creator, "Quick Find");
         const std::unique_ptr<QMenu> pMenu(menus().makeMenu("CollectionContext", "OrvLayer"));
-        QStringList Entries = texts(pMenu->actions());
-        Entries.removeAll(QStringLiteral("-"));
-        QCOMPARE(Entries, QStringList({"Merge", "Filter", "Quick Find"}));
+        QCOMPARE(entries(pMenu.get()), QStringList({"Merge", "Filter", "Quick Find"}));
     }
 
     void menusKeepTheirPlaceWhoeverFillsThemFirst()
@@ -415,7 +417,7 @@ private:
     static OrvActionTreeManager& tree() { return OrvActionTreeManager::instance(); }
     static OrvMenuManager& menus() { return OrvMenuManager::instance(); }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<CommandOwner> m_Owner;
 };
 

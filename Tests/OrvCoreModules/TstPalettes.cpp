@@ -210,6 +210,10 @@ private Q_SLOTS:
         QCOMPARE(pPalette->size(), QSize(321, 234));
         pPalette->fitToContents();
         QVERIFY(pPalette->size() != QSize(321, 234));
+        // The body touches neither the title bar nor the edges.
+        const QRect Body(pBody->mapTo(pPalette, QPoint()), pBody->size());
+        QVERIFY(pPalette->rect().adjusted(2, 2, -2, -2).contains(Body));
+        QVERIFY(Body.top() > pPalette->titleBarWidget()->geometry().bottom() + 1);
         delete pPalette;
         QVERIFY(!pBody);
     }

@@ -1,3 +1,5 @@
+#include "Tests/OrvPlugins/SettingsDirectory.h"
+
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
@@ -6,7 +8,6 @@
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QKeySequenceEdit>
@@ -64,7 +65,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         manager().addShortcutGroupMapping(QStringLiteral("First"), QStringLiteral("FirstView"));
         manager().addShortcutGroupMapping(QStringLiteral("Second"), QStringLiteral("SecondView"));
     }
@@ -130,8 +130,7 @@ private Q_SLOTS:
         QVERIFY(pAction->shortcut().isEmpty());
         QVERIFY(manager().conflicts(Removal, keys("Del")).isEmpty());
         show(View);
-        View.Tree->setFocus();
-        QTest::keyClick(View.Tree, Qt::Key_Delete);
+        press(View.Tree, Qt::Key_Delete);
         QCOMPARE(View.Removals, 1);
         manager().setShortcut(Removal, keys("Backspace"));
         QCOMPARE(Entry.shortcut(), keys("Backspace"));
@@ -176,11 +175,9 @@ private Q_SLOTS:
         QCOMPARE(manager().conflicts(Path, QKeySequence(Qt::Key_Delete)), QStringList{"/Orvi/Keys/Erase"});
 
         show(First);
-        First.Editor->setFocus();
-        QTest::keyClick(First.Editor, Qt::Key_Delete);
+        press(First.Editor, Qt::Key_Delete);
         QCOMPARE(First.Removals, 0);
-        First.Tree->setFocus();
-        QTest::keyClick(First.Tree, Qt::Key_Delete);
+        press(First.Tree, Qt::Key_Delete);
         QCOMPARE(First.Removals, 1);
 
         // All views of the class are bound together, those made later included.
@@ -189,8 +186,7 @@ private Q_SLOTS:
         FirstView LaterSibling;
         for (FirstView* pView : {&Sibling, &LaterSibling}) {
             show(*pView);
-            pView->Tree->setFocus();
-            QTest::keyClick(pView->Tree, Qt::Key_Delete);
+            press(pView->Tree, Qt::Key_Delete);
             QCOMPARE(pView->Removals, 0);
             QTest::keyClick(pView->Tree, Qt::Key_D, Qt::ControlModifier);
             QCOMPARE(pView->Removals, 1);
@@ -204,8 +200,7 @@ private Q_SLOTS:
         manager().attachTo(&Window);
         show(Window);
         QSignalSpy Triggered(pAction, &QAction::triggered);
-        Window.Tree->setFocus();
-        QTest::keyClick(Window.Tree, Qt::Key_G, Qt::ControlModifier);
+        press(Window.Tree, Qt::Key_G, Qt::ControlModifier);
         QCOMPARE(Triggered.size(), 1);
         manager().setShortcut(QStringLiteral("/Orvi/Keys/Group"), keys("Ctrl+H"));
         QTest::keyClick(Window.Tree, Qt::Key_G, Qt::ControlModifier);
@@ -220,26 +215,21 @@ private Q_SLOTS:
         OrvActionTreeManager::instance().registerAction(QStringLiteral("/Orvi/Layers"), pFind);
         QSignalSpy Found(pFind, &QAction::triggered);
         show(View);
-        View.Tree->setFocus();
-        QTest::keyClick(View.Tree, Qt::Key_Tab);
+        press(View.Tree, Qt::Key_Tab);
         QCOMPARE(Found.size(), 0);
         manager().setEnabledSpecialShortcut(Qt::Key_Tab, true);
-        View.Tree->setFocus();
-        QTest::keyClick(View.Tree, Qt::Key_Tab);
+        press(View.Tree, Qt::Key_Tab);
         QCOMPARE(Found.size(), 1);
         QCOMPARE(QApplication::focusWidget(), View.Tree);
         QTest::keyClick(View.Tree, Qt::Key_Tab, Qt::ShiftModifier);
-        View.Editor->setFocus();
-        QTest::keyClick(View.Editor, Qt::Key_Tab);
+        press(View.Editor, Qt::Key_Tab);
         pFind->setEnabled(false);
-        View.Tree->setFocus();
-        QTest::keyClick(View.Tree, Qt::Key_Tab);
+        press(View.Tree, Qt::Key_Tab);
         QCOMPARE(Found.size(), 1);
 
         pFind->setEnabled(true);
         manager().setEnabledSpecialShortcut(Qt::Key_Tab, false);
-        View.Tree->setFocus();
-        QTest::keyClick(View.Tree, Qt::Key_Tab);
+        press(View.Tree, Qt::Key_Tab);
         QCOMPARE(Found.size(), 1);
         // A key that nobody knows is remembered and does nothing.
         manager().setEnabledSpecialShortcut(Qt::Key_F35, true);
@@ -288,14 +278,8 @@ private Q_SLOTS:
     }
 
 private:
-    static OrvShortcutManager& manager()
-    {
-        return OrvShortcutManager::instance();
-    }
-    static QKeySequence keys(const char* pText)
-    {
-        return QKeySequence(QLatin1String(pText));
-    }
+    static OrvShortcutManager& manager() { return OrvShortcutManager::instance(); }
+    static QKeySequence keys(const char* pText) { return QKeySequence(QLatin1String(pText)); }
 
     QAction* createAction(const char* pText, const char* pKeys)
     {
@@ -312,6 +296,12 @@ private:
         QVERIFY(QTest::qWaitForWindowActive(&Window));
     }
 
+    static void press(QWidget* pFocused, Qt::Key Key, Qt::KeyboardModifiers Modifiers = Qt::NoModifier)
+    {
+        pFocused->setFocus();
+        QTest::keyClick(pFocused, Key, Modifiers);
+    }
+
     static QPushButton* button(const QWidget& Dialog, const char* pText)
     {
         for (QPushButton* pButton : Dialog.findChildren<QPushButton*>()) {
@@ -321,7 +311,7 @@ private:
         return nullptr;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<QWidget> m_Owner;
 };
 

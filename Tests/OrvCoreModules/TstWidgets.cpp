@@ -1,3 +1,6 @@
+#include "Tests/OrvCoreModules/WidgetsWindow.h"
+#include "Tests/OrvPlugins/SettingsDirectory.h"
+
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvColorField.h"
 #include "OrvCoreModules/Widgets/OrvColorPicker.h"
@@ -18,7 +21,6 @@
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QScreen>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLabel>
@@ -68,24 +70,12 @@ void turnWheel(QWidget* pWidget, int Steps)
 } // namespace
 
 /// The reusable widgets, driven by mouse and keys.
-class TstWidgets : public QObject {
+class TstWidgets : public QObject, protected WidgetsWindow {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-    }
-
-    void init()
-    {
-        m_pWindow = new QWidget;
-        m_pWindow->resize(400, 300);
-        m_pLayout = new QVBoxLayout(m_pWindow);
-    }
-
-    void cleanup() { delete m_pWindow; }
+    void init() { openWindow(QSize(400, 300)); }
+    void cleanup() { closeWindow(); }
 
     void editLabelTurnsIntoAnEditorAndBack()
     {
@@ -276,14 +266,12 @@ private Q_SLOTS:
     {
         OrvExpandableListWidget* pGroup = new OrvExpandableListWidget(QStringLiteral("Dirt & Dust"));
         OrvFormLayout* pFirst = new OrvFormLayout;
-        QLabel* pShort = new QLabel(QStringLiteral("A"));
+        auto *pShort = new QLabel("A"), *pLong = new QLabel("A far longer label");
         pFirst->addRow(pShort, new QLineEdit);
         pGroup->addChild(pFirst, QString(), QString());
         shown(pGroup);
         QWidget* pSecondForm = shown(new QWidget);
-        OrvFormLayout* pSecond = new OrvFormLayout(pSecondForm);
-        QLabel* pLong = new QLabel(QStringLiteral("A far longer label"));
-        pSecond->addRow(pLong, new QLineEdit);
+        (new OrvFormLayout(pSecondForm))->addRow(pLong, new QLineEdit);
         OrvFormLayout::alignLabels({pGroup, nullptr, pSecondForm});
         QApplication::processEvents();
         QCOMPARE(pShort->width(), pLong->width());
@@ -325,11 +313,9 @@ private Q_SLOTS:
     void selectorFindsByWords()
     {
         OrvFilteredStringSelector* pSelector = shown(new OrvFilteredStringSelector);
-        const QString Cell = QStringLiteral("Procedural/Noise/Cell Noise"),
-                      Box = QStringLiteral("Filter/Blur/Box Blur"),
-                      Gauss = QStringLiteral("Filter/Blur/Gaussian Blur"),
-                      Blurred = QStringLiteral("Filter/Light/Blurred Glow"),
-                      Unblur = QStringLiteral("Filter/Sharpen/Unblur");
+        const QString Cell("Procedural/Noise/Cell Noise"), Box("Filter/Blur/Box Blur"),
+            Gauss("Filter/Blur/Gaussian Blur"), Blurred("Filter/Light/Blurred Glow"),
+            Unblur("Filter/Sharpen/Unblur");
         pSelector->setStarsShown(true);
         pSelector->setSections({{QStringLiteral("Last Used"), {Gauss}}, {QStringLiteral("Empty"), {}},
             {QStringLiteral("All"), {Cell, Unblur, Box, Gauss, Blurred}}});
@@ -454,30 +440,24 @@ private Q_SLOTS:
         pSlider->setDecimals(1);
         pSlider->setValue(0.5);
         QSignalSpy Begun(pSlider, SIGNAL(editBegun())), Finished(pSlider, SIGNAL(editFinished()));
-        const auto type = [pSlider](const QString& Text, Qt::Key End) {
+        const auto typed = [pSlider](const char* pText, Qt::Key End = Qt::Key_Return) {
             QTest::mouseClick(pSlider, Qt::LeftButton);
-            QTest::keyClicks(pSlider->findChild<QLineEdit*>(), Text);
+            QTest::keyClicks(pSlider->findChild<QLineEdit*>(), QLatin1String(pText));
             QTest::keyClick(pSlider->findChild<QLineEdit*>(), End);
+            return pSlider->value();
         };
-        type(QStringLiteral("150 %"), Qt::Key_Return);
-        QCOMPARE(pSlider->value(), 1.5);
-        type(QStringLiteral("12,5"), Qt::Key_Return);
-        QCOMPARE(pSlider->value(), 0.125);
-        type(QStringLiteral("900"), Qt::Key_Return);
-        QCOMPARE(pSlider->value(), 2.0);
+        QCOMPARE(typed("150 %"), 1.5);
+        QCOMPARE(typed("12,5"), 0.125);
+        QCOMPARE(typed("900"), 2.0);
         QCOMPARE(Finished.size(), 3);
-        for (const QString& Nonsense :
-            {QStringLiteral("abc"), QStringLiteral("nan"), QStringLiteral("inf"), QString()})
-            type(Nonsense, Qt::Key_Return);
-        type(QStringLiteral("30"), Qt::Key_Escape);
-        QCOMPARE(pSlider->value(), 2.0);
+        for (const char* pNonsense : {"abc", "nan", "inf", ""})
+            QCOMPARE(typed(pNonsense), 2.0);
+        QCOMPARE(typed("30", Qt::Key_Escape), 2.0);
         QCOMPARE(Begun.size(), 3);
 
         // A number with more digits than shown survives a look at it.
         pSlider->setValue(0.123456);
-        QTest::mouseClick(pSlider, Qt::LeftButton);
-        QTest::keyClick(pSlider->findChild<QLineEdit*>(), Qt::Key_Return);
-        QCOMPARE(pSlider->value(), 0.123456);
+        QCOMPARE(typed(""), 0.123456);
         QCOMPARE(Begun.size(), 3);
 
         // The number shown before does not shine through, and is one word.
@@ -539,9 +519,8 @@ private Q_SLOTS:
     void comboLeavesTheWheelUntilFocused()
     {
         OrvComboBox* pCombo = shown(new OrvComboBox);
-        QWidget* pOther = shown(new QLineEdit);
-        pCombo->addItems({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")});
-        pOther->setFocus();
+        pCombo->addItems({QStringLiteral("A"), QStringLiteral("B")});
+        shown(new QLineEdit)->setFocus();
         turnWheel(pCombo, -1);
         QCOMPARE(pCombo->currentIndex(), 0);
         pCombo->setFocus();
@@ -596,18 +575,17 @@ private Q_SLOTS:
 
         // Hexadecimal names, and what is none.
         QLineEdit* pHex = pPicker->findChild<QLineEdit*>();
-        const auto typeHex = [pHex](const QString& Text) {
+        const auto typed = [pPicker, pHex](const char* pText) {
             pHex->setFocus();
             pHex->selectAll();
-            QTest::keyClicks(pHex, Text);
+            QTest::keyClicks(pHex, QLatin1String(pText));
             QTest::keyClick(pHex, Qt::Key_Return);
+            return pPicker->color();
         };
-        typeHex(QStringLiteral("f00"));
-        QCOMPARE(pPicker->color(), OrvColor(1.0f, 0.0f, 0.0f));
-        typeHex(QStringLiteral("#00ff0080"));
-        QCOMPARE(pPicker->color(), OrvColor(0.0f, 1.0f, 0.0f, 128.0f / 255.0f));
-        typeHex(QStringLiteral("#00ff"));
-        QCOMPARE(pPicker->color().green(), 1.0f);
+        const OrvColor HalfGreen(0.0f, 1.0f, 0.0f, 128.0f / 255.0f);
+        QCOMPARE(typed("f00"), OrvColor(1.0f, 0.0f, 0.0f));
+        QCOMPARE(typed("#00ff0080"), HalfGreen);
+        QCOMPARE(typed("#00ff"), HalfGreen);
         QCOMPARE(pHex->text(), QStringLiteral("#00ff0080"));
 
         // Brighter than white: looking at the hexadecimal name loses nothing.
@@ -618,18 +596,6 @@ private Q_SLOTS:
     }
 
 private:
-    template <class Widget>
-    Widget* shown(Widget* pWidget)
-    {
-        m_pLayout->addWidget(pWidget);
-        m_pWindow->show();
-        m_pWindow->activateWindow();
-        if (!QTest::qWaitForWindowActive(m_pWindow))
-            qWarning("no active window");
-        QApplication::processEvents();
-        return pWidget;
-    }
-
     static void typeInto(OrvEditLabel* pLabel, const QString& Text, Qt::Key End)
     {
         QTest::mouseDClick(pLabel, Qt::LeftButton);
@@ -650,9 +616,7 @@ private:
         return Drop.isAccepted();
     }
 
-    QTemporaryDir m_Directory;
-    QWidget* m_pWindow = nullptr;
-    QVBoxLayout* m_pLayout = nullptr;
+    SettingsDirectory m_Directory;
 };
 
 QTEST_MAIN(TstWidgets)

@@ -1,3 +1,5 @@
+#include "Tests/OrvPlugins/SettingsDirectory.h"
+
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvAppearance.h"
@@ -12,7 +14,6 @@
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QPainter>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
@@ -48,10 +49,14 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         qputenv("ORV_RESOURCES", m_Directory.path().toLocal8Bit());
         QVERIFY(QDir(m_Directory.path()).mkpath(QStringLiteral("icons")));
         QVERIFY(QDir(m_Directory.path()).mkpath(QStringLiteral("help")));
+    }
+    void init()
+    {
+        OrvMainWindow::instance().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&OrvMainWindow::instance()));
     }
 
     void iconsOpenTheirFileWhenFirstUsed()
@@ -65,8 +70,7 @@ private Q_SLOTS:
         QVERIFY(Missing.pixmap(16).isNull());
         QVERIFY(OrvIcon::createIconFromPath(QString()).isNull());
 
-        const QIcon Doubled
-            = OrvIcon::createIconFromPath(OrvResourceInfo::iconPath() + QStringLiteral("//Late.png"));
+        const QIcon Doubled = OrvIcon::createIconFromPath(OrvResourceInfo::iconPath() + "//Late.png");
         QCOMPARE(centerOf(Doubled.pixmap(16)), QColor(Qt::red));
     }
 
@@ -94,27 +98,23 @@ private Q_SLOTS:
 
     void svgIconsAndDisabledOnes()
     {
-        QFile File(OrvResourceInfo::iconPath() + QStringLiteral("/Ball.svg"));
-        QVERIFY(File.open(QIODevice::WriteOnly));
-        File.write("<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
-                   "<rect width='16' height='16' fill='#ff0000'/></svg>");
-        File.close();
+        const QString File = OrvResourceInfo::iconPath() + QStringLiteral("/Ball.svg");
+        write(File,
+            "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='16'>"
+            "<rect width='16' height='16' fill='#ff0000'/></svg>");
         const QIcon Icon = OrvIcon::createIconFromFilename(QStringLiteral("Ball.svg"));
         QCOMPARE(Icon.pixmap(48).size(), QSize(48, 48));
         QCOMPARE(centerOf(Icon.pixmap(48)), QColor(Qt::red));
         const QColor Disabled = centerOf(Icon.pixmap(48, QIcon::Disabled));
         QCOMPARE(Disabled.saturation(), 0);
         QVERIFY(Disabled.alpha() < 160 && Disabled.alpha() > 40);
-        QCOMPARE(OrvPixmap::createQPixmapFromPath(File.fileName()).size(), QSize(16, 16));
+        QCOMPARE(OrvPixmap::createQPixmapFromPath(File).size(), QSize(16, 16));
         QVERIFY(OrvPixmap::createQPixmapFromPath(QStringLiteral("/no/such.png")).isNull());
     }
 
     void helpComesFromWhoeverKnows()
     {
-        QFile File(OrvResourceInfo::helpPath() + QStringLiteral("/layers_palette.html"));
-        QVERIFY(File.open(QIODevice::WriteOnly));
-        File.write("<b>Layers</b>");
-        File.close();
+        write(OrvResourceInfo::helpPath() + QStringLiteral("/layers_palette.html"), "<b>Layers</b>");
         QCOMPARE(OrvContextHelp::text(QStringLiteral("layers_palette")), QStringLiteral("<b>Layers</b>"));
         OrvContextHelp::registerText(QStringLiteral("layers_palette"), QStringLiteral("Registered"));
         QCOMPARE(OrvContextHelp::text(QStringLiteral("layers_palette")), QStringLiteral("Registered"));
@@ -151,10 +151,7 @@ private Q_SLOTS:
 
     void progressBarAppearsAfterTheDelayAndEvents()
     {
-        OrvMainWindow& MainWindow = OrvMainWindow::instance();
-        MainWindow.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&MainWindow));
-        const auto* pBar = MainWindow.statusBar()->findChild<QProgressBar*>();
+        const auto* pBar = OrvMainWindow::instance().statusBar()->findChild<QProgressBar*>();
         bool LoopHasRun = false;
         const QObject Waiting; // takes its call along when the test is over
         QTimer::singleShot(0, &Waiting, [&LoopHasRun] { LoopHasRun = true; });
@@ -174,20 +171,6 @@ private Q_SLOTS:
         QVERIFY(!LoopHasRun);
     }
 
-    void cancelReachesCancellableReports()
-    {
-        OrvMainWindow::instance().show();
-        OrvStatusManager::AutoProgress Fixed(QStringLiteral("Fixed"), 10, 0, 0);
-        OrvStatusManager::AutoProgress Work(QStringLiteral("Work"), 10, 0, 0);
-        Work.setCancellable(true);
-        Work.setValue(1);
-        auto* pCancel = OrvMainWindow::instance().statusBar()->findChild<QToolButton*>();
-        QVERIFY(pCancel->isVisible());
-        pCancel->click();
-        QVERIFY(Work.isCancelled());
-        QVERIFY(!Fixed.isCancelled());
-    }
-
     void workIsCancelledByTheUserAndNothingElseGetsThrough_data()
     {
         QTest::addColumn<bool>("ByButton");
@@ -198,8 +181,6 @@ private Q_SLOTS:
     {
         QFETCH(bool, ByButton);
         OrvMainWindow& Window = OrvMainWindow::instance();
-        Window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&Window));
         auto* pCancel = Window.statusBar()->findChild<QToolButton*>();
         bool TimerFired = false, Typed = false;
         const QObject Waiting;
@@ -218,6 +199,7 @@ private Q_SLOTS:
             }
         };
         {
+            const OrvStatusManager::AutoProgress Fixed(QStringLiteral("Fixed"), 10, 0, 0);
             OrvStatusManager::AutoProgress Work(QStringLiteral("Work"), 100, 0, 0);
             Work.setCancellable(true);
             Work.setValue(1);
@@ -232,7 +214,7 @@ private Q_SLOTS:
                 key(Qt::Key_Escape);
             QTest::qSleep(60);
             Work.setValue(3);
-            QVERIFY(Work.isCancelled());
+            QVERIFY(Work.isCancelled() && !Fixed.isCancelled());
             QVERIFY(!TimerFired && !Typed);
         }
         QVERIFY(!pCancel->isVisible());
@@ -242,8 +224,6 @@ private Q_SLOTS:
 
     void renderingIsCancelledAndSaysSo()
     {
-        OrvMainWindow::instance().show();
-        OrvStatusManager& Status = OrvStatusManager::instance();
         QVERIFY(OrvLayerRendering::step(0, 10));
         QTest::qSleep(1100); // until the bar is there
         QVERIFY(OrvLayerRendering::step(1, 10));
@@ -251,7 +231,7 @@ private Q_SLOTS:
             &OrvMainWindow::instance(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
         QTest::qSleep(60);
         QVERIFY(!OrvLayerRendering::step(2, 10));
-        QCOMPARE(Status.text(), QStringLiteral("Cancelled"));
+        QCOMPARE(OrvStatusManager::instance().text(), QStringLiteral("Cancelled"));
         // The next work is not cancelled by that.
         QVERIFY(OrvLayerRendering::step(0, 2));
         QVERIFY(OrvLayerRendering::step(2, 2));
@@ -360,12 +340,18 @@ private Q_SLOTS:
     }
 
 private:
+    static void write(const QString& Path, const QByteArray& Contents)
+    {
+        QFile File(Path);
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        QCOMPARE(File.write(Contents), Contents.size());
+    }
     static void write(const char* pName, const QImage& Image)
     {
         QVERIFY(Image.save(OrvResourceInfo::iconPath() + QLatin1Char('/') + QLatin1String(pName)));
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
 };
 
 QTEST_MAIN(TstWindow)

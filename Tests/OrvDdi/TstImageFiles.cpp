@@ -61,6 +61,23 @@ float largestDifference(const Pixels& Left, const Pixels& Right)
     return Largest;
 }
 
+OrvImageWriteOptions writing(
+    Properties::Precision Depth, bool Scalar = false, const QString& FileSpace = QString())
+{
+    OrvImageWriteOptions Options;
+    Options.Depth = Depth;
+    Options.Scalar = Scalar;
+    Options.FileSpace = FileSpace;
+    return Options;
+}
+
+OrvImageReadOptions reading(const QString& FileSpace)
+{
+    OrvImageReadOptions Options;
+    Options.FileSpace = FileSpace;
+    return Options;
+}
+
 /// An uncompressed EXR of floats, made byte by byte. Channels in alphabetical order, each row by row.
 QByteArray exr(
     const QRect& Display, const QRect& Data, const QByteArrayList& Channels, const QVector<Pixels>& Planes)
@@ -180,11 +197,8 @@ private Q_SLOTS:
         const OrvPixelFormat Format = Scalar ? FloatScalar : FloatColor;
         // More rows than are written at once.
         const OrvImageBuffer Source = slope({701, 911}, Format);
-        OrvImageWriteOptions Options;
-        Options.Depth = Properties::Precision(Depth);
-        Options.Scalar = Scalar;
         // Numbers as they are: the conversion has a test of its own.
-        Options.FileSpace = OrvColorManager::raw();
+        const auto Options = writing(Properties::Precision(Depth), Scalar, OrvColorManager::raw());
         const QString Path = m_pFolder->filePath(Name);
         QVERIFY2(
             OrvImageFiles::write(Path, Source, Source.extent(), Options, {}, m_Error), qPrintable(m_Error));
@@ -199,8 +213,7 @@ private Q_SLOTS:
         QCOMPARE(Found.ComponentCount, Scalar ? 1 : 4);
 
         OrvImageBuffer Back(Source.extent(), Format);
-        OrvImageReadOptions AsIs;
-        AsIs.FileSpace = OrvColorManager::raw();
+        const OrvImageReadOptions AsIs = reading(OrvColorManager::raw());
         QVERIFY2(OrvImageFiles::read(Path, Back, {}, {}, m_Error, AsIs), qPrintable(m_Error));
         const float Difference = largestDifference(numbers(Back), numbers(Source));
         QVERIFY2(Difference <= Tolerance, qPrintable(QString::number(double(Difference))));
@@ -220,24 +233,19 @@ private Q_SLOTS:
         OrvImageBuffer Back(Source.extent(), FloatColor);
         QVERIFY(OrvImageFiles::read(Path, Back, {}, {}, m_Error));
         QVERIFY(largestDifference(numbers(Back, Pixel), {0.5f, 0.18f, 1.0f, 1.0f}) < 4e-3f);
-        OrvImageReadOptions Raw;
-        Raw.FileSpace = OrvColorManager::raw();
-        QVERIFY(OrvImageFiles::read(Path, Back, {}, {}, m_Error, Raw));
+        QVERIFY(OrvImageFiles::read(Path, Back, {}, {}, m_Error, reading(OrvColorManager::raw())));
         QVERIFY(largestDifference(numbers(Back, Pixel), {188 / 255.0f, 118 / 255.0f, 1.0f, 1.0f}) < 1e-5f);
         // 8-bit to 8-bit under one curve must not move a single step.
         OrvImageBuffer Bytes(Source.extent(), {GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb});
         QVERIFY(OrvImageFiles::read(Path, Bytes, {}, {}, m_Error));
         QVERIFY(largestDifference(numbers(Bytes, Pixel), {188 / 255.0f, 118 / 255.0f, 1.0f, 1.0f}) < 1e-5f);
 
-        OrvImageReadOptions Unknown;
-        Unknown.FileSpace = QStringLiteral("No such space");
+        const OrvImageReadOptions Unknown = reading("No such space");
         QVERIFY(!OrvImageFiles::read(Path, Back, {}, {}, m_Error, Unknown));
         QVERIFY(m_Error.contains(Path) && m_Error.contains(Unknown.FileSpace));
 
         const QString Wide = m_pFolder->filePath("wide.exr");
-        OrvImageWriteOptions ToAces;
-        ToAces.Depth = Properties::Float;
-        ToAces.FileSpace = OrvColorManager::acesCg();
+        const auto ToAces = writing(Properties::Float, false, OrvColorManager::acesCg());
         QVERIFY(OrvImageFiles::write(Wide, Source, Source.extent(), ToAces, {}, m_Error));
         QVERIFY(OrvImageFiles::probe(Wide, Found, m_Error));
         QCOMPARE(Found.ColorSpace, OrvColorManager::acesCg());
@@ -258,8 +266,7 @@ private Q_SLOTS:
         QVERIFY(largestDifference(numbers(Buffer), Straight) < 1e-6f);
 
         const QString Copy = m_pFolder->filePath("copy.exr");
-        OrvImageWriteOptions Float;
-        Float.Depth = Properties::Float;
+        const OrvImageWriteOptions Float = writing(Properties::Float);
         QVERIFY(OrvImageFiles::write(Copy, Buffer, QRect(0, 0, 2, 1), Float, {}, m_Error));
         OrvImageBuffer Back(Rect, FloatColor);
         QVERIFY(OrvImageFiles::read(Copy, Back, {}, {}, m_Error));
@@ -271,8 +278,7 @@ private Q_SLOTS:
     {
         OrvImageBuffer Source(QRect(0, 0, 2, 2), FloatColor);
         Source.fill(OrvColor(1e6f, -1e6f, 0.25f, 1.0f));
-        OrvImageWriteOptions Half;
-        Half.Depth = Properties::Half;
+        const OrvImageWriteOptions Half = writing(Properties::Half);
         const QString Path = m_pFolder->filePath("a.exr");
         QVERIFY(OrvImageFiles::write(Path, Source, Source.extent(), Half, {}, m_Error));
         QVERIFY(OrvImageFiles::read(Path, Source, {}, {}, m_Error));
@@ -398,10 +404,7 @@ private Q_SLOTS:
         Gray.fill(OrvColor(0.25f, 0.0f, 0.0f, 1.0f));
         Color.fill(OrvColor(1.0f, 0.5f, 0.25f, 0.5f));
         const float Luma = 0.2126f + 0.7152f * 0.5f + 0.0722f * 0.25f;
-        OrvImageWriteOptions Float;
-        Float.Depth = Properties::Float;
-        OrvImageWriteOptions FloatGray = Float;
-        FloatGray.Scalar = true;
+        const auto Float = writing(Properties::Float), FloatGray = writing(Properties::Float, true);
 
         const QString ColorFile = m_pFolder->filePath("color.tif"),
                       GrayFile = m_pFolder->filePath("gray.tif");
@@ -429,9 +432,7 @@ private Q_SLOTS:
     void bufferTakesThePartThatFits()
     {
         const OrvImageBuffer Source = slope({600, 600}, FloatScalar);
-        OrvImageWriteOptions Options;
-        Options.Depth = Properties::Float;
-        Options.Scalar = true;
+        const OrvImageWriteOptions Options = writing(Properties::Float, true);
         const QString Path = m_pFolder->filePath("a.tif");
         const QRect Region(10, 20, 500, 550);
         QVERIFY(OrvImageFiles::write(Path, Source, Region, Options, {}, m_Error));
@@ -587,9 +588,7 @@ private Q_SLOTS:
             Threads.emplace_back([&, Number] {
                 const OrvImageBuffer Source = slope({100 + Number, 200}, FloatScalar);
                 OrvImageBuffer Back(Source.extent(), FloatScalar);
-                OrvImageWriteOptions Options;
-                Options.Depth = Properties::Float;
-                Options.Scalar = true;
+                const OrvImageWriteOptions Options = writing(Properties::Float, true);
                 QString Error;
                 const QString Path = m_pFolder->filePath(QStringLiteral("%1.exr").arg(Number));
                 if (OrvImageFiles::write(Path, Source, Source.extent(), Options, {}, Error)

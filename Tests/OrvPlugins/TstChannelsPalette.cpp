@@ -1,24 +1,15 @@
 #include "Tests/Orvi/OrvTestAnswers.h"
+#include "Tests/OrvPlugins/LayersFixture.h"
+#include "Tests/OrvPlugins/SettingsDirectory.h"
 
-#include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
-#include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
-#include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
-#include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
@@ -29,7 +20,6 @@
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvDdi/Image/OrvChannel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvQuickChannelStrip.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
@@ -39,7 +29,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
@@ -60,7 +49,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvShaderInputActions::instance();
         m_View = OrvLayerViewContextManager::instance().shaderInputView();
         m_Tree = m_View->treeView();
@@ -82,9 +70,7 @@ private Q_SLOTS:
 
     void listsChannelsByNameAndFollowsRenames()
     {
-        OrvShaderInput* pGloss = addChannel(QStringLiteral("gloss"));
-        addChannel(QStringLiteral("Diffuse"));
-        addChannel(QStringLiteral("Bump"));
+        OrvShaderInput* pGloss = addChannels({"gloss", "Diffuse", "Bump"}).first();
         QTRY_COMPARE(rows(), QStringList({"Bump", "Diffuse", "gloss"}));
 
         pGloss->node()->setName(QStringLiteral("Alpha"));
@@ -92,12 +78,10 @@ private Q_SLOTS:
         OrvUndoManager::instance().undo();
         QTRY_COMPARE(rows(), QStringList({"Bump", "Diffuse", "gloss"}));
 
-        OrvShaderInput* pTwin = addChannel(QStringLiteral("Twin"));
-        pTwin->node()->setName(QStringLiteral("Bump"));
+        addChannel("Twin")->node()->setName(QStringLiteral("Bump"));
         QTRY_COMPARE(rows(), QStringList({"Bump", "Bump", "Diffuse", "gloss"}));
         QVERIFY(m_View->model()->index(0, 0).data(OrvShaderInputModel::NodeRole)
             != m_View->model()->index(1, 0).data(OrvShaderInputModel::NodeRole));
-        QCOMPARE(m_Tree->sizeHint(), QSize(50, 40));
 
         OrvProjectManager::instance().closeProject();
         QTRY_COMPARE(m_View->model()->rowCount(), 0);
@@ -105,17 +89,13 @@ private Q_SLOTS:
 
     void rowsOfUnchangedChannelsKeepTheirWidgets()
     {
-        addChannel(QStringLiteral("A"));
-        OrvShaderInput* pB = addChannel(QStringLiteral("B"));
-        addChannel(QStringLiteral("D"));
-        m_View->refresh();
+        OrvShaderInput* pB = addChannels({"A", "B", "D"}).at(1);
         const QWidget* pRowOfA = rowWidget("A");
         const QWidget* pRowOfD = rowWidget("D");
         QVERIFY(pRowOfA && pRowOfD);
 
         OrvShaderInputManager::instance().destroy(pB, OrvShaderInputManager::SharersBecomeGroups);
-        addChannel(QStringLiteral("C"));
-        m_View->refresh();
+        addChannels({"C"});
         QCOMPARE(rows(), QStringList({"A", "C", "D"}));
         QCOMPARE(rowWidget("A"), pRowOfA);
         QCOMPARE(rowWidget("D"), pRowOfD);
@@ -124,29 +104,44 @@ private Q_SLOTS:
 
     void clickMakesChannelCurrentAndHostIsFollowed()
     {
-        OrvShaderInput* pA = addChannel(QStringLiteral("A"));
-        OrvShaderInput* pB = addChannel(QStringLiteral("B"));
-        m_View->refresh();
+        const QList<OrvShaderInput*> Channels = addChannels({"A", "B"});
+        OrvShaderInput* pA = Channels.first();
         clickRow("B");
-        QCOMPARE(channels().currentShaderInput(), pB);
-        QCOMPARE(mainStack(), pB);
+        QCOMPARE(channels().currentShaderInput(), Channels.last());
+        QCOMPARE(mainStack(), Channels.last());
 
         channels().makeShaderInputCurrent(pA, true);
         QCOMPARE(m_Tree->currentIndex(), m_View->model()->indexFromShaderInput(pA));
         QCOMPARE(mainStack(), pA);
-        channels().makeShaderInputCurrent(networkOfTest(), nullptr, true);
+        channels().makeShaderInputCurrent(LayersFixture::network(), nullptr, true);
         QVERIFY(!m_Tree->currentIndex().isValid());
         QVERIFY(!mainStack());
     }
 
+    void pressThatStartsSharingLeavesTheCurrentChannel()
+    {
+        const QList<OrvShaderInput*> Channels = addChannels({"A", "B"});
+        clickRow("B");
+        const QModelIndex A = m_View->model()->indexFromShaderInput(Channels.first());
+        const QModelIndex B = m_View->model()->indexFromShaderInput(Channels.last());
+        const QPoint OnA = m_Tree->visualRect(A).center();
+        for (const Qt::KeyboardModifier Key : {Qt::ShiftModifier, Qt::AltModifier}) {
+            QTest::mousePress(m_Tree->viewport(), Qt::LeftButton, Key, OnA);
+            QCOMPARE(m_Tree->currentIndex(), B);
+            QCOMPARE(m_Tree->selectionModel()->selectedRows(), QModelIndexList{A}); // what a drag takes along
+            QCOMPARE(mainStack(), Channels.last());
+            QTest::mouseRelease(m_Tree->viewport(), Qt::LeftButton, Key, OnA);
+            QCOMPARE(m_Tree->selectionModel()->selectedRows(), QModelIndexList{B});
+        }
+        QCOMPARE(channels().currentShaderInput(), Channels.last());
+    }
+
     void removingRowsLeavesCurrentChannelAlone()
     {
-        OrvShaderInput* pA = addChannel(QStringLiteral("A"));
-        addChannel(QStringLiteral("B"));
-        OrvShaderInput* pC = addChannel(QStringLiteral("C"));
-        m_View->refresh();
+        const QList<OrvShaderInput*> Channels = addChannels({"A", "B", "C"});
+        OrvShaderInput *pA = Channels.first(), *pC = Channels.last();
         channels().makeShaderInputCurrent(pA, true);
-        channels().makeShaderInputCurrent(networkOfTest(), nullptr, true);
+        channels().makeShaderInputCurrent(LayersFixture::network(), nullptr, true);
         m_Tree->selectionModel()->setCurrentIndex(
             m_View->model()->indexFromShaderInput(pA), QItemSelectionModel::NoUpdate);
         channels().makeShaderInputCurrent(pC, true);
@@ -158,8 +153,7 @@ private Q_SLOTS:
 
     void nameIsEditedInTheRow()
     {
-        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
-        m_View->refresh();
+        OrvShaderInput* pChannel = addChannels({"Diffuse"}).first();
         editName("Diffuse", QStringLiteral("  Albedo "));
         QCOMPARE(pChannel->name(), QStringLiteral("Albedo"));
         OrvUndoManager::instance().undo();
@@ -173,12 +167,24 @@ private Q_SLOTS:
         QCOMPARE(pChannel->name(), QStringLiteral("Diffuse"));
     }
 
+    void keyRenamesTheCurrentChannel()
+    {
+        OrvShaderInput* pChannel = addChannels({"Diffuse"}).first();
+        clickRow(QStringLiteral("Diffuse"));
+        m_Tree->setFocus();
+        QTest::keyClick(m_Tree, Qt::Key_F2);
+        QLineEdit* pEdit = rowWidget("Diffuse")->findChild<QLineEdit*>();
+        QVERIFY(pEdit);
+        pEdit->selectAll();
+        QTest::keyClicks(pEdit, QStringLiteral("Albedo"));
+        QTest::keyClick(pEdit, Qt::Key_Return);
+        QCOMPARE(pChannel->name(), QStringLiteral("Albedo"));
+    }
+
     void lockButtonLocksAndFollowsUndo()
     {
-        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
-        m_View->refresh();
+        OrvShaderInput* pChannel = addChannels({"Diffuse"}).first();
         QToolButton* pLock = lockButton("Diffuse");
-        QVERIFY(pLock);
         QTest::mouseClick(pLock, Qt::LeftButton);
         QVERIFY(pChannel->isLocked());
         OrvUndoManager::instance().undo();
@@ -190,37 +196,18 @@ private Q_SLOTS:
         QVERIFY(!pChannel->isLocked());
     }
 
-    void quickChannelIsOneUndoStep()
-    {
-        const QList<OrvColorSwatch*> Swatches = m_View->findChildren<OrvColorSwatch*>();
-        QCOMPARE(Swatches.size(), 4);
-        QTest::mouseClick(Swatches.at(1), Qt::LeftButton);
-        QTRY_COMPARE(rows(), QStringList({"Quick Channel"}));
-        OrvShaderInput* pChannel = channels().currentShaderInput();
-        QVERIFY(pChannel);
-        QCOMPARE(pChannel->name(), QStringLiteral("Quick Channel"));
-        QCOMPARE(pChannel->layerList().size(), 1);
-        QCOMPARE(pChannel->layerList().first()->name(), QStringLiteral("Base"));
-        QTest::mouseClick(Swatches.at(0), Qt::LeftButton);
-        QTRY_COMPARE(rows().size(), 2);
-        OrvUndoManager::instance().undo();
-        OrvUndoManager::instance().undo();
-        QTRY_COMPARE(rows(), QStringList());
-
-        OrvProjectManager::instance().closeProject();
-        QVERIFY(!Swatches.at(1)->isEnabled());
-    }
-
     /// What a user does with a new project, by mouse and keys alone.
     void channelsAreMadeNamedChosenAndRemoved()
     {
+        QCOMPARE(swatches().size(), 4);
         const QList<QComboBox*> Combos = strip()->findChildren<QComboBox*>();
         for (QComboBox* pCombo : Combos)
             QTest::keyClick(pCombo, Qt::Key_End);
         QTest::keyClick(Combos.first(), Qt::Key_Home);
-        QTest::mouseClick(m_View->findChildren<OrvColorSwatch*>().at(2), Qt::LeftButton);
+        QTest::mouseClick(swatches().at(2), Qt::LeftButton);
         QTRY_COMPARE(rows(), QStringList({"Quick Channel"}));
         OrvShaderInput* pQuick = channels().currentShaderInput();
+        QCOMPARE(LayersFixture::stackText(pQuick), QStringLiteral("Base"));
         QCOMPARE(pQuick->imageSetSize(), OrvChannel::supportedTextureSizes().first());
         QCOMPARE(pQuick->imageSetDepth(), GLenum(GL_FLOAT));
         QCOMPARE(mainStack(), pQuick);
@@ -260,6 +247,8 @@ private Q_SLOTS:
         while (OrvUndoManager::instance().stack()->canRedo())
             OrvUndoManager::instance().redo();
         QTRY_COMPARE(rows(), QStringList({"Channel"}));
+        OrvProjectManager::instance().closeProject();
+        QVERIFY(!swatches().first()->isEnabled());
     }
 
     void rightClickOffersTheCommands()
@@ -294,46 +283,41 @@ private Q_SLOTS:
 
     void settingsSurviveARestart()
     {
-        const auto sizes = [](const OrvShaderInputView& View) { return View.findChild<QSplitter*>()->sizes(); };
+        const auto openView = [] {
+            auto pView = std::make_unique<OrvShaderInputView>(nullptr);
+            pView->resize(290, 600);
+            pView->show();
+            return pView;
+        };
         QList<int> Sizes;
         {
-            OrvShaderInputView View(nullptr);
-            View.resize(290, 600);
-            View.show();
+            const auto pView = openView();
             const QList<QComboBox*> Combos
-                = View.findChild<OrvQuickChannelStrip*>()->findChildren<QComboBox*>();
+                = pView->findChild<OrvQuickChannelStrip*>()->findChildren<QComboBox*>();
             Combos.at(0)->setCurrentIndex(Combos.at(0)->findData(QSize(512, 512)));
             Combos.at(1)->setCurrentIndex(Combos.at(1)->findData(GL_HALF_FLOAT));
-            View.findChild<QSplitter*>()->setSizes({400, 200});
-            Sizes = sizes(View);
+            pView->findChild<QSplitter*>()->setSizes({400, 200});
+            Sizes = pView->findChild<QSplitter*>()->sizes();
         }
-        {
-            OrvShaderInputView View(nullptr);
-            View.resize(290, 600);
-            View.show();
-            QCOMPARE(sizes(View), Sizes);
-            const auto* pStrip = View.findChild<OrvQuickChannelStrip*>();
-            QCOMPARE(pStrip->channelSize(), QSize(512, 512));
-            QCOMPARE(pStrip->channelDepth(), GL_HALF_FLOAT);
-        }
+        const auto pView = openView();
+        QCOMPARE(pView->findChild<QSplitter*>()->sizes(), Sizes);
+        QCOMPARE(pView->findChild<OrvQuickChannelStrip*>()->channelSize(), QSize(512, 512));
+        QCOMPARE(pView->findChild<OrvQuickChannelStrip*>()->channelDepth(), GL_HALF_FLOAT);
         OrvSettings Settings;
         Settings.setValue("Quick Create Channel/Size", QSize(300, 200));
         const OrvQuickChannelStrip Odd;
         QCOMPARE(Odd.findChildren<QComboBox*>().first()->currentIndex(), -1);
         QCOMPARE(Odd.channelDepth(), GL_HALF_FLOAT);
         Settings.remove(QStringLiteral("Quick Create Channel"));
-        const OrvQuickChannelStrip Fresh;
-        QCOMPARE(Fresh.channelSize(), QSize(2048, 2048));
-        QCOMPARE(Fresh.channelDepth(), GL_UNSIGNED_BYTE);
     }
 
     void quickChannelNeedsAnObject()
     {
-        OrvShaderNetwork* pNetwork = networkOfTest();
+        OrvShaderNetwork* pNetwork = LayersFixture::network();
         OrvShaderNetworkManager::instance().setCurrentShaderNetwork(nullptr);
         QStringList Messages;
         OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
-        QTest::mouseClick(m_View->findChildren<OrvColorSwatch*>().at(1), Qt::LeftButton);
+        QTest::mouseClick(swatches().at(1), Qt::LeftButton);
         OrvSetDebugSink({});
         QCOMPARE(Messages, QStringList("Cannot get a handle to the network"));
         QVERIFY(channels().getShaderInputsFromNetwork(pNetwork).isEmpty());
@@ -343,7 +327,7 @@ private Q_SLOTS:
 
     void materialStacksAreNotListed()
     {
-        OrvShaderInput* pColor = addChannel(QStringLiteral("Diffuse"));
+        OrvShaderInput* pColor = addChannel("Diffuse");
         OrvShaderInput* pMaterial = OrvShaderInputUtils::createShaderInput(true);
         QVERIFY(pMaterial && pMaterial->isMaterialStack());
         m_View->refresh();
@@ -378,20 +362,6 @@ private Q_SLOTS:
         QCOMPARE(Settings.value("Quick Create Channel/Size").toSize(), QSize(1024, 1024));
     }
 
-    void deleteKeyRemovesTheChannelInOneStep()
-    {
-        addChannel(QStringLiteral("A"));
-        OrvShaderInput* pB = addChannel(QStringLiteral("B"));
-        m_View->refresh();
-        clickRow("A");
-        m_Tree->setFocus();
-        QTest::keyClick(m_Tree, Qt::Key_Delete);
-        QTRY_COMPARE(rows(), QStringList({"B"}));
-        QCOMPARE(channels().currentShaderInput(), pB);
-        OrvUndoManager::instance().undo();
-        QTRY_COMPARE(rows(), QStringList({"A", "B"}));
-    }
-
     void modifiersChooseTheDropAction_data()
     {
         QTest::addColumn<int>("Modifiers");
@@ -414,9 +384,7 @@ private Q_SLOTS:
 
     void altDropDuplicatesAndPlainDropDoesNothing()
     {
-        addChannel(QStringLiteral("A"));
-        addChannel(QStringLiteral("B"));
-        m_View->refresh();
+        addChannels({"A", "B"});
         OrvShaderInputModel* pModel = m_View->model();
         std::unique_ptr<QMimeData> pMime(pModel->mimeData({pModel->index(1, 0), pModel->index(0, 0)}));
         QCOMPARE(OrvLayerDragPayload::read(pMime.get()).size(), 2);
@@ -429,7 +397,7 @@ private Q_SLOTS:
         QTest::keyPress(m_Tree, Qt::Key_Shift, Qt::ShiftModifier);
         QVERIFY(!pModel->dropMimeData(pMime.get(), Qt::LinkAction, -1, -1, {}));
         QTest::keyRelease(m_Tree, Qt::Key_Shift);
-        QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 2);
+        QCOMPARE(channels().getShaderInputsFromNetwork(LayersFixture::network()).size(), 2);
         QTest::keyPress(m_Tree, Qt::Key_Alt, Qt::AltModifier);
         QVERIFY(!pModel->dropMimeData(pMime.get(), Qt::MoveAction, -1, -1, {}));
         QTest::keyRelease(m_Tree, Qt::Key_Alt);
@@ -442,22 +410,14 @@ private Q_SLOTS:
 
     void shiftDropSharesLayersAsChannels()
     {
-        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
-        OrvLayer* pDirt = addLayer(pDiffuse, "Dirt");
-        OrvLayer* pRust = addLayer(pDiffuse, "Rust");
-        m_View->refresh();
-        QMimeData Mime;
-        OrvLayerDragPayload::write(
-            Mime, {pDirt->blendNode()->uuidString(), pRust->blendNode()->uuidString()});
-        const auto drop = [this, &Mime](Qt::Key Key, Qt::KeyboardModifier Modifier) {
-            QTest::keyPress(m_Tree, Key, Modifier);
-            QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
-            QTest::keyRelease(m_Tree, Key);
-        };
-        QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
-        drop(Qt::Key_Alt, Qt::AltModifier);
-        QCOMPARE(channels().getShaderInputsFromNetwork(networkOfTest()).size(), 1);
-        drop(Qt::Key_Shift, Qt::ShiftModifier);
+        OrvShaderInput* pDiffuse = addChannels({"Diffuse"}).first();
+        OrvLayer* pDirt = LayersFixture::addLayer(pDiffuse, "Dirt");
+        const QList<OrvSnBaseNode*> Dropped{
+            pDirt->blendNode(), LayersFixture::addLayer(pDiffuse, "Rust")->blendNode()};
+        drop(Dropped);
+        drop(Dropped, Qt::Key_Alt, Qt::AltModifier);
+        QCOMPARE(channels().getShaderInputsFromNetwork(LayersFixture::network()).size(), 1);
+        drop(Dropped, Qt::Key_Shift, Qt::ShiftModifier);
         QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Rust"}));
         OrvShaderInput* pShared = OrvShaderInputUtils::getShaderInput(
             m_View->model()->nodeFromIndex(m_View->model()->index(1, 0)));
@@ -479,37 +439,23 @@ private Q_SLOTS:
 
     void layersOfSeveralChannelsAreNeitherSharedNorDuplicated()
     {
-        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
-        OrvShaderInput* pGloss = addChannel(QStringLiteral("Gloss"));
-        OrvShaderInput* pPlain = addChannel(QStringLiteral("Plain"));
+        const QList<OrvShaderInput*> Channels = addChannels({"Diffuse", "Gloss", "Plain"});
+        OrvShaderInput* pDiffuse = Channels.first();
         OrvLayerShader* pShader = OrvLayerShaderUtils::createShaderFromKey("Shader/MetallicRoughness", true);
         QVERIFY(pShader && pShader->setInputShaderInput("Base Color", pDiffuse));
-        QVERIFY(pShader->setInputShaderInput("Roughness", pGloss));
+        QVERIFY(pShader->setInputShaderInput("Roughness", Channels.at(1)));
         QString Error;
         OrvLayer* pCommon
             = OrvMultiChannelLayerUtils::createMultiChannelGroupLayer(pShader, pDiffuse->bottomNode(), Error);
         QVERIFY2(pCommon, qPrintable(Error));
-        OrvLayer* pDirt = addLayer(pDiffuse, "Dirt");
-        OrvLayer* pRust = addLayer(pDiffuse, "Rust");
-        m_View->refresh();
-        QMimeData Mime;
-        const auto drop = [&](const QList<OrvSnBaseNode*>& Nodes, Qt::Key Key, Qt::KeyboardModifier Modifier) {
-            QStringList Uuids;
-            for (const OrvSnBaseNode* pNode : Nodes)
-                Uuids.append(pNode->uuidString());
-            OrvLayerDragPayload::write(Mime, Uuids);
-            QTest::keyPress(m_Tree, Key, Modifier);
-            const QStringList Told = answering(
-                "OK", [&] { m_View->model()->dropMimeData(&Mime, Qt::IgnoreAction, -1, -1, {}); });
-            QTest::keyRelease(m_Tree, Key);
-            return Told;
-        };
+        const OrvLayer* pDirt = LayersFixture::addLayer(pDiffuse, "Dirt");
+        const OrvLayer* pRust = LayersFixture::addLayer(pDiffuse, "Rust");
         // It ends the drop; what comes after it stays.
         QVERIFY(drop({pDirt->blendNode(), pCommon->blendNode(), pRust->blendNode()}, Qt::Key_Shift,
             Qt::ShiftModifier)
                     .isEmpty());
         QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Gloss", "Plain"}));
-        QCOMPARE(drop({pDiffuse->node(), pPlain->node()}, Qt::Key_Alt, Qt::AltModifier),
+        QCOMPARE(drop({pDiffuse->node(), Channels.last()->node()}, Qt::Key_Alt, Qt::AltModifier),
             QStringList("This Channel contains Multi-Channel Layers and cannot be duplicated, cut, copied or pasted. "
                         "Please convert all Multi-Channel Layers to standard Layers first."));
         QTRY_COMPARE(rows(), QStringList({"Diffuse", "Dirt", "Gloss", "Plain", "Plain Copy"}));
@@ -517,10 +463,8 @@ private Q_SLOTS:
 
     void marksFollowTheChannel()
     {
-        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
-        OrvShaderInput* pOther = addChannel(QStringLiteral("Other"));
-        m_View->refresh();
-        QApplication::processEvents();
+        const QList<OrvShaderInput*> Channels = addChannels({"Diffuse", "Other"});
+        OrvShaderInput* pChannel = Channels.first();
         const QList<QLabel*> Marks = rowWidget("Diffuse")->findChildren<QLabel*>();
         QCOMPARE(Marks.size(), 2);
         const auto depthMark = [&] { return Marks.first()->pixmap(Qt::ReturnByValue); };
@@ -535,7 +479,7 @@ private Q_SLOTS:
         const QToolButton* pShared = button("Diffuse", "Show the layers that share the channel");
         QVERIFY(!pShared->isVisible());
         OrvUndoManager::instance().clear();
-        QVERIFY(share(pChannel, pOther, "Shows"));
+        QVERIFY(share(pChannel, Channels.last()));
         QTRY_VERIFY(pShared->isVisible());
         OrvUndoManager::instance().undo();
         QTRY_VERIFY(!pShared->isVisible());
@@ -545,10 +489,9 @@ private Q_SLOTS:
 
     void sharersAreListedAndGoneTo()
     {
-        OrvShaderInput* pDirt = addChannel(QStringLiteral("Dirt"));
-        OrvShaderInput* pDiffuse = addChannel(QStringLiteral("Diffuse"));
-        OrvLayer* pSharer = share(pDirt, pDiffuse, "Shows");
-        channels().makeShaderInputCurrent(pDirt, true);
+        const QList<OrvShaderInput*> Channels = addChannels({"Dirt", "Diffuse"});
+        OrvLayer* pSharer = share(Channels.first(), Channels.last());
+        channels().makeShaderInputCurrent(Channels.first(), true);
         m_View->refresh();
         QApplication::processEvents();
         QTest::mouseClick(button("Dirt", "Show the layers that share the channel"), Qt::LeftButton);
@@ -560,8 +503,8 @@ private Q_SLOTS:
         QCOMPARE(pList->item(1)->text(), pSharer->path(true));
         QTest::mouseClick(pList->viewport(), Qt::LeftButton, Qt::NoModifier,
             pList->visualItemRect(pList->item(1)).center());
-        QCOMPARE(OrvLayerManager::instance().currentLayer(networkOfTest()), pSharer);
-        QCOMPARE(channels().currentShaderInput(), pDiffuse);
+        QCOMPARE(OrvLayerManager::instance().currentLayer(LayersFixture::network()), pSharer);
+        QCOMPARE(channels().currentShaderInput(), Channels.last());
     }
 
     void lockAroundASharedChannelIsAskedFor_data()
@@ -576,8 +519,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, Button);
         QFETCH(bool, Unlocked);
-        OrvShaderInput* pDirt = addChannel(QStringLiteral("Dirt"));
-        OrvLayer* pSharer = share(pDirt, addChannel(QStringLiteral("Diffuse")), "Shows");
+        OrvShaderInput* pDirt = addChannel("Dirt");
+        OrvLayer* pSharer = share(pDirt, addChannel("Diffuse"));
         pDirt->setLocked(true);
         pSharer->setLocked(true);
         pSharer->blendNode()->setCacheActive(OrvSnCacheActive);
@@ -604,9 +547,7 @@ private Q_SLOTS:
 
     void anEmptyStackIsShownInTheGraph()
     {
-        OrvShaderInput* pChannel = addChannel(QStringLiteral("Diffuse"));
-        m_View->refresh();
-        QApplication::processEvents();
+        OrvShaderInput* pChannel = addChannels({"Diffuse"}).first();
         QToolButton* pButton = button("Diffuse", "Open the channel's layer stack");
         const auto shows = [pButton](const char* pFile) {
             return pButton->icon().pixmap(16).toImage()
@@ -619,7 +560,7 @@ private Q_SLOTS:
         QCOMPARE(Focused.size(), 1);
         QCOMPARE(Focused.first().first().value<OrvSnBaseNode*>(), pChannel->node());
 
-        addLayer(pChannel, "Dirt");
+        LayersFixture::addLayer(pChannel, "Dirt");
         QTRY_VERIFY(shows("Channel.16x16.png"));
         const auto stackViews = [pChannel] {
             int Count = 0;
@@ -639,9 +580,7 @@ private Q_SLOTS:
 
     void restingDragSwitchesTheChannel()
     {
-        addChannel(QStringLiteral("A"));
-        OrvShaderInput* pB = addChannel(QStringLiteral("B"));
-        m_View->refresh();
+        OrvShaderInput* pB = addChannels({"A", "B"}).last();
         clickRow("A");
         QApplication::processEvents();
         OrvShaderInputViewItemRowWidget* pRow = rowWidget("B");
@@ -668,12 +607,7 @@ private Q_SLOTS:
     {
         QAction* pAdd = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Channels/Add Channel"));
         QVERIFY(pAdd);
-        const QToolBar* pToolBar = m_View->findChild<QToolBar*>();
-        QCOMPARE(pToolBar->actions().count(pAdd), 1);
-        pAdd->trigger();
-        QTRY_COMPARE(m_View->model()->rowCount(), 1);
-        OrvUndoManager::instance().undo();
-        QTRY_COMPARE(m_View->model()->rowCount(), 0);
+        QCOMPARE(m_View->findChild<QToolBar*>()->actions().count(pAdd), 1);
         QVERIFY(pAdd->isEnabled());
         OrvProjectManager::instance().closeProject();
         QVERIFY(!pAdd->isEnabled());
@@ -681,9 +615,7 @@ private Q_SLOTS:
 
     void rowsAreNotClipped()
     {
-        for (const char* pName : {"Bump", "Diffuse", "Displacement", "Specular Roughness of the clear coat"})
-            addChannel(QLatin1String(pName));
-        addChannel(QString(200, 'W'));
+        addChannels({"Bump", "Specular Roughness of the clear coat", QString(200, 'W')});
         // Once they were seen, rows tell how large they would like to be.
         for (int Time = 0; Time < 2; ++Time) {
             m_View->refresh();
@@ -701,6 +633,7 @@ private Q_SLOTS:
 private:
     static OrvShaderInputManager& channels() { return OrvShaderInputManager::instance(); }
     OrvQuickChannelStrip* strip() const { return m_View->findChild<OrvQuickChannelStrip*>(); }
+    QList<OrvColorSwatch*> swatches() const { return m_View->findChildren<OrvColorSwatch*>(); }
     /// Whose properties are shown.
     const QObject* propertyNode() const
     {
@@ -711,26 +644,51 @@ private:
         }
         return pShown;
     }
-    static OrvShaderNetwork* networkOfTest() { return OrvShaderNetworkManager::instance().currentShaderNetwork(); }
     static OrvLayerStack* mainStack()
     {
         return OrvLayerViewContextManager::instance().mainLayerView()->layerStack();
     }
     static OrvShaderInput* addChannel(const QString& Name)
     {
-        return OrvShaderInputUtils::create(networkOfTest(), Name, QSize(256, 256), GL_UNSIGNED_BYTE);
+        return OrvShaderInputUtils::create(LayersFixture::network(), Name, QSize(256, 256), GL_UNSIGNED_BYTE);
     }
 
-    static OrvLayer* addLayer(OrvShaderInput* pChannel, const QString& Name)
+    /// With rows that are there at once.
+    QList<OrvShaderInput*> addChannels(const QStringList& Names) const
     {
-        return pChannel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, Name, OrvColor::white());
+        QList<OrvShaderInput*> Channels;
+        for (const QString& Name : Names)
+            Channels.append(addChannel(Name));
+        m_View->refresh();
+        QApplication::processEvents();
+        return Channels;
     }
     /// A layer of the other channel that shows the channel.
-    static OrvLayer* share(const OrvShaderInput* pChannel, const OrvShaderInput* pOther, const QString& Name)
+    static OrvLayer* share(const OrvShaderInput* pChannel, const OrvShaderInput* pOther)
     {
-        return OrvLayerManager::instance().getLayer(OrvLayerStreamUtils::createLayerNodeAfter(
-                                                        pOther->topNode(), pChannel->node(), Name, QString(), true),
+        return OrvLayerManager::instance().getLayer(
+            OrvLayerStreamUtils::createLayerNodeAfter(
+                pOther->topNode(), pChannel->node(), QStringLiteral("Shows"), QString(), true),
             true);
+    }
+    /// Returns what the user is told about it.
+    QStringList drop(const QList<OrvSnBaseNode*>& Nodes, Qt::Key Key = Qt::Key_unknown,
+        Qt::KeyboardModifier Modifier = Qt::NoModifier) const
+    {
+        QStringList Uuids;
+        for (const OrvSnBaseNode* pNode : Nodes)
+            Uuids.append(pNode->uuidString());
+        QMimeData Mime;
+        OrvLayerDragPayload::write(Mime, Uuids);
+        if (Modifier)
+            QTest::keyPress(m_Tree, Key, Modifier);
+        const QStringList Told = answering("OK", [&] {
+            // A drop that moves would take away what was dragged.
+            QVERIFY(!m_View->model()->dropMimeData(&Mime, Qt::LinkAction, -1, -1, {}));
+        });
+        if (Modifier)
+            QTest::keyRelease(m_Tree, Key);
+        return Told;
     }
     QToolButton* button(const QString& Row, const QString& ToolTip) const
     {
@@ -791,7 +749,7 @@ private:
         QApplication::sendEvent(m_Tree->viewport(), &Move);
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     OrvShaderInputView* m_View = nullptr;
     OrvShaderInputTreeView* m_Tree = nullptr;
 };

@@ -22,6 +22,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
 #include <QtTest/QtTest>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QUndoStack>
@@ -263,6 +265,13 @@ private Q_SLOTS:
         OrvLayer* pLayer = makeLayer(Kind, Project.channel());
         QVERIFY(pLayer);
         pLayer->makeCurrent(false, true);
+        QGuiApplication::clipboard()->clear();
+        QCoreApplication::processEvents();
+        QVERIFY(!action(QStringLiteral("Mask/Paste"))->isEnabled());
+        OrvLayer* pMasked = addLayer(Project.channel(), QStringLiteral("Masked"));
+        pMasked->addMaskImageSet();
+        pMasked->copyMaskToClipboard();
+        Project.channel()->deleteLayers({pMasked});
         bring(pLayer, State);
         QCoreApplication::processEvents();
         QStringList Enabled;
@@ -587,11 +596,12 @@ private:
         return OrvShelfDirectories::shipped() + QStringLiteral("/Masks/Dirt.orvproc");
     }
 
+    /// Without what the clipboard has a say in, which undo leaves as it is.
     static QString enabledText()
     {
         QStringList Enabled;
         for (const QString& Key : layerCommands() + stackCommands()) {
-            if (action(Key)->isEnabled())
+            if (action(Key)->isEnabled() && Key != QStringLiteral("Mask/Paste"))
                 Enabled.append(Key);
         }
         return Enabled.join(QLatin1Char(','));

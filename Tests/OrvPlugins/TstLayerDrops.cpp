@@ -24,6 +24,7 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
+#include <QtWidgets/QToolButton>
 #include <QtWidgets/QUndoStack>
 
 #include <memory>
@@ -557,10 +558,19 @@ private Q_SLOTS:
         QVERIFY(!dragOver(*pChannel, above("E")));
         QDragLeaveEvent Leave;
         QApplication::sendEvent(m_View->treeView()->viewport(), &Leave);
-        QCOMPARE(OrvStatusManager::instance().text(), QString());
+        // Also when the mouse was let go.
+        QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("Gloss")));
         QVERIFY(!dragOver(*nodes({}), above("E")));
+        QVERIFY(dragOver(*pGroup, above("E")));
+        QApplication::sendEvent(m_View->treeView()->viewport(), &Leave);
+        QVERIFY(!m_View->treeView()->showDropIndicator());
+        layer("E")->setLocked(true);
+        QVERIFY(!dragOver(*rows({"E"}), above("A")));
+        QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("locked")));
+        layer("E")->setLocked(false);
 
         QVERIFY(dropAt(*rows({"E"}), onto("G")));
+        QVERIFY(!m_View->treeView()->showDropIndicator());
         QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(E B H(C)) D"));
         QCOMPARE(rowText(m_View.get()), StartText);
         m_View->refresh();
@@ -625,6 +635,15 @@ private Q_SLOTS:
         QVERIFY(pMasked->hasMaskStack());
         QVERIFY(stackText(pMasked->maskStack()).startsWith(QStringLiteral("D E ")));
         QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Drop Layers"));
+        // The button of the stack takes the next one without waiting for its palette.
+        m_View->refresh();
+        settle();
+        auto* pStackButton = rowOf("A")->findChild<QToolButton*>(QStringLiteral("LayerStackPopupButton"));
+        QVERIFY(pStackButton);
+        QVERIFY(sendTo(pStackButton, *rows({"F"}), Qt::NoModifier));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A G(B H(C))"));
+        QVERIFY(stackText(pMasked->maskStack()).startsWith(QStringLiteral("F D E ")));
+        OrvTestProject::undo();
         OrvTestProject::undo();
         QVERIFY(OrvTestProject::document() == Before);
 

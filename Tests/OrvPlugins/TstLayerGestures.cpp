@@ -2,6 +2,7 @@
 #include "LayersPaletteFixture.h"
 #include "SettingsDirectory.h"
 
+#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCoreModules/Widgets/OrvComboBox.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
@@ -17,6 +18,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
 #include <QtTest/QtTest>
+#include <QtWidgets/QAction>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QUndoStack>
@@ -70,6 +73,33 @@ private Q_SLOTS:
         drag(m_Layers[0], eyeCenter(m_Layers[3]));
         QCOMPARE(visible(), QStringLiteral("D"));
         expectOneStep(QStringLiteral("ACD"), QStringLiteral("D"));
+    }
+
+    void sweepFromASelectedRowMovesNothing()
+    {
+        select({0});
+        m_UndoIndex = undoIndex();
+        const QString Before = stackText(m_Channel);
+        const QPoint First = eyeCenter(m_Layers[0]), Third = eyeCenter(m_Layers[2]);
+        QTest::mousePress(eye(m_Layers[0]), Qt::LeftButton);
+        for (int Step = 1; Step <= 10; ++Step)
+            drag(m_Layers[0], First + (Third - First) * Step / 10);
+        drag(m_Layers[0], First); // over the first eye again
+        release(m_Layers[0], Third);
+        expectOneStep(QStringLiteral("ABCD"), QStringLiteral("D"));
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Hide Layers"));
+        // A button that makes nothing of being pulled leaves the row where it is, too.
+        QTest::mousePress(lock(m_Layers[0]), Qt::LeftButton);
+        for (int Step = 1; Step <= 10; ++Step) {
+            const QPoint At = lock(m_Layers[0])->rect().center() + QPoint(0, 6 * Step);
+            QMouseEvent Move(QEvent::MouseMove, At, lock(m_Layers[0])->mapToGlobal(At), Qt::NoButton,
+                Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(lock(m_Layers[0]), &Move);
+        }
+        QTest::mouseRelease(lock(m_Layers[0]), Qt::LeftButton, Qt::NoModifier, QPoint(2, 70));
+        QCOMPARE(stackText(m_Channel), Before);
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        QVERIFY(m_Layers[0]->isSelected() && !m_Layers[1]->isSelected());
     }
 
     void sweepReachesIntoGroups()
@@ -218,6 +248,139 @@ private Q_SLOTS:
         QCOMPARE(undoIndex(), m_UndoIndex + (StillLocked.isEmpty() ? 1 : 0));
     }
 
+    /// Sharers in a row, the last of them in a locked group: all that keeps one of them closed is opened.
+    void unlockingOpensThoseThatShare()
+    {
+        select({0});
+        OrvLayer* pShared = m_Channel->shareLayer(m_Layers[0], OrvLayerCreateFlags());
+        QVERIFY(pShared && pShared->getOtherSharers().contains(m_Layers[0]));
+        OrvLayer* pInGroup = m_Channel->shareLayer(m_Layers[0], OrvLayerCreateFlags());
+        OrvLayer* pGroup = group(m_Channel, {pInGroup}, QStringLiteral("G"));
+        // Another mask in common leads on to a layer that the first does not know.
+        OrvLayer* pFar = m_Layers[3];
+        pFar->addMaskImageSet();
+        pInGroup->blendNode()->connectInput(OrvSnNames::Mask, pFar->maskNode());
+        QVERIFY(pInGroup->getOtherSharers().contains(pFar) && !pShared->getOtherSharers().contains(pFar));
+        const QList<OrvLayer*> Closed{m_Layers[0], pFar, pGroup, pInGroup};
+        for (OrvLayer* pLayer : Closed)
+            pLayer->setLocked(true);
+        refresh();
+        m_UndoIndex = undoIndex();
+        const auto isShownClosed = [this](const OrvLayer* pLayer) {
+            return lock(pLayer)->defaultAction()->isChecked();
+        };
+        QVERIFY(isShownClosed(pShared));
+        bool ClosedWhileAsked = false;
+        for (const auto Answer : {QMessageBox::No, QMessageBox::Yes}) {
+            QTimer::singleShot(20, this, [&, Answer] {
+                auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                QVERIFY(pBox);
+                ClosedWhileAsked = isShownClosed(pShared);
+                pBox->button(Answer)->click();
+            });
+            click(lock(pShared));
+            QVERIFY(ClosedWhileAsked);
+            QCOMPARE(isShownClosed(pShared), Answer == QMessageBox::No);
+        }
+        refresh();
+        for (OrvLayer* pLayer : Closed) {
+            QVERIFY2(!pLayer->isLocked() && pLayer->isModifiable(), qPrintable(pLayer->name()));
+            QVERIFY(!isShownClosed(pLayer));
+        }
+        QCOMPARE(undoIndex(), m_UndoIndex + 1);
+    }
+
+    void undoBringsTheSelectionBackWithTheCurrentLayer()
+    {
+        m_Layers[1]->makeCurrent(false, true);
+        select({1});
+        m_View->addNewLayer();
+        refresh();
+        OrvLayer* pAdded = OrvLayerManager::instance().currentLayer();
+        const auto rowIsCurrent = [this](OrvLayer* pLayer) {
+            refresh();
+            const auto* pTree = m_View->treeView();
+            const QModelIndexList Selected = pTree->selectionModel()->selectedRows();
+            return OrvLayerManager::instance().currentLayer() == pLayer
+                && OrvLayerManager::instance().currentComponent() == pLayer->paintNode()
+                && m_View->layerFromIndex(pTree->currentIndex()) == pLayer && Selected.size() == 1
+                && m_View->layerFromIndex(Selected.first()) == pLayer && pLayer->isSelected();
+        };
+        QVERIFY(rowIsCurrent(pAdded));
+        m_View->removeLayers();
+        OrvLayer* pNext = OrvLayerManager::instance().currentLayer();
+        QVERIFY(rowIsCurrent(pNext));
+        OrvUndoManager::instance().undo();
+        QVERIFY(rowIsCurrent(pAdded));
+        OrvUndoManager::instance().redo();
+        QVERIFY(rowIsCurrent(pNext));
+        OrvUndoManager::instance().undo();
+        OrvUndoManager::instance().undo();
+        QVERIFY(rowIsCurrent(m_Layers[1]));
+
+        select({0, 2});
+        m_View->removeLayers();
+        OrvUndoManager::instance().undo();
+        refresh();
+        QVERIFY(m_Layers[0]->isSelected() && m_Layers[2]->isSelected() && m_Layers[2]->isCurrent());
+        QCOMPARE(m_View->treeView()->selectionModel()->selectedRows().size(), 2);
+    }
+
+    void refusedCommandsSayWhy()
+    {
+        m_Layers[1]->setLocked(true);
+        m_Layers[2]->setLocked(true);
+        QSignalSpy Refused(&OrvLayerManager::instance(), &OrvLayerManager::refused);
+        int Told = 0;
+        const auto saysOnlyWhy = [&](const char* pWord) {
+            return Refused.size() == ++Told && undoIndex() == m_UndoIndex
+                && Refused.last().first().toString().contains(QLatin1String(pWord));
+        };
+        for (const QVector<int>& Locked : {QVector<int>{1}, QVector<int>{1, 2}}) {
+            select(Locked);
+            m_UndoIndex = undoIndex();
+            m_View->removeLayers();
+            QVERIFY(saysOnlyWhy("locked"));
+        }
+        m_View->mergeLayers();
+        QVERIFY(saysOnlyWhy("locked"));
+        select({0});
+        m_UndoIndex = undoIndex();
+        m_View->mergeLayers();
+        QVERIFY(saysOnlyWhy("two"));
+        QCOMPARE(stackText(m_Channel), QStringLiteral("A B C D"));
+    }
+
+    void focusIsBackAfterQuickFind_data()
+    {
+        QTest::addColumn<int>("Key");
+        QTest::newRow("chosen") << int(Qt::Key_Return);
+        QTest::newRow("cancelled") << int(Qt::Key_Escape);
+    }
+    void focusIsBackAfterQuickFind()
+    {
+        QFETCH(int, Key);
+        select({1});
+        m_View->window()->activateWindow();
+        m_View->treeView()->setFocus();
+        QTRY_VERIFY(m_View->treeView()->hasFocus());
+        QString Title;
+        QTimer::singleShot(50, this, [&] {
+            QWidget* pDialog = QApplication::activeModalWidget();
+            QVERIFY(pDialog);
+            Title = pDialog->windowTitle();
+            // The dialog covers the tree.
+            QEvent Leave(QEvent::Leave);
+            QApplication::sendEvent(m_View->treeView(), &Leave);
+            QTest::keyClicks(pDialog->findChild<QLineEdit*>(), QStringLiteral("blur"));
+            QTest::keyClick(pDialog->findChild<QLineEdit*>(), Qt::Key(Key));
+        });
+        m_View->quickFind();
+        QCOMPARE(Title, QStringLiteral("Quick Find"));
+        m_View->window()->activateWindow();
+        QTRY_VERIFY(m_View->treeView()->hasFocus());
+    }
+
     void blendModeGoesToAllThatAllowIt()
     {
         m_Layers[2]->setLocked(true);
@@ -230,8 +393,12 @@ private Q_SLOTS:
         QVERIFY(After[0] != Before[0]);
         QCOMPARE(After, QStringList({After[0], After[0], Before[2], Before[3]}));
         QCOMPARE(undoIndex(), m_UndoIndex + 1);
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Set Blend Mode of Layers"));
         OrvUndoManager::instance().undo();
         QCOMPARE(values(OrvMergeAttributes::BlendMode), Before);
+        select({1});
+        QTest::keyClick(blendEditor<OrvComboBox>(), Qt::Key_Down);
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Set Blend Mode of 'B'"));
     }
 
     void amountIsDraggedForAll()

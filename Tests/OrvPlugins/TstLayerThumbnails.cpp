@@ -65,8 +65,7 @@ private Q_SLOTS:
 
     void paintFollowsPixels()
     {
-        OrvLayer* pLayer = m_Channel->createPaintableLayer(
-            OrvLayerCreateFlags(), nullptr, QStringLiteral("Dirt"), OrvColor(0, 1, 0));
+        OrvLayer* pLayer = addFilled(OrvColor(0, 1, 0));
         OrvImageSet* pImages = pLayer->paintImageSet();
         showRows();
         QTRY_COMPARE(colorAt(button(pLayer), 8, 8), Green);
@@ -86,10 +85,7 @@ private Q_SLOTS:
 
     void colorsAreShownOutOfTheirSpace()
     {
-        OrvLayer* pUniform = m_Channel->createPaintableLayer(
-            OrvLayerCreateFlags(), nullptr, QStringLiteral("Uniform"), OrvColor(0, 1, 0));
-        OrvLayer* pPainted = m_Channel->createPaintableLayer(
-            OrvLayerCreateFlags(), nullptr, QStringLiteral("Painted"), OrvColor::clear());
+        OrvLayer *pUniform = addFilled(OrvColor(0, 1, 0)), *pPainted = addFilled(OrvColor::clear());
         paint(pPainted->paintImageSet(), OrvColor(0, 1, 0), pPainted->paintImageSet()->extent());
         const auto bothShow = [&](bool IsGreen) {
             for (const OrvLayer* pLayer : {pUniform, pPainted}) {
@@ -222,13 +218,16 @@ private Q_SLOTS:
     }
 
 private:
+    OrvLayer* addFilled(const OrvColor& Color) const
+    {
+        return m_Channel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, "Layer", Color);
+    }
     /// Rows get their contents when they are painted.
     void showRows() const
     {
         m_View->refresh();
         m_View->treeView()->grab();
     }
-    /// The paint button, or the mask button.
     /// Behind that of a bake point: the paint's, the mask's.
     OrvLayerComponentPushButton* button(const OrvLayer* pLayer, int Index = 0) const
     {

@@ -1,6 +1,7 @@
 #include "LayersPaletteFixture.h"
 #include "LayersFixture.h"
 #include "SettingsDirectory.h"
+#include "StackPalettes.h"
 
 #include "Tests/Support/OrvTestProject.h"
 
@@ -19,6 +20,7 @@
 #include <memory>
 
 using namespace LayersFixture;
+using namespace StackPalettes;
 
 /// Two objects whose channels and layers have the same names, side by side in two pinned palettes: what is
 /// dragged from one into the other, and what becomes of the palettes when their object is renamed, left or
@@ -57,7 +59,7 @@ private Q_SLOTS:
             OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
             manager().openLayerStackPalette(pChannel, false);
         }
-        QCOMPARE(palettes().size(), 2);
+        QCOMPARE(stackPalettes().size(), 2);
         m_pHeadView = viewOf(m_pHeadChannel);
         m_pBodyView = viewOf(m_pBodyChannel);
         for (OrvLayerView* pView : {m_pHeadView, m_pBodyView}) {
@@ -71,7 +73,7 @@ private Q_SLOTS:
     {
         m_pProject.reset();
         QTest::qWait(20);
-        QVERIFY(palettes().isEmpty());
+        QVERIFY(stackPalettes().isEmpty());
     }
     void cleanupTestCase() { m_BoxTimer.stop(); }
 
@@ -168,42 +170,23 @@ private Q_SLOTS:
         QTRY_COMPARE(titles(), Before);
         QVERIFY(Before.size() == 2);
         QSet<const OrvShaderNetwork*> Shown;
-        for (const OrvPalette* pPalette : palettes())
-            Shown.insert(qobject_cast<OrvLayerView*>(pPalette->originalWidget())->layerStack()->network());
+        for (const OrvPalette* pPalette : stackPalettes())
+            Shown.insert(layerViewOf(pPalette)->layerStack()->network());
         QCOMPARE(Shown.size(), 2);
     }
 
 private:
     static OrvProject* project() { return OrvProjectManager::instance().currentProject(); }
     static OrvLayerViewContextManager& manager() { return OrvLayerViewContextManager::instance(); }
-    /// Those of single stacks.
-    static QList<OrvPalette*> palettes()
-    {
-        QList<OrvPalette*> Found;
-        for (OrvPalette* pPalette : OrvMainWindow::instance().findChildren<OrvPalette*>()) {
-            const auto* pView = qobject_cast<OrvLayerView*>(pPalette->originalWidget());
-            if (pView && pView != manager().mainLayerView())
-                Found.append(pPalette);
-        }
-        return Found;
-    }
     static QStringList titles()
     {
         QStringList Titles;
-        for (const OrvPalette* pPalette : palettes())
+        for (const OrvPalette* pPalette : stackPalettes())
             Titles.append(pPalette->headerTitle());
         Titles.sort();
         return Titles;
     }
-    static OrvLayerView* viewOf(const OrvLayerStack* pStack)
-    {
-        for (const OrvPalette* pPalette : palettes()) {
-            auto* pView = qobject_cast<OrvLayerView*>(pPalette->originalWidget());
-            if (pView->layerStack() == pStack)
-                return pView;
-        }
-        return nullptr;
-    }
+    static OrvLayerView* viewOf(const OrvLayerStack* pStack) { return layerViewOf(paletteOf(pStack)); }
     static QByteArray documentOf(const OrvGeoEntity* pEntity)
     {
         QByteArray Bytes;

@@ -1,9 +1,11 @@
+#include "Tests/OrvPlugins/SettingsDirectory.h"
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputChannelButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
@@ -11,7 +13,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderMaterialsView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
-#include <QtCore/QTemporaryDir>
+#include <QtCore/QMimeData>
+#include <QtGui/QDragMoveEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QTabBar>
 
@@ -22,11 +25,7 @@ class TstMaterialsView : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-    }
+    void initTestCase() { QVERIFY(m_Directory.isValid()); }
 
     void init()
     {
@@ -148,6 +147,43 @@ private Q_SLOTS:
         QCOMPARE(m_Messages, QStringList({"Shader is NULL"}));
     }
 
+    void toolTipsTellTheTabsApart()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        OrvShaderInput* pCloth = connectMaterial(3);
+        const auto toolTip
+            = [this](const OrvShaderInput* pChannel) { return m_Tabs->tabToolTip(tabOf(pChannel)); };
+        pSkin->node()->setName(QStringLiteral("Leather"));
+        QCOMPARE(toolTip(pSkin), QStringLiteral("Leather, which feeds Material 1"));
+        QCOMPARE(toolTip(pCloth), pCloth->name() + QStringLiteral(", which feeds Material 3"));
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Material 1"), nullptr));
+        QVERIFY(m_Shader->setInputShaderInput(QStringLiteral("Material 4"), pSkin));
+        QCOMPARE(toolTip(pSkin), QStringLiteral("Leather, which feeds Material 4"));
+    }
+
+    void aDragThatRestsOnATabOpensIt()
+    {
+        OrvShaderInput* pSkin = connectMaterial(1);
+        clickTab(tabOf(pSkin));
+        QMimeData Mime;
+        Mime.setText(QStringLiteral("Layer"));
+        QDragEnterEvent Enter(
+            m_Tabs->tabRect(0).center(), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_Tabs, &Enter);
+        QDragMoveEvent Move(
+            m_Tabs->tabRect(0).center(), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_Tabs, &Move);
+        QTRY_VERIFY(m_View->shaderView()->isVisible());
+    }
+
+    void aMaskWithoutALayerIsExplained()
+    {
+        clickTab(tabOf(connectMaterial(1)));
+        OrvStatusManager::instance().showMessage(QString());
+        m_View->layerView()->addLayerMask();
+        QVERIFY(!OrvStatusManager::instance().text().isEmpty());
+    }
+
     void currentShaderIsFollowed()
     {
         OrvShaderInput* pSkin = connectMaterial(1);
@@ -202,8 +238,8 @@ private Q_SLOTS:
         const auto rebuildsAfterInputOf = [this, pSkin](OrvSnBaseNode* pNode) {
             shaders().setCurrentShader(pNode);
             const int Count = m_Tabs->count();
-            m_Tabs->setTabData(m_Tabs->addTab(QString()),
-                QVariant::fromValue(QPointer<QObject>(m_Project->channel())));
+            m_Tabs->setTabData(
+                m_Tabs->addTab(QString()), QVariant::fromValue(QPointer<QObject>(m_Project->channel())));
             Q_EMIT pNode->inputNodeChanged(QStringLiteral("Any"), pSkin->node(), QString());
             const bool IsRebuilt = m_Tabs->count() == Count;
             m_View->onShaderTagsChanged(QString(), nullptr);
@@ -275,7 +311,7 @@ private:
         QCOMPARE(m_Tabs->currentIndex(), Index);
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<OrvTestProject> m_Project;
     std::unique_ptr<OrvShaderMaterialsView> m_View;
     OrvLayerShader* m_Shader = nullptr;

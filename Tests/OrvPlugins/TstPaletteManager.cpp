@@ -1,5 +1,6 @@
 #include "LayersFixture.h"
 #include "SettingsDirectory.h"
+#include "StackPalettes.h"
 
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
@@ -8,22 +9,24 @@
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvPalette.h"
+#include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvDdi/Files/OrvDataBlockManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
+#include <QtGui/QScreen>
 #include <QtTest/QtTest>
+#include <QtWidgets/QAction>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QUndoStack>
 #include <QtWidgets/QVBoxLayout>
 
 using namespace LayersFixture;
+using namespace StackPalettes;
 
 /// The palettes of single layer stacks: opened, titled, retired and kept with their project.
 class TstPaletteManager : public QObject {
@@ -59,6 +62,35 @@ private Q_SLOTS:
 
     void cleanupTestCase() { OrvSetDebugSink({}); }
 
+    void toolBarHoldsWhatWasPublishedBefore()
+    {
+        OrvMenuManager& Menus = OrvMenuManager::instance();
+        QAction Published(QStringLiteral("Published"));
+        Menus.registerAction(QStringLiteral("Layers"), QStringLiteral("Panel"), QString(), &Published);
+        manager().openLayerStackPalette(m_Channel, true);
+        const auto* pToolBar = layerViewOf(stackPalettes().first())->findChild<OrvLayerToolBar*>();
+        const bool Held = pToolBar->actions().contains(&Published);
+        Menus.unregisterAction(QStringLiteral("Layers"), QStringLiteral("Panel"), QString(), &Published);
+        QVERIFY(Held && !pToolBar->actions().contains(&Published));
+    }
+
+    void stackOpensBesideThePaletteThatWasClicked()
+    {
+        OrvPalette* pLayers = layersPalette();
+        pLayers->setFloating(true);
+        pLayers->open();
+        pLayers->setGeometry(0, 0, 300, 600);
+        QVERIFY(QTest::qWaitForWindowExposed(pLayers));
+        QCursor::setPos(pLayers->mapToGlobal(QPoint(150, 150)));
+        manager().openLayerStackPalette(maskStack(), false);
+        passEventLoop();
+        const QRect Opened = stackPalettes().first()->geometry();
+        const QRect Clicked = pLayers->geometry();
+        pLayers->setFloating(false);
+        QVERIFY(!Opened.intersects(Clicked));
+        QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(Opened));
+    }
+
     void oneStackHasOnePalette()
     {
         manager().openLayerStackPalette(m_Channel, true);
@@ -67,6 +99,8 @@ private Q_SLOTS:
         QVERIFY(pPalette->isVisible() && pPalette->isFloating() && pPalette->isPinnable());
         QVERIFY(!pPalette->isPinned());
         QCOMPARE(layerViewOf(pPalette)->layerStack(), m_Channel);
+        // Rows and tool bar have room at once.
+        QVERIFY(pPalette->width() >= 360 && pPalette->height() >= 480);
 
         manager().openLayerStackPalette(m_Channel, false);
         QCOMPARE(stackPalettes().size(), 1);
@@ -152,10 +186,8 @@ private Q_SLOTS:
     void maskPaletteGoesWhenThePlainMaskReturns()
     {
         OrvLayerStack* pMaskStack = maskStack();
-        OrvSnBaseNode* pTop = pMaskStack->topNode();
         manager().openLayerStackPalette(pMaskStack, false);
-
-        reconnect(OrvSnNames::Mask, pTop);
+        reconnect(OrvSnNames::Mask, pMaskStack->topNode());
         QCOMPARE(stackPalettes().size(), 1);
         m_Layer->blendNode()->connectInput(OrvSnNames::Mask, m_Layer->contentNode());
         QVERIFY(qobject_cast<OrvSnChannelInputNode*>(m_Layer->maskNode()));
@@ -165,10 +197,8 @@ private Q_SLOTS:
     void adjustmentPaletteGoesWithItsStack()
     {
         OrvLayerStack* pAdjustmentStack = adjustmentStack();
-        OrvSnBaseNode* pTop = pAdjustmentStack->topNode();
         manager().openLayerStackPalette(pAdjustmentStack, false);
-
-        reconnect(OrvSnNames::Over, pTop);
+        reconnect(OrvSnNames::Over, pAdjustmentStack->topNode());
         QCOMPARE(stackPalettes().size(), 1);
         OrvSnPassNode* pPlain = network()->addNode(std::make_unique<OrvSnPassNode>());
         m_Layer->blendNode()->connectInput(OrvSnNames::Over, pPlain);
@@ -353,10 +383,6 @@ private:
     }
     static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
     static OrvPalette* layersPalette() { return OrvPaletteManager::find(QStringLiteral("Layers")); }
-    static OrvLayerView* layerViewOf(const OrvPalette* pPalette)
-    {
-        return qobject_cast<OrvLayerView*>(pPalette->originalWidget());
-    }
     static void passEventLoop()
     {
         QTest::qWait(20);
@@ -370,11 +396,8 @@ private:
     }
     OrvLayerStack* adjustmentStack() const
     {
-        if (!m_Layer->hasAdjustmentStack()) {
-            const QStringList Keys = OrvShaderNetworkManager::instance().layerPathKeys().filter(
-                QRegExp(QStringLiteral("^Filter/")));
-            m_Layer->addLayerAdjustmentLayerFromKey(Keys.first());
-        }
+        if (!m_Layer->hasAdjustmentStack())
+            m_Layer->addLayerAdjustmentLayerFromKey(anyKey("Filter/"));
         return m_Layer->adjustmentStack();
     }
     /// As an edit that frees the input on its way.
@@ -388,25 +411,6 @@ private:
         passEventLoop();
     }
 
-    /// In the order of their creation.
-    static QList<OrvPalette*> stackPalettes()
-    {
-        QList<OrvPalette*> Palettes;
-        for (OrvPalette* pPalette : OrvMainWindow::instance().findChildren<OrvPalette*>()) {
-            const OrvLayerView* pView = layerViewOf(pPalette);
-            if (pView && pView != manager().mainLayerView())
-                Palettes.append(pPalette);
-        }
-        return Palettes;
-    }
-    static OrvPalette* paletteOf(const OrvLayerStack* pStack)
-    {
-        for (OrvPalette* pPalette : stackPalettes()) {
-            if (layerViewOf(pPalette)->layerStack() == pStack)
-                return pPalette;
-        }
-        return nullptr;
-    }
     static QSet<QString> titles()
     {
         QSet<QString> Titles;

@@ -1,4 +1,5 @@
 #include "LayersPaletteFixture.h"
+#include "SettingsDirectory.h"
 #include "ShadersFixture.h"
 
 #include "OrvCore/Network/OrvNodeRegistry.h"
@@ -18,7 +19,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QMessageBox>
@@ -65,7 +65,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) {
             if (Message.File == QLatin1String("OrvShaderViewActions"))
                 m_Messages.append(Message.Text);
@@ -508,7 +507,7 @@ private:
         pDialog->reject();
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     QStringList m_Messages, m_Told;
     QString m_Answer;
     QTimer m_BoxTimer;

@@ -1,3 +1,4 @@
+#include "Tests/OrvPlugins/SettingsDirectory.h"
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Object/OrvDebug.h"
@@ -19,7 +20,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtGui/QDropEvent>
 #include <QtTest/QtTest>
@@ -50,7 +50,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvApplication::appInstance().setPopupsAllowed(true);
     }
 
@@ -575,14 +574,29 @@ private Q_SLOTS:
         QCOMPARE(OrvTestProject::document(), Before);
     }
 
+    void rowOutlivesItsShader()
+    {
+        OrvShaderInputRow Row(addShader(Metal), QStringLiteral("Roughness"), nullptr);
+        Row.show();
+        QVERIFY(Row.invertBox()->property("ShaderNode").isValid());
+        m_Project.reset();
+        QTRY_VERIFY(!Row.shader());
+        QVERIFY(!Row.invertBox()->property("ShaderNode").isValid());
+        QTest::mouseClick(Row.invertBox(), Qt::LeftButton);
+        QTest::keyClick(&Row, Qt::Key_Delete);
+        Row.refresh();
+    }
+
     void dialogSpeaksOfWhatIsGoingOn()
     {
-        OrvShaderInputDisconnectDialog Removing(m_View.get(), true), Disconnecting(m_View.get(), false);
+        using Dialog = OrvShaderInputDisconnectDialog;
+        const Dialog Removing(m_View.get(), Dialog::Occasion::RemovingShader);
+        const Dialog Disconnecting(m_View.get(), Dialog::Occasion::DisconnectingChannel);
         QCOMPARE(Removing.windowTitle(), QStringLiteral("Removing a Shader"));
         QCOMPARE(Disconnecting.windowTitle(), QStringLiteral("Disconnecting a Channel"));
-        const auto texts = [](const QWidget& Dialog) {
+        const auto texts = [](const QWidget& Shown) {
             QStringList Texts;
-            for (const QLabel* pLabel : Dialog.findChildren<QLabel*>())
+            for (const QLabel* pLabel : Shown.findChildren<QLabel*>())
                 Texts.append(pLabel->text());
             return Texts;
         };
@@ -595,6 +609,19 @@ private Q_SLOTS:
                         "Shader, depending on the chosen option, the following shall occur:")));
         QVERIFY(texts(Removing).contains(QStringLiteral("Option 'Disconnect':")));
         QVERIFY(texts(Removing).contains(QStringLiteral("Option 'Convert':")));
+
+        for (const bool ByKey : {true, false}) {
+            Dialog Left(m_View.get(), Dialog::Occasion::DisconnectingChannel);
+            QVERIFY(texts(Left).contains(QStringLiteral("Close this window to leave everything as it is.")));
+            QSignalSpy Rejected(&Left, &QDialog::rejected);
+            Left.show();
+            if (ByKey)
+                QTest::keyClick(&Left, Qt::Key_Escape);
+            else
+                Left.close();
+            QCOMPARE(Rejected.size(), 1);
+            QVERIFY(!Left.isVisible());
+        }
     }
 
 private:
@@ -710,7 +737,7 @@ private:
         return Asked;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<OrvTestProject> m_Project;
     std::unique_ptr<OrvShaderView> m_View;
     OrvShaderInputsPane* m_Pane = nullptr;

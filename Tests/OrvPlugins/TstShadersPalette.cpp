@@ -1,4 +1,5 @@
 #include "LayersPaletteFixture.h"
+#include "SettingsDirectory.h"
 #include "ShadersFixture.h"
 
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
@@ -18,7 +19,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderTagActions.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
@@ -58,11 +58,12 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
         OrvSetDebugSink([this](const OrvDebugMessage& Message) {
             if (Message.File == QLatin1String("OrvShaderView")
                 || Message.File == QLatin1String("OrvShaderModel"))
                 m_Messages.append(Message.Text);
+            if (Message.File == QLatin1String("OrvLayerView"))
+                m_LayerViewMessages.append(Message.Text);
         });
         QVERIFY(LayersFixture::showLayersPalette(QSize(900, 700)));
         m_View = OrvLayerViewContextManager::instance().shaderView();
@@ -109,6 +110,18 @@ private Q_SLOTS:
         QCOMPARE(m_Messages.takeLast(), QStringLiteral("Node is NULL"));
         m_View->onItemChanged(nullptr);
         QCOMPARE(m_Messages.takeLast(), QStringLiteral("Item is NULL"));
+    }
+
+    void closingAProjectMissesNothing()
+    {
+        addShader(QStringLiteral("Paper"));
+        QTRY_COMPARE(userRows(m_View), QStringList({"Paper"}));
+        m_LayerViewMessages.clear();
+        m_pProject.reset();
+        QTRY_COMPARE(m_View->model()->rowCount(), 0);
+        QTest::qWait(300); // the refreshes of all palettes
+        QCOMPARE(m_LayerViewMessages, QStringList());
+        QCOMPARE(m_Messages, QStringList());
     }
 
     void rowsKeepTheOrderInWhichTheyCame()
@@ -308,6 +321,25 @@ private Q_SLOTS:
             QVERIFY(!pAction->isEnabled() && !pAction->isChecked());
     }
 
+    void everythingUndoneAndRedoneIsShownAgain()
+    {
+        const QPointer<OrvSnBaseNode> pNode
+            = addShader(QStringLiteral("Wall"), QStringLiteral("Shader/LayeredMaterial"))->node();
+        QTRY_COMPARE(userRows(m_View), QStringList({"Wall"}));
+        editName(5, QStringLiteral("Brick"));
+        QUndoStack* pHistory = OrvUndoManager::instance().stack();
+        while (pHistory->canUndo())
+            OrvTestProject::undo();
+        QTRY_COMPARE(userRows(m_View), QStringList());
+        QVERIFY(!tagAction("UserSelectedShader")->isEnabled());
+        while (pHistory->canRedo())
+            OrvTestProject::redo();
+        QTRY_COMPARE(userRows(m_View), QStringList({"Brick"}));
+        QCOMPARE(shaders().currentShaderNode(), pNode.data());
+        QVERIFY(tagAction("UserSelectedShader")->isEnabled());
+        QCOMPARE(checkedTags(), QStringList{"UserSelectedShader"});
+    }
+
     void tagActionsAreWithinReach()
     {
         QStringList InMenu, OnToolBar;
@@ -388,7 +420,8 @@ private Q_SLOTS:
         OrvTestProject::undo();
         QCOMPARE(shaders().currentShaderNode()->name(), QStringLiteral("C"));
         OrvTestProject::redo();
-        QVERIFY(shaders().currentLayerShader());
+        QCOMPARE(shaders().currentLayerShader(), pA);
+        QCOMPARE(shaders().selectedUserShaderNode(), pA->node());
         // One that is not current goes without a stir.
         shaders().setCurrentShader(shaders().getCurrentCurrentLayerShader());
         QApplication::processEvents();
@@ -456,7 +489,8 @@ private Q_SLOTS:
     {
         addShader(QStringLiteral("A shader with a name of many words, more than any palette has room for"));
         addShader(QStringLiteral("Paper"));
-        addShader(QStringLiteral("Another shader with a name of many words, more than a palette has room for"));
+        addShader(
+            QStringLiteral("Another shader with a name of many words, more than a palette has room for"));
         QTRY_COMPARE(userRows(m_View).size(), 3);
         QApplication::processEvents();
         QCOMPARE(m_List->horizontalScrollBar()->maximum(), 0);
@@ -575,8 +609,8 @@ private:
         return Move.isAccepted() && Move.dropAction() != Qt::IgnoreAction;
     }
 
-    QTemporaryDir m_Directory;
-    QStringList m_Messages;
+    SettingsDirectory m_Directory;
+    QStringList m_Messages, m_LayerViewMessages;
     std::unique_ptr<OrvTestProject> m_pProject;
     OrvShaderView* m_View = nullptr;
     OrvShaderListView* m_List = nullptr;

@@ -73,8 +73,7 @@ private Q_SLOTS:
 
     void channelsOfOneNameAreToldApartByTheirObjects()
     {
-        OrvShaderInput* pRed = m_Document.newChannel(QSize(32, 16));
-        m_Document.newPaintLayer(pRed, OrvColor(1.0f, 0.0f, 0.0f));
+        m_Document.newPaintLayer(m_Document.newChannel(QSize(32, 16)), OrvColor(1.0f, 0.0f, 0.0f));
         OrvProject* pProject = OrvProjectManager::instance().currentProject();
         const auto addBlue = [&](OrvGeoEntity* pEntity, const QString& Name) {
             OrvShaderInput* pBlue = OrvShaderInputUtils::create(
@@ -103,24 +102,21 @@ private Q_SLOTS:
     void exportFailuresAreExitCodesAndWriteNothing()
     {
         const QString Project = saveProject();
-        const QString File = m_Document.filePath(QStringLiteral("never.png"));
-        QCOMPARE(runExport(QStringLiteral("Colour"), File, Project), int(OrvCommandLine::Failure));
-        QCOMPARE(runExport(QStringLiteral("Color"), File, m_Document.filePath(QStringLiteral("no.orvi"))),
-            int(OrvCommandLine::Failure));
-        QCOMPARE(
-            runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("never.bmpx")), Project),
-            int(OrvCommandLine::Failure));
-        QCOMPARE(runExport(QStringLiteral("Color"), m_Document.filePath(QStringLiteral("no/dir/never.png")),
-                     Project),
-            int(OrvCommandLine::Failure));
-        QVERIFY(!QFile::exists(File));
+        const auto exported = [this](const char* pChannel, const char* pFile, const QString& From) {
+            return runExport(QLatin1String(pChannel), m_Document.filePath(QLatin1String(pFile)), From);
+        };
+        const int Failure = OrvCommandLine::Failure;
+        QCOMPARE(exported("Colour", "never.png", Project), Failure);
+        QCOMPARE(exported("Color", "never.png", m_Document.filePath(QStringLiteral("no.orvi"))), Failure);
+        QCOMPARE(exported("Color", "never.bmpx", Project), Failure);
+        QCOMPARE(exported("Color", "no/dir/never.png", Project), Failure);
+        QVERIFY(!QFile::exists(m_Document.filePath(QStringLiteral("never.png"))));
     }
 
 private:
     QString saveProject() const
     {
-        OrvShaderInput* pChannel = m_Document.newChannel(QSize(32, 16));
-        m_Document.newPaintLayer(pChannel, OrvColor(1.0f, 0.0f, 0.0f));
+        m_Document.newPaintLayer(m_Document.newChannel(QSize(32, 16)), OrvColor(1.0f, 0.0f, 0.0f));
         const QString Path = m_Document.filePath(QStringLiteral("p.orvi"));
         QString Error;
         if (!OrvProjectManager::instance().saveProjectAs(Path, Error))

@@ -15,6 +15,7 @@
 
 #include <QtCore/QMimeData>
 #include <QtCore/QUrl>
+#include <QtGui/QPainter>
 #include <QtTest/QtTest>
 
 namespace {
@@ -30,6 +31,13 @@ QImage pattern(const QSize& Size, QImage::Format Format = QImage::Format_RGBA888
             Image.setPixelColor(
                 X, Y, QColor(X * 5 % 256, Y * 7 % 256, (X + Y) * 3 % 256, 255 - (X * Y) % 97));
     }
+    return Image;
+}
+
+QImage filled(const QColor& Color, QImage::Format Format = QImage::Format_RGB888)
+{
+    QImage Image(ImageSize, Format);
+    Image.fill(Color);
     return Image;
 }
 
@@ -55,13 +63,11 @@ private Q_SLOTS:
         QVERIFY2(pChannel, qPrintable(m_Error));
         QCOMPARE(pChannel->name(), QStringLiteral("rusty hull"));
         QCOMPARE(pChannel->imageSetSize(), ImageSize);
-        QCOMPARE(int(pChannel->imageSetDepth()), GL_UNSIGNED_BYTE);
-        QVERIFY(!pChannel->isScalar());
-        QCOMPARE(OrvTestDocument::pixelsOf(baseOf(pChannel)->paintImageSet()), Image);
+        QVERIFY(pChannel->imageSetDepth() == GL_UNSIGNED_BYTE && !pChannel->isScalar());
+        QCOMPARE(pixels(baseOf(pChannel)), Image);
 
-        const QString Out = m_Document.filePath(QStringLiteral("out.png"));
-        QVERIFY2(OrvChannelExport::writeChannel(pChannel, Out, {}, m_Error), qPrintable(m_Error));
-        QVERIFY(areAlike(QImage(Out).convertToFormat(QImage::Format_RGBA8888), Image));
+        const QImage Out(exported(pChannel, "out.png"));
+        QVERIFY(areAlike(Out.convertToFormat(QImage::Format_RGBA8888), Image));
 
         // One undo step, there and back.
         QCOMPARE(OrvTestDocument::historyLength(), 1);
@@ -69,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(channels().isEmpty());
         OrvUndoManager::instance().redo();
         QCOMPARE(channels().size(), 1);
-        QCOMPARE(OrvTestDocument::pixelsOf(baseOf(channels().first())->paintImageSet()), Image);
+        QCOMPARE(pixels(baseOf(channels().first())), Image);
         // A second file of that name gets a name of its own.
         QVERIFY(import(m_Document.filePath(QStringLiteral("rusty hull.png"))));
         QVERIFY(channels()[0]->name() != channels()[1]->name());
@@ -86,17 +92,15 @@ private Q_SLOTS:
     {
         QFETCH(QString, Name);
         QFETCH(bool, Gray);
-        QImage Image(ImageSize, Gray ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
-        Image.fill(QColor(128, 128, 128));
+        const QImage Image
+            = filled(QColor(128, 128, 128), Gray ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
         OrvShaderInput* pChannel = import(save(Name + QStringLiteral(".png"), Image));
         QVERIFY2(pChannel, qPrintable(m_Error));
         QCOMPARE(pChannel->isScalar(), Gray);
         // 128 of 255 is the number 0.502, not light of 0.216.
         const float Value = OrvTestDocument::scalarAt(baseOf(pChannel)->paintImageSet(), {5, 5});
         QVERIFY2(std::abs(Value - 128.0f / 255.0f) < 0.002f, qPrintable(QString::number(double(Value))));
-        const QString Out = m_Document.filePath(QStringLiteral("numbers.png"));
-        QVERIFY2(OrvChannelExport::writeChannel(pChannel, Out, {}, m_Error), qPrintable(m_Error));
-        QCOMPARE(QImage(Out).pixelColor(5, 5).red(), 128);
+        QCOMPARE(QImage(exported(pChannel, "numbers.png")).pixelColor(5, 5).red(), 128);
     }
 
     void floatsKeepWhatNoByteHolds()
@@ -104,9 +108,7 @@ private Q_SLOTS:
         OrvShaderInput* pChannel = m_Document.newChannel(ImageSize, GL_HALF_FLOAT);
         m_Document.newPaintLayer(pChannel, OrvColor(4.0f, 0.25f, 0.0f));
         for (const char* pFile : {"hdr.exr", "hdr.tif"}) {
-            const QString File = m_Document.filePath(QString::fromLatin1(pFile));
-            QVERIFY2(OrvChannelExport::writeChannel(pChannel, File, {}, m_Error), qPrintable(m_Error));
-            OrvShaderInput* pBack = import(File);
+            OrvShaderInput* pBack = import(exported(pChannel, pFile));
             QVERIFY2(pBack, qPrintable(m_Error));
             QVERIFY(int(pBack->imageSetDepth()) != GL_UNSIGNED_BYTE);
             float Rgba[4] = {};
@@ -119,11 +121,8 @@ private Q_SLOTS:
 
     void tilesAreOneImage()
     {
-        for (const int Tile : {1001, 1002, 1012}) {
-            QImage Image(ImageSize, QImage::Format_RGB888);
-            Image.fill(QColor(Tile % 100 * 20, 40, 0));
-            save(QStringLiteral("grid.%1.png").arg(Tile), Image);
-        }
+        for (const int Tile : {1001, 1002, 1012})
+            save(QStringLiteral("grid.%1.png").arg(Tile), filled(QColor(Tile % 100 * 20, 40, 0)));
         // Naming one brings its brothers along.
         const QList<OrvUdimSet> Sets
             = OrvImageImport::imageSets({m_Document.filePath(QStringLiteral("grid.1002.png"))});
@@ -133,13 +132,11 @@ private Q_SLOTS:
         QVERIFY2(pChannel, qPrintable(m_Error));
         QCOMPARE(pChannel->name(), QStringLiteral("grid"));
         QCOMPARE(pChannel->layout().tiles(), QVector<int>({1001, 1002, 1012}));
-        const QImage Pixels = OrvTestDocument::pixelsOf(baseOf(pChannel)->paintImageSet());
+        const QImage Pixels = pixels(baseOf(pChannel));
         for (const int Tile : {1001, 1002, 1012})
             QCOMPARE(Pixels.pixelColor(pChannel->layout().tileRect(Tile).center()).red(), Tile % 100 * 20);
 
-        QVERIFY2(OrvChannelExport::writeChannel(
-                     pChannel, m_Document.filePath(QStringLiteral("o_<UDIM>.png")), {}, m_Error),
-            qPrintable(m_Error));
+        exported(pChannel, "o_<UDIM>.png");
         QCOMPARE(QImage(m_Document.filePath(QStringLiteral("o_1012.png"))).pixelColor(1, 1).red(), 12 * 20);
         QVERIFY(!QFile::exists(m_Document.filePath(QStringLiteral("o_1011.png"))));
     }
@@ -155,10 +152,8 @@ private Q_SLOTS:
         pPainted->paintImageSet()->pixelsWritten(QRect(5, 6, 1, 1));
         OrvLayer* pFilled = m_Document.newPaintLayer(pChannel, OrvColor(0.0f, 1.0f, 0.0f));
         const int Steps = OrvTestDocument::historyLength();
-        QImage Blue(ImageSize, QImage::Format_RGB888);
-        Blue.fill(Qt::blue);
-        save(QStringLiteral("more.1001.png"), Blue);
-        OrvLayer* pLayer = importLayer(pChannel, save(QStringLiteral("more.1012.png"), Blue));
+        save(QStringLiteral("more.1001.png"), filled(Qt::blue));
+        OrvLayer* pLayer = importLayer(pChannel, save(QStringLiteral("more.1012.png"), filled(Qt::blue)));
         QVERIFY2(pLayer, qPrintable(m_Error));
 
         const QVector<int> Tiles{1001, 1012};
@@ -166,31 +161,23 @@ private Q_SLOTS:
         QCOMPARE(m_pNetwork->geoEntity()->udimTiles(), Tiles);
         const QRect Old = pChannel->layout().tileRect(1001), New = pChannel->layout().tileRect(1012);
         QCOMPARE(Old.topLeft(), QPoint(0, ImageSize.height()));
-        QCOMPARE(
-            OrvTestDocument::pixelsOf(pLayer->paintImageSet()).pixelColor(New.center()), QColor(Qt::blue));
-        const QImage Painted = OrvTestDocument::pixelsOf(pPainted->paintImageSet());
+        QCOMPARE(pixels(pLayer).pixelColor(New.center()), QColor(Qt::blue));
+        const QImage Painted = pixels(pPainted);
         QCOMPARE(Painted.pixelColor(Old.topLeft() + QPoint(5, 6)), QColor(Qt::red));
         QCOMPARE(Painted.pixelColor(New.topLeft() + QPoint(5, 6)).alpha(), 0);
-        QCOMPARE(
-            OrvTestDocument::pixelsOf(pFilled->paintImageSet()).pixelColor(New.center()), QColor(Qt::green));
+        QCOMPARE(pixels(pFilled).pixelColor(New.center()), QColor(Qt::green));
 
         QCOMPARE(OrvTestDocument::historyLength(), Steps + 1);
         OrvUndoManager::instance().undo();
         QCOMPARE(pChannel->layout().tiles(), QVector<int>{1001});
         QCOMPARE(m_pNetwork->geoEntity()->udimTiles(), QVector<int>{1001});
-        QCOMPARE(OrvTestDocument::pixelsOf(pPainted->paintImageSet()).pixelColor(5, 6), QColor(Qt::red));
+        QCOMPARE(pixels(pPainted).pixelColor(5, 6), QColor(Qt::red));
         OrvUndoManager::instance().redo();
-        QCOMPARE(
-            OrvTestDocument::pixelsOf(pPainted->paintImageSet()).pixelColor(Old.topLeft() + QPoint(5, 6)),
-            QColor(Qt::red));
+        QCOMPARE(pixels(pPainted), Painted);
         OrvUndoManager::instance().undo();
 
         // A file that cannot be read adds nothing.
-        QFile Bad(m_Document.filePath(QStringLiteral("bad.1013.png")));
-        QVERIFY(Bad.open(QIODevice::WriteOnly));
-        Bad.write("bad");
-        Bad.close();
-        QVERIFY(!importLayer(pChannel, Bad.fileName()));
+        QVERIFY(!importLayer(pChannel, save(QStringLiteral("bad.1013.png"), "bad")));
         QCOMPARE(pChannel->layout().tiles(), QVector<int>{1001});
     }
 
@@ -198,16 +185,13 @@ private Q_SLOTS:
     {
         OrvShaderInput* pChannel = m_Document.newChannel(QSize(64, 64));
         QImage Halves(7, 16, QImage::Format_RGBA8888);
-        Halves.fill(QColor(200, 100, 50));
-        for (int Y = 8; Y < 16; ++Y) {
-            for (int X = 0; X < 7; ++X)
-                Halves.setPixelColor(X, Y, Qt::transparent);
-        }
+        Halves.fill(Qt::transparent);
+        QPainter(&Halves).fillRect(0, 0, 7, 8, QColor(200, 100, 50));
         OrvLayer* pLayer = importLayer(pChannel, save(QStringLiteral("halves.png"), Halves));
         QVERIFY2(pLayer, qPrintable(m_Error));
         QCOMPARE(pLayer->name(), QStringLiteral("halves"));
         QVERIFY(pLayer->isCurrent());
-        const QImage Pixels = OrvTestDocument::pixelsOf(pLayer->paintImageSet());
+        const QImage Pixels = pixels(pLayer);
         QCOMPARE(Pixels.pixelColor(0, 0), QColor(200, 100, 50));
         QCOMPARE(Pixels.pixelColor(63, 20), QColor(200, 100, 50));
         QCOMPARE(Pixels.pixelColor(30, 60).alpha(), 0);
@@ -223,8 +207,7 @@ private Q_SLOTS:
                 Checker.setPixelColor(X, Y, (X + Y) % 2 ? Qt::white : Qt::black);
         }
         OrvLayer* pGray = importLayer(pChannel, save(QStringLiteral("checker.png"), Checker));
-        QVERIFY(
-            std::abs(OrvTestDocument::pixelsOf(pGray->paintImageSet()).pixelColor(31, 33).red() - 188) <= 2);
+        QVERIFY(std::abs(pixels(pGray).pixelColor(31, 33).red() - 188) <= 2);
     }
 
     void badFilesAreNamedAndLeaveNothing_data()
@@ -243,9 +226,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, Contents);
         const QString Path = m_Document.filePath(Name);
         if (!Contents.isNull()) {
-            QFile File(Path);
-            QVERIFY(File.open(QIODevice::WriteOnly));
-            File.write(Contents);
+            save(Name, Contents);
         } else if (Name == QLatin1String("cut.png")) {
             save(Name, pattern(QSize(200, 200)));
             QVERIFY(QFile::resize(Path, QFileInfo(Path).size() / 2));
@@ -268,13 +249,10 @@ private Q_SLOTS:
     {
         OrvProjectCommands Projects;
         OrvImportExport Commands(&Projects);
-        QFile Bad(m_Document.filePath(QStringLiteral("bad.png")));
-        QVERIFY(Bad.open(QIODevice::WriteOnly));
-        Bad.write("bad");
-        Bad.close();
+        const QString Bad = save(QStringLiteral("bad.png"), "bad");
         const QString FolderName = QFileInfo(Bad).absolutePath();
         Commands.openImagesAsProject(
-            {FolderName, Bad.fileName(), save(QStringLiteral("first.png"), pattern(ImageSize)),
+            {FolderName, Bad, save(QStringLiteral("first.png"), pattern(ImageSize)),
                 m_Document.filePath(QStringLiteral("nowhere.png")),
                 save(QStringLiteral("second.png"), pattern(ImageSize))});
         m_pNetwork = OrvProjectManager::instance().currentProject()->currentGeoEntity()->shaderNetwork();
@@ -282,7 +260,7 @@ private Q_SLOTS:
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("first"));
         QCOMPARE(OrvProjectManager::instance().currentProject()->name(), QStringLiteral("first"));
         // Without any good one there is no project.
-        Commands.openImagesAsProject({Bad.fileName()});
+        Commands.openImagesAsProject({Bad});
         QVERIFY(!OrvProjectManager::instance().currentProject());
         // A folder alone leaves what is open alone.
         m_Document.newProject();
@@ -375,12 +353,9 @@ private Q_SLOTS:
         OrvShaderInput* pChannel = m_Document.newChannel(ImageSize);
         OrvLayer* pLayer = m_Document.newPaintLayer(pChannel);
         pLayer->addMaskImageSetAndFillBlack();
-        QFile Bad(m_Document.filePath(QStringLiteral("bad mask.png")));
-        QVERIFY(Bad.open(QIODevice::WriteOnly));
-        Bad.write("bad");
-        Bad.close();
+        const QString Bad = save(QStringLiteral("bad mask.png"), "bad");
         const int Steps = OrvTestDocument::historyLength();
-        const auto Set = OrvImageImport::imageSets({Bad.fileName()}).first();
+        const auto Set = OrvImageImport::imageSets({Bad}).first();
         QVERIFY(!OrvImageImport::importMask(pLayer, Set, {}, m_Error));
         QVERIFY(m_Error.contains("bad mask.png"));
         QVERIFY(pLayer->maskImageSet() && pLayer->maskImageSet()->isUniform());
@@ -489,6 +464,20 @@ private:
             qWarning("%s", qPrintable(Path));
         return Path;
     }
+    QString save(const QString& Name, const QByteArray& Contents) const
+    {
+        QFile File(m_Document.filePath(Name));
+        if (!File.open(QIODevice::WriteOnly) || File.write(Contents) != Contents.size())
+            qWarning("%s", qPrintable(File.fileName()));
+        return File.fileName();
+    }
+    QString exported(OrvShaderInput* pChannel, const QString& Name)
+    {
+        const QString Path = m_Document.filePath(Name);
+        if (!OrvChannelExport::writeChannel(pChannel, Path, {}, m_Error))
+            qWarning("%s", qPrintable(m_Error));
+        return Path;
+    }
     OrvShaderInput* import(const QString& Path)
     {
         return OrvImageImport::importChannel(
@@ -509,6 +498,10 @@ private:
         QByteArray Bytes(pMask->extent().width() * pMask->extent().height(), '\0');
         pMask->snapshot().read(pMask->extent(), pMask->format(), Bytes.data());
         return Bytes;
+    }
+    static QImage pixels(const OrvLayer* pLayer)
+    {
+        return OrvTestDocument::pixelsOf(pLayer->paintImageSet());
     }
     static OrvLayer* baseOf(const OrvShaderInput* pChannel) { return pChannel->layerList().last(); }
     static bool areAlike(const QImage& One, const QImage& Other)

@@ -59,6 +59,16 @@ private Q_SLOTS:
         OrvProjectManager::instance().closeProject();
     }
 
+    void lightOfAProjectGoesWithIt()
+    {
+        const float Height = OrvFlatShading::light().Height;
+        OrvFlatShading::Light Low = OrvFlatShading::light();
+        Low.Height = Height / 2;
+        OrvFlatShading::instance().setLight(Low);
+        OrvProjectManager::instance().closeProject();
+        QCOMPARE(OrvFlatShading::light().Height, Height);
+    }
+
     void showsWhatTheCurrentShaderShows()
     {
         const auto isLit = [this] {

@@ -10,7 +10,6 @@
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
@@ -120,30 +119,25 @@ private Q_SLOTS:
 
     void aNewObjectIsAsItWasAskedFor()
     {
-        const auto add = [this](const std::function<void(QDialog*)>& Fill) {
+        const auto add = [this](const std::function<void(QDialog*, QPushButton*)>& Fill) {
             OrvApplication::appInstance().setPopupsAllowed(true);
             QTimer::singleShot(0, this, [&] {
                 auto* pDialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
                 QVERIFY(pDialog);
-                Fill(pDialog);
+                for (QPushButton* pButton : pDialog->findChildren<QPushButton*>()) {
+                    if (pButton->text().contains(QLatin1String("Add"))) {
+                        Fill(pDialog, pButton);
+                        return pButton->click();
+                    }
+                }
+                QFAIL("no button to add with");
             });
             button("Add an object")->click();
             OrvApplication::appInstance().setPopupsAllowed(false);
         };
         const auto fields = [](QDialog* pDialog) { return pDialog->findChildren<QLineEdit*>(); };
-        const auto accept = [](QDialog* pDialog) {
-            for (QPushButton* pButton : pDialog->findChildren<QPushButton*>()) {
-                if (pButton->text().contains(QLatin1String("Add")))
-                    return pButton->click();
-            }
-        };
-        add([&](QDialog* pDialog) {
+        add([&](QDialog* pDialog, const QPushButton* pAdd) {
             QLineEdit *pName = fields(pDialog)[0], *pTiles = fields(pDialog)[1];
-            auto* pAdd = pDialog->findChild<QDialogButtonBox*>()->buttons().last();
-            for (QAbstractButton* pButton : pDialog->findChild<QDialogButtonBox*>()->buttons()) {
-                if (pButton->text().contains(QLatin1String("Add")))
-                    pAdd = pButton;
-            }
             QCOMPARE(pName->text(), QStringLiteral("Object 2"));
             for (const char* pTaken : {"Body", " ", " Object "}) {
                 pName->setText(QLatin1String(pTaken));
@@ -154,18 +148,16 @@ private Q_SLOTS:
             QVERIFY(!pAdd->isEnabled());
             pTiles->setText(QStringLiteral("1011, 1001-1003"));
             QVERIFY(pAdd->isEnabled());
-            accept(pDialog);
         });
         QCOMPARE(rows(), QStringList({"Object", "Body", "*Hand"}));
         QCOMPARE(project()->currentGeoEntity()->udimTiles(), QVector<int>({1001, 1002, 1003, 1011}));
         QCOMPARE(m_pList->item(2)->toolTip(), QStringLiteral("Tiles 1001-1003, 1011"));
 
-        add([&](QDialog* pDialog) {
+        add([&](QDialog* pDialog, const QPushButton*) {
             fields(pDialog)[0]->setText(QStringLiteral("Scales"));
             pDialog->findChildren<QComboBox*>()[0]->setCurrentIndex(1);
             QComboBox* pFaces = pDialog->findChildren<QComboBox*>()[1];
             pFaces->setCurrentIndex(pFaces->findData(QSize(256, 256)));
-            accept(pDialog);
         });
         const OrvGeoEntity* pScales = project()->currentGeoEntity();
         QVERIFY(pScales->isPtex() && pScales->faceResolution() == QSize(256, 256));

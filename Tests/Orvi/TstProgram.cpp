@@ -95,8 +95,7 @@ private Q_SLOTS:
     void menuEntriesThatAskSaySo()
     {
         const auto text = [](const char* pKey) {
-            const QAction* pAction = OrvActionTreeManager::instance().findAction(QString::fromLatin1(pKey));
-            return pAction ? pAction->text() : QString();
+            return OrvActionTreeManager::instance().findAction(QString::fromLatin1(pKey))->text();
         };
         for (const char* pKey : {"/Orvi/File/Open Project", "/Orvi/File/Export Channel",
                  "/Orvi/File/Export All Channels", "/Orvi/Layers/Images/Current Layer"})

@@ -192,6 +192,7 @@ private Q_SLOTS:
             return Count;
         };
         OrvAutosave Autosave;
+        Autosave.setSliceLength(1);
         QSet<int> Seen;
         QTimer Ticks;
         connect(&Ticks, &QTimer::timeout, this, [&] { Seen.insert(blockCount()); });
