@@ -73,7 +73,11 @@ void OrvShaderInputManager::makeShaderInputCurrent(
     const bool IsCurrent = pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork();
     if (IsCurrent)
         Layers.setCurrentLayerStack(pInput);
-    Layers.setCurrentLayer(pNetwork, pInput ? pInput->currentLayer() : nullptr);
+    OrvLayer* pLayer = pInput ? pInput->currentLayer() : nullptr;
+    Layers.setCurrentLayer(pNetwork, pLayer);
+    // What is painted on is marked, unless the user has left other layers of the channel selected.
+    if (pLayer && pInput->selectedLayers().isEmpty())
+        pLayer->setSelected(true);
     if (Notify && IsCurrent)
         Q_EMIT currentShaderInputChanged(pInput);
 }

@@ -107,6 +107,24 @@ private Q_SLOTS:
         QCOMPARE(m_Channel->layerList().size(), 4);
     }
 
+    void theLayerToPaintOnIsMarkedInEveryChannel()
+    {
+        OrvLayer* pHere = addLayer(m_Channel, QStringLiteral("Here"));
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Metallic"));
+        OrvLayer* pThere = addLayer(pOther, QStringLiteral("There"));
+        pThere->makeCurrent(false, true);
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
+        m_View->setLayerStack(m_Channel);
+        m_View->refresh();
+        m_Channel->network()->selectNone({pHere->blendNode()});
+        QVERIFY(!pThere->isSelected());
+        OrvShaderInputManager::instance().makeShaderInputCurrent(pOther, true);
+        m_View->setLayerStack(pOther);
+        m_View->refresh();
+        QCOMPARE(currentLayer(), pThere);
+        QCOMPARE(selectedNames(), QStringList({QStringLiteral("There")}));
+    }
+
     void menusAddAdjustmentsAndProcedurals()
     {
         addLayers(m_Channel, {"A"});
