@@ -28,6 +28,12 @@ const QLatin1String FormatMark("orvi-project");
 constexpr int LockPatience = 5000; // ms; longer than most saves take
 constexpr int ReadAttempts = 3;
 
+/// Its program was killed in the moment between making the file and writing itself into it.
+bool isNobodys(const QString& LockPath)
+{
+    return QFileInfo(LockPath).size() == 0;
+}
+
 QString tr(const char* pText)
 {
     return QCoreApplication::translate("OrvProjectFile", pText);
@@ -376,9 +382,11 @@ bool OrvProjectFile::write(
 {
     if (!OrvBlockStore::makeFolder(Folder, Error))
         return false;
-    QLockFile Lock(Folder + QLatin1Char('/') + LockName);
+    const QString LockPath = Folder + QLatin1Char('/') + LockName;
+    QLockFile Lock(LockPath);
     Lock.setStaleLockTime(0); // one whose program is gone does not count
-    if (!Lock.tryLock(LockPatience) && Lock.error() == QLockFile::LockFailedError) {
+    if (!Lock.tryLock(LockPatience) && Lock.error() == QLockFile::LockFailedError
+        && !(isNobodys(LockPath) && QFile::remove(LockPath) && Lock.tryLock(LockPatience))) {
         Error = tr("'%1' is being saved by another program, which holds '%2'").arg(Folder, LockName);
         return false;
     }

@@ -357,6 +357,15 @@ private Q_SLOTS:
         QVERIFY2(projects().saveProjectAs(m_Path, m_Error), qPrintable(m_Error));
     }
 
+    void aLockThatNobodyHoldsGivesWay()
+    {
+        OrvTestProject Project(QSize(64, 64));
+        QVERIFY(projects().saveProjectAs(m_Path, m_Error));
+        writeFile(m_Path + "/project.lock", "");
+        QVERIFY2(projects().saveProject(m_Error), qPrintable(m_Error));
+        QVERIFY(!entries().contains("project.lock"));
+    }
+
     void aKillWhileSavingLeavesAWholeProject()
     {
         {
