@@ -1,7 +1,6 @@
 #pragma once
 
 #include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerDirtyNodes.h"
 #include "OrvCore/Layers/OrvLayerNames.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
@@ -13,13 +12,15 @@
 #include <QtCore/QPointer>
 #include <QtCore/QSet>
 
+#include <memory>
+
+class OrvLayerNotices;
 class OrvShaderNetwork;
-class OrvSnBakePointNode;
 class OrvSnMergeNode;
 
 /// Makes and keeps the layer and stack objects that show the graph, and knows what is current: the layer of
-/// each network and channel, the stack, the component that is painted on. It listens to the graph and tells
-/// the palettes.
+/// each network and channel, the stack, the component that is painted on. Palettes listen to it; what they
+/// hear of single layers comes from OrvLayerNotices.
 class ORVCORE_EXPORT OrvLayerManager : public QObject {
     Q_OBJECT
 
@@ -44,8 +45,9 @@ public:
     OrvLayer* getLayer(OrvSnBaseNode* pNode, bool Create = true);
     OrvLayerStack* getLayerStack(OrvSnBaseNode* pNode, const QString& InputName);
 
-    bool inBatchLayerStateRefresh() const { return m_InBatch; }
-    /// The layers that are shown by a merge node, or by what several of them have in common; those that were made.
+    bool inBatchLayerStateRefresh() const;
+    /// The layers that are shown by a merge node, or by what several of them have in common; those that were
+    /// made.
     static QList<OrvLayer*> layersOf(OrvSnBaseNode* pNode);
     /// A name that no layer of the network has: the given one, or the same with a number.
     QString uniqueLayerName(const OrvShaderNetwork* pNetwork, const QString& Base) const
@@ -71,32 +73,19 @@ Q_SIGNALS:
 private Q_SLOTS:
     void onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
     void onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSnBaseNode* pNode);
-    void onNodeReconnected(OrvShaderNetwork* pNetwork, QString InputName, OrvSnBaseNode* pNode,
-        OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
-    void onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled);
-    void onNodeLockedChanged(OrvSnBaseNode* pNode, bool Locked);
-    void onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNodeCacheActiveState State);
-    void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
-    void onNodeNameChanged(OrvSnBaseNode* pNode, QString Name);
-    void onNodeRefreshed(OrvSnBaseNode* pNode);
     void onCurrentNetworkChanged(OrvShaderNetwork* pNew, OrvShaderNetwork* pOld);
     void onEditFinished();
 
 private:
-    friend class OrvRemovedLayersNotice;
     friend class OrvCurrentComponentEdit;
-    friend class OrvCurrentLayerEdit;
 
     OrvLayerManager();
     ~OrvLayerManager() override;
     void applyCurrentComponent(OrvSnBaseNode* pNode);
+    void noteStructureChange() { m_StructureChanged = true; }
     void dropStacksOf(const OrvSnBaseNode* pNode);
     void dropStacksThatNoLongerHold();
-    /// The custom procedural is described by another text now.
-    void tellProceduralChanged(const OrvSnBaseNode* pNode);
     void drop(OrvLayerStack* pStack);
-    void refreshBakePoints();
-    void refreshDirtyStates();
     static bool carriesStack(const OrvSnBaseNode* pNode, const QString& InputName);
 
     using StackKey = QPair<const OrvSnBaseNode*, QString>;
@@ -110,10 +99,8 @@ private:
         QPointer<OrvSnBaseNode> pComponent;
     };
     QHash<const OrvShaderNetwork*, LeftBehind> m_Left;
-    OrvLayerDirtyNodes m_Dirty;
-    QSet<OrvSnBakePointNode*> m_BakePoints;
     OrvLayerNames m_Names;
+    std::unique_ptr<OrvLayerNotices> m_pNotices;
     OrvSnMergeNode* m_pDummyBlendNode = nullptr;
     bool m_StructureChanged = false;
-    bool m_InBatch = false;
 };

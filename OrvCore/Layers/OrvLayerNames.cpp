@@ -1,6 +1,8 @@
 #include "OrvCore/Layers/OrvLayerNames.h"
 
 #include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 
 namespace {
 
@@ -43,8 +45,16 @@ void OrvLayerNames::Table::uncount(const QString& Name)
         --Highest;
 }
 
+bool OrvLayerNames::holdsLayerName(const OrvSnBaseNode* pNode)
+{
+    return qobject_cast<const OrvSnMergeNode*>(pNode)
+        || qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode);
+}
+
 void OrvLayerNames::enter(const OrvSnBaseNode* pNode)
 {
+    if (!holdsLayerName(pNode))
+        return;
     Table& Names = m_Tables[pNode->network()];
     Names.NameOf.insert(pNode, pNode->name());
     Names.count(pNode->name());

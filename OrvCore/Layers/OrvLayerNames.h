@@ -12,6 +12,10 @@ class OrvSnBaseNode;
 /// every layer. OrvLayerManager owns it and tells it of every layer that comes, goes or is renamed.
 class ORVCORE_EXPORT OrvLayerNames {
 public:
+    /// Whether a node's name is that of layers: a merge node's, or of what several of them have in common.
+    static bool holdsLayerName(const OrvSnBaseNode* pNode);
+
+    /// The three pass over a node whose name is no layer's.
     void enter(const OrvSnBaseNode* pNode);
     void leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode* pNode);
     void rename(const OrvSnBaseNode* pNode);
