@@ -72,21 +72,29 @@ void refreshUnchanged(benchmark::State& State, int Count)
     }
 }
 
-OrvShaderInput* largeChannel(int Index)
+enum LargeChannel { Grouped, OtherGrouped, Flat };
+
+/// Of 1000 layers. Nothing that the rows of one show serves another.
+OrvShaderInput* largeChannel(LargeChannel Which)
 {
-    static OrvShaderInput* const Made[] = {makeChannel(1000), makeChannel(1000)};
-    return Made[Index];
+    static OrvShaderInput* const Made[]
+        = {makeChannel(1000), makeChannel(1000, QStringLiteral("Other Layer %1")),
+            makeChannel(1000, QStringLiteral("Flat Layer %1"), Shape::Flat)};
+    return Made[Which];
 }
 
-/// The rows of a stack that was never shown, and what belongs to its current layer.
-void firstRows(benchmark::State& State)
+/// The rows of stacks that were never shown, and what belongs to their current layers: one stack and the
+/// other in turn, as they are switched.
+void firstRows(benchmark::State& State, LargeChannel One, LargeChannel Other)
 {
-    channels().makeShaderInputCurrent(largeChannel(0), true);
+    LargeChannel Now = One;
     for (auto _ : State) {
         State.PauseTiming();
+        Now = Now == One ? Other : One;
+        channels().makeShaderInputCurrent(largeChannel(Now), true);
         auto pPalette = std::make_unique<Palette>(nullptr);
         State.ResumeTiming();
-        pPalette->view().setLayerStack(largeChannel(0));
+        pPalette->view().setLayerStack(largeChannel(Now));
         pPalette->refresh();
         State.PauseTiming();
         pPalette.reset();
@@ -95,15 +103,15 @@ void firstRows(benchmark::State& State)
     }
 }
 
-void switchChannel(benchmark::State& State)
+void switchChannel(benchmark::State& State, LargeChannel One, LargeChannel Other)
 {
-    Palette Shown(largeChannel(0));
+    Palette Shown(largeChannel(One));
     Shown.refresh();
-    int Index = 0;
+    LargeChannel Now = One;
     for (auto _ : State) {
-        Index = 1 - Index;
-        channels().makeShaderInputCurrent(largeChannel(Index), true);
-        Shown.view().setLayerStack(largeChannel(Index));
+        Now = Now == One ? Other : One;
+        channels().makeShaderInputCurrent(largeChannel(Now), true);
+        Shown.view().setLayerStack(largeChannel(Now));
         Shown.refresh();
     }
 }
@@ -116,8 +124,14 @@ int main(int ArgumentCount, char** pArguments)
     OrvShaderInputActions::instance();
     ModuleBenchmark::openProject();
 
-    RatioReporter::measure("floor: switch between stacks of 1000 layers", firstRows, 0.3);
-    RatioReporter::measure("switch between stacks of 1000 layers", switchChannel, 0.3);
+    const auto addSwitch = [](const char* pName, LargeChannel Other) {
+        RatioReporter::measure(std::string("floor: ") + pName,
+            [Other](benchmark::State& State) { firstRows(State, Grouped, Other); }, 0.3);
+        RatioReporter::measure(
+            pName, [Other](benchmark::State& State) { switchChannel(State, Grouped, Other); }, 0.3);
+    };
+    addSwitch("switch between stacks of 1000 layers", OtherGrouped);
+    addSwitch("switch to 1000 layers without groups", Flat);
     for (const int Count : {500, 10000}) {
         const std::string Suffix = ", " + std::to_string(Count) + " channels";
         RatioReporter::measure(

@@ -23,7 +23,7 @@ void LayersBenchmark::settle()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-OrvShaderInput* LayersBenchmark::makeChannel(int LayerCount)
+OrvShaderInput* LayersBenchmark::makeChannel(int LayerCount, const QString& LayerName, Shape Shaped)
 {
     const OrvUndoManager::NoRecording NoRecording;
     OrvShaderInput* pChannel
@@ -31,14 +31,14 @@ OrvShaderInput* LayersBenchmark::makeChannel(int LayerCount)
             QStringLiteral("Channel %1").arg(LayerCount), QSize(256, 256), GL_UNSIGNED_BYTE);
     QList<OrvLayer*> Members;
     for (int Index = 0; Index < LayerCount; ++Index) {
-        if (Index % 10 == 9) {
+        if (Shaped == Shape::Grouped && Index % 10 == 9) {
             QString Error;
             pChannel->groupLayers(
                 Error, OrvLayerCreateFlags(), Members, nullptr, QStringLiteral("Group %1").arg(Index));
             Members.clear();
         } else {
             Members.append(pChannel->createPaintableLayer(
-                OrvLayerCreateFlags(), nullptr, QStringLiteral("Layer %1").arg(Index), OrvColor()));
+                OrvLayerCreateFlags(), nullptr, LayerName.arg(Index), OrvColor()));
         }
     }
     return pChannel;

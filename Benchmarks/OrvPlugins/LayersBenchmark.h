@@ -14,8 +14,14 @@ namespace LayersBenchmark {
 /// Until nothing is left to be laid out or painted.
 void settle();
 
-/// A channel of that many layers: each tenth is a group that holds the nine before it.
-OrvShaderInput* makeChannel(int LayerCount);
+enum class Shape {
+    Grouped, ///< each tenth layer is a group that holds the nine before it
+    Flat
+};
+
+/// A channel of that many layers; each name has its number.
+OrvShaderInput* makeChannel(
+    int LayerCount, const QString& LayerName = QStringLiteral("Layer %1"), Shape Shaped = Shape::Grouped);
 /// The same one each time, made current.
 OrvShaderInput* channelOf(int LayerCount);
 

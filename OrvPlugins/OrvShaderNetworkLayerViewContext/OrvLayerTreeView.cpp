@@ -20,12 +20,12 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvRowWidgetDelegate.h"
 
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
-#include <QtWidgets/QStyledItemDelegate>
 
 #include <algorithm>
 
@@ -34,36 +34,11 @@ namespace {
 const QSize SmallestSize(40, 50);
 constexpr int EmptyTextMargin = 16;
 
-/// Rows have their height before they have their widgets, and nothing of their own to paint but the
-/// background.
-class OrvLayerRowDelegate : public QStyledItemDelegate {
-public:
-    explicit OrvLayerRowDelegate(OrvLayerTreeView* pTreeView)
-        : QStyledItemDelegate(pTreeView)
-        , m_TreeView(pTreeView)
-    {
-    }
-
-    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
-    {
-        return {SmallestSize.width(), OrvLayerViewItemRowWidget::RowHeight};
-    }
-
-    void paint(
-        QPainter* pPainter, const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
-    {
-        QStyledItemDelegate::paint(pPainter, Option, Index);
-        // The picture under the cursor of a drag has no widgets of its own.
-        if (pPainter->device()->devType() != QInternal::Pixmap)
-            return;
-        pPainter->fillRect(Option.rect, Option.palette.brush(QPalette::Active, QPalette::Highlight));
-        if (QWidget* pRowWidget = m_TreeView->indexWidget(Index))
-            pRowWidget->render(pPainter, Option.rect.topLeft(), QRegion(), QWidget::DrawChildren);
-    }
-
-private:
-    OrvLayerTreeView* m_TreeView;
-};
+/// A click or a key with these alone; with others the selection grows or shrinks.
+bool choosesOneRow(Qt::KeyboardModifiers Modifiers)
+{
+    return !(Modifiers & (Qt::ShiftModifier | Qt::ControlModifier));
+}
 
 } // namespace
 
@@ -86,7 +61,8 @@ OrvLayerTreeView::OrvLayerTreeView(QWidget* pParent, OrvLayerView* pLayerView)
     header()->setStretchLastSection(false);
     setMinimumSize(SmallestSize);
     setUniformRowHeights(true);
-    setItemDelegate(new OrvLayerRowDelegate(this));
+    setItemDelegate(
+        new OrvRowWidgetDelegate({SmallestSize.width(), OrvLayerViewItemRowWidget::RowHeight}, this));
 }
 
 QString OrvLayerTreeView::branchStyleSheet() const
@@ -202,8 +178,7 @@ void OrvLayerTreeView::mousePressEvent(QMouseEvent* pEvent)
 {
     if (m_LayerView)
         m_LayerView->makeActive();
-    if (!(pEvent->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier)))
-        m_PlainClick = true;
+    m_PlainClick = choosesOneRow(pEvent->modifiers());
     if (pEvent->modifiers() == Qt::ShiftModifier)
         m_PressPosition = pEvent->pos();
     m_Pressed = true;
@@ -221,6 +196,13 @@ void OrvLayerTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
     m_PlainClick = false;
     m_Pressed = false;
     OrvRowWidgetTree::mouseReleaseEvent(pEvent);
+}
+
+void OrvLayerTreeView::keyPressEvent(QKeyEvent* pEvent)
+{
+    m_PlainClick = choosesOneRow(pEvent->modifiers());
+    OrvRowWidgetTree::keyPressEvent(pEvent);
+    m_PlainClick = false;
 }
 
 void OrvLayerTreeView::mouseMoveEvent(QMouseEvent* pEvent)
@@ -263,7 +245,9 @@ void OrvLayerTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
     }
     m_DragHover->restAt(indexAt(pEvent->pos()));
     bool Accepted = mayLand(OrvLayerDragPayload::read(pData));
-    if (Accepted) {
+    if (!Accepted) {
+        m_DragHover->wouldDrop(*pEvent, -1, QModelIndex()); // it tells why nowhere in this stack
+    } else {
         // The base class accepts and scrolls as for a copy; the source is told what the keys ask for.
         pEvent->setDropAction(Qt::CopyAction);
         setDropIndicatorShown(true);
@@ -345,7 +329,9 @@ void OrvLayerTreeView::dropEvent(QDropEvent* pEvent)
 void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)
 {
     OrvRowWidgetTree::startDrag(SupportedActions);
-    m_Pressed = false; // whatever the rows were dropped on got the release
+    // Whatever the rows were dropped on got the release.
+    m_Pressed = false;
+    m_PlainClick = false;
     m_LayerView->requestRefresh();
 }
 

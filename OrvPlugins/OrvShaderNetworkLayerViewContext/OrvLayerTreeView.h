@@ -23,6 +23,7 @@ public:
 
     /// Shown in the middle of a tree that shows no rows.
     void setEmptyText(const QString& Text);
+    const QString& emptyText() const { return m_EmptyText; }
 
 Q_SIGNALS:
     void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
@@ -35,6 +36,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
     void enterEvent(QEvent* pEvent) override;
     void leaveEvent(QEvent* pEvent) override;
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
@@ -60,7 +62,7 @@ private:
     OrvLayerView* m_LayerView;
     OrvLayerDragHover* m_DragHover;
     QPoint m_PressPosition; ///< of a press with Shift, until the mouse has really moved; (0, 0): none
-    bool m_PlainClick = false;
+    bool m_PlainClick = false; ///< the user chooses one row, by mouse or key, while this is set
     bool m_Pressed = false; ///< here, not on a button of a row
     QString m_EmptyText;
 };

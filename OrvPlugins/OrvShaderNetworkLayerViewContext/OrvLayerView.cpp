@@ -10,7 +10,6 @@
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
-#include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
@@ -22,16 +21,15 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerKeyCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertiesArea.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRows.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackChanges.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeEmptyText.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewHostSignals.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayersPane.h"
@@ -42,7 +40,6 @@
 #include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QVBoxLayout>
 
 using OrvLayerViewUtils::report;
@@ -66,7 +63,6 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     pLayout->setSpacing(0);
     pLayout->addWidget(pSplitter);
     auto* pLayersPane = new OrvLayersPane(this);
-    m_FilterBar = pLayersPane->filterBar();
     m_BlendRow = pLayersPane->blendRow();
     m_Model = pLayersPane->model();
     m_View = pLayersPane->treeView();
@@ -77,40 +73,31 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
                                                             : OrvLayerPropertiesArea::BlendNode::Shown,
             this);
     pSplitter->setPanes(pLayersPane, m_PropertiesArea);
-    m_RowSynchronizer = std::make_unique<OrvLayerViewRowSynchronizer>(this, m_Model, m_View);
-    m_RowFilter = new OrvLayerViewRowFilter(m_Model, m_View, m_FilterBar, this);
+    m_Rows = std::make_unique<OrvLayerRows>(this, pLayersPane->filterBar());
+    m_EmptyText = new OrvLayerTreeEmptyText(this, pLayersPane->filterBar());
     m_StackChanges = new OrvLayerStackChanges(this);
     m_VisibilityGesture = new OrvLayerVisibilityGesture(this);
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
     m_ShaderLayerCommands = std::make_unique<OrvShaderLayerCommands>(this, m_Commands.get());
     m_MultiChannelCommands = std::make_unique<OrvMultiChannelLayerCommands>(this, m_Commands.get());
     m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
+    connect(pLayersPane->filterBar(), SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
     connectParts();
-    connectNetworks();
-    connectManagers();
+    OrvLayerViewHostSignals::connectTo(this);
     registerShortcuts();
     switchActionsEnabled(OrvProjectManager::instance().currentProject());
     clearProperties();
-    m_View->setEmptyText(emptyText());
+    m_EmptyText->update();
 }
 
 OrvLayerView::~OrvLayerView() = default;
 
 void OrvLayerView::connectParts()
 {
-    connect(m_FilterBar, SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
     connectTreeRelays();
     connect(m_View, SIGNAL(expanded(QModelIndex)), this, SLOT(onExpanded(QModelIndex)));
     connect(m_View, SIGNAL(collapsed(QModelIndex)), this, SLOT(onCollapsed(QModelIndex)));
     connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
-
-    const QAction* pAddShaderLayer
-        = OrvActionTreeManager::instance().findAction(OrvLayerViewContext::AddShaderLayerAction);
-    if (pAddShaderLayer && pAddShaderLayer->menu())
-        connect(pAddShaderLayer->menu(), SIGNAL(triggered(QAction*)), this, SLOT(addShaderLayerFromAction()));
-    else
-        report(__LINE__,
-            "[ !! ] Assertion 'NULL != m_AddShaderLayerMenuAction' failed: Action Menu not created");
 }
 
 void OrvLayerView::connectTreeRelays()
@@ -125,48 +112,6 @@ void OrvLayerView::disconnectTreeRelays()
     m_View->disconnectSelectionRelay();
     disconnect(m_View, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
         SLOT(onCurrentIndexChanged(QModelIndex)));
-}
-
-void OrvLayerView::connectNetworks()
-{
-    OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
-    connect(pNetworks,
-        SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)),
-        this,
-        SLOT(onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*, OrvSnBaseNode*)));
-    for (const char* pSignal :
-        {SIGNAL(nodeLockedChanged(OrvSnBaseNode*, bool)), SIGNAL(nodeBlockedChanged(OrvSnBaseNode*, bool)),
-            SIGNAL(nodeCacheActiveChanged(OrvSnBaseNode*, OrvSnBaseNodeCacheActiveState)),
-            SIGNAL(nodeUserAttributeRemoved(OrvSnBaseNode*, QString)),
-            SIGNAL(nodeUserAttributeCreated(OrvSnBaseNode*, QString)), SIGNAL(nodeRefreshed(OrvSnBaseNode*))})
-        connect(pNetworks, pSignal, this, SLOT(onNodeChanged(OrvSnBaseNode*)));
-    connect(pNetworks, SIGNAL(upgradeCompleted()), this, SLOT(onProjectClosing()));
-    connect(pNetworks, SIGNAL(currentShaderNetworkChanged(OrvShaderNetwork*, OrvShaderNetwork*)), this,
-        SLOT(layerShadersCountChanged()));
-}
-
-void OrvLayerView::connectManagers()
-{
-    OrvLayerManager* pLayers = &OrvLayerManager::instance();
-    connect(pLayers, SIGNAL(currentLayerChanged(OrvLayer*)), this, SLOT(changeCurrentIndex(OrvLayer*)));
-    connect(pLayers, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));
-    connect(pLayers, SIGNAL(batchLayerStatesRefreshed()), this, SLOT(requestRefresh()));
-
-    OrvProjectManager* pProjects = &OrvProjectManager::instance();
-    connect(pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(redrawProperties()));
-    connect(
-        pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(switchActionsEnabled(OrvProject*)));
-    connect(pProjects, SIGNAL(projectClosed()), this, SLOT(onProjectClosing()));
-
-    OrvMenuManager* pMenus = &OrvMenuManager::instance();
-    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
-    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
-
-    OrvLayerShaderManager* pShaders = &OrvLayerShaderManager::instance();
-    connect(pShaders, SIGNAL(layerShaderCreated(OrvLayerShader*)), this, SLOT(layerShadersCountChanged()));
-    connect(pShaders, SIGNAL(layerShaderRemoved(OrvLayerShader*)), this, SLOT(layerShadersCountChanged()));
 }
 
 void OrvLayerView::registerShortcuts()
@@ -193,7 +138,7 @@ void OrvLayerView::setLayerStack(OrvLayerStack* pLayerStack)
         return;
     m_LayerStack = pLayerStack;
     requestRefresh();
-    m_View->setEmptyText(QString()); // until its rows are known
+    m_EmptyText->hide();
     Q_EMIT layerStackChanged(pLayerStack);
 }
 
@@ -229,23 +174,14 @@ OrvLayer* OrvLayerView::layerFromIndex(const QModelIndex& Index) const
     return m_Model->layerFromIndex(Index);
 }
 
-OrvLayer* OrvLayerView::currentRowLayer() const
-{
-    return layerFromIndex(m_View->currentIndex());
-}
-
 OrvLayerViewItemRowWidget* OrvLayerView::rowWidget(const QModelIndex& Index) const
 {
-    return qobject_cast<OrvLayerViewItemRowWidget*>(m_View->indexWidget(Index));
+    return m_Rows->rowWidget(Index);
 }
 
 void OrvLayerView::renameCurrentLayer()
 {
-    OrvLayerViewItemRowWidget* pRowWidget = rowWidget(m_View->currentIndex());
-    if (!pRowWidget)
-        return;
-    m_View->scrollTo(m_View->currentIndex());
-    pRowWidget->editName();
+    m_Rows->editCurrentName();
 }
 
 // Refresh
@@ -264,7 +200,7 @@ void OrvLayerView::clearAndRefresh()
 {
     // Rows that go must not take their layers' selection along.
     disconnectTreeRelays();
-    m_Model->removeRows(0, m_Model->rowCount());
+    m_Rows->clear();
     refresh();
 }
 
@@ -283,10 +219,10 @@ void OrvLayerView::refresh()
     if (pLayerStack) {
         showStack(pLayerStack);
     } else {
-        m_Model->removeRows(0, m_Model->rowCount());
+        m_Rows->clear();
         clearProperties();
     }
-    m_View->setEmptyText(emptyText());
+    m_EmptyText->update();
     connectTreeRelays();
 }
 
@@ -304,38 +240,11 @@ void OrvLayerView::showStack(OrvLayerStack* pLayerStack)
     m_ToolBar->showCommandsOf(pShaderInput && pShaderInput->isMaterialStack()
             ? OrvLayerToolBar::StackKind::Material
             : OrvLayerToolBar::StackKind::Ordinary);
-    m_RowSynchronizer->synchronize(pLayerStack);
-    if (m_Model->rowCount() > 0 && m_View->header()->sectionResizeMode(0) != QHeaderView::Stretch)
-        m_View->header()->setSectionResizeMode(QHeaderView::Stretch);
-    if (pLayerStack->layerList().isEmpty()) {
+    m_Rows->showStack(pLayerStack);
+    if (pLayerStack->layerList().isEmpty())
         clearProperties();
-        return;
-    }
-    for (const OrvShaderInput* pParent : pLayerStack->parentShaderInputs()) {
-        OrvLayer* pLayer = pParent->currentLayer();
-        if (!pLayer)
-            continue;
-        report(__LINE__,
-            QString::asprintf("[ -- ] About to refresh view for layer %p, '%s'", static_cast<void*>(pLayer),
-                pLayer->name().toLocal8Bit().constData()));
-        changeCurrentIndex(pLayer);
-    }
-    updateComponentButtons(OrvLayerManager::instance().currentLayer());
-    updateItemTreeFilteredStates();
-    refreshProperties();
-}
-
-QString OrvLayerView::emptyText() const
-{
-    if (!OrvProjectManager::instance().currentProject())
-        return tr("Create or open a project to see its layers.");
-    if (m_Model->rowCount() > 0 && m_FilterBar->filterActive())
-        return tr("No layer passes the filter.");
-    const OrvShaderInput* pCurrent = OrvShaderInputManager::instance().currentShaderInput();
-    if (!m_LayerStack && pCurrent && pCurrent->isMaterialStack())
-        return tr("\"%1\" holds shader layers:\nthey are in the Shaders palette.").arg(pCurrent->name());
-    return m_LayerStack ? tr("There are no layers yet.\nAdd one with the buttons below.")
-                        : tr("Choose a channel to see its layers.");
+    else
+        refreshProperties();
 }
 
 void OrvLayerView::onLayerStateRefreshed()
@@ -374,12 +283,7 @@ bool OrvLayerView::isRefreshPending() const
 
 void OrvLayerView::changeCurrentIndex(OrvLayer* Layer)
 {
-    // A layer in a shared group has several rows; the one where the user is will do.
-    if (currentRowLayer() == Layer)
-        return;
-    const QModelIndex Index = m_Model->indexFromLayer(Layer);
-    if (Index.isValid())
-        m_View->selectionModel()->setCurrentIndex(Index, QItemSelectionModel::Rows);
+    m_Rows->makeCurrent(Layer);
 }
 
 void OrvLayerView::onCurrentIndexChanged(QModelIndex Current)
@@ -401,40 +305,31 @@ void OrvLayerView::onCurrentIndexChanged(QModelIndex Current)
 
 void OrvLayerView::updateComponentButtons(OrvLayer* pLayer)
 {
-    for (const OrvLayerViewItem* pItem : m_Model->itemsFromLayer(pLayer)) {
-        if (OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget())
-            pRowWidget->updateComponentButtons();
-    }
+    m_Rows->updateComponentButtons(pLayer);
 }
 
 void OrvLayerView::onExpanded(QModelIndex Index)
 {
-    if (OrvLayerViewItemRowWidget* pRowWidget = rowWidget(Index))
-        pRowWidget->setExpanded(true);
-    else
-        report(__LINE__, "pItemRowWidget is NULL");
+    m_Rows->keepExpanded(Index, true);
 }
 
 void OrvLayerView::onCollapsed(QModelIndex Index)
 {
-    if (OrvLayerViewItemRowWidget* pRowWidget = rowWidget(Index))
-        pRowWidget->setExpanded(false);
-    else
-        report(__LINE__, "pItemRowWidget is NULL");
+    m_Rows->keepExpanded(Index, false);
 }
 
 void OrvLayerView::redrawProperties()
 {
     if (!OrvApplication::isInitialized())
         return;
-    OrvLayer* pLayer = currentRowLayer();
+    OrvLayer* pLayer = m_Rows->currentLayer();
     m_BlendRow->showLayer(pLayer, m_LayerStack);
     m_PropertiesArea->showLayer(pLayer);
 }
 
 void OrvLayerView::refreshProperties()
 {
-    OrvLayer* pLayer = currentRowLayer();
+    OrvLayer* pLayer = m_Rows->currentLayer();
     // Editors that are in use outlive a refresh: the user may be dragging one of their sliders.
     if (!pLayer || !m_BlendRow->shows(pLayer, m_LayerStack)) {
         redrawProperties();
@@ -559,13 +454,13 @@ const QAction* OrvLayerView::sendingAction() const
 
 void OrvLayerView::updateItemTreeFilteredStates(QStandardItem* pRootItem)
 {
-    m_RowFilter->apply(pRootItem);
+    m_Rows->filter(pRootItem);
 }
 
 void OrvLayerView::updateItemTreeFilteredStates()
 {
     updateItemTreeFilteredStates(m_Model->invisibleRootItem());
-    m_View->setEmptyText(emptyText());
+    m_EmptyText->update();
 }
 
 void OrvLayerView::switchActionsEnabled(OrvProject* Project)

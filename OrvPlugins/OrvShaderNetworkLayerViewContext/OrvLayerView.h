@@ -17,15 +17,14 @@ class OrvDeferredTimer;
 class OrvLayer;
 class OrvLayerBlendRow;
 class OrvLayerPropertiesArea;
+class OrvLayerRows;
 class OrvLayerStack;
 class OrvLayerStackChanges;
 class OrvLayerToolBar;
+class OrvLayerTreeEmptyText;
 class OrvLayerTreeView;
-class OrvLayerViewFilterBar;
 class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
-class OrvLayerViewRowFilter;
-class OrvLayerViewRowSynchronizer;
 class OrvLayerVisibilityGesture;
 class OrvPalette;
 class OrvProject;
@@ -155,17 +154,13 @@ private:
     /// What the user selects reaches the host; what a rebuild of the rows selects must not.
     void connectTreeRelays();
     void disconnectTreeRelays();
-    void connectNetworks();
-    void connectManagers();
     void registerShortcuts();
 
     /// Makes the stack shown, or none, the host's current one.
     void makeLayerStackCurrent();
     OrvLayerStack* stackToShow() const;
     void showStack(OrvLayerStack* pLayerStack);
-    QString emptyText() const;
     void refreshProperties();
-    OrvLayer* currentRowLayer() const;
 
     const QAction* sendingAction() const;
 
@@ -174,13 +169,12 @@ private:
     QPointer<OrvLayerStack> m_LayerStack;
     OrvLayerViewModel* m_Model = nullptr;
     OrvLayerTreeView* m_View = nullptr;
-    OrvLayerViewFilterBar* m_FilterBar = nullptr;
-    OrvLayerViewRowFilter* m_RowFilter = nullptr;
     OrvLayerBlendRow* m_BlendRow = nullptr;
     OrvLayerToolBar* m_ToolBar = nullptr;
     OrvLayerPropertiesArea* m_PropertiesArea = nullptr;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
-    std::unique_ptr<OrvLayerViewRowSynchronizer> m_RowSynchronizer;
+    std::unique_ptr<OrvLayerRows> m_Rows;
+    OrvLayerTreeEmptyText* m_EmptyText = nullptr;
     std::unique_ptr<OrvLayerViewCommands> m_Commands;
     std::unique_ptr<OrvShaderLayerCommands> m_ShaderLayerCommands;
     std::unique_ptr<OrvMultiChannelLayerCommands> m_MultiChannelCommands;

@@ -63,6 +63,18 @@ OrvLayer* OrvLayerViewItemRowWidget::layer() const
     return m_Layer;
 }
 
+void OrvLayerViewItemRowWidget::setLayer(OrvLayer* pLayer)
+{
+    if (m_Layer)
+        m_Layer->disconnect(this);
+    m_Layer = pLayer;
+    m_FilteredName = QString();
+    m_ContentsShowLayer = false;
+    // Rows out of view, maybe thousands, wait until they are seen.
+    if (isVisible())
+        fillContents();
+}
+
 bool OrvLayerViewItemRowWidget::checkLayer(int Line) const
 {
     if (!m_Layer)
@@ -83,25 +95,41 @@ QSize OrvLayerViewItemRowWidget::minimumSizeHint() const
 void OrvLayerViewItemRowWidget::paintEvent(QPaintEvent*)
 {
     // Children that are made and shown here are painted in this very pass.
-    if (!m_pContents && m_Layer)
-        createContents();
+    ensureContents();
+}
+
+void OrvLayerViewItemRowWidget::showEvent(QShowEvent* pEvent)
+{
+    fillContents();
+    QWidget::showEvent(pEvent);
 }
 
 void OrvLayerViewItemRowWidget::editName()
 {
-    if (!m_pContents && m_Layer)
-        createContents();
+    ensureContents();
     if (m_pContents)
         m_pContents->pNameLabel->edit();
 }
 
-void OrvLayerViewItemRowWidget::createContents()
+void OrvLayerViewItemRowWidget::ensureContents()
 {
+    if (m_pContents || !m_Layer) {
+        fillContents();
+        return;
+    }
     m_pContents = std::make_unique<OrvLayerRowContents>(this);
     connectContents();
+    fillContents();
+    m_pContents->show();
+}
+
+void OrvLayerViewItemRowWidget::fillContents()
+{
+    if (!m_pContents || m_ContentsShowLayer || !m_Layer)
+        return;
+    m_ContentsShowLayer = true;
     connectLayer();
     updateContents();
-    m_pContents->show();
 }
 
 void OrvLayerViewItemRowWidget::connectContents()
@@ -121,6 +149,8 @@ void OrvLayerViewItemRowWidget::connectContents()
         std::initializer_list<QAbstractButton*>{m_pContents->pBakePointButton, m_pContents->pPaintButton,
             m_pContents->pMaskStackButton, m_pContents->pMaskButton, m_pContents->pAdjustmentStackButton})
         connect(pComponent, &QAbstractButton::pressed, m_LayerView, &OrvLayerView::makeActive);
+    connect(&OrvLayerManager::instance(), SIGNAL(currentComponentChanged(OrvSnBaseNode*, OrvSnBaseNode*)),
+        this, SLOT(updateComponentButtons()));
 }
 
 void OrvLayerViewItemRowWidget::connectLayer()
@@ -134,8 +164,6 @@ void OrvLayerViewItemRowWidget::connectLayer()
     connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateCustomProceduralIcon()));
     connect(m_Layer, SIGNAL(missingGeoChannelsRefreshed(QString)), this, SLOT(updateMaterialButton()));
     connect(m_Layer, SIGNAL(proceduralTypeChanged(int)), this, SLOT(updateCustomProceduralIcon()));
-    connect(&OrvLayerManager::instance(), SIGNAL(currentComponentChanged(OrvSnBaseNode*, OrvSnBaseNode*)),
-        this, SLOT(updateComponentButtons()));
     connect(m_Layer, SIGNAL(maskEnabledChanged(bool)), this, SLOT(updateMaskIcon()));
     connect(m_Layer, SIGNAL(adjustmentEnabledChanged(bool)), this, SLOT(updateAdjustmentIcon()));
     connect(m_Layer, SIGNAL(layerStateRefreshed(OrvLayer*)), this, SLOT(onLayerStateRefreshed()));

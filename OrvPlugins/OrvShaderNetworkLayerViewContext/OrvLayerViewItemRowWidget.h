@@ -13,7 +13,7 @@ struct OrvLayerRowContents;
 /// One row of a Layers palette. The palette's tree owns it; it shows its layer, follows the layer's own
 /// signals, passes clicks on to OrvLayerRowClicks, and holds nothing of the document.
 /// A stack may have thousands of rows: the widgets of a row, and its connections, are made when it is painted
-/// for the first time.
+/// for the first time. The layer of another stack gets them as they are, and fills them when it is in view.
 class OrvLayerViewItemRowWidget : public QWidget {
     Q_OBJECT
 
@@ -24,6 +24,8 @@ public:
     ~OrvLayerViewItemRowWidget() override;
 
     OrvLayer* layer() const;
+    /// Shows another layer from now on, at once where the row can be seen.
+    void setLayer(OrvLayer* pLayer);
     OrvLayerView* layerView() const { return m_LayerView; }
 
     /// Whether the group is unfolded in the tree, kept with the layer. Only to be asked of groups.
@@ -73,6 +75,7 @@ public Q_SLOTS:
 
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
+    void showEvent(QShowEvent* pEvent) override;
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
 
 private Q_SLOTS:
@@ -82,8 +85,11 @@ private:
     /// Reports a layer that is gone.
     bool checkLayer(int Line) const;
     bool showsGroup() const;
-    void createContents();
+    /// Made where they are not there yet.
+    void ensureContents();
     void connectContents();
+    /// What there is of contents shows the layer and follows it.
+    void fillContents();
     void connectLayer();
     void updateContents();
     void updatePaintButton();
@@ -92,6 +98,7 @@ private:
     QPointer<OrvLayer> m_Layer;
     OrvLayerView* m_LayerView;
     std::unique_ptr<OrvLayerRowContents> m_pContents;
+    bool m_ContentsShowLayer = false; ///< not that of the stack before
     QString m_FilteredName;
     bool m_Selected = false;
 };

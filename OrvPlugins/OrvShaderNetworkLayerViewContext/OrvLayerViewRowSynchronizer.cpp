@@ -14,6 +14,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <QtCore/QHash>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QPushButton>
 
 #include <algorithm>
@@ -124,10 +125,13 @@ OrvLayerViewRowSynchronizer::OrvLayerViewRowSynchronizer(
 void OrvLayerViewRowSynchronizer::synchronize(OrvLayerStack* pLayerStack)
 {
     m_LayerStack = pLayerStack;
+    m_ReusesRowWidgets = pLayerStack != m_StackBefore && mayReuseRowWidgets();
+    m_StackBefore = pLayerStack;
     m_SelectedRows.clear();
     synchronizeLevel(
         m_Model->invisibleRootItem(), QModelIndex(), levelOf(pLayerStack->layerList(), Depth::Top));
     selectRows();
+    discardFreeRowWidgets();
     m_LayerStack = nullptr;
 }
 
@@ -204,11 +208,11 @@ void OrvLayerViewRowSynchronizer::synchronizeLevel(
     QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted)
 {
     arrange(pParent, matchRows(pParent, ParentIndex, Wanted));
-    makeRowWidgets(pParent, ParentIndex, Wanted);
-
     for (int Row = 0; Row < Wanted.Layers.size(); ++Row) {
         OrvLayerViewItem* pItem = rowOf(pParent, Row);
         OrvLayerStack* pGroupStack = Wanted.GroupStacks[Row];
+        if (!pItem->rowWidget())
+            makeRowWidget(pItem, m_Model->index(Row, 0, ParentIndex), Wanted.Layers[Row]);
         if (Wanted.Layers[Row]->isSelected())
             m_SelectedRows.append(m_Model->index(Row, 0, ParentIndex));
         if (pItem->isDropEnabled() != bool(pGroupStack))
@@ -224,6 +228,9 @@ void OrvLayerViewRowSynchronizer::synchronizeLevel(
         if (WasEmpty)
             m_TreeView->setExpanded(Index, pItem->rowWidget()->isExpanded());
     }
+    const QModelIndex WarningIndex = m_Model->index(Wanted.Layers.size(), 0, ParentIndex);
+    if (!Wanted.Warning.isEmpty() && !m_TreeView->indexWidget(WarningIndex))
+        makeWarningWidget(WarningIndex, Wanted.Warning);
 }
 
 QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchRows(
@@ -327,6 +334,10 @@ void OrvLayerViewRowSynchronizer::arrange(QStandardItem* pParent, const QVector<
         rowOf(pParent, Row)->setOrder(GoingRow);
     for (int Row = 0; Row < Rows.size(); ++Row)
         Rows[Row]->setOrder(Row);
+    for (int Row = 0; m_ReusesRowWidgets && Row < pParent->rowCount(); ++Row) {
+        if (rowOf(pParent, Row)->order() == GoingRow)
+            releaseRowWidgets(rowOf(pParent, Row));
+    }
     const bool KeptAreInOrder = removeGoingRows(pParent);
     const bool NewAreInPlace = insertNewRows(pParent, Rows);
     if (!KeptAreInOrder || !NewAreInPlace)
@@ -335,21 +346,45 @@ void OrvLayerViewRowSynchronizer::arrange(QStandardItem* pParent, const QVector<
         pItem->setOrder(0);
 }
 
-void OrvLayerViewRowSynchronizer::makeRowWidgets(
-    QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted)
+bool OrvLayerViewRowSynchronizer::mayReuseRowWidgets() const
 {
-    for (int Row = 0; Row < Wanted.Layers.size(); ++Row) {
-        OrvLayerViewItem* pItem = rowOf(pParent, Row);
-        if (pItem->rowWidget())
-            continue;
-        auto* pRowWidget = new OrvLayerViewItemRowWidget(Wanted.Layers[Row], m_LayerView);
-        pItem->setRowWidget(pRowWidget);
-        m_TreeView->setRowWidget(m_Model->index(Row, 0, ParentIndex), pRowWidget);
+    // What the user began on one layer, a press, a menu or a new name, must not end on another.
+    return !(m_TreeView->underMouse() && QGuiApplication::mouseButtons() != Qt::NoButton)
+        && !QApplication::activePopupWidget()
+        && !m_TreeView->viewport()->isAncestorOf(QApplication::focusWidget());
+}
+
+void OrvLayerViewRowSynchronizer::releaseRowWidgets(OrvLayerViewItem* pItem)
+{
+    if (OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget()) {
+        m_TreeView->releaseRowWidget(pRowWidget);
+        m_FreeRowWidgets.enqueue(pRowWidget);
     }
-    const int WarningRow = Wanted.Layers.size();
-    const QModelIndex WarningIndex = m_Model->index(WarningRow, 0, ParentIndex);
-    if (!Wanted.Warning.isEmpty() && !m_TreeView->indexWidget(WarningIndex))
-        makeWarningWidget(WarningIndex, Wanted.Warning);
+    for (int Row = 0; Row < pItem->rowCount(); ++Row)
+        releaseRowWidgets(rowOf(pItem, Row));
+}
+
+void OrvLayerViewRowSynchronizer::makeRowWidget(
+    OrvLayerViewItem* pItem, const QModelIndex& Index, OrvLayer* pLayer)
+{
+    OrvLayerViewItemRowWidget* pRowWidget = nullptr;
+    if (m_FreeRowWidgets.isEmpty()) {
+        pRowWidget = new OrvLayerViewItemRowWidget(pLayer, m_LayerView);
+    } else {
+        pRowWidget = m_FreeRowWidgets.dequeue();
+        pRowWidget->setLayer(pLayer);
+    }
+    pItem->setRowWidget(pRowWidget);
+    m_TreeView->setRowWidget(Index, pRowWidget);
+}
+
+void OrvLayerViewRowSynchronizer::discardFreeRowWidgets()
+{
+    for (OrvLayerViewItemRowWidget* pRowWidget : qAsConst(m_FreeRowWidgets)) {
+        pRowWidget->hide();
+        pRowWidget->deleteLater();
+    }
+    m_FreeRowWidgets.clear();
 }
 
 void OrvLayerViewRowSynchronizer::makeWarningWidget(const QModelIndex& Index, const QString& Warning)

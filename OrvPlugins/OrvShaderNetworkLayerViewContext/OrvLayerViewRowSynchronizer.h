@@ -2,6 +2,7 @@
 
 #include <QtCore/QList>
 #include <QtCore/QModelIndex>
+#include <QtCore/QQueue>
 #include <QtCore/QString>
 #include <QtCore/QVector>
 
@@ -10,13 +11,14 @@ class OrvLayerStack;
 class OrvLayerTreeView;
 class OrvLayerView;
 class OrvLayerViewItem;
+class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
 class QStandardItem;
 
 /// Makes the rows of a layer tree show a stack. Rows that are right already stay as they are, with their
 /// widgets; the others are moved, made or removed in a few steps for the whole level, so that the work grows
-/// with the number of rows and not with its square. What the layers cannot represent shows as a warning row.
-/// The palette owns it.
+/// with the number of rows and not with its square. The rows of another stack are new, but get the widgets of
+/// those that go. What the layers cannot represent shows as a warning row. The palette owns it.
 class OrvLayerViewRowSynchronizer {
 public:
     OrvLayerViewRowSynchronizer(
@@ -47,7 +49,10 @@ private:
     OrvLayerViewItem* takeFromOtherLevel(const OrvLayer* pLayer, const QStandardItem* pParent);
     bool levelHolds(const QStandardItem* pParent, const OrvLayer* pLayer) const;
     void arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows);
-    void makeRowWidgets(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
+    bool mayReuseRowWidgets() const;
+    void releaseRowWidgets(OrvLayerViewItem* pItem);
+    void makeRowWidget(OrvLayerViewItem* pItem, const QModelIndex& Index, OrvLayer* pLayer);
+    void discardFreeRowWidgets();
     void makeWarningWidget(const QModelIndex& Index, const QString& Warning);
     void selectRows();
 
@@ -55,5 +60,10 @@ private:
     OrvLayerViewModel* m_Model;
     OrvLayerTreeView* m_TreeView;
     OrvLayerStack* m_LayerStack = nullptr; ///< for the time of a synchronisation
+    const OrvLayerStack* m_StackBefore = nullptr; ///< only compared, since it can be gone
+    bool m_ReusesRowWidgets = false; ///< for the time of a synchronisation
+    /// Of rows that went, in the order of the tree. They are used in that order, too, so that widgets that
+    /// were in view are in view again.
+    QQueue<OrvLayerViewItemRowWidget*> m_FreeRowWidgets;
     QVector<QModelIndex> m_SelectedRows;
 };

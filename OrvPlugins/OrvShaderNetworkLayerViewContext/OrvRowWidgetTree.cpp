@@ -12,10 +12,18 @@ void OrvRowWidgetTree::setRowWidget(const QModelIndex& Index, QWidget* pWidget)
     // The base class would show the widget at once, and have it polished for that. Said to be shown already,
     // it is left alone until it really comes into view.
     pWidget->setParent(viewport());
+    const bool IsShown = pWidget->isVisible();
     pWidget->setAttribute(Qt::WA_WState_ExplicitShowHide, true);
     pWidget->setAttribute(Qt::WA_WState_Hidden, false);
     setIndexWidget(Index, pWidget);
-    pWidget->setAttribute(Qt::WA_WState_Hidden, true);
+    pWidget->setAttribute(Qt::WA_WState_Hidden, !IsShown);
+}
+
+void OrvRowWidgetTree::releaseRowWidget(QWidget* pWidget)
+{
+    // The base class forgets a widget without deleting it only if it is told that it is gone already.
+    pWidget->removeEventFilter(this);
+    editorDestroyed(pWidget);
 }
 
 void OrvRowWidgetTree::scheduleRowLayout()

@@ -15,6 +15,8 @@ public:
     /// Puts a widget on a row; the tree takes it and shows it once the row is in view. Cheap only between
     /// scheduleRowLayout() and the layout that follows.
     void setRowWidget(const QModelIndex& Index, QWidget* pWidget);
+    /// Takes the widget off its row and leaves it to the caller, in sight if it was, for another row.
+    void releaseRowWidget(QWidget* pWidget);
     /// Puts the layout of the rows off until somebody needs it.
     void scheduleRowLayout();
 

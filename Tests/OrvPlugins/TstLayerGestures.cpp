@@ -326,6 +326,34 @@ private Q_SLOTS:
         QCOMPARE(m_View->treeView()->selectionModel()->selectedRows().size(), 2);
     }
 
+    void hostSelectsWhatTheTreeShows()
+    {
+        select({0});
+        // A menu takes the release of the button that opens it.
+        QTest::mousePress(m_View->treeView()->viewport(), Qt::RightButton, Qt::NoModifier, placeOf(1));
+        QTest::mouseClick(m_View->treeView()->viewport(), Qt::LeftButton, Qt::ControlModifier, placeOf(3));
+        QCOMPARE(selectedRows(), QStringLiteral("BD"));
+        QCOMPARE(names(&OrvLayer::isSelected), QStringLiteral("BD"));
+        select({1});
+        key(Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(selectedRows(), QStringLiteral("BC"));
+        QCOMPARE(names(&OrvLayer::isSelected), QStringLiteral("BC"));
+    }
+
+    void arrowLeavesRowsThatShareBehind()
+    {
+        OrvLayer* pSharing = m_Channel->shareLayer(m_Layers[0], OrvLayerCreateFlags());
+        QVERIFY(pSharing);
+        m_Layers.append(pSharing);
+        pSharing->setName(QStringLiteral("E"));
+        refresh();
+        select({0});
+        key(Qt::Key_Down);
+        const QString Chosen = selectedRows();
+        QCOMPARE(Chosen.size(), 1);
+        QCOMPARE(names(&OrvLayer::isSelected), Chosen);
+    }
+
     void refusedCommandsSayWhy()
     {
         m_Layers[1]->setLocked(true);
@@ -525,14 +553,27 @@ private:
         m_View->treeView()->grab();
         QApplication::processEvents();
     }
+    QPoint placeOf(int Index) const
+    {
+        return m_View->treeView()->visualRect(m_View->model()->indexFromLayer(m_Layers[Index])).center();
+    }
+    /// Their names, as in names().
+    QString selectedRows() const
+    {
+        QString Names;
+        for (const OrvLayer* pLayer : m_Layers) {
+            const QModelIndex Place = m_View->model()->indexFromLayer(pLayer);
+            Names += m_View->treeView()->selectionModel()->isSelected(Place) ? pLayer->name() : QString();
+        }
+        return Names;
+    }
     /// The last one becomes current.
     void select(const QVector<int>& Indexes) const
     {
         auto modifier = Qt::KeyboardModifiers(Qt::NoModifier);
         for (int Index : Indexes) {
-            const QModelIndex Place = m_View->model()->indexFromLayer(m_Layers[Index]);
-            QTest::mouseClick(m_View->treeView()->viewport(), Qt::LeftButton, modifier,
-                m_View->treeView()->visualRect(Place).center());
+            QTest::mouseClick(
+                m_View->treeView()->viewport(), Qt::LeftButton, modifier, placeOf(Index));
             modifier = Qt::ControlModifier;
         }
     }

@@ -11,6 +11,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
@@ -453,6 +454,108 @@ private Q_SLOTS:
         QCOMPARE(OrvLayerManager::instance().currentLayer(), pLayer);
     }
 
+    void rowWidgetsServeTheNextStack()
+    {
+        const QList<OrvLayer*> Plain = addLayers(m_Channel, {"A", "B", "C", "D", "E", "F"});
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Bump"));
+        QList<OrvLayer*> Rich = addLayers(pOther, {"Masked", "Stacked", "Inside", "Locked", "Shared"});
+        Rich[0]->addMaskImageSet();
+        Rich[0]->setMaskEnabled(false);
+        Rich[1]->addMaskImageSet();
+        Rich[1]->convertMaskToMaskStack();
+        Rich[1]->setVisible(false);
+        addAdjustmentStack(Rich[1]);
+        OrvLayer* pGroup = group(pOther, {Rich[2]}, QStringLiteral("Group"));
+        Rich[3]->setLocked(true);
+        Rich[3]->setColor(Qt::red);
+        pOther->shareLayer(Rich[4], OrvLayerCreateFlags(30));
+        pOther->createAdjustmentLayer(
+            typeKey("^Filter/"), OrvLayerCreateFlags(), nullptr, QStringLiteral("Adjustment"));
+        Rich[0]->makeCurrent(false, true);
+
+        m_View->setLayerStack(m_Channel);
+        refresh();
+        for (OrvShaderInput* pChannel : {pOther, m_Channel, pOther}) {
+            const QSet<Row*> Before = rowWidgets();
+            OrvShaderInputManager::instance().makeShaderInputCurrent(pChannel, true);
+            m_View->setLayerStack(pChannel);
+            refresh();
+            const QSet<Row*> Now = rowWidgets();
+            QCOMPARE(Now.size(), pChannel->allLayers().size());
+            QVERIFY(Now.contains(Before) || Before.contains(Now));
+            const QImage Reused = m_View->treeView()->grab().toImage();
+            m_View->clearAndRefresh();
+            refresh();
+            QCOMPARE(m_View->treeView()->grab().toImage(), Reused);
+        }
+        // Each row follows its own layer alone.
+        Plain[0]->setName(QStringLiteral("Elsewhere"));
+        Rich[0]->setName(QStringLiteral("Renamed"));
+        QCOMPARE(nameLabel(Rich[0])->text(), QStringLiteral("Renamed"));
+        QVERIFY(m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)));
+        QCOMPARE(m_Messages.filter(QStringLiteral("NULL")), QStringList());
+    }
+
+    void rowWidgetsOutOfViewServeTheNextStack()
+    {
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Bump"));
+        for (int i = 0; i < 100; ++i) {
+            addLayer(m_Channel, QStringLiteral("Layer %1").arg(i));
+            addLayer(pOther, QStringLiteral("Other %1").arg(i));
+        }
+        m_View->setLayerStack(m_Channel);
+        refresh();
+        m_View->treeView()->scrollToBottom();
+        m_View->treeView()->grab();
+        m_View->setLayerStack(pOther);
+        refresh();
+        for (const int Index : {99, 0}) {
+            const QModelIndex Place = m_View->model()->index(Index, 0);
+            m_View->treeView()->scrollTo(Place);
+            m_View->treeView()->grab();
+            const Row* pRow = m_View->rowWidget(Place);
+            QCOMPARE(pRow->findChild<OrvEditLabel*>()->text(), QStringLiteral("Other %1").arg(99 - Index));
+            QVERIFY(pRow->isVisible());
+        }
+        // Fewer rows: no widget stays behind.
+        m_View->setLayerStack(addChannel(QStringLiteral("Empty")));
+        refresh();
+        QVERIFY(rowWidgets().isEmpty());
+    }
+
+    void whatARowBeganEndsWithItsStack()
+    {
+        OrvLayer* pHere = addLayer(m_Channel, QStringLiteral("Here"));
+        OrvShaderInput* pOther = addChannel(QStringLiteral("Bump"));
+        OrvLayer* pThere = addLayer(pOther, QStringLiteral("There"));
+        m_View->setLayerStack(m_Channel);
+        refresh();
+        QTest::mouseDClick(nameLabel(pHere), Qt::LeftButton);
+        QTest::keyClicks(nameLabel(pHere)->findChild<QLineEdit*>(), QStringLiteral("Typed"));
+        m_View->setLayerStack(pOther);
+        refresh();
+        QVERIFY(!nameLabel(pThere)->isEditing());
+        QCOMPARE(nameLabel(pThere)->text(), QStringLiteral("There"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(pThere->name(), QStringLiteral("There"));
+        QCOMPARE(pHere->name(), QStringLiteral("Here"));
+
+        // A menu that is still open says nothing of the layer that came.
+        QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(60, 10), row(pThere)->mapToGlobal({60, 10}));
+        QApplication::sendEvent(row(pThere), &Event);
+        auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QVERIFY(pMenu);
+        m_View->setLayerStack(m_Channel);
+        refresh();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        for (QAction* pAction : pMenu->actions()) {
+            if (pAction->text() == QLatin1String("Layer Properties"))
+                pAction->trigger();
+        }
+        QVERIFY(m_View->findChildren<OrvLayerPropertyDialog*>().isEmpty());
+        pMenu->close();
+    }
+
     void pressOnAComponentMakesTheViewActive()
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
@@ -657,6 +760,13 @@ private:
         // Rows get their contents when they are painted.
         m_View->treeView()->grab();
         QApplication::processEvents();
+    }
+    /// All there are, rid of those that are being deleted.
+    QSet<Row*> rowWidgets() const
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        const QList<Row*> Widgets = m_View->treeView()->viewport()->findChildren<Row*>();
+        return QSet<Row*>(Widgets.cbegin(), Widgets.cend());
     }
     Row* row(const OrvLayer* pLayer) const
     {
