@@ -147,7 +147,9 @@ void OrvColorSwatch::paintEvent(QPaintEvent*)
         Painter.fillRect(Area, Veil);
     }
     if (m_DrawBorder) {
-        Painter.setPen(OrvPainting::frameColor(palette(), hasFocus()));
+        // The frame of other controls would not show where a dark colour ends.
+        Painter.setPen(
+            hasFocus() ? OrvPainting::frameColor(palette(), true) : OrvPainting::dimTextColor(palette()));
         Painter.drawRect(rect().adjusted(0, 0, -1, -1));
     }
 }

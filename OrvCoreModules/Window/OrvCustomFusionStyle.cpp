@@ -5,6 +5,7 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QStyleFactory>
 #include <QtWidgets/QStyleOption>
 #include <QtWidgets/QToolButton>
@@ -245,6 +246,15 @@ void OrvCustomFusionStyle::drawPrimitive(
 {
     switch (Element) {
     case PE_PanelButtonCommand: {
+        // In a menu it stands behind the icon of a checked entry, and is all that tells that it is checked.
+        if (qobject_cast<const QMenu*>(pWidget)) {
+            QStyleOption Checked = *pOption;
+            Checked.state = State_Enabled | State_On;
+            if (pOption->state & State_Selected)
+                Checked.state |= State_MouseOver;
+            drawToolButtonPanel(pPainter, &Checked);
+            return;
+        }
         const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption);
         drawButtonPanel(
             pPainter, pOption, pButton && (pButton->features & QStyleOptionButton::DefaultButton));

@@ -2,6 +2,7 @@
 
 #include "OrvCore/Object/OrvSettings.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtWidgets/QVBoxLayout>
 
 namespace {
@@ -16,9 +17,19 @@ OrvPaletteSplitter::OrvPaletteSplitter(const QString& SettingsGroup, QWidget* pP
     , m_SettingsGroup(SettingsGroup)
 {
     setChildrenCollapsible(false);
+    // The window with its palettes outlives the program's run.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+        if (m_IsSet)
+            saveToSettings();
+    });
 }
 
 OrvPaletteSplitter::~OrvPaletteSplitter()
+{
+    saveToSettings();
+}
+
+void OrvPaletteSplitter::saveToSettings() const
 {
     OrvSettings Settings;
     Settings.beginGroup(m_SettingsGroup);

@@ -24,6 +24,7 @@ protected:
 
 private:
     void shareOutHeight();
+    void saveToSettings() const;
 
     QString m_SettingsGroup;
     bool m_IsSet = false;

@@ -9,7 +9,9 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 
 #include <QtGui/QDragMoveEvent>
+#include <QtGui/QHelpEvent>
 #include <QtWidgets/QStyledItemDelegate>
+#include <QtWidgets/QToolTip>
 
 namespace {
 
@@ -29,7 +31,7 @@ bool isWelcome(OrvSnBaseNode* pNode)
     return pLayer->isShaderLayer();
 }
 
-/// Rows are as wide as the list; a longer name is elided.
+/// Rows are as wide as the list; a longer name is elided, and a tool tip tells it in full.
 class RowDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -37,6 +39,16 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& Option, const QModelIndex& Index) const override
     {
         return {IconEdge, QStyledItemDelegate::sizeHint(Option, Index).height()};
+    }
+
+    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& Option,
+        const QModelIndex& Index) override
+    {
+        const bool IsElided = QStyledItemDelegate::sizeHint(Option, Index).width() > Option.rect.width();
+        if (pEvent->type() != QEvent::ToolTip || !IsElided)
+            return QStyledItemDelegate::helpEvent(pEvent, pView, Option, Index);
+        QToolTip::showText(pEvent->globalPos(), Index.data().toString(), pView->viewport(), Option.rect);
+        return true;
     }
 };
 
@@ -50,12 +62,43 @@ OrvShaderListView::OrvShaderListView(QWidget* pParent)
     setUniformItemSizes(true);
     setItemDelegate(new RowDelegate(this));
     setDragDropMode(QAbstractItemView::DragDrop);
+    // A drop is for the list, not for a place in it.
+    setDropIndicatorShown(false);
 }
 
 void OrvShaderListView::currentChanged(const QModelIndex& Current, const QModelIndex& Previous)
 {
     QListView::currentChanged(Current, Previous);
-    Q_EMIT currentIndexChanged(Current, Previous);
+    if (!m_IsPressing)
+        Q_EMIT currentIndexChanged(Current, Previous);
+}
+
+void OrvShaderListView::mousePressEvent(QMouseEvent* pEvent)
+{
+    const QPersistentModelIndex Former = currentIndex();
+    m_Pressed = pEvent->button() == Qt::LeftButton ? indexAt(pEvent->pos()) : QModelIndex();
+    m_IsPressing = m_Pressed.isValid();
+    QListView::mousePressEvent(pEvent);
+    // The row pressed stays selected: it is what a drag takes along.
+    if (m_IsPressing)
+        selectionModel()->setCurrentIndex(Former, QItemSelectionModel::NoUpdate);
+    m_IsPressing = false;
+}
+
+void OrvShaderListView::mouseReleaseEvent(QMouseEvent* pEvent)
+{
+    QListView::mouseReleaseEvent(pEvent);
+    const QModelIndex Pressed = m_Pressed;
+    m_Pressed = QModelIndex();
+    if (Pressed.isValid())
+        setCurrentIndex(Pressed);
+}
+
+void OrvShaderListView::startDrag(Qt::DropActions SupportedActions)
+{
+    m_Pressed = QModelIndex();
+    QListView::startDrag(SupportedActions);
+    selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
 }
 
 void OrvShaderListView::dragMoveEvent(QDragMoveEvent* pEvent)

@@ -9,6 +9,7 @@
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputsPane.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
@@ -81,8 +82,9 @@ void OrvShaderMaterialsView::connectHost()
     connect(&OrvShaderInputManager::instance(), SIGNAL(shaderInputRenamed(OrvShaderInput*)), this,
         SLOT(onShaderInputRenamed(OrvShaderInput*)));
     connect(m_TabBar, SIGNAL(currentChanged(int)), this, SLOT(onTabChanged(int)));
+    connect(m_TabBar, &QTabBar::tabBarClicked, this, &OrvShaderMaterialsView::openTab);
     connect(m_ShaderView->inputsPane(), &OrvShaderInputsPane::materialChosen, this,
-        &OrvShaderMaterialsView::openTab);
+        [this](const OrvShaderInput* pChannel) { openTab(tabIndex(pChannel)); });
 }
 
 void OrvShaderMaterialsView::onShaderTagsChanged(QString, OrvLayerShader*)
@@ -197,11 +199,26 @@ int OrvShaderMaterialsView::tabIndex(const OrvShaderInput* pShaderInput) const
     return -1;
 }
 
-void OrvShaderMaterialsView::openTab(const OrvShaderInput* pShaderInput)
+void OrvShaderMaterialsView::openTab(int TabIndex)
 {
-    const int Index = tabIndex(pShaderInput);
-    if (Index >= 0)
-        m_TabBar->setCurrentIndex(Index);
+    if (TabIndex < 0)
+        return;
+    m_TabBar->setCurrentIndex(TabIndex);
+    // The user goes there to work: commands of the menus are for these layers.
+    if (m_LayerView->layerStack())
+        m_LayerView->makeActive();
+}
+
+void OrvShaderMaterialsView::showLayers(OrvShaderInput* pShaderInput)
+{
+    const bool GivesUp = m_LayerView->layerStack() && !pShaderInput;
+    m_LayerView->setLayerStack(pShaderInput);
+    if (!GivesUp)
+        return;
+    // Commands do not stay with a palette that has no layers.
+    OrvLayerViewContextManager& Palettes = OrvLayerViewContextManager::instance();
+    if (Palettes.layerView() == m_LayerView)
+        Palettes.setActiveLayerView(Palettes.mainLayerView());
 }
 
 /// All read the same; where they stand and their tool tips tell them apart.
@@ -238,12 +255,12 @@ void OrvShaderMaterialsView::onShaderRenamed()
 void OrvShaderMaterialsView::onTabChanged(int TabIndex)
 {
     if (TabIndex < 0) {
-        m_LayerView->setLayerStack(nullptr);
+        showLayers(nullptr);
         return;
     }
     QObject* pObject = tabObject(TabIndex);
     OrvShaderInput* pChannel = qobject_cast<OrvShaderInput*>(pObject);
-    m_LayerView->setLayerStack(pChannel);
+    showLayers(pChannel);
     m_LayerView->setVisible(pChannel);
     m_ShaderView->setVisible(pObject == m_ShaderView);
 }

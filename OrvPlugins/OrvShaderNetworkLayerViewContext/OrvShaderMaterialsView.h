@@ -44,7 +44,10 @@ private:
     void stopFollowingShader();
     void addMissingTabs();
     void removeLeftOverTabs();
-    void openTab(const OrvShaderInput* pShaderInput);
+    /// For the user, who goes on working there.
+    void openTab(int TabIndex);
+    /// Of a channel, or none.
+    void showLayers(OrvShaderInput* pShaderInput);
     void titleTab(OrvShaderInput* pShaderInput);
     QObject* tabObject(int TabIndex) const;
     int tabIndex(const OrvShaderInput* pShaderInput) const;

@@ -10,6 +10,7 @@
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
 
 #include <QtWidgets/QAction>
@@ -106,12 +107,14 @@ void OrvShaderTagActions::view(Target What)
     OrvLayerShaderManager& Shaders = OrvLayerShaderManager::instance();
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     OrvSnBaseNode* pNode = pNetwork ? shaderOf(What, pNetwork) : nullptr;
-    if (!pNetwork)
+    if (!pNetwork) {
         report(__LINE__, "Cannot get a handle to the current shader network");
-    else if (!pNode)
+    } else if (!pNode) {
         report(__LINE__, Table[What].pMissing);
-    else
+        OrvLayerViewUtils::tell(tr("There is nothing to show: add a shader of your own first."));
+    } else {
         Shaders.setCurrentShader(pNode);
+    }
     // The action has toggled itself; what counts is what is shown now.
     showCurrent(pNetwork ? Shaders.currentLayerShader() : nullptr);
 }

@@ -238,7 +238,10 @@ QStandardItem* OrvShaderView::addShaderNode(OrvSnBaseNode* Node)
         report(__LINE__, "Node is NULL");
         return nullptr;
     }
-    return m_Rows->addRow(Node);
+    QStandardItem* pItem = m_Rows->addRow(Node);
+    if (pItem)
+        m_ListView->scrollTo(pItem->index());
+    return pItem;
 }
 
 void OrvShaderView::onItemChanged(QStandardItem* Item)

@@ -10,6 +10,7 @@
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvPanelToolBars.h"
 #include "OrvCoreModules/Menus/OrvToggleAction.h"
+#include "OrvCoreModules/Window/OrvCustomFusionStyle.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 
 #include <QtTest/QtTest>
@@ -285,6 +286,26 @@ private Q_SLOTS:
         QCOMPARE(pShaders->actions(), QList<QAction*>{pAdd});
         QCOMPARE(Types.menuAction(), pAdd);
         pAdd->setMenu(nullptr);
+    }
+
+    /// Even where an icon stands in the place of the check.
+    void checkedEntriesWithIconsLookChecked()
+    {
+        OrvCustomFusionStyle Style;
+        QMenu Menu;
+        Menu.setStyle(&Style);
+        Menu.setPalette(Style.standardPalette());
+        QPixmap Clear(16, 16);
+        Clear.fill(Qt::transparent);
+        QAction* pEntry = Menu.addAction(QIcon(Clear), QStringLiteral("Shown"));
+        pEntry->setCheckable(true);
+        const auto ground = [&Menu, pEntry] {
+            const QImage Picture = Menu.grab(Menu.actionGeometry(pEntry)).toImage();
+            return Picture.pixelColor(12, Picture.height() / 2);
+        };
+        const QColor Unchecked = ground();
+        pEntry->setChecked(true);
+        QVERIFY(ground().blue() - Unchecked.blue() > 50);
     }
 
     void layerContextMenuLeadsWithTheLayersMenu()

@@ -195,6 +195,25 @@ private Q_SLOTS:
         QTRY_VERIFY(!pSwatch->picker());
     }
 
+    /// On a dark ground as well.
+    void swatchShowsWhereItsColorEnds()
+    {
+        OrvColorSwatch* pSwatch = shown(new OrvColorSwatch);
+        pSwatch->clearFocus();
+        QPalette Dark(QColor(0xdc, 0xdc, 0xdc), QColor(0x35, 0x35, 0x35));
+        Dark.setColor(QPalette::Text, QColor(0xdc, 0xdc, 0xdc));
+        Dark.setColor(QPalette::Base, QColor(0x2b, 0x2b, 0x2b));
+        pSwatch->setPalette(Dark);
+        for (const OrvColor& Color : {OrvColor::black(), OrvColor(0.2f, 0.2f, 0.2f)}) {
+            pSwatch->setColor(Color);
+            const QImage Picture = pSwatch->grab().toImage();
+            const QPoint Middle = pSwatch->rect().center();
+            const int Frame = qGray(Picture.pixel(0, Middle.y()));
+            QVERIFY(Frame - qGray(Picture.pixel(Middle)) > 64);
+            QVERIFY(Frame - qGray(Dark.color(QPalette::Window).rgb()) > 64);
+        }
+    }
+
     void swatchTakesDroppedColors()
     {
         OrvColorSwatch* pSwatch = shown(new OrvColorSwatch);

@@ -1,12 +1,15 @@
+#include "Tests/OrvPlugins/LayersPaletteFixture.h"
 #include "Tests/OrvPlugins/SettingsDirectory.h"
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputChannelButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputsPane.h"
@@ -25,17 +28,25 @@ class TstMaterialsView : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_Directory.isValid()); }
+    void initTestCase()
+    {
+        QVERIFY(m_Directory.isValid());
+        QVERIFY(LayersFixture::showLayersPalette(QSize(900, 700)));
+        // With room for all tabs.
+        OrvPalette* pPalette = OrvPaletteManager::find(QStringLiteral("Shaders"));
+        pPalette->open();
+        pPalette->setFloating(true);
+        pPalette->resize(400, 900);
+        m_View = qobject_cast<OrvShaderMaterialsView*>(
+            OrvLayerViewContextManager::instance().shaderView()->parentWidget());
+        QVERIFY(m_View);
+        m_Tabs = m_View->tabBar();
+    }
 
     void init()
     {
         m_Project = std::make_unique<OrvTestProject>();
         m_Shader = addShader("Shader/LayeredMaterial");
-        m_View = std::make_unique<OrvShaderMaterialsView>(nullptr);
-        m_View->resize(400, 600);
-        m_View->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
-        m_Tabs = m_View->tabBar();
         m_Messages.clear();
         OrvSetDebugSink([this](const OrvDebugMessage& Message) {
             if (Message.File == QLatin1String("OrvShaderMaterialsView"))
@@ -47,7 +58,6 @@ private Q_SLOTS:
     {
         OrvSetDebugSink({});
         shaders().setLayerShaderCreating(false);
-        m_View.reset();
         m_Project.reset();
     }
 
@@ -104,6 +114,30 @@ private Q_SLOTS:
         QVERIFY(!m_View->layerView()->layerStack());
     }
 
+    /// As long as it is open: a palette without layers has no use for commands.
+    void menuCommandsAreForTheTabThatTheUserOpened()
+    {
+        OrvLayerViewContextManager& Palettes = OrvLayerViewContextManager::instance();
+        Palettes.setActiveLayerView(Palettes.mainLayerView());
+        OrvShaderInput* pSkin = connectMaterial(1);
+        clickTab(tabOf(pSkin));
+        QCOMPARE(Palettes.layerView(), m_View->layerView());
+        QCOMPARE(OrvLayerManager::instance().currentLayerStack(), pSkin);
+        clickTab(0);
+        QCOMPARE(Palettes.layerView(), Palettes.mainLayerView());
+
+        clickTab(tabOf(pSkin));
+        Palettes.setActiveLayerView(Palettes.mainLayerView());
+        OrvShaderInput* pCloth = connectMaterial(2);
+        m_Shader->setInputShaderInput(QStringLiteral("Material 1"), nullptr);
+        QCOMPARE(m_View->layerView()->layerStack(), pCloth);
+        QCOMPARE(Palettes.layerView(), Palettes.mainLayerView());
+        clickTab(tabOf(pCloth));
+        QCOMPARE(Palettes.layerView(), m_View->layerView());
+        addShader("Shader/Unlit");
+        QCOMPARE(Palettes.layerView(), Palettes.mainLayerView());
+    }
+
     void materialIsReachedFromItsInput()
     {
         OrvShaderInput* pSkin = connectMaterial(1);
@@ -134,8 +168,6 @@ private Q_SLOTS:
         m_View->onShaderInputNameChanged(pCloth, QStringLiteral("Linen"));
         QCOMPARE(tabs(), Titles);
 
-        // Shaders are followed from when they are announced.
-        m_View->onShaderAdded(m_Shader);
         spoil();
         m_Shader->node()->setName(QStringLiteral("Armour"));
         QCOMPARE(tabs(), Titles);
@@ -313,7 +345,7 @@ private:
 
     SettingsDirectory m_Directory;
     std::unique_ptr<OrvTestProject> m_Project;
-    std::unique_ptr<OrvShaderMaterialsView> m_View;
+    OrvShaderMaterialsView* m_View = nullptr;
     OrvLayerShader* m_Shader = nullptr;
     QTabBar* m_Tabs = nullptr;
     QStringList m_Messages;

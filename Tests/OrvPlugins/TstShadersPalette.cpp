@@ -2,6 +2,7 @@
 #include "SettingsDirectory.h"
 #include "ShadersFixture.h"
 
+#include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
@@ -12,18 +13,23 @@
 #include "OrvCoreModules/Menus/OrvPanelToolBars.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderListView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderMaterialsView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderTagActions.h"
 
 #include <QtCore/QMimeData>
+#include <QtGui/QHelpEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSplitter>
 #include <QtWidgets/QToolButton>
+#include <QtWidgets/QToolTip>
 #include <QtWidgets/QUndoStack>
 
 #include <memory>
@@ -304,8 +310,10 @@ private Q_SLOTS:
         const OrvSnBaseNode* pCurrent = shaders().currentShaderNode();
         m_View->lastSelectedUserShader();
         QCOMPARE(m_Messages.takeLast(), QStringLiteral("Cannot get Current Channel Shader"));
+        OrvStatusManager::instance().showMessage(QString());
         tagAction("Material")->trigger();
         QCOMPARE(m_Messages.takeLast(), QStringLiteral("Cannot get Current Material Shader"));
+        QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("shader of your own")));
         QCOMPARE(shaders().currentShaderNode(), pCurrent);
         QCOMPARE(checkedTags(), QStringList{"Channel"});
         addShader(QStringLiteral("Paper"));
@@ -400,6 +408,28 @@ private Q_SLOTS:
         QVERIFY(!Requested.isEmpty());
     }
 
+    /// A press may be the start of a drag to one of the current shader's material tabs.
+    void aRowBecomesCurrentWhenItIsReleased()
+    {
+        OrvLayerShader* pPaper = addShader(QStringLiteral("Paper"));
+        QTRY_COMPARE(m_List->currentIndex().row(), 5);
+        QApplication::processEvents();
+        const QModelIndex Index = m_View->model()->index(2, 0);
+        m_List->scrollTo(Index);
+        const QPoint Place = m_List->visualRect(Index).center();
+        QTest::mousePress(m_List->viewport(), Qt::LeftButton, Qt::NoModifier, Place);
+        QCOMPARE(m_List->selectionModel()->selectedIndexes(), QModelIndexList{Index});
+        QCOMPARE(shaders().currentLayerShader(), pPaper);
+        QTest::mouseRelease(m_List->viewport(), Qt::LeftButton, Qt::NoModifier, Place);
+        QCOMPARE(shaders().currentShaderNode(), shaders().getCurrentCurrentLayerShader());
+        // The right button opens the menu of what it points at.
+        const QModelIndex Other = m_View->model()->index(3, 0);
+        m_List->scrollTo(Other);
+        QTest::mousePress(
+            m_List->viewport(), Qt::RightButton, Qt::NoModifier, m_List->visualRect(Other).center());
+        QCOMPARE(shaders().currentShaderNode(), shaders().getCurrentCurrentComponentShader());
+    }
+
     void removalMakesANeighbourCurrent()
     {
         OrvLayerShader* pA = addShader(QStringLiteral("A"));
@@ -462,6 +492,17 @@ private Q_SLOTS:
         QCOMPARE(m_View->model()->nodeFromIndex(m_List->currentIndex()), shaders().currentShaderNode());
     }
 
+    void updatingShadersLeavesTheLayersInSight()
+    {
+        const OrvLayerView* pLayers = OrvLayerViewContextManager::instance().mainLayerView();
+        m_pProject->paint(QStringLiteral("Paint"));
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_pProject->channel(), true);
+        QTRY_COMPARE(pLayers->model()->rowCount(), 1);
+        OrvShaderNetworkManager::instance().upgradeAllNodes();
+        QTRY_COMPARE(pLayers->layerStack(), m_pProject->channel());
+        QTRY_COMPARE(pLayers->model()->rowCount(), 1);
+    }
+
     /// Each object has its own shaders, and its own current one.
     void rowsFollowTheCurrentObject()
     {
@@ -484,18 +525,44 @@ private Q_SLOTS:
         QVERIFY(tagAction("UserSelectedShader")->isChecked());
     }
 
+    /// The Layers palette has no stack before and after.
+    void theEmptyLayersPaletteTellsWhereMaterialsAre()
+    {
+        OrvShaderInputManager& Channels = OrvShaderInputManager::instance();
+        const OrvLayerView* pLayers = OrvLayerViewContextManager::instance().mainLayerView();
+        const auto told = [pLayers] { return pLayers->treeView()->emptyText(); };
+        Channels.destroy(m_pProject->channel(), OrvShaderInputManager::SharersBecomeGroups);
+        QTRY_VERIFY(!pLayers->layerStack() && !told().isEmpty());
+        QTest::qWait(300); // the last refresh
+        OrvShaderInput* pMaterial = addMaterialChannel();
+        Channels.makeShaderInputCurrent(pMaterial, true);
+        QVERIFY(!pLayers->layerStack());
+        QVERIFY2(told().contains(pMaterial->name()), qPrintable(told()));
+        pMaterial->node()->setName(QStringLiteral("Leather"));
+        QVERIFY2(told().contains(QStringLiteral("Leather")), qPrintable(told()));
+    }
+
     /// In a narrow palette the end of a long name is left out.
     void rowsFitTheList()
     {
-        addShader(QStringLiteral("A shader with a name of many words, more than any palette has room for"));
+        const QString Words = QStringLiteral(" many words, more than any palette has room for,").repeated(5);
+        addShader(QStringLiteral("A shader with a name of") + Words);
         addShader(QStringLiteral("Paper"));
-        addShader(
-            QStringLiteral("Another shader with a name of many words, more than a palette has room for"));
+        addShader(QStringLiteral("Another shader with a name of") + Words);
         QTRY_COMPARE(userRows(m_View).size(), 3);
         QApplication::processEvents();
         QCOMPARE(m_List->horizontalScrollBar()->maximum(), 0);
         for (int Row = 5; Row < 8; ++Row)
             QCOMPARE(m_List->visualRect(m_View->model()->index(Row, 0)).width(), m_List->viewport()->width());
+
+        for (int Row : {6, 7}) {
+            m_List->scrollTo(m_View->model()->index(Row, 0));
+            const QPoint Place = m_List->visualRect(m_View->model()->index(Row, 0)).center();
+            QHelpEvent Help(QEvent::ToolTip, Place, m_List->viewport()->mapToGlobal(Place));
+            QApplication::sendEvent(m_List->viewport(), &Help);
+            QCOMPARE(QToolTip::text(), Row == 7 ? m_View->model()->item(Row)->text() : QString());
+        }
+        QToolTip::hideText();
     }
 
     void withoutAProjectNothingIsListed()
@@ -545,6 +612,17 @@ private Q_SLOTS:
             pSplitter->setSizes({120, 480});
             Left = pSplitter->saveState();
         }
+    }
+
+    /// Palettes are still there when the program ends.
+    void splitterIsRememberedWhenTheProgramEnds()
+    {
+        const QString Key = QStringLiteral("ShaderView/SplitterSize");
+        OrvSettings().remove(Key);
+        QSplitter* pSplitter = m_View->findChild<QSplitter*>();
+        pSplitter->setSizes({pSplitter->height() / 3, pSplitter->height() * 2 / 3});
+        QMetaObject::invokeMethod(qApp, "aboutToQuit", Qt::DirectConnection);
+        QCOMPARE(OrvSettings().value(Key).toByteArray(), pSplitter->saveState());
     }
 
 private:
