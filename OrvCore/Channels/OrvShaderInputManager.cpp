@@ -3,12 +3,15 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
+
+#include <algorithm>
 
 OrvShaderInputManager& OrvShaderInputManager::instance()
 {
@@ -17,6 +20,9 @@ OrvShaderInputManager& OrvShaderInputManager::instance()
 }
 
 OrvShaderInputManager::OrvShaderInputManager()
+    : m_Names([](const OrvSnBaseNode* pNode) {
+        return qobject_cast<const OrvSnShaderInputNode*>(pNode) != nullptr;
+    })
 {
     qRegisterMetaType<OrvColorSpaceConfig>("OrvColorSpaceConfig");
     qRegisterMetaType<GLenum>("GLenum");
@@ -65,10 +71,13 @@ void OrvShaderInputManager::makeShaderInputCurrent(
 {
     if (!pNetwork || m_Current.value(pNetwork) == pInput)
         return;
-    if (pInput)
+    if (pInput) {
         m_Current.insert(pNetwork, pInput);
-    else
+        m_Visited[pNetwork].removeOne(pInput);
+        m_Visited[pNetwork].append(pInput);
+    } else {
         m_Current.remove(pNetwork);
+    }
     OrvLayerManager& Layers = OrvLayerManager::instance();
     const bool IsCurrent = pNetwork == OrvShaderNetworkManager::instance().currentShaderNetwork();
     if (IsCurrent)
@@ -91,9 +100,9 @@ QList<OrvShaderInput*> OrvShaderInputManager::getShaderInputsFromNetwork(
 OrvShaderInput* OrvShaderInputManager::neighborOf(
     const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
 {
+    // In the order of the palette, so that the row below follows.
     const auto comesBefore = [](const OrvShaderInput* pFirst, const OrvShaderInput* pSecond) {
-        const int Order = QString::compare(pFirst->name(), pSecond->name(), Qt::CaseInsensitive);
-        return Order != 0 ? Order < 0 : pFirst->name() < pSecond->name();
+        return pFirst->name() < pSecond->name();
     };
     // One pass: a document may have thousands.
     const QList<OrvShaderInput*> Channels = getShaderInputsFromNetwork(pNetwork);
@@ -114,6 +123,16 @@ OrvShaderInput* OrvShaderInputManager::neighborOf(
     return pNext ? pNext : pPrevious;
 }
 
+OrvShaderInput* OrvShaderInputManager::formerOf(
+    const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const
+{
+    const QVector<QPointer<OrvShaderInput>> Visited = m_Visited.value(pNetwork);
+    const auto Found = std::find_if(Visited.crbegin(), Visited.crend(), [&](const OrvShaderInput* pChannel) {
+        return pChannel && pChannel != pInput && pChannel->network() == pNetwork;
+    });
+    return Found != Visited.crend() ? Found->data() : nullptr;
+}
+
 void OrvShaderInputManager::selectNextShaderInput()
 {
     OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
@@ -127,7 +146,7 @@ bool OrvShaderInputManager::destroy(OrvShaderInput* pInput, int Strategy)
         return false;
     OrvLayerManager& Layers = OrvLayerManager::instance();
     if (!pInput->isModifiable()) {
-        Q_EMIT Layers.refused(tr("'%1' is locked or cached").arg(pInput->name()));
+        Q_EMIT Layers.refused(OrvEditObstacle::of(pInput));
         return false;
     }
     OrvUndoManager::AutoMacro Macro(tr("Remove Channel : %1").arg(pInput->name()));
@@ -187,6 +206,7 @@ void OrvShaderInputManager::onNodeRegistered(OrvShaderNetwork* pNetwork, OrvSnBa
         Q_EMIT shaderInputCreated(pChannelNode->m_pShaderInput);
     }
     m_Channels[pNetwork].append(pChannelNode->m_pShaderInput);
+    m_Names.enter(pNode);
     m_Empty.insert(pChannelNode->m_pShaderInput, pChannelNode->m_pShaderInput->isEmpty());
     Q_EMIT shaderInputAdded(pChannelNode->m_pShaderInput);
     // Who makes a channel makes it current; where undo or redo brings the first one back, nobody does.
@@ -201,11 +221,21 @@ void OrvShaderInputManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSn
     if (!pInput)
         return;
     const bool WasCurrent = m_Current.value(pNetwork) == pInput;
-    OrvShaderInput* pNext = WasCurrent ? neighborOf(pNetwork, pInput) : nullptr;
+    OrvShaderInput* pNext = nullptr;
+    if (WasCurrent) {
+        // Undo of what made the channel leads back to where the user was before.
+        pNext = OrvUndoManager::instance().isRestoring() ? formerOf(pNetwork, pInput) : nullptr;
+        if (!pNext)
+            pNext = neighborOf(pNetwork, pInput);
+    }
     QList<OrvShaderInput*>& Channels = m_Channels[pNetwork];
     Channels.removeOne(pInput);
-    if (Channels.isEmpty())
+    m_Names.leave(pNetwork, pNode);
+    m_Reconnected.remove(pInput);
+    if (Channels.isEmpty()) {
         m_Channels.remove(pNetwork);
+        m_Visited.remove(pNetwork);
+    }
     m_Empty.remove(pInput);
     if (WasCurrent)
         makeShaderInputCurrent(pNetwork, pNext, true);
@@ -214,6 +244,7 @@ void OrvShaderInputManager::onNodeDeregistered(OrvShaderNetwork* pNetwork, OrvSn
 
 void OrvShaderInputManager::onNodeNameChanged(OrvSnBaseNode* pNode, QString)
 {
+    m_Names.rename(pNode);
     if (OrvShaderInput* pInput = OrvShaderInputUtils::getShaderInput(pNode))
         Q_EMIT shaderInputRenamed(pInput);
 }
@@ -233,6 +264,9 @@ void OrvShaderInputManager::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString
 void OrvShaderInputManager::onNodeReconnected(
     OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode, OrvSnBaseNode* pNewInputNode, OrvSnBaseNode*)
 {
+    OrvShaderInput* pInput = OrvShaderInputUtils::getShaderInput(pNode);
+    if (m_Empty.contains(pInput))
+        m_Reconnected.insert(pInput);
     if (pNode->hasTag(OrvSnNames::ShaderTag) && OrvShaderInputUtils::getShaderInput(pNewInputNode))
         Q_EMIT newShaderInputConnected(InputName, pNewInputNode);
 }
@@ -248,14 +282,11 @@ void OrvShaderInputManager::onCurrentNetworkChanged()
 
 void OrvShaderInputManager::onStructureRefreshed()
 {
-    QList<OrvShaderInput*> Changed;
-    for (auto Channel = m_Empty.begin(); Channel != m_Empty.end(); ++Channel) {
-        const bool Empty = Channel.key()->isEmpty();
-        if (std::exchange(Channel.value(), Empty) != Empty)
-            Changed.append(Channel.key());
+    for (OrvShaderInput* pInput : std::exchange(m_Reconnected, {})) {
+        const bool Empty = pInput->isEmpty();
+        if (std::exchange(m_Empty[pInput], Empty) != Empty)
+            Q_EMIT pInput->layerMadeCurrent();
     }
-    for (OrvShaderInput* pInput : qAsConst(Changed))
-        Q_EMIT pInput->layerMadeCurrent();
 }
 
 #include "moc_OrvShaderInputManager.cpp"

@@ -2,12 +2,15 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvNodeNames.h"
 #include "OrvCore/OrvCoreExport.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QPointer>
+#include <QtCore/QSet>
+#include <QtCore/QVector>
 
 class OrvShaderNetwork;
 class OrvSnBaseNode;
@@ -30,6 +33,11 @@ public:
     /// A null channel is allowed.
     void makeShaderInputCurrent(OrvShaderNetwork* pNetwork, OrvShaderInput* pInput, bool Notify);
     QList<OrvShaderInput*> getShaderInputsFromNetwork(const OrvShaderNetwork* pNetwork) const;
+    /// A name that no channel of the network has: the given one, or the same with a number.
+    QString uniqueName(const OrvShaderNetwork* pNetwork, const QString& Base) const
+    {
+        return m_Names.unique(pNetwork, Base);
+    }
     /// Makes the next channel by name current, or the previous one when there is none.
     void selectNextShaderInput();
     /// Undoable. False, with nothing changed and the reason told (OrvLayerManager::refused), when the channel is
@@ -64,9 +72,14 @@ private:
     /// The next channel by name, else the previous one, or null; a channel that is not listed: the first by
     /// name.
     OrvShaderInput* neighborOf(const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const;
+    /// The channel of the network that was the current one last, except for this one; or null.
+    OrvShaderInput* formerOf(const OrvShaderNetwork* pNetwork, const OrvShaderInput* pInput) const;
 
     QHash<const OrvShaderNetwork*, QList<OrvShaderInput*>> m_Channels;
+    OrvNodeNames m_Names;
     QHash<OrvShaderInput*, bool> m_Empty; ///< as last told
+    QSet<OrvShaderInput*> m_Reconnected; ///< may have become empty, or no longer be
     QHash<const OrvShaderNetwork*, QPointer<OrvShaderInput>> m_Current;
+    QHash<const OrvShaderNetwork*, QVector<QPointer<OrvShaderInput>>> m_Visited; ///< the latest last
     QHash<const OrvShaderInput*, QPointer<OrvLayer>> m_CurrentLayers;
 };

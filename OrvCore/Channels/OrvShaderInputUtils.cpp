@@ -5,6 +5,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvSnapshotClipboard.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
@@ -17,7 +18,6 @@
 #include "OrvDdi/Image/OrvImageSet.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QSet>
 
 namespace {
 
@@ -85,14 +85,7 @@ QList<OrvShaderInput*> findParents(const OrvSnBaseNode* pNode, const QString&)
 
 QString generateUniqueName(const OrvShaderNetwork* pNetwork, const QString& Base)
 {
-    QSet<QString> Taken;
-    for (const OrvShaderInput* pChannel :
-        OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork))
-        Taken.insert(pChannel->name());
-    QString Name = Base;
-    for (int Number = 2; Taken.contains(Name); ++Number)
-        Name = Base + QLatin1Char(' ') + QString::number(Number);
-    return Name;
+    return OrvShaderInputManager::instance().uniqueName(pNetwork, Base);
 }
 
 OrvShaderInput* create(OrvShaderNetwork* pNetwork, const QString& Name, const QSize& Size, GLenum Depth,
@@ -163,7 +156,7 @@ bool cutToClipboard(OrvShaderInput* pInput, int Strategy)
     if (!canBeCopied(pInput))
         return false;
     if (!pInput->isModifiable())
-        return refuse(tr("'%1' is locked or cached").arg(pInput->name()));
+        return refuse(OrvEditObstacle::of(pInput));
     const OrvChannelSnapshot Snapshot
         = OrvChannelSnapshot::capture(pInput, OrvChainEditing::Channels::AreFollowed);
     const OrvUndoManager::AutoMacro Macro(tr("Cut Channel : %1").arg(pInput->path()));

@@ -6,6 +6,7 @@
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerCurrentEdits.h"
 #include "OrvCore/Layers/OrvLayerNotices.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Layers/OrvMultiChannelLayer.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
@@ -42,6 +43,7 @@ OrvLayerManager& OrvLayerManager::instance()
 }
 
 OrvLayerManager::OrvLayerManager()
+    : m_Names(OrvLayerUtils::holdsLayerName)
 {
     qRegisterMetaType<OrvLayer*>("OrvLayer*");
     qRegisterMetaType<OrvLayerStack*>("OrvLayerStack*");

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerNames.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Network/OrvNodeNames.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/OrvCoreExport.h"
 
@@ -99,7 +99,7 @@ private:
         QPointer<OrvSnBaseNode> pComponent;
     };
     QHash<const OrvShaderNetwork*, LeftBehind> m_Left;
-    OrvLayerNames m_Names;
+    OrvNodeNames m_Names;
     std::unique_ptr<OrvLayerNotices> m_pNotices;
     OrvSnMergeNode* m_pDummyBlendNode = nullptr;
     bool m_StructureChanged = false;

@@ -3,6 +3,7 @@
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerCost.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -52,7 +53,7 @@ void OrvLayerNotices::onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode* pNode
 void OrvLayerNotices::onNodeReconnected(OrvShaderNetwork*, QString InputName, OrvSnBaseNode* pNode,
     OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode)
 {
-    const bool IsMerge = OrvLayerNames::holdsLayerName(pNode);
+    const bool IsMerge = OrvLayerUtils::holdsLayerName(pNode);
     // A merge node that nothing reads yet, or any more, takes nothing along.
     const bool InChain = OrvChainTargets::continuesChain(pNode, InputName) && !pNode->consumers().isEmpty();
     if (InChain || OrvChainTargets::isTarget(pNode, InputName))
@@ -78,7 +79,7 @@ void OrvLayerNotices::onNodeReconnected(OrvShaderNetwork*, QString InputName, Or
 void OrvLayerNotices::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
 {
     OrvLayerCost::invalidate();
-    if (OrvLayerNames::holdsLayerName(pNode)) {
+    if (OrvLayerUtils::holdsLayerName(pNode)) {
         m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
         for (OrvLayer* pLayer : OrvLayerManager::layersOf(pNode)) {
             Q_EMIT pLayer->enabledAsBoolChanged(pLayer->isVisible());

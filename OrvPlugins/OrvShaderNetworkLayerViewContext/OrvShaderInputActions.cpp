@@ -4,14 +4,17 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCoreModules/Menus/OrvAction.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
@@ -42,12 +45,15 @@ void report(int Line, const QString& Message)
     OrvDebug(File, Line, Message, false, false);
 }
 
-/// Null is reported under the name.
+/// Null is reported under the name, and told to the user.
 OrvShaderInput* currentShaderInput(const char* pName, int Line)
 {
     OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput();
-    if (!pShaderInput)
+    if (!pShaderInput) {
         report(Line, QStringLiteral("%1 is NULL").arg(QLatin1String(pName)));
+        OrvLayerViewUtils::tell(
+            OrvShaderInputActions::tr("There is no channel to work on: add or choose one first."));
+    }
     return pShaderInput;
 }
 
@@ -136,6 +142,11 @@ OrvShaderInputActions::OrvShaderInputActions()
     OrvProjectManager& ProjectManager = OrvProjectManager::instance();
     connect(&ProjectManager, SIGNAL(onMakeProjectCurrent(OrvProject*)), this,
         SLOT(switchActionsEnabled(OrvProject*)));
+    connect(
+        &ProjectManager, SIGNAL(objectMadeCurrent(OrvGeoEntity*)), this, SLOT(explainSizes(OrvGeoEntity*)));
+    connect(&OrvShaderInputManager::instance(), SIGNAL(currentShaderInputChanged(OrvShaderInput*)), this,
+        SLOT(markPresentSize()));
+    connect(&OrvUndoManager::instance(), SIGNAL(editFinished()), this, SLOT(markPresentSize()));
     switchActionsEnabled(ProjectManager.currentProject());
 }
 
@@ -181,25 +192,38 @@ void OrvShaderInputActions::createResizeActions(OrvActionCreator& Creator)
     Creator.setMenuPath(ResizeChannelMenu);
     Creator.setActionSetName(PatchOnlySet);
     for (const QSize& Size : OrvChannel::supportedTextureSizes()) {
-        Creator.createAndAddToMenu(tr("%1 x %2").arg(Size.width()).arg(Size.height()),
+        OrvAction* pAction = Creator.createAndAddToMenu(tr("%1 x %2").arg(Size.width()).arg(Size.height()),
             QStringLiteral("scale.png"), SLOT(resizeShaderInput(QAction*)), Size.width(), QString());
+        pAction->setCheckable(true);
+        m_SizeActions.append(pAction);
     }
 }
 
 void OrvShaderInputActions::addShaderInput()
 {
     OrvUndoManager::AutoMacro Macro(tr("Add Channel"));
-    if (!OrvShaderInputUtils::createShaderInput(false))
+    OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(false);
+    if (!pShaderInput) {
         Macro.cancel();
+        return;
+    }
+    // Layers that are added next are meant for it.
+    OrvShaderInputManager::instance().makeShaderInputCurrent(pShaderInput, true);
 }
 
 void OrvShaderInputActions::addMaterialShaderInput()
 {
     OrvUndoManager::AutoMacro Macro(tr("Add Material Channel"));
-    if (const OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(true))
-        pShaderInput->node()->addTag(OrvSnNames::MaterialShaderInputTag, true);
-    else
+    const OrvShaderInput* pShaderInput = OrvShaderInputUtils::createShaderInput(true);
+    if (!pShaderInput) {
         Macro.cancel();
+        return;
+    }
+    pShaderInput->node()->addTag(OrvSnNames::MaterialShaderInputTag, true);
+    // No list shows it before it feeds a shader.
+    OrvLayerViewUtils::tell(
+        tr("\"%1\" was added: choose it at an input for materials in the Shaders palette.")
+            .arg(pShaderInput->name()));
 }
 
 void OrvShaderInputActions::addMaterialLayersToMaterialsShader()
@@ -254,7 +278,7 @@ bool OrvShaderInputActions::convert(
         ? OrvShaderInput::AllImages
         : OrvShaderInput::FreeImages;
     if (Option == OrvShaderInput::FreeImages && !pShaderInput->isModifiable()) {
-        OrvLayerViewUtils::tell(tr("'%1' is locked or cached").arg(pShaderInput->name()));
+        OrvLayerViewUtils::tell(OrvEditObstacle::of(pShaderInput));
         return false;
     }
     const GLenum Depth = Wanted.depth();
@@ -284,7 +308,8 @@ void OrvShaderInputActions::removeShaderInput()
     if (!pCurrentShaderInput)
         return;
     auto Strategy = std::make_optional(OrvShaderInputManager::SharersBecomeGroups);
-    if (pCurrentShaderInput->isSharedLayers())
+    // A channel that cannot be removed is not asked about; the host says why it stays.
+    if (pCurrentShaderInput->isModifiable() && pCurrentShaderInput->isSharedLayers())
         Strategy = askDestroyStrategy();
     if (!Strategy || !pCurrentShaderInput)
         return;
@@ -334,6 +359,28 @@ void OrvShaderInputActions::resizeShaderInput(QAction* Action)
     }
     if (OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput())
         pShaderInput->resizeLayers(Width.toInt(), nullptr, true, true);
+    markPresentSize(); // the click has checked what it may not have become
+}
+
+void OrvShaderInputActions::markPresentSize()
+{
+    const OrvShaderInput* pShaderInput = OrvShaderInputManager::instance().currentShaderInput();
+    const QSize Present = pShaderInput ? pShaderInput->imageSetSize() : QSize();
+    for (OrvAction* pAction : qAsConst(m_SizeActions)) {
+        const int Edge = pAction->data().toInt();
+        pAction->setChecked(QSize(Edge, Edge) == Present);
+    }
+}
+
+void OrvShaderInputActions::explainSizes(OrvGeoEntity* Entity)
+{
+    const QString Reason = Entity && Entity->isPtex()
+        ? tr("The channels of '%1' are as large as its faces").arg(Entity->name())
+        : QString();
+    for (OrvAction* pAction : qAsConst(m_SizeActions)) {
+        pAction->setToolTip(Reason);
+        pAction->setStatusTip(Reason);
+    }
 }
 
 void OrvShaderInputActions::invokeShaderInputMethod(QAction* Action)

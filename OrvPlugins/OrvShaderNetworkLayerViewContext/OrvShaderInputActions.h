@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QtCore/QList>
 #include <QtCore/QObject>
 
+class OrvAction;
 class OrvActionCreator;
+class OrvGeoEntity;
 class OrvProject;
 class OrvShaderInput;
 class OrvShaderInputActionsConvertDialog;
@@ -33,6 +36,10 @@ public Q_SLOTS:
     /// The action's data names a method of the channel.
     void invokeShaderInputMethod(QAction* Action);
     void switchActionsEnabled(OrvProject* Project);
+    /// Checks the size that the current channel has.
+    void markPresentSize();
+    /// Of channels that have the sizes of faces none can be chosen.
+    void explainSizes(OrvGeoEntity* Entity);
 
 private:
     OrvShaderInputActions();
@@ -40,4 +47,6 @@ private:
     void createResizeActions(OrvActionCreator& Creator);
     /// Every step in its order; false when one was refused or cancelled.
     static bool convert(OrvShaderInput* pShaderInput, const OrvShaderInputActionsConvertDialog& Wanted);
+
+    QList<OrvAction*> m_SizeActions;
 };

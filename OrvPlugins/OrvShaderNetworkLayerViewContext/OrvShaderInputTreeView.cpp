@@ -2,29 +2,21 @@
 
 #include "OrvCoreModules/Menus/OrvFocusShortcuts.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvRowWidgetDelegate.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
 #include <QtGui/QDragMoveEvent>
 #include <QtGui/QKeySequence>
 #include <QtGui/QMouseEvent>
-#include <QtWidgets/QStyledItemDelegate>
+
+#include <utility>
 
 namespace {
 
 constexpr int HoverDelay = 500; // ms
 constexpr int HotSpotDelay = 1; // ms
 const QSize SmallestSize(50, 40);
-
-/// Rows get their height before they get their widgets.
-class OrvChannelRowDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
-    {
-        return {SmallestSize.width(), OrvShaderInputViewItemRowWidget::RowHeight};
-    }
-};
 
 } // namespace
 
@@ -36,7 +28,10 @@ OrvShaderInputTreeView::OrvShaderInputTreeView(OrvShaderInputView* pParent)
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setRootIsDecorated(false);
     setUniformRowHeights(true);
-    setItemDelegate(new OrvChannelRowDelegate(this));
+    setItemDelegate(
+        new OrvRowWidgetDelegate({SmallestSize.width(), OrvShaderInputViewItemRowWidget::RowHeight}, this));
+    // A drop is meant for a channel or for the list, never for a place between two: the list is sorted.
+    setDragDropOverwriteMode(true);
     setMinimumSize(SmallestSize);
     m_DragTimer.setInterval(HoverDelay);
     m_DragTimer.setSingleShot(true);
@@ -58,14 +53,14 @@ void OrvShaderInputTreeView::currentChanged(const QModelIndex& Current, const QM
 
 void OrvShaderInputTreeView::mousePressEvent(QMouseEvent* pEvent)
 {
-    const bool LeavesCurrent = pEvent->modifiers() & (Qt::ShiftModifier | Qt::AltModifier)
-        && currentIndex().isValid() && indexAt(pEvent->pos()).isValid();
-    m_CurrentBeforePress = LeavesCurrent ? currentIndex() : QModelIndex();
-    m_IsPressing = LeavesCurrent;
+    m_PressedWithKeys
+        = pEvent->modifiers() & (Qt::ShiftModifier | Qt::AltModifier) && indexAt(pEvent->pos()).isValid();
+    const QModelIndex Former = currentIndex();
+    m_IsPressing = m_PressedWithKeys;
     OrvRowWidgetTree::mousePressEvent(pEvent);
     // The row pressed stays selected: it is what a drag takes along.
-    if (LeavesCurrent)
-        selectionModel()->setCurrentIndex(m_CurrentBeforePress, QItemSelectionModel::NoUpdate);
+    if (m_PressedWithKeys)
+        selectionModel()->setCurrentIndex(Former, QItemSelectionModel::NoUpdate);
     m_IsPressing = false;
 }
 
@@ -77,9 +72,9 @@ void OrvShaderInputTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
 
 void OrvShaderInputTreeView::endPressWithKeys()
 {
-    if (m_CurrentBeforePress.isValid())
-        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    m_CurrentBeforePress = QModelIndex();
+    if (std::exchange(m_PressedWithKeys, false))
+        selectionModel()->select(
+            currentIndex(), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 bool OrvShaderInputTreeView::isOverHotSpot(const QModelIndex& Index, const QPoint& Position) const
@@ -97,6 +92,14 @@ void OrvShaderInputTreeView::dragMoveEvent(QDragMoveEvent* pEvent)
     pEvent->setDropAction(Qt::CopyAction);
     OrvRowWidgetTree::dragMoveEvent(pEvent);
     pEvent->setDropAction(OrvLayerDragPayload::actionFromModifiers());
+}
+
+void OrvShaderInputTreeView::dropEvent(QDropEvent* pEvent)
+{
+    // Who drops here has not come to open the channel beneath.
+    m_DragTimer.stop();
+    m_DragIndex = QModelIndex();
+    OrvRowWidgetTree::dropEvent(pEvent);
 }
 
 void OrvShaderInputTreeView::testAndSetCurrentIndexFromDrag()

@@ -2,7 +2,6 @@
 
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvRowWidgetTree.h"
 
-#include <QtCore/QPersistentModelIndex>
 #include <QtCore/QTimer>
 
 class OrvShaderInputView;
@@ -32,6 +31,7 @@ protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
+    void dropEvent(QDropEvent* pEvent) override;
     void startDrag(Qt::DropActions SupportedActions) override;
 
 private:
@@ -41,6 +41,6 @@ private:
     OrvShaderInputView* m_Parent;
     QModelIndex m_DragIndex;
     QTimer m_DragTimer;
-    QPersistentModelIndex m_CurrentBeforePress; // valid from a press with Shift or Alt to its end
+    bool m_PressedWithKeys = false; // from a press with Shift or Alt to its end
     bool m_IsPressing = false;
 };

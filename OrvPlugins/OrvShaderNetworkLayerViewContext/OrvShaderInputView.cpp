@@ -38,6 +38,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
+#include <QtCore/QPointer>
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QVBoxLayout>
@@ -199,7 +200,8 @@ void OrvShaderInputView::onCurrentIndexChanged(QModelIndex Current)
         return;
     }
     OrvShaderInput* pShaderInput = OrvShaderInputUtils::getShaderInput(pNode);
-    if (!pShaderInput)
+    // Until the next refresh the row of a removed channel is still there.
+    if (!pShaderInput || !pShaderInput->network())
         return;
     OrvShaderInputManager::instance().makeShaderInputCurrent(pShaderInput, true);
     showInMainLayerView(pShaderInput);
@@ -330,7 +332,12 @@ void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
     }
     if (!pShaderInput || !pShaderInput->node())
         return;
+    m_PropertyLayout->addWidget(createProperties(pShaderInput));
+    m_PropertyLayout->addStretch();
+}
 
+OrvPropertyView* OrvShaderInputView::createProperties(OrvShaderInput* pShaderInput) const
+{
     OrvColorSpaceConfig& Config = pShaderInput->colorSpaceConfig();
     if (OrvColorSpaceManager::instance().userInterfaceMode() == 0) {
         Config.setColorSpaceVisible(0, true);
@@ -345,8 +352,15 @@ void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
         PropertyGroupHint, PropertyDisplayFlags, Hidden, false);
     connect(pShaderInput->node(), &OrvSnBaseNode::nameChanged, pProperties,
         [pProperties, title](const QString& Name) { pProperties->setGroupTitle(QString(), title(Name)); });
-    m_PropertyLayout->addWidget(pProperties);
-    m_PropertyLayout->addStretch();
+    // What a lock keeps the row from changing cannot be changed here either.
+    const auto followLocks = [pProperties, pGuarded = QPointer<OrvShaderInput>(pShaderInput)] {
+        if (pGuarded)
+            pProperties->setEnabled(pGuarded->isModifiable());
+    };
+    followLocks();
+    connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeLockedChanged, pProperties,
+        followLocks);
+    return pProperties;
 }
 
 void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::ColorSpaceTarget Target)

@@ -11,6 +11,7 @@ class OrvExpandableListWidget;
 class OrvGeoEntity;
 class OrvPanelToolBar;
 class OrvProject;
+class OrvPropertyView;
 class OrvQuickChannelStrip;
 class OrvShaderInput;
 class OrvShaderInputModel;
@@ -66,6 +67,7 @@ private:
     void showNodes(const QList<OrvSnBaseNode*>& Nodes);
     void showRowWidget(int Row, OrvSnBaseNode* pNode);
     void selectCurrentShaderInput();
+    OrvPropertyView* createProperties(OrvShaderInput* pShaderInput) const;
 
     OrvExpandableListWidget* m_QuickChannelGroup = nullptr;
     OrvQuickChannelStrip* m_QuickChannelStrip = nullptr;

@@ -80,7 +80,7 @@ void OrvShaderInputViewItemRowWidget::createLayout()
     m_NameLabel = new OrvEditLabel(QString(), this);
     m_DepthLabel = createMark();
     m_ColorspaceLabel = createMark();
-    m_LayerStackButton = createButton(tr("Open the channel's layer stack"));
+    m_LayerStackButton = createButton(QString());
     m_LayerStackButton->setStyleSheet(
         QStringLiteral("QToolButton, QToolButton:hover, QToolButton:pressed { border: none; }"));
     m_SharedButton = createButton(tr("Show the layers that share the channel"));
@@ -201,7 +201,7 @@ void OrvShaderInputViewItemRowWidget::setColorspaceLabelIcon()
     const bool Scalar = m_ShaderInput->colorSpaceConfig().scalar();
     m_ColorspaceLabel->setPixmap(markPixmap(Scalar ? QStringLiteral("/ColorspaceModeScalar.12x12.png")
                                                    : QStringLiteral("/ColorspaceModeColor.12x12.png")));
-    m_ColorspaceLabel->setToolTip(Scalar ? tr("Scalar data") : tr("Colour data"));
+    m_ColorspaceLabel->setToolTip(Scalar ? tr("Scalar data") : tr("Color data"));
 }
 
 void OrvShaderInputViewItemRowWidget::setPopupLayerStackButtonIcon()
@@ -211,6 +211,8 @@ void OrvShaderInputViewItemRowWidget::setPopupLayerStackButtonIcon()
     const bool Empty = m_ShaderInput->layerList(OrvLayerStack::AllLayers).isEmpty();
     m_LayerStackButton->setIcon(OrvIcon::createIconFromFilename(
         Empty ? QStringLiteral("NodeGraph.16x16.png") : QStringLiteral("Channel.16x16.png")));
+    m_LayerStackButton->setToolTip(
+        Empty ? tr("Show the channel in the node graph") : tr("Open the channel's layer stack"));
 }
 
 void OrvShaderInputViewItemRowWidget::popupLayerStack()
@@ -272,10 +274,8 @@ bool OrvShaderInputViewItemRowWidget::allowUnlocking() const
 {
     return QMessageBox::question(&OrvMainWindow::instance(), tr("Ancestor Locked"),
                tr("This channel is locked because this is shared into a layer whose ancestors are locked "
-                  "and/or "
-                  "cached. Unlocking this channel will remove the lock and/or cache. Would you like to "
-                  "unlock this "
-                  "channel"),
+                  "and/or cached. Unlocking this channel will remove the lock and/or cache. Would you like "
+                  "to unlock this channel"),
                QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)
         == QMessageBox::Yes;
 }

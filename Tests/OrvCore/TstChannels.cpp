@@ -48,6 +48,10 @@ private Q_SLOTS:
         QCOMPARE(Added.size(), 2);
         QCOMPARE(Project.channel("Bump"), pBump);
         QCOMPARE(OrvShaderInputUtils::generateUniqueName(Project.network(), "Bump"), QString("Bump 2"));
+        pBump->node()->setName("Bump 2");
+        QCOMPARE(OrvShaderInputUtils::generateUniqueName(Project.network(), "Bump"), QString("Bump"));
+        Project.undo();
+        QCOMPARE(OrvShaderInputUtils::generateUniqueName(Project.network(), "Bump"), QString("Bump 2"));
         QVERIFY(!OrvShaderInputUtils::create(nullptr, "X", QSize(8, 8), GL_FLOAT));
         QVERIFY(!OrvShaderInputUtils::create(Project.network(), "X", QSize(8, 8), 17));
         OrvShaderInput* pLike = OrvShaderInputUtils::createShaderInput(true);
@@ -155,19 +159,36 @@ private Q_SLOTS:
         OrvShaderInput* pSpecular = Project.addChannel("Specular");
         Project.addChannel("Material")->node()->addTag("_materialShaderInput");
         QSignalSpy Current(&channels(), &OrvShaderInputManager::currentShaderInputChanged);
-        channels().selectNextShaderInput();
-        QCOMPARE(channels().currentShaderInput(), pSpecular);
-        channels().selectNextShaderInput();
-        QCOMPARE(channels().currentShaderInput(), Project.channel());
-        channels().makeShaderInputCurrent(pAmbient, true);
+        // Capitals come first, as in the list that the user sees; at its end there is only the way back.
+        for (const OrvShaderInput* pNext : {pSpecular, pAmbient, pSpecular}) {
+            channels().selectNextShaderInput();
+            QCOMPARE(channels().currentShaderInput(), pNext);
+        }
         QCOMPARE(Current.size(), 3);
-        channels().makeShaderInputCurrent(pAmbient, true);
+        channels().makeShaderInputCurrent(pSpecular, true);
         QCOMPARE(Current.size(), 3);
+        QVERIFY(channels().destroy(pSpecular, 0));
+        QCOMPARE(channels().currentShaderInput(), pAmbient);
         QVERIFY(channels().destroy(pAmbient, 0));
         QCOMPARE(channels().currentShaderInput(), Project.channel());
         QCOMPARE(channels().currentShaderInputNode(), Project.channel()->node());
         channels().makeShaderInputCurrent(Project.network(), nullptr, true);
         QVERIFY(!channels().currentShaderInput() && !OrvLayerManager::instance().currentLayerStack());
+    }
+
+    void undoLeadsBackToTheFormerChannel()
+    {
+        OrvTestProject Project;
+        Project.addChannel("Next by name");
+        OrvShaderInput* pWorkedOn = Project.channel();
+        channels().makeShaderInputCurrent(Project.addChannel("Elsewhere"), true);
+        channels().makeShaderInputCurrent(pWorkedOn, true);
+        for (const char* pName : {"One", "Two"})
+            channels().makeShaderInputCurrent(Project.addChannel(pName), true);
+        Project.undo();
+        QCOMPARE(channels().currentShaderInput(), Project.channel("One"));
+        Project.undo();
+        QCOMPARE(channels().currentShaderInput(), pWorkedOn);
     }
 
     void removingASharedChannel_data()

@@ -182,10 +182,12 @@ private Q_SLOTS:
     {
         action("Add Channel")->trigger();
         QVERIFY(OrvTestProject::channel("Channel"));
+        QCOMPARE(channels().currentShaderInput(), OrvTestProject::channel("Channel"));
         QCOMPARE(history().undoText(), QString("Add Channel"));
         action("Add Material Channel")->trigger();
         QCOMPARE(history().undoText(), QString("Add Material Channel"));
         QVERIFY(OrvTestProject::channel("Material")->isMaterialStack());
+        QVERIFY(OrvStatusManager::instance().text().contains("\"Material\" was added"));
     }
 
     void freeMaterialInputsGetChannels()
@@ -362,7 +364,7 @@ private Q_SLOTS:
         const auto told = [] {
             QStringList Labels;
             convertAs([&Labels](OrvShaderInputActionsConvertDialog& Dialog) { Labels = labelsOf(Dialog); });
-            return Labels.filter("colour configuration");
+            return Labels.filter("color configuration");
         };
         QVERIFY(told().isEmpty());
         const QString File = m_Directory.filePath("missing.ocio");
@@ -426,11 +428,15 @@ private Q_SLOTS:
 
     void lockedChannelStaysAndSaysSo()
     {
+        // Nobody is asked what becomes of layers that share what stays.
+        m_Project->paint("Shows", OrvColor(), OrvTestProject::addChannel("Other"))
+            ->blendNode()
+            ->connectInput(OrvSnNames::Over, m_Project->channel()->node());
         m_Project->channel()->setLocked(true);
         QSignalSpy Refused(&OrvLayerManager::instance(), &OrvLayerManager::refused);
         for (const char* pCommand : {"Remove Channel", "Cut", "Flatten"}) {
             action(pCommand)->trigger();
-            QCOMPARE(Refused.takeFirst().first().toString(), QString("'Diffuse' is locked or cached"));
+            QCOMPARE(Refused.takeFirst().first().toString(), QString("'Diffuse' is locked"));
             QVERIFY(Refused.isEmpty());
         }
         QCOMPARE(channels().currentShaderInput(), m_Project->channel());
@@ -524,6 +530,27 @@ private Q_SLOTS:
         action(QString("%1 x %2").arg(Size.width()).arg(Size.height()))->trigger();
         QCOMPARE(m_Project->channel()->imageSetSize(), Size);
         QCOMPARE(m_Project->layer("Paint")->paintImageSet()->imageSetSize(), Size);
+        const auto checked = [] {
+            QStringList Texts;
+            for (const QSize& One : OrvChannel::supportedTextureSizes()) {
+                const QAction* pAction = action(QString("%1 x %2").arg(One.width()).arg(One.height()));
+                if (pAction->isChecked())
+                    Texts.append(pAction->text());
+            }
+            return Texts;
+        };
+        const QStringList Present{QString("%1 x %2").arg(Size.width()).arg(Size.height())};
+        QCOMPARE(checked(), Present);
+        action(Present.first())->trigger();
+        QCOMPARE(checked(), Present);
+        const QSize Largest = OrvChannel::supportedTextureSizes().last();
+        channels().makeShaderInputCurrent(OrvTestProject::addChannel("Large", Largest), true);
+        QCOMPARE(checked(), QStringList(QString("%1 x %2").arg(Largest.width()).arg(Largest.height())));
+        channels().makeShaderInputCurrent(m_Project->channel(), true);
+        m_Project->channel()->setLocked(true);
+        action(QString("%1 x %2").arg(Largest.width()).arg(Largest.height()))->trigger();
+        QCOMPARE(checked(), Present);
+        m_Project->channel()->setLocked(false);
 
         const Reports Told;
         QAction Wrong("Odd");
@@ -531,6 +558,18 @@ private Q_SLOTS:
         OrvShaderInputActions::instance().resizeShaderInput(&Wrong);
         QCOMPARE(Told.Texts, QStringList("Action 'Odd' contains invalid data type of 'QString'"));
         QCOMPARE(m_Project->channel()->imageSetSize(), Size);
+    }
+
+    void facesSayWhyNoSizeCanBeChosen()
+    {
+        OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        OrvGeoEntity* pHead = pProject->currentGeoEntity();
+        OrvGeoEntity* pScales = pProject->addGeoEntity(QStringLiteral("Scales"));
+        pScales->setPtex(true);
+        pProject->setCurrentGeoEntity(pScales);
+        QCOMPARE(action("1024 x 1024")->toolTip(), QString("The channels of 'Scales' are as large as its faces"));
+        pProject->setCurrentGeoEntity(pHead);
+        QCOMPARE(action("1024 x 1024")->toolTip(), QString("1024 x 1024"));
     }
 
     void relayReportsWhatItCannotDo()

@@ -29,6 +29,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
+#include <QtGui/QPainter>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLabel>
@@ -134,6 +135,14 @@ private Q_SLOTS:
             QCOMPARE(m_Tree->selectionModel()->selectedRows(), QModelIndexList{B});
         }
         QCOMPARE(channels().currentShaderInput(), Channels.last());
+
+        // Nor does it make one current where none is, as under a material.
+        channels().makeShaderInputCurrent(LayersFixture::network(), nullptr, true);
+        QTest::mousePress(m_Tree->viewport(), Qt::LeftButton, Qt::ShiftModifier, OnA);
+        QCOMPARE(m_Tree->selectionModel()->selectedRows(), QModelIndexList{A});
+        QTest::mouseRelease(m_Tree->viewport(), Qt::LeftButton, Qt::ShiftModifier, OnA);
+        QVERIFY(m_Tree->selectionModel()->selectedRows().isEmpty());
+        QVERIFY(!channels().currentShaderInput());
     }
 
     void removingRowsLeavesCurrentChannelAlone()
@@ -146,6 +155,9 @@ private Q_SLOTS:
             m_View->model()->indexFromShaderInput(pA), QItemSelectionModel::NoUpdate);
         channels().makeShaderInputCurrent(pC, true);
         channels().destroy(pA, OrvShaderInputManager::SharersBecomeGroups);
+        // Its row is there a little longer and can be chosen.
+        m_Tree->setCurrentIndex(m_View->model()->index(0, 0));
+        QCOMPARE(mainStack(), pC);
         m_View->refresh();
         QCOMPARE(channels().currentShaderInput(), pC);
         QCOMPARE(m_Tree->currentIndex(), m_View->model()->indexFromShaderInput(pC));
@@ -190,10 +202,16 @@ private Q_SLOTS:
         OrvUndoManager::instance().undo();
         QVERIFY(!pChannel->isLocked());
         QVERIFY(!pLock->isChecked());
+        channels().makeShaderInputCurrent(pChannel, true);
+        QTRY_COMPARE(propertyNode(), pChannel->node());
+        const OrvPropertyView* pProperties = shownProperties();
+        QVERIFY(pProperties->isEnabled());
         OrvUndoManager::instance().redo();
         QVERIFY(pLock->isChecked());
+        QVERIFY(!pProperties->isEnabled());
         QTest::mouseClick(pLock, Qt::LeftButton);
         QVERIFY(!pChannel->isLocked());
+        QVERIFY(pProperties->isEnabled());
     }
 
     /// What a user does with a new project, by mouse and keys alone.
@@ -548,7 +566,7 @@ private Q_SLOTS:
     void anEmptyStackIsShownInTheGraph()
     {
         OrvShaderInput* pChannel = addChannels({"Diffuse"}).first();
-        QToolButton* pButton = button("Diffuse", "Open the channel's layer stack");
+        QToolButton* pButton = button("Diffuse", "Show the channel in the node graph");
         const auto shows = [pButton](const char* pFile) {
             return pButton->icon().pixmap(16).toImage()
                 == OrvIcon::createIconFromFilename(QLatin1String(pFile)).pixmap(16).toImage();
@@ -562,6 +580,7 @@ private Q_SLOTS:
 
         LayersFixture::addLayer(pChannel, "Dirt");
         QTRY_VERIFY(shows("Channel.16x16.png"));
+        QCOMPARE(button("Diffuse", "Open the channel's layer stack"), pButton);
         const auto stackViews = [pChannel] {
             int Count = 0;
             for (const QWidget* pWidget : QApplication::allWidgets()) {
@@ -588,7 +607,7 @@ private Q_SLOTS:
         const QPoint OnHotSpot = pRow->mapTo(m_Tree->viewport(), pRow->dragTargetGeometry().center());
 
         // Who goes on before the time is up chooses nothing.
-        const OrvShaderInput* pA = channels().currentShaderInput();
+        OrvShaderInput* pA = channels().currentShaderInput();
         dragTo(OnName);
         QTest::qWait(200);
         QCursor::setPos(m_Tree->viewport()->mapToGlobal(m_Tree->viewport()->rect().bottomLeft()));
@@ -601,6 +620,29 @@ private Q_SLOTS:
         clickRow("A");
         dragTo(OnHotSpot);
         QTRY_COMPARE_WITH_TIMEOUT(channels().currentShaderInput(), pB, 150);
+
+        // Nor does who drops before the time is up.
+        channels().makeShaderInputCurrent(pA, true);
+        const std::unique_ptr<QMimeData> pDropped = dragTo(OnName);
+        QDropEvent Drop(OnName, Qt::CopyAction, pDropped.get(), Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_Tree->viewport(), &Drop);
+        QTest::qWait(600);
+        QCOMPARE(channels().currentShaderInput(), pA);
+    }
+
+    void dragShowsTheRow()
+    {
+        addChannels({"A"});
+        QStyleOptionViewItem Option;
+        Option.rect = QRect(QPoint(), rowWidget("A")->size());
+        QPixmap Picture(Option.rect.size());
+        QPainter Painter(&Picture);
+        m_Tree->itemDelegate()->paint(&Painter, Option, m_View->model()->index(0, 0));
+        Painter.end();
+        const QImage Name = Picture.toImage().copy(rowWidget("A")->findChild<OrvEditLabel*>()->geometry());
+        QImage Blank = Name;
+        Blank.fill(Name.pixelColor(Name.rect().bottomRight()));
+        QVERIFY(Name != Blank);
     }
 
     void toolBarStartsWithAddChannelOnce()
@@ -634,16 +676,17 @@ private:
     static OrvShaderInputManager& channels() { return OrvShaderInputManager::instance(); }
     OrvQuickChannelStrip* strip() const { return m_View->findChild<OrvQuickChannelStrip*>(); }
     QList<OrvColorSwatch*> swatches() const { return m_View->findChildren<OrvColorSwatch*>(); }
-    /// Whose properties are shown.
-    const QObject* propertyNode() const
+    const OrvPropertyView* shownProperties() const
     {
-        const QObject* pShown = nullptr;
+        const OrvPropertyView* pShown = nullptr;
         for (const OrvPropertyView* pView : m_View->findChildren<OrvPropertyView*>()) {
             if (pView->isVisible())
-                pShown = pView->object();
+                pShown = pView;
         }
         return pShown;
     }
+    /// Whose properties are shown.
+    const QObject* propertyNode() const { return shownProperties() ? shownProperties()->object() : nullptr; }
     static OrvLayerStack* mainStack()
     {
         return OrvLayerViewContextManager::instance().mainLayerView()->layerStack();
@@ -739,14 +782,16 @@ private:
         QTest::keyClicks(pEdit, Text);
         QTest::keyClick(pEdit, Qt::Key_Return);
     }
-    void dragTo(const QPoint& Position) const
+    /// Returns what is dragged.
+    std::unique_ptr<QMimeData> dragTo(const QPoint& Position) const
     {
         QCursor::setPos(m_Tree->viewport()->mapToGlobal(Position));
-        const std::unique_ptr<QMimeData> pMime(m_View->model()->mimeData({m_View->model()->index(0, 0)}));
+        std::unique_ptr<QMimeData> pMime(m_View->model()->mimeData({m_View->model()->index(0, 0)}));
         QDragEnterEvent Enter(Position, Qt::CopyAction, pMime.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(m_Tree->viewport(), &Enter);
         QDragMoveEvent Move(Position, Qt::CopyAction, pMime.get(), Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(m_Tree->viewport(), &Move);
+        return pMime;
     }
 
     SettingsDirectory m_Directory;

@@ -8,14 +8,15 @@
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 
-/// The names of all layers of each network, counted, so that a new layer finds a free one without asking
-/// every layer. OrvLayerManager owns it and tells it of every layer that comes, goes or is renamed.
-class ORVCORE_EXPORT OrvLayerNames {
+/// The names of all nodes of some kind in each network, counted, so that a new one finds a free name without
+/// asking every other. Whoever knows the kind owns it and tells it of every node that comes, goes or is
+/// renamed.
+class ORVCORE_EXPORT OrvNodeNames {
 public:
-    /// Whether a node's name is that of layers: a merge node's, or of what several of them have in common.
-    static bool holdsLayerName(const OrvSnBaseNode* pNode);
+    using Kind = bool (*)(const OrvSnBaseNode* pNode);
+    explicit OrvNodeNames(Kind IsOfKind);
 
-    /// The three pass over a node whose name is no layer's.
+    /// The three pass over a node of another kind.
     void enter(const OrvSnBaseNode* pNode);
     void leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode* pNode);
     void rename(const OrvSnBaseNode* pNode);
@@ -31,5 +32,6 @@ private:
         void count(const QString& Name);
         void uncount(const QString& Name);
     };
+    Kind m_IsOfKind;
     QHash<const OrvShaderNetwork*, Table> m_Tables;
 };

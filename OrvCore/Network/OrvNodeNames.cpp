@@ -1,8 +1,6 @@
-#include "OrvCore/Layers/OrvLayerNames.h"
+#include "OrvCore/Network/OrvNodeNames.h"
 
 #include "OrvCore/Network/OrvSnBaseNode.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 
 namespace {
 
@@ -23,7 +21,12 @@ QString numbered(const QString& Base, int Number)
 
 } // namespace
 
-void OrvLayerNames::Table::count(const QString& Name)
+OrvNodeNames::OrvNodeNames(Kind IsOfKind)
+    : m_IsOfKind(IsOfKind)
+{
+}
+
+void OrvNodeNames::Table::count(const QString& Name)
 {
     ++Count[Name];
     QString Base;
@@ -32,7 +35,7 @@ void OrvLayerNames::Table::count(const QString& Name)
     Highest = qMax(Highest, qMax(1, Number));
 }
 
-void OrvLayerNames::Table::uncount(const QString& Name)
+void OrvNodeNames::Table::uncount(const QString& Name)
 {
     if (--Count[Name] > 0)
         return;
@@ -45,22 +48,16 @@ void OrvLayerNames::Table::uncount(const QString& Name)
         --Highest;
 }
 
-bool OrvLayerNames::holdsLayerName(const OrvSnBaseNode* pNode)
+void OrvNodeNames::enter(const OrvSnBaseNode* pNode)
 {
-    return qobject_cast<const OrvSnMergeNode*>(pNode)
-        || qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode);
-}
-
-void OrvLayerNames::enter(const OrvSnBaseNode* pNode)
-{
-    if (!holdsLayerName(pNode))
+    if (!m_IsOfKind(pNode))
         return;
     Table& Names = m_Tables[pNode->network()];
     Names.NameOf.insert(pNode, pNode->name());
     Names.count(pNode->name());
 }
 
-void OrvLayerNames::leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode* pNode)
+void OrvNodeNames::leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode* pNode)
 {
     const auto Found = m_Tables.find(pNetwork);
     if (Found == m_Tables.end() || !Found->NameOf.contains(pNode))
@@ -70,13 +67,13 @@ void OrvLayerNames::leave(const OrvShaderNetwork* pNetwork, const OrvSnBaseNode*
         m_Tables.erase(Found);
 }
 
-void OrvLayerNames::rename(const OrvSnBaseNode* pNode)
+void OrvNodeNames::rename(const OrvSnBaseNode* pNode)
 {
     leave(pNode->network(), pNode);
     enter(pNode);
 }
 
-QString OrvLayerNames::unique(const OrvShaderNetwork* pNetwork, const QString& Base) const
+QString OrvNodeNames::unique(const OrvShaderNetwork* pNetwork, const QString& Base) const
 {
     const auto Found = m_Tables.constFind(pNetwork);
     if (Found == m_Tables.constEnd() || !Found->Count.contains(Base))
