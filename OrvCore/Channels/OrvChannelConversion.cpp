@@ -1,9 +1,11 @@
 #include "OrvCore/Channels/OrvChannelConversion.h"
 
 #include "OrvCore/Channels/OrvChannelSpace.h"
+#include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
@@ -57,6 +59,20 @@ OrvColorSpaceConfig naming(OrvColorSpaceConfig Config, const QString& Space)
     return Config;
 }
 
+/// A node of the layer is part of its mask, or of the mask of a layer in it. What lies around the layer is
+/// not asked: there may be thousands.
+bool isInMaskOf(const OrvSnMergeNode* pMerge, const OrvSnBaseNode* pNode)
+{
+    OrvChainTargets::Target At = OrvChainTargets::of(pNode).Targets.value(0);
+    while (At.pNode && At.InputName != OrvSnNames::Mask) {
+        const QVector<OrvSnMergeNode*> Layers = OrvChainTargets::owners(At);
+        if (Layers.isEmpty() || Layers.first() == pMerge)
+            return false;
+        At = OrvChainTargets::of(Layers.first()).Targets.value(0);
+    }
+    return At.pNode;
+}
+
 } // namespace
 
 OrvChannelConversion::OrvChannelConversion(OrvShaderInput* pChannel, OrvShaderInput::ConversionOption Option)
@@ -76,7 +92,7 @@ bool OrvChannelConversion::checkUnlocked() const
     if (!m_pChannel->network())
         return false;
     return m_Option == OrvShaderInput::AllImages || m_pChannel->isModifiable()
-        || refuse(tr("'%1' is locked or cached").arg(m_pChannel->name()));
+        || refuse(OrvEditObstacle::of(m_pChannel));
 }
 
 bool OrvChannelConversion::isSpaceUsable(const QString& From, const QString& To) const
@@ -84,7 +100,7 @@ bool OrvChannelConversion::isSpaceUsable(const QString& From, const QString& To)
     QString Error;
     float Pixel[4] = {0.0f, 0.0f, 0.0f, 1.0f};
     if (!OrvColorManager::isColorSpace(To))
-        Error = tr("There is no colour space '%1'").arg(To);
+        Error = tr("There is no color space '%1'").arg(To);
     else if (OrvColorManager::transformPixels(Pixel, 1, 1, 0, From, To, Error))
         return true;
     const QString Trouble = OrvColorManager::configurationError();
@@ -165,6 +181,30 @@ void OrvChannelConversion::keepSpaces(const QString& From, const QString& To) co
         const bool Differs = !OrvColorManager::isIdentity(Now, Wanted);
         if (!OrvChannelSpace::keptSpace(pNode).isEmpty() || (Differs && !OfThisChannel.contains(pNode)))
             OrvChannelSpace::keepSpace(pNode, Converted ? Wanted : Now);
+    }
+}
+
+QString OrvChannelConversion::paintSpaceAt(const OrvSnBaseNode* pNode)
+{
+    OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(pNode));
+    const bool IsColor = pChannel && !pChannel->isScalar()
+        && !OrvChainTargets::isWithinMask(OrvChainTargets::of(pNode).Targets.value(0));
+    return IsColor ? pChannel->colorSpaceConfig().colorSpace() : QString();
+}
+
+void OrvChannelConversion::keepColors(
+    OrvSnMergeNode* pMerge, const QString& FormerSpace, const QString& Space)
+{
+    if (Space.isEmpty() || FormerSpace.isEmpty() || Space == FormerSpace)
+        return;
+    for (OrvSnBaseNode* pNode : OrvChainEditing::nodesOf({pMerge}, OrvChainEditing::Channels::AreLimits)) {
+        const auto* pImages = qobject_cast<const OrvSnChannelInputNode*>(pNode);
+        if (!pImages || pImages->imageSet()->format().Kind == OrvPixelFormat::Scalar
+            || isInMaskOf(pMerge, pNode))
+            continue;
+        const QString Now = withoutCurve(spaceOf(pImages, FormerSpace));
+        const bool Differs = !OrvColorManager::isIdentity(Now, withoutCurve(Space));
+        OrvChannelSpace::keepSpace(pNode, Differs ? Now : QString());
     }
 }
 
@@ -297,7 +337,7 @@ bool OrvChannelConversion::resize(int EdgeLength)
     if (!m_pChannel->network())
         return false;
     if (!m_pChannel->isModifiable())
-        return refuse(tr("'%1' is locked or cached").arg(m_pChannel->name()));
+        return refuse(OrvEditObstacle::of(m_pChannel));
     const OrvGeoEntity* pEntity = m_pChannel->network()->geoEntity();
     if (pEntity && pEntity->isPtex())
         return refuse(tr("The channels of '%1' are as large as its faces").arg(pEntity->name()));

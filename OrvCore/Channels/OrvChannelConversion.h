@@ -9,7 +9,9 @@
 #include <QtCore/QVector>
 
 class OrvImageSet;
+class OrvSnBaseNode;
 class OrvSnChannelInputNode;
+class OrvSnMergeNode;
 
 /// One conversion of a channel's images, to another depth, colour space or size: made for it and dropped. The
 /// new pixels are computed before the document is touched, so that a conversion that is cancelled or cannot
@@ -27,6 +29,12 @@ public:
     bool convertScalarColorSpace(const QString& Space);
     /// The edge length of a tile. Images that other channels show too keep their size.
     bool resize(int EdgeLength);
+
+    /// The colour space of paint in a chain that the node is part of; empty where values mean no colour.
+    static QString paintSpaceAt(const OrvSnBaseNode* pNode);
+    /// The layer came from a place of one paint space to a place of another: its paint looks as it did there,
+    /// with the same numbers.
+    static void keepColors(OrvSnMergeNode* pMerge, const QString& FormerSpace, const QString& Space);
 
 private:
     /// How the pixels of one image get from one format to another.

@@ -4,6 +4,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
@@ -42,13 +43,16 @@ QString warning(const QString& Name, const QList<OrvLayer*>& Layers)
 {
     const bool Hidden = std::any_of(
         Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) { return !pLayer->isVisible(); });
-    const bool Locked = std::any_of(
-        Layers.begin(), Layers.end(), [](const OrvLayer* pLayer) { return !pLayer->isModifiable(); });
-    if (Hidden && Locked)
-        return tr("'%1' contains hidden layers, which will be lost, and locked or cached layers.").arg(Name);
+    QStringList Obstacles;
+    for (const OrvLayer* pLayer : Layers)
+        Obstacles.append(OrvEditObstacle::ofSharers(pLayer));
+    const QString Kept = OrvEditObstacle::several(Obstacles);
+    QStringList Warnings;
     if (Hidden)
-        return tr("'%1' contains hidden layers, which will be lost.").arg(Name);
-    return Locked ? tr("'%1' contains locked or cached layers.").arg(Name) : QString();
+        Warnings.append(tr("'%1' contains hidden layers, which will be lost.").arg(Name));
+    if (!Kept.isEmpty())
+        Warnings.append(tr("'%1' contains layers that are kept from being edited: %2.").arg(Name, Kept));
+    return Warnings.join(QLatin1Char('\n'));
 }
 
 OrvSnBaseNode* bottomOf(OrvShaderInput* pChannel)
@@ -75,7 +79,7 @@ bool OrvChannelFlattening::flatten(OrvShaderInput* pChannel)
         return false;
     const QString Name = pChannel->name();
     if (!pChannel->isModifiable())
-        return refuse(tr("'%1' is locked or cached").arg(Name));
+        return refuse(OrvEditObstacle::of(pChannel));
     if (pChannel->isMaterialStack())
         return refuse(tr("'%1' holds materials, which are more than paint").arg(Name));
     if (pChannel->containsMultiChannelLayerOfShaderModel(nullptr))

@@ -30,7 +30,7 @@ void tellLost(const OrvSnShaderInputNode* pChannel)
         return;
     Told.insert(Space);
     const QString Text = QCoreApplication::translate("OrvChannelSpace",
-        "The colour space '%1' of '%2' is not available; its values are taken for linear light")
+        "The color space '%1' of '%2' is not available; its values are taken for linear light")
                              .arg(Space, pChannel->name());
     // Whoever is being evaluated is not to be disturbed.
     QMetaObject::invokeMethod(

@@ -91,7 +91,12 @@ public:
     bool isMoveable() const;
     /// Whether the layer, or another one with its content, may stand just above the target: nothing is locked
     /// there, no cycle would come of it, and the stack takes this kind of layer.
-    bool canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const;
+    bool canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const
+    {
+        return placementObstacle(pTarget, pStack).isEmpty();
+    }
+    /// Why it may not, for the user; empty when it may.
+    QString placementObstacle(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const;
 
     bool isSelected() const { return m_Selected; }
     void setSelected(bool Selected, bool Notify = true);

@@ -39,7 +39,11 @@ void OrvLayer::setAdjustmentStackEnabled(bool Enabled)
 
 OrvLayer* OrvLayer::addLayerAdjustmentLayerFromKey(const QString& Key, const QString& Name)
 {
-    if (!canHaveAdjustmentStack() || !isModifiable())
+    if (!canHaveAdjustmentStack()) {
+        refuse(tr("'%1' takes no adjustment stack").arg(name()));
+        return nullptr;
+    }
+    if (!checkModifiable())
         return nullptr;
     OrvUndoManager::AutoMacro Macro(tr("Add Adjustment Stack : %1").arg(name()));
     if (!hasAdjustmentStack()) {
@@ -67,7 +71,7 @@ OrvLayer* OrvLayer::addLayerAdjustmentLayerFromKey(const QString& Key, const QSt
 
 void OrvLayer::removeLayerAdjustment()
 {
-    if (!hasAdjustmentStack() || !isModifiable())
+    if (!hasAdjustmentStack() || !checkModifiable())
         return;
     const OrvUndoManager::AutoMacro Macro(tr("Remove Adjustment Stack : %1").arg(name()));
     OrvSnBaseNode* pTop = overNode();
@@ -78,7 +82,7 @@ void OrvLayer::removeLayerAdjustment()
 void OrvLayer::addSecondaryAdjustmentLayerFromKey(const QString& Key)
 {
     OrvSnBaseNode* pAdjustment = contentNode();
-    if (!isAdjustmentLayer() || hasSecondaryAdjustment() || !isModifiable())
+    if (!isAdjustmentLayer() || hasSecondaryAdjustment() || !checkModifiable())
         return;
     std::unique_ptr<OrvSnBaseNode> pOperation = OrvNodeRegistry::instance().createFromMenuPath(Key);
     if (!pOperation || pOperation->inputs().isEmpty())
@@ -95,7 +99,7 @@ void OrvLayer::addSecondaryAdjustmentLayerFromKey(const QString& Key)
 void OrvLayer::removeSecondaryAdjustmentLayer()
 {
     OrvSnBaseNode* pSecond = secondaryAdjustmentNode();
-    if (!pSecond || !isModifiable())
+    if (!pSecond || !checkModifiable())
         return;
     const OrvUndoManager::AutoMacro Macro(tr("Remove Secondary Adjustment : %1").arg(name()));
     m_pBlendNode->connectInput(OrvSnNames::Over, pSecond->preferredInputNode());

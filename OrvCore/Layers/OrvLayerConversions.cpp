@@ -4,6 +4,7 @@
 
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -25,7 +26,7 @@ bool OrvLayer::refuse(const QString& Reason) const
 
 bool OrvLayer::checkModifiable() const
 {
-    return isModifiable() || refuse(tr("'%1' is locked or cached").arg(name()));
+    return isModifiable() || refuse(OrvEditObstacle::ofSharers(this));
 }
 
 void OrvLayer::replacePaint(const OrvImageBuffer& Pixels)

@@ -4,6 +4,7 @@
 
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -137,9 +138,8 @@ OrvLayer* OrvLayerStreamUtils::flattenLayer(OrvLayer* pLayer, OrvLayerStack*, bo
     const OrvLayerStack* pInside = groupStack(pLayer);
     if (!pInside || !pLayer->isModifiable()) {
         if (pLayer) {
-            Q_EMIT Manager.refused((pInside ? OrvLayerStack::tr("'%1' is locked or cached")
-                                            : OrvLayerStack::tr("'%1' is no group"))
-                                       .arg(pLayer->name()));
+            Q_EMIT Manager.refused(pInside ? OrvEditObstacle::ofSharers(pLayer)
+                                           : OrvLayerStack::tr("'%1' is no group").arg(pLayer->name()));
         }
         return nullptr;
     }

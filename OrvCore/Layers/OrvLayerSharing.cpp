@@ -2,10 +2,12 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 
+#include "OrvCore/Channels/OrvChannelConversion.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -90,28 +92,32 @@ bool OrvLayer::isTaggedForCrossChannelSharing() const
     return m_pBlendNode->userAttribute(OrvMergeAttributes::CrossChannelSharing).value().toBool();
 }
 
-bool OrvLayer::canBePlacedAt(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const
+QString OrvLayer::placementObstacle(const OrvSnBaseNode* pTarget, const OrvLayerStack* pStack) const
 {
-    if (!pTarget || pTarget->network() != m_pBlendNode->network()
-        || !OrvLayerUtils::isModificationAllowedAt(pTarget))
-        return false;
+    if (!pTarget || pTarget->network() != m_pBlendNode->network())
+        return tr("'%1' belongs to another object").arg(name());
+    if (!OrvLayerUtils::isModificationAllowedAt(pTarget))
+        return OrvEditObstacle::at(pTarget);
     // Inside itself, or inside what it shows.
     const QVector<OrvSnBaseNode*> Containers = OrvChainTargets::containers(pTarget);
     if (Containers.contains(m_pBlendNode) || Containers.contains(contentNode()))
-        return false;
+        return tr("'%1' cannot stand inside itself").arg(name());
     // A stream of a layer in several channels is that of its channel, in masks there is none.
     if (OrvLayerStreamUtils::containsMultiChannelLayers(this)
         && (OrvChainTargets::channel(pTarget) != OrvChainTargets::channel(m_pBlendNode)
             || (pStack && pStack->isWithinMask())))
-        return false;
+        return tr("'%1' is in several channels, and stays in each").arg(name());
     // A layered shader is fed by stacks in which it cannot stand itself.
     if (isShaderLayer() && pTarget->network()->wouldConnectionBreakDAG(shaderNode(), pTarget))
-        return false;
+        return tr("The shader of '%1' is fed by this stack").arg(name());
     const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     // What goes into a shared group later is seen with its sharers too.
     const bool KindIsOpen = isGroupLayer() && !isPaintComponentShared();
-    return OrvShaderLayers::fits(this, AmongShaders)
-        && (KindIsOpen || OrvShaderLayers::isPlaceOfShaders(m_pBlendNode) == AmongShaders);
+    if (OrvShaderLayers::fits(this, AmongShaders)
+        && (KindIsOpen || OrvShaderLayers::isPlaceOfShaders(m_pBlendNode) == AmongShaders))
+        return QString();
+    return AmongShaders ? tr("Only shader layers stand in a material channel")
+                        : tr("Shader layers stand in material channels only");
 }
 
 OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, bool)
@@ -122,6 +128,8 @@ OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, 
     if (pTarget->network() != m_pBlendNode->network() || !OrvLayerUtils::isModificationAllowedAt(pTarget)
         || OrvShaderLayers::isPlaceOfShaders(pTarget) != OrvShaderLayers::isPlaceOfShaders(m_pBlendNode))
         return nullptr;
+    const QString FormerSpace = OrvChannelConversion::paintSpaceAt(m_pBlendNode);
+    const QString Space = OrvChannelConversion::paintSpaceAt(pTarget);
     OrvUndoManager::AutoMacro Macro(tr("Share Layer '%1'").arg(name()));
     OrvSnMergeNode* pMerge = OrvChainEditing::addNode(
         m_pBlendNode->network(), std::make_unique<OrvSnMergeNode>(), name(), pTarget, 1, 0);
@@ -133,6 +141,7 @@ OrvLayer* OrvLayer::addSharedLayerAfter(OrvSnBaseNode* pTarget, const QString&, 
         Macro.cancel();
         return nullptr;
     }
+    OrvChannelConversion::keepColors(pMerge, FormerSpace, Space);
     return OrvLayerManager::instance().getLayer(pMerge, true);
 }
 

@@ -1,5 +1,6 @@
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 
+#include "OrvCore/Channels/OrvChannelConversion.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -18,7 +19,7 @@
 namespace {
 
 constexpr quint32 Magic = 0x4f72764c; // "OrvL"
-constexpr quint32 Version = 1;
+constexpr quint32 Version = 2;
 constexpr int RowsAtOnce = 256;
 
 QString tr(const char* pText)
@@ -132,6 +133,8 @@ OrvLayerSnapshot OrvLayerSnapshot::capture(
     const QVector<OrvSnMergeNode*>& Merges, OrvChainEditing::Channels Handling)
 {
     OrvLayerSnapshot Snapshot;
+    if (!Merges.isEmpty())
+        Snapshot.m_PaintSpace = OrvChannelConversion::paintSpaceAt(Merges.first());
     const QVector<OrvSnBaseNode*> Nodes = OrvChainEditing::nodesOf(Merges, Handling);
     const QSet<const OrvSnBaseNode*> Inside(Nodes.begin(), Nodes.end());
     QSet<const OrvSnBaseNode*> Roots, BaseOperations;
@@ -264,7 +267,8 @@ QByteArray OrvLayerSnapshot::toBytes() const
     QByteArray Bytes;
     QDataStream Stream(&Bytes, QIODevice::WriteOnly);
     Stream.setVersion(QDataStream::Qt_5_15);
-    Stream << Magic << Version << m_Roots << QJsonDocument(m_Nodes.toJson()).toJson(QJsonDocument::Compact);
+    Stream << Magic << Version << m_Roots << m_PaintSpace
+           << QJsonDocument(m_Nodes.toJson()).toJson(QJsonDocument::Compact);
     QVector<OrvNodeDescription> Nodes = m_Nodes.nodes();
     QHash<QString, OrvNodeDescription*> Images;
     collectImages(Nodes, Images);
@@ -283,13 +287,14 @@ bool OrvLayerSnapshot::fromBytes(const QByteArray& Bytes, OrvLayerSnapshot& Snap
     Stream.setVersion(QDataStream::Qt_5_15);
     quint32 Mark = 0, StoredVersion = 0;
     QStringList Roots;
+    QString PaintSpace;
     QByteArray Json;
     Stream >> Mark >> StoredVersion;
     if (Mark != Magic || StoredVersion != Version) {
         Error = tr("The clipboard holds layers of another version of Orvi");
         return false;
     }
-    Stream >> Roots >> Json;
+    Stream >> Roots >> PaintSpace >> Json;
     OrvNodeSubgraph Read;
     if (Stream.status() != QDataStream::Ok
         || !OrvNodeSubgraph::fromJson(QJsonDocument::fromJson(Json).array(), Read, Error) || Read.isEmpty()) {
@@ -310,6 +315,7 @@ bool OrvLayerSnapshot::fromBytes(const QByteArray& Bytes, OrvLayerSnapshot& Snap
     }
     OrvLayerSnapshot Whole;
     Whole.m_Roots = Roots;
+    Whole.m_PaintSpace = PaintSpace;
     for (const OrvNodeDescription& Node : qAsConst(Nodes))
         Whole.m_Nodes.append(Node);
     Snapshot = Whole;

@@ -20,6 +20,8 @@ public:
     static OrvLayerSnapshot captureMask(const OrvSnMergeNode* pMerge);
 
     bool isEmpty() const { return m_Roots.isEmpty(); }
+    /// The colour space of paint where the layers stood; empty where values meant no colour.
+    QString paintSpace() const { return m_PaintSpace; }
 
     /// Makes the layers, undoably, in no chain yet; topmost first. A channel that the network has is shared
     /// again; of one that it lacks its layers are taken, as a group. Images are brought to the layout where
@@ -34,5 +36,6 @@ private:
     OrvNodeSubgraph withoutChannels(const OrvShaderNetwork* pNetwork) const;
 
     QStringList m_Roots;
+    QString m_PaintSpace;
     OrvNodeSubgraph m_Nodes;
 };

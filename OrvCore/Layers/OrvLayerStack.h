@@ -72,9 +72,9 @@ public:
     QString currentStream() const;
     /// The stream that a merge node serves; empty for the plain one.
     QString currentStreamName(const OrvSnBaseNode* pMergeNode = nullptr) const;
-    /// Where a new layer goes: the node above which it is put; null when no change is allowed there. Gives a
-    /// chain that ends in nothing its bottom.
-    OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow);
+    /// Where a new layer goes: the node above which it is put; null when no change is allowed there, for the
+    /// reason that the text is set to. Gives a chain that ends in nothing its bottom.
+    OrvSnBaseNode* placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow, QString* pObstacle = nullptr);
     /// Selection and current layer after layers were made; the first becomes current.
     void present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags);
 
@@ -147,8 +147,10 @@ private:
     const Chain& chain() const;
 
     using ContentFactory = std::function<OrvSnBaseNode*(OrvSnBaseNode* pTarget, const QString& Name)>;
+    /// What stands against it is told (OrvLayerManager::refused), or handed to a caller who tells it.
     OrvLayer* addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow,
-        const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent);
+        const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent,
+        QString* pError = nullptr);
     OrvLayer* addOperationLayer(const QString& MacroText, const QString& Key, bool Procedural,
         OrvLayerCreateFlags Flags, OrvLayer* pBelow, const QString& Name);
     /// Puts layers of one group, topmost first, into a new group above the target. Null when that would close

@@ -2,9 +2,11 @@
 
 #include "OrvCore/Layers/OrvLayerStack.h"
 
+#include "OrvCore/Channels/OrvChannelConversion.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerClipboard.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -25,10 +27,15 @@
 
 #include <QtCore/QSet>
 
-OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow)
+OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer* pBelow, QString* pObstacle)
 {
-    if (!isStructureModifiable())
+    const auto none = [pObstacle](const QString& Obstacle) {
+        if (pObstacle)
+            *pObstacle = Obstacle;
         return nullptr;
+    };
+    if (!isStructureModifiable())
+        return none(topNode() ? OrvEditObstacle::at(topNode()) : OrvEditObstacle::of(ownerShaderInput()));
     OrvSnBaseNode* pTarget = topNode();
     while (pTarget && pTarget->hasTag(OrvSnNames::AdjustmentStackTopTag))
         pTarget = pTarget->preferredInputNode();
@@ -56,7 +63,7 @@ OrvSnBaseNode* OrvLayerStack::placeFor(OrvLayerCreateFlags Flags, const OrvLayer
         if (!pLast->connectInput(isEmpty() ? m_InputName : OrvSnNames::Base, pTarget))
             return nullptr;
     }
-    return OrvLayerUtils::isModificationAllowedAt(pTarget) ? pTarget : nullptr;
+    return OrvLayerUtils::isModificationAllowedAt(pTarget) ? pTarget : none(OrvEditObstacle::at(pTarget));
 }
 
 void OrvLayerStack::present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags Flags)
@@ -76,33 +83,39 @@ void OrvLayerStack::present(const QList<OrvLayer*>& Layers, OrvLayerCreateFlags 
 }
 
 OrvLayer* OrvLayerStack::addLayer(const QString& MacroText, OrvLayerCreateFlags Flags, OrvLayer* pBelow,
-    const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent)
+    const QString& Name, const QString& DefaultName, const ContentFactory& MakeContent, QString* pError)
 {
     OrvUndoManager::AutoMacro Macro(MacroText);
-    OrvSnBaseNode* pTarget = placeFor(Flags, pBelow);
-    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     OrvLayerManager& Manager = OrvLayerManager::instance();
+    const auto refused = [&](const QString& Reason) -> OrvLayer* {
+        Macro.cancel();
+        if (pError)
+            *pError = Reason;
+        else
+            Q_EMIT Manager.refused(Reason);
+        return nullptr;
+    };
+    QString Obstacle;
+    OrvSnBaseNode* pTarget = placeFor(Flags, pBelow, &Obstacle);
+    if (!pTarget)
+        return refused(tr("No layer can be added here: %1").arg(Obstacle));
+    const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
     QString LayerName = Name.isEmpty() ? DefaultName : Name;
     if (Name.isEmpty() && Flags.testFlag(OrvLayerUniqueName))
         LayerName = Manager.uniqueLayerName(network(), DefaultName);
-    OrvSnBaseNode* pContent = pTarget ? MakeContent(pTarget, LayerName) : nullptr;
+    OrvSnBaseNode* pContent = MakeContent(pTarget, LayerName);
     if (!pContent) {
         Macro.cancel();
         return nullptr;
     }
     OrvSnMergeNode* pMerge
         = OrvChainEditing::addNode(network(), std::make_unique<OrvSnMergeNode>(), LayerName, pTarget, 1, 0);
-    if (!pMerge->connectInput(OrvSnNames::Over, pContent) || !OrvChainEditing::insertAbove(pMerge, pTarget)) {
-        Macro.cancel();
-        return nullptr;
-    }
+    if (!pMerge->connectInput(OrvSnNames::Over, pContent) || !OrvChainEditing::insertAbove(pMerge, pTarget))
+        return refused(tr("'%1' cannot stand here: it would show itself").arg(LayerName));
     OrvLayer* pLayer = Manager.getLayer(pMerge, true);
-    if (!OrvShaderLayers::fits(pLayer, AmongShaders)) {
-        Macro.cancel();
-        Q_EMIT Manager.refused(AmongShaders ? tr("Only shader layers stand in a material channel")
-                                            : tr("Shader layers stand in material channels only"));
-        return nullptr;
-    }
+    if (!OrvShaderLayers::fits(pLayer, AmongShaders))
+        return refused(AmongShaders ? tr("Only shader layers stand in a material channel")
+                                    : tr("Shader layers stand in material channels only"));
     present({pLayer}, Flags);
     return pLayer;
 }
@@ -221,7 +234,7 @@ bool OrvLayerStack::canBeGathered(const QList<OrvLayer*>& Layers, QString& Error
             return false;
         }
         if (!OrvLayerUtils::isLayerModifiable(pLayer)) {
-            Error = tr("'%1' is locked or cached").arg(pLayer->name());
+            Error = OrvEditObstacle::of(pLayer);
             return false;
         }
     }
@@ -328,13 +341,15 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
     if (!OrvLayerClipboard::get(OrvLayerClipboard::Layers, Snapshot, Error))
         return {};
     OrvUndoManager::AutoMacro Macro(tr("Paste Layers"));
-    OrvSnBaseNode* pTarget = placeFor(Flags, nullptr);
+    QString Obstacle;
+    OrvSnBaseNode* pTarget = placeFor(Flags, nullptr, &Obstacle);
     if (!pTarget) {
         Macro.cancel();
-        Error = tr("Layers cannot be pasted here: the place is locked or cached");
+        Error = tr("Layers cannot be pasted here: %1").arg(Obstacle);
         return {};
     }
     const bool AmongShaders = OrvShaderLayers::isPlaceOfShaders(pTarget);
+    const QString Space = OrvChannelConversion::paintSpaceAt(pTarget);
     const QVector<OrvSnMergeNode*> Merges
         = Snapshot.instantiate(network(), OrvImageSettings::ofStack(this).Layout);
     QList<OrvLayer*> Layers;
@@ -354,6 +369,7 @@ QList<OrvLayer*> OrvLayerStack::pasteFromClipboard(OrvLayerCreateFlags Flags, QS
             Macro.cancel();
             return {};
         }
+        OrvChannelConversion::keepColors(*Merge, Snapshot.paintSpace(), Space);
         pTarget = *Merge;
         Layers.prepend(pLayer);
     }

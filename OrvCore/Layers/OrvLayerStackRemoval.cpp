@@ -4,6 +4,7 @@
 
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -50,20 +51,11 @@ OrvLayer* holderOf(const OrvLayer* pLayer)
     return nullptr;
 }
 
-bool areModifiable(const QList<OrvLayer*>& Layers)
-{
-    return std::all_of(Layers.begin(), Layers.end(), OrvLayerUtils::isLayerModifiable);
-}
-
-/// Layers that are kept by their own locks or caches; what keeps the others has been told.
-void tellNothingRemoved(const QList<OrvLayer*>& Layers)
+/// What keeps one of the layers where it is; empty when nothing does.
+QString obstacleOf(const QList<OrvLayer*>& Layers)
 {
     const auto Kept = std::find_if_not(Layers.begin(), Layers.end(), OrvLayerUtils::isLayerModifiable);
-    if (Kept == Layers.end())
-        return;
-    Q_EMIT OrvLayerManager::instance().refused(Layers.size() == 1
-            ? OrvLayerStack::tr("'%1' cannot be removed: it is locked or cached").arg((*Kept)->name())
-            : OrvLayerStack::tr("No layer was removed: those selected are locked or cached"));
+    return Kept == Layers.end() ? QString() : OrvEditObstacle::of(*Kept);
 }
 
 } // namespace
@@ -143,19 +135,21 @@ void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
 {
     const QList<OrvLayer*> Leaving = outermost(Layers.isEmpty() ? selectedLayers() : Layers);
     QList<OrvLayer*> Going;
+    QStringList Obstacles;
     for (OrvLayer* pLayer : Leaving) {
         const QList<OrvLayer*> Together = goingWith(pLayer);
-        if (areModifiable(Together)) {
+        const QString Obstacle = obstacleOf(Together);
+        if (Obstacle.isEmpty())
             Going += Together;
-        } else if (OrvLayerUtils::isLayerModifiable(pLayer)) {
-            Q_EMIT OrvLayerManager::instance().refused(
-                tr("'%1' cannot be removed: it is locked or cached in another channel").arg(pLayer->name()));
-        }
+        else
+            Obstacles.append(Obstacle);
     }
-    if (Going.isEmpty()) {
-        tellNothingRemoved(Leaving);
+    if (!Obstacles.isEmpty())
+        Q_EMIT OrvLayerManager::instance().refused(
+            (Going.isEmpty() ? tr("No layer was removed: %1") : tr("Not all layers were removed: %1"))
+                .arg(OrvEditObstacle::several(Obstacles)));
+    if (Going.isEmpty())
         return;
-    }
     const OrvUndoManager::AutoMacro Macro(tr("Remove Layers"));
     leaveCurrentLayer(Going);
     for (OrvLayer* pLayer : qAsConst(Going)) {
@@ -195,13 +189,20 @@ bool OrvLayerStack::freeLayersOf(const OrvLayer* pGroup, QList<OrvLayer*>& Freed
 void OrvLayerStack::ungroupLayers()
 {
     QList<OrvLayer*> Groups;
+    QStringList Obstacles;
     for (OrvLayer* pLayer : outermost(selectedLayers())) {
         const QList<OrvLayer*> Streams = pLayer->inAllChannels();
         const bool AreGroups = std::all_of(
             Streams.begin(), Streams.end(), [](const OrvLayer* pStream) { return pStream->isGroupLayer(); });
-        if (AreGroups && areModifiable(Streams))
+        const QString Obstacle = AreGroups ? obstacleOf(Streams) : QString();
+        if (AreGroups && Obstacle.isEmpty())
             Groups += Streams;
+        else
+            Obstacles.append(Obstacle);
     }
+    const QString Kept = OrvEditObstacle::several(Obstacles);
+    if (!Kept.isEmpty())
+        Q_EMIT OrvLayerManager::instance().refused(tr("Not all groups were taken apart: %1").arg(Kept));
     if (Groups.isEmpty())
         return;
     OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));

@@ -1,10 +1,12 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 
+#include "OrvCore/Channels/OrvChannelConversion.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerSnapshot.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
@@ -99,11 +101,14 @@ bool insertLayersAfter(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, O
     if (Layers.isEmpty())
         return true;
     QVector<OrvUdimLayout> Before;
+    QStringList FormerSpaces;
     for (const OrvLayer* pLayer : Layers) {
         if (!pTarget || !pLayer || !pLayer->isMoveable() || !pLayer->canBePlacedAt(pTarget, pStack))
             return false;
         Before.append(OrvImageSettings::ofLayer(pLayer->blendNode()).Layout);
+        FormerSpaces.append(OrvChannelConversion::paintSpaceAt(pLayer->blendNode()));
     }
+    const QString Space = OrvChannelConversion::paintSpaceAt(pTarget);
     OrvUndoManager::AutoMacro Macro(
         Layers.size() == 1 ? tr("Move Layer '%1'").arg(Layers.first()->name()) : tr("Move Layers"));
     for (const OrvLayer* pLayer : Layers) {
@@ -122,6 +127,7 @@ bool insertLayersAfter(const QList<OrvLayer*>& Layers, OrvSnBaseNode* pTarget, O
     for (int Index = 0; Index < Layers.size(); ++Index) {
         if (After[Index] != Before[Index])
             OrvChainEditing::fitImages(Layers[Index]->blendNode(), After[Index]);
+        OrvChannelConversion::keepColors(Layers[Index]->blendNode(), FormerSpaces[Index], Space);
     }
     return true;
 }
@@ -134,8 +140,16 @@ bool insertLayerAfter(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* p
 OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLayerStack* pStack)
 {
     OrvShaderNetwork* pNetwork = pTarget ? pTarget->network() : nullptr;
-    if (!pLayer || !pNetwork || !OrvLayerUtils::isModificationAllowedAt(pTarget))
+    if (!pLayer || !pNetwork)
         return nullptr;
+    const auto refuse = [pLayer](const QString& Obstacle) {
+        if (!Obstacle.isEmpty())
+            Q_EMIT OrvLayerManager::instance().refused(
+                tr("'%1' cannot be copied: %2").arg(pLayer->name(), Obstacle));
+        return nullptr;
+    };
+    if (!OrvLayerUtils::isModificationAllowedAt(pTarget))
+        return refuse(OrvEditObstacle::at(pTarget));
     const bool SameNetwork = pLayer->blendNode()->network() == pNetwork;
     const bool InAllChannels = OrvStreamPlaces::isForAllStreams(pLayer, pTarget);
     QVector<OrvSnMergeNode*> Originals;
@@ -151,15 +165,19 @@ OrvLayer* addDuplicateLayerAbove(OrvLayer* pLayer, OrvSnBaseNode* pTarget, OrvLa
     bool Done = Copies.size() == Originals.size();
     for (int Index = 0; Index < Copies.size() && Done; ++Index) {
         OrvSnBaseNode* pPlace = Index == 0 ? pTarget : placeOfCopy(Originals[Index], pTarget);
+        const QString FormerSpace = OrvChannelConversion::paintSpaceAt(Originals[Index]);
+        const QString Space = OrvChannelConversion::paintSpaceAt(pPlace);
         Done = pPlace && OrvChainEditing::insertAbove(Copies[Index], pPlace)
             && OrvShaderLayers::fits(Copies[Index], AmongShaders);
+        if (Done)
+            OrvChannelConversion::keepColors(Copies[Index], FormerSpace, Space);
     }
     if (!Done) {
         Macro.cancel();
-        if (InAllChannels)
-            Q_EMIT OrvLayerManager::instance().refused(
-                tr("'%1' cannot be copied: another of its channels is locked or cached").arg(pLayer->name()));
-        return nullptr;
+        QStringList Obstacles;
+        for (const OrvSnMergeNode* pOriginal : qAsConst(Originals))
+            Obstacles.append(OrvEditObstacle::at(pOriginal));
+        return refuse(OrvEditObstacle::several(Obstacles));
     }
     OrvSnBaseNode* pCopy = Copies.first()->commonNode();
     if (SameNetwork)

@@ -4,6 +4,7 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
+#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include <QtCore/QCoreApplication>
@@ -40,6 +41,11 @@ bool isPartOfCache(const OrvSnBaseNode* pNode)
 bool isLayer(const OrvSnBaseNode* pNode)
 {
     return OrvLayerStreamUtils::isMergeNode(pNode);
+}
+
+bool holdsLayerName(const OrvSnBaseNode* pNode)
+{
+    return isLayer(pNode) || qobject_cast<const OrvSnMultiChannelMergeNode*>(pNode);
 }
 
 bool isLayerModifiable(const OrvLayer* pLayer)

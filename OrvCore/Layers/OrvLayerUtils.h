@@ -23,6 +23,8 @@ ORVCORE_EXPORT bool isModificationAllowedAt(const OrvSnBaseNode* pNode);
 /// A cached layer holds the node, or lies above it in its stack and keeps all below.
 ORVCORE_EXPORT bool isPartOfCache(const OrvSnBaseNode* pNode);
 ORVCORE_EXPORT bool isLayer(const OrvSnBaseNode* pNode);
+/// Whether a node's name is that of layers: a merge node's, or of what several of them have in common.
+ORVCORE_EXPORT bool holdsLayerName(const OrvSnBaseNode* pNode);
 /// As OrvLayer::isModifiable, without asking the layers that share content with it.
 ORVCORE_EXPORT bool isLayerModifiable(const OrvLayer* pLayer);
 /// A new shader layer above the target that shows the shader of the node; null when that is not allowed.

@@ -50,9 +50,12 @@ bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
 {
     const QList<OrvShaderInput*> Channels
         = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pNetwork);
-    return std::any_of(Channels.begin(), Channels.end(), [&Channels](const OrvShaderInput* pChannel) {
-        return pChannel->layout() != Channels.first()->layout()
-            || OrvChannelSpace::ofChannel(pChannel) != OrvChannelSpace::ofChannel(Channels.first());
+    if (Channels.isEmpty())
+        return false;
+    const OrvUdimLayout Layout = Channels.first()->layout();
+    const QString Space = OrvChannelSpace::ofChannel(Channels.first());
+    return std::any_of(Channels.begin() + 1, Channels.end(), [&](const OrvShaderInput* pChannel) {
+        return pChannel->layout() != Layout || OrvChannelSpace::ofChannel(pChannel) != Space;
     });
 }
 
@@ -178,24 +181,31 @@ void OrvNodeEvaluation::markContentsOfMoved()
 {
     const QSet<OrvSnBaseNode*> Moved = std::exchange(moved(), {});
     QHash<const OrvShaderNetwork*, bool> Matters;
+    QVector<OrvSnBaseNode*> Starts;
     for (OrvSnBaseNode* pNode : Moved) {
+        // A new bottom, of a channel or group, holds nothing; channels are made by the thousand.
+        if (pNode->inputs().isEmpty() && !pNode->m_pEngineNode)
+            continue;
         const OrvShaderNetwork* pNetwork = pNode->network();
         if (!Matters.contains(pNetwork))
             Matters.insert(pNetwork, pNetwork && hasDifferentChannels(pNetwork));
         if (Matters.value(pNetwork))
-            markUpstream(pNode);
+            Starts.append(pNode);
     }
+    markUpstream(Starts);
 }
 
-void OrvNodeEvaluation::markUpstream(OrvSnBaseNode* pNode)
+void OrvNodeEvaluation::markUpstream(const QVector<OrvSnBaseNode*>& Starts)
 {
-    QVector<OrvSnBaseNode*> Pending{pNode};
-    QSet<const OrvSnBaseNode*> Seen{pNode};
+    // One walk for all: those of a chain lie above each other.
+    QVector<OrvSnBaseNode*> Pending = Starts;
+    const QSet<const OrvSnBaseNode*> IsStart(Starts.begin(), Starts.end());
+    QSet<const OrvSnBaseNode*> Seen = IsStart;
     while (!Pending.isEmpty()) {
         OrvSnBaseNode* pNext = Pending.takeLast();
         if (pNext->m_pEngineNode)
             stale().insert(pNext);
-        if (pNext != pNode && pNext->hasTag(OrvSnNames::ShaderInputTag))
+        if (!IsStart.contains(pNext) && pNext->hasTag(OrvSnNames::ShaderInputTag))
             continue;
         for (const OrvSnBaseNode::Input& Input : pNext->inputs()) {
             if (Input.pNode && !Seen.contains(Input.pNode)) {
@@ -353,7 +363,7 @@ void OrvNodeEvaluation::inputStepsChanged(OrvSnBaseNode* pNode)
 void OrvNodeEvaluation::layoutChanged(OrvSnBaseNode* pNode)
 {
     // All that it holds, and everybody who reads what comes from it.
-    markUpstream(pNode);
+    markUpstream({pNode});
     const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNode).Targets;
     for (const OrvChainTargets::Target& Target : Targets) {
         for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target)) {

@@ -48,7 +48,7 @@ private:
     static void connectAll(QVector<OrvSnBaseNode*> Nodes);
     static OrvSnBaseNode* withNewEngineNode(const OrvSnBaseNode* pNode);
     static void updateParameters(const OrvSnBaseNode* pNode);
-    static void markUpstream(OrvSnBaseNode* pNode);
+    static void markUpstream(const QVector<OrvSnBaseNode*>& Starts);
     static void markContentsOfMoved();
     static std::vector<OrvInputStep> takeInputSteps(OrvSnBaseNode* pNode);
     static OrvInputStep* inputStep(const OrvSnBaseNode* pNode, OrvEngineNode::Pad Pad);

@@ -32,10 +32,8 @@ void OrvShaderNetworkManager::setCurrentShaderNetwork(OrvShaderNetwork* pNetwork
 
 QStringList OrvShaderNetworkManager::layerPathKeys() const
 {
-    QStringList Keys;
-    for (const OrvOperation& Operation : OrvOperationRegistry::instance().operations())
-        Keys.append(Operation.MenuPath);
-    return Keys;
+    // Menus are made before the image engine runs.
+    return OrvOperationRegistry::menuPaths();
 }
 
 QString OrvShaderNetworkManager::nodeMenuPath(const QString& Key) const

@@ -390,7 +390,6 @@ void OrvSnBaseNode::applyUserAttributeRemoval(const QString& Name)
 void OrvSnBaseNode::enterNetwork(OrvShaderNetwork* pNetwork)
 {
     m_pNetwork = pNetwork;
-    setParent(pNetwork);
     setReferenced(pNetwork != nullptr);
 }
 

@@ -7,6 +7,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Layers/OrvStreamPlaces.h"
@@ -96,7 +97,10 @@ QVector<OrvSnMergeNode*> makeStreams(
     for (const Stream& One : Plan.Streams) {
         OrvSnBaseNode* pThere = placeOf(One, pPlaceChannel, pPlace);
         if (!pThere) {
-            Error = tr("No layer can be added to '%1': it is locked or cached").arg(One.pChannel->name());
+            const QString Obstacle = OrvEditObstacle::of(One.pChannel);
+            Error = tr("No layer can be added to '%1': %2")
+                        .arg(One.pChannel->name(),
+                            Obstacle.isEmpty() ? tr("the place there is locked or cached") : Obstacle);
             return {};
         }
         std::unique_ptr<OrvSnBaseNode> pMade = Plan.MakeContent(One, Error);

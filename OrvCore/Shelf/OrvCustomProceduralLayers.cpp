@@ -3,6 +3,7 @@
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -47,16 +48,12 @@ OrvLayer* OrvLayerStack::createCustomProceduralLayer(
     if (pTarget && !pBelow)
         Flags = OrvLayerCreateFlags((int(Flags) | OrvLayerAtBottom) & ~OrvLayerInsideCurrentGroup);
     const QString Name = pNode->name();
-    OrvLayer* pLayer = addLayer(tr("Add Custom Procedural Layer"), Flags, pBelow, QString(), Name,
+    return addLayer(
+        tr("Add Custom Procedural Layer"), Flags, pBelow, QString(), Name,
         [&](OrvSnBaseNode* pPlace, const QString&) {
             return OrvChainEditing::addNode<OrvSnBaseNode>(network(), std::move(pNode), Name, pPlace, 1, 1);
-        });
-    if (!pLayer) {
-        Error = (holdsShaders() ? tr("'%1' takes shader layers only")
-                                : tr("No layer can be added to '%1': it is locked or cached"))
-                    .arg(name());
-    }
-    return pLayer;
+        },
+        &Error);
 }
 
 OrvSnCustomProceduralNode* OrvLayer::customProceduralNode() const
@@ -83,7 +80,7 @@ bool OrvLayer::addMaskCustomProcedural(const QString& PathOrKey, QString& Error)
 {
     Error.clear();
     if (hasMask() || !isModifiable()) {
-        Error = (hasMask() ? tr("'%1' has a mask already") : tr("'%1' is locked or cached")).arg(name());
+        Error = hasMask() ? tr("'%1' has a mask already").arg(name()) : OrvEditObstacle::ofSharers(this);
         return false;
     }
     std::unique_ptr<OrvSnCustomProceduralNode> pNode

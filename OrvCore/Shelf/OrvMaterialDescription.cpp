@@ -71,7 +71,7 @@ bool readStream(const QJsonObject& Json, const QString& Directory, Stream& Read,
     switch (Read.What) {
     case Stream::Color:
         if (!color(Content, Color))
-            return fail(Error, tr("\"color\" of %1 is no colour").arg(Owner));
+            return fail(Error, tr("\"color\" of %1 is no color").arg(Owner));
         Read.Fill = Color.value<OrvColor>();
         return true;
     case Stream::Value: {

@@ -58,7 +58,7 @@ std::unique_ptr<OrvSnBaseNode> makeUniform(
     std::unique_ptr<OrvSnBaseNode> pNode
         = OrvNodeRegistry::instance().createFromMenuPath(QStringLiteral("Procedural/Basic/Solid Color"));
     if (!pNode) {
-        Error = QCoreApplication::translate("OrvMaterialStreams", "The image engine lacks uniform colours");
+        Error = QCoreApplication::translate("OrvMaterialStreams", "The image engine lacks uniform colors");
         return nullptr;
     }
     OrvCustomAttribute Extent(OrvSnOperationNode::ExtentAttribute, Settings.Layout.extent().size());

@@ -196,7 +196,7 @@ bool value(const QJsonValue& Json, const OrvOperationParameter& Parameter, const
                 Error, tr("%1 is to be one of %2").arg(Owner, Parameter.Choices.join(QStringLiteral(", "))));
     case OrvOperationParameter::Color:
         return color(Json, Value)
-            || fail(Error, tr("%1 is to be a colour, such as \"#8a6136\" or [0.25, 0.1, 0.04]").arg(Owner));
+            || fail(Error, tr("%1 is to be a color, such as \"#8a6136\" or [0.25, 0.1, 0.04]").arg(Owner));
     case OrvOperationParameter::Text:
     case OrvOperationParameter::FilePath:
         Value = Json.toString();

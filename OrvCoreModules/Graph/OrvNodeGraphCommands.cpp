@@ -3,6 +3,7 @@
 #include "OrvCoreModules/Graph/OrvNodeLook.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvNodeDescription.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
@@ -37,7 +38,7 @@ bool isChannel(const OrvSnBaseNode* pNode)
 
 QString frozenText(const OrvSnBaseNode* pNode)
 {
-    return tr("'%1' is locked or cached").arg(OrvNodeLook::titleOf(pNode));
+    return OrvEditObstacle::ofNode(pNode, OrvNodeLook::titleOf(pNode));
 }
 
 /// Where switching off is seen in the picture.

@@ -12,10 +12,14 @@ QShortcut* OrvActionHelpers::createAndRegisterShortcut(
     return OrvShortcutManager::instance().createShortcut(pWidget, Sequence, pSlot, pReceiver);
 }
 
-void OrvActionHelpers::setActionEnabled(const QString& Key, bool Enabled)
+void OrvActionHelpers::setActionEnabled(const QString& Key, bool Enabled, const QString& Reason)
 {
-    if (QAction* pAction = OrvActionTreeManager::instance().findAction(Key))
-        pAction->setEnabled(Enabled);
+    QAction* pAction = OrvActionTreeManager::instance().findAction(Key);
+    if (!pAction)
+        return;
+    pAction->setEnabled(Enabled);
+    if (!Reason.isEmpty())
+        pAction->setToolTip(Enabled ? QString() : Reason);
 }
 
 void OrvActionHelpers::setMenuEnabled(const QString& MenuPath, bool Enabled)

@@ -3,12 +3,12 @@
 #include "OrvCoreModules/OrvCoreModulesExport.h"
 
 #include <QtCore/QList>
+#include <QtCore/QString>
 #include <QtGui/QKeySequence>
 
 class QAction;
 class QObject;
 class QShortcut;
-class QString;
 class QWidget;
 
 /// Short ways to actions, menus and shortcuts by path. A path that nobody knows is ignored: the part of the
@@ -20,7 +20,9 @@ public:
     static QShortcut* createAndRegisterShortcut(
         QWidget* pWidget, const QKeySequence& Sequence, const char* pSlot, QObject* pReceiver);
 
-    static void setActionEnabled(const QString& Key, bool Enabled);
+    /// Why it is disabled is its tool tip, which goes when it is enabled; without a reason the tip stays as
+    /// it is.
+    static void setActionEnabled(const QString& Key, bool Enabled, const QString& Reason = QString());
     static void setMenuEnabled(const QString& MenuPath, bool Enabled);
     /// The entries of one menu without its sub-menus and separators, late-bound ones as they are.
     static QList<QAction*> getMenuActions(const QString& MenuPath);

@@ -61,7 +61,9 @@ void OrvLateBindAction::resemble()
     }
     setText(m_ParentAction->text());
     setIcon(m_ParentAction->icon());
-    setToolTip(m_ParentAction->toolTip());
+    // Without a tip of its own an action tells its text, which the menu shows already.
+    const QString ToolTip = m_ParentAction->toolTip();
+    setToolTip(ToolTip == QAction(m_ParentAction->text()).toolTip() ? QString() : ToolTip);
     setStatusTip(m_ParentAction->statusTip());
     setFont(m_ParentAction->font());
     setCheckable(m_ParentAction->isCheckable());

@@ -16,8 +16,8 @@ OrvColorSpaceControlet::OrvColorSpaceControlet(OrvColorSpaceConfig& Config, QWid
     pLayout->setContentsMargins(0, 0, 0, 0);
     const QString Labels[OrvColorSpaceConfig::RoleCount] = {tr("Stored"), tr("Working")};
     const QString ToolTips[OrvColorSpaceConfig::RoleCount]
-        = {tr("The colour space in which pixels are stored"),
-            tr("The colour space in which layers are blended")};
+        = {tr("The color space in which pixels are stored"),
+            tr("The color space in which layers are blended")};
     for (int Role = 0; Role < OrvColorSpaceConfig::RoleCount; ++Role) {
         OrvComboBox* pCombo = new OrvComboBox(this);
         pCombo->setToolTip(ToolTips[Role]);

@@ -70,7 +70,7 @@ QStringList addImageRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
         return {};
     addPropertyRow(pForm, pImages, "imageSetSize", tr("Size"), true);
     addPropertyRow(pForm, pImages, "imageSetDepthString", tr("Depth"), true);
-    addPropertyRow(pForm, pImages, "fileSpace", tr("Colour Space"), true);
+    addPropertyRow(pForm, pImages, "fileSpace", tr("Color Space"), true);
     addPropertyRow(pForm, pImages, "tileCount", tr("Tiles"), true);
     return {};
 }

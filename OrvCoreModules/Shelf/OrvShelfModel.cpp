@@ -30,7 +30,7 @@ QString kindText(const OrvShelfEntry& Entry)
     case OrvProceduralDescription::Mask:
         return OrvShelfModel::tr("Mask procedural");
     default:
-        return OrvShelfModel::tr("Colour procedural");
+        return OrvShelfModel::tr("Color procedural");
     }
 }
 

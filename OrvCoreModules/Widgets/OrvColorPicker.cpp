@@ -86,7 +86,7 @@ bool colorFromHex(QString Text, OrvColor& Color)
 OrvColorPicker::OrvColorPicker(QWidget* pParent, Qt::WindowFlags Flags)
     : QWidget(pParent, Flags)
 {
-    setWindowTitle(tr("Colour"));
+    setWindowTitle(tr("Color"));
     m_pSquare = new OrvColorField(OrvColorField::SaturationValue, this);
     m_pStrip = new OrvColorField(OrvColorField::Hue, this);
     for (OrvColorField* pField : {m_pSquare, m_pStrip}) {
@@ -109,7 +109,7 @@ OrvColorPicker::OrvColorPicker(QWidget* pParent, Qt::WindowFlags Flags)
 
     m_pComparison = new QWidget(this);
     m_pComparison->setFixedHeight(22);
-    m_pComparison->setToolTip(tr("The colour before, and now. Click to go back."));
+    m_pComparison->setToolTip(tr("The color before, and now. Click to go back."));
     m_pHex = new QLineEdit(this);
     m_pHex->setFixedSize(84, 22);
     m_pHex->setToolTip(tr("Hexadecimal red, green and blue, and alpha if there is more"));

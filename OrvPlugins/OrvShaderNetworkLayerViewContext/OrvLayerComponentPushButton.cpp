@@ -5,6 +5,7 @@
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragRefusal.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerMaskDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowIcons.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
@@ -114,6 +115,12 @@ void OrvLayerComponentPushButton::dragEnterEvent(QDragEnterEvent* pEvent)
 void OrvLayerComponentPushButton::dragMoveEvent(QDragMoveEvent* pEvent)
 {
     OrvLayerMaskDrop::dragOver(maskedLayer(), pEvent);
+}
+
+void OrvLayerComponentPushButton::dragLeaveEvent(QDragLeaveEvent* pEvent)
+{
+    OrvLayerDragRefusal::leave();
+    OrvDraggablePushButton::dragLeaveEvent(pEvent);
 }
 
 void OrvLayerComponentPushButton::dropEvent(QDropEvent* pEvent)

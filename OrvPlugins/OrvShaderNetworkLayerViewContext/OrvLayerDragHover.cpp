@@ -1,17 +1,14 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragHover.h"
 
-#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragRefusal.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <QtCore/QTimerEvent>
 #include <QtGui/QDropEvent>
-
-#include <utility>
 
 namespace {
 constexpr int OpenDelay = 700; // ms
@@ -28,10 +25,7 @@ bool OrvLayerDragHover::wouldDrop(const QDropEvent& Event, int Row, const QModel
     const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers(Event.keyboardModifiers());
     const OrvLayerDrop::Result Outcome
         = m_LayerView->model()->layerDrop(Event.mimeData(), Action, Row, Parent).check();
-    if (m_Reason != Outcome.Message) {
-        m_Reason = Outcome.Message;
-        OrvStatusManager::instance().showMessage(m_Reason);
-    }
+    OrvLayerDragRefusal::show(Outcome.Message);
     return Outcome.isDone();
 }
 
@@ -49,10 +43,7 @@ void OrvLayerDragHover::restAt(const QModelIndex& Index)
 void OrvLayerDragHover::leave()
 {
     restAt(QModelIndex());
-    if (m_Reason.isEmpty())
-        return;
-    // A drop that is not taken ends like this too: the reason stays to be read.
-    OrvLayerViewUtils::tell(std::exchange(m_Reason, QString()));
+    OrvLayerDragRefusal::leave();
 }
 
 void OrvLayerDragHover::timerEvent(QTimerEvent* pEvent)

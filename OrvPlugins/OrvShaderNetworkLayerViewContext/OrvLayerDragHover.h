@@ -30,5 +30,4 @@ private:
     OrvLayerView* m_LayerView;
     QPersistentModelIndex m_RestingAt;
     QBasicTimer m_OpenTimer;
-    QString m_Reason; ///< shown in the status line
 };

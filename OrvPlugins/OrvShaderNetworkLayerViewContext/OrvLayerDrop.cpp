@@ -5,6 +5,7 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -30,6 +31,12 @@ namespace {
 Result failed()
 {
     return {Result::Failed, QString()};
+}
+
+/// Told in the status line, where the drag is, and in no box.
+Result failedBecause(const QString& Reason)
+{
+    return {Result::Failed, Reason};
 }
 
 Result refused(const QString& Message)
@@ -149,8 +156,10 @@ QString OrvLayerDrop::streamName() const
 
 Result OrvLayerDrop::check() const
 {
-    if (m_Nodes.isEmpty() || !m_pTarget || !OrvLayerUtils::isModificationAllowedAt(m_pTarget))
+    if (m_Nodes.isEmpty() || !m_pTarget)
         return failed();
+    if (!OrvLayerUtils::isModificationAllowedAt(m_pTarget))
+        return failedBecause(tr("Nothing can be dropped here: %1").arg(OrvEditObstacle::at(m_pTarget)));
     for (const auto pCheck : {&OrvLayerDrop::checkNetwork, &OrvLayerDrop::checkNode}) {
         for (OrvSnBaseNode* pNode : m_Nodes) {
             const Result Checked = (this->*pCheck)(pNode);
@@ -159,14 +168,18 @@ Result OrvLayerDrop::check() const
         }
     }
     // Locked layers stay where they are; with nothing else to move there is no drop.
-    const bool AllStay = m_Action == Qt::MoveAction && !m_Nodes.isEmpty()
+    const bool AllStay = m_Action == Qt::MoveAction
         && std::all_of(m_Nodes.cbegin(), m_Nodes.cend(), [](OrvSnBaseNode* pNode) {
                const OrvLayer* pLayer = layerOf(pNode);
                return pLayer && !pLayer->isMoveable();
            });
-    // Told where the drag is, not in a box.
-    return AllStay ? Result{Result::Failed, tr("What is dragged is locked or cached: it stays where it is.")}
-                   : Result();
+    if (!AllStay)
+        return {};
+    QStringList Obstacles;
+    for (OrvSnBaseNode* pNode : m_Nodes)
+        Obstacles.append(OrvEditObstacle::of(layerOf(pNode)));
+    return failedBecause(
+        tr("What is dragged stays where it is: %1").arg(OrvEditObstacle::several(Obstacles)));
 }
 
 Result OrvLayerDrop::checkNetwork(OrvSnBaseNode* pNode) const
@@ -200,11 +213,13 @@ Result OrvLayerDrop::checkLayer(OrvLayer* pLayer) const
     if (m_Action == Qt::CopyAction) {
         const bool InMaterial
             = m_WithinMaterial && m_pStack && m_pStack->ownerShaderInput() && !m_pStack->isWithinMask();
-        return InMaterial && !NeedsMaterial && !pLayer->isGroupLayer() ? failed() : Result();
+        return InMaterial && !NeedsMaterial && !pLayer->isGroupLayer()
+            ? failedBecause(tr("Only shader layers stand in a material channel"))
+            : Result();
     }
     if (!pLayer->canBePlacedAt(m_pTarget, m_pStack))
         return m_Action == Qt::MoveAction
-            ? failed()
+            ? failedBecause(pLayer->placementObstacle(m_pTarget, m_pStack))
             : refused(
                 tr("Could not add a shared layer for '%1'. Sharing '%1' at this location would make a cyclic "
                    "reference.")
@@ -212,7 +227,7 @@ Result OrvLayerDrop::checkLayer(OrvLayer* pLayer) const
     if (m_Action == Qt::MoveAction)
         return {};
     if (pLayer->isPaintComponentShared() || pLayer->isMaskComponentShared())
-        return failed();
+        return failedBecause(tr("'%1' is shared already, and can be copied here").arg(Name));
     // What an adjustment shows is what lies below it: it cannot be the same elsewhere.
     return OrvChainEditing::baseOperationOf(pLayer->blendNode()) ? refused(cyclicLayerMessage(Name))
                                                                  : Result();
@@ -252,10 +267,14 @@ Result OrvLayerDrop::checkMask(const OrvSnBaseNode* pNode) const
     if (m_Action != Qt::MoveAction)
         return {};
     // Taken away from whoever shows it: every one of them must allow that, and none may lose its content.
-    const bool Free = Masked.size() == pNode->consumers().size()
-        && std::all_of(
-            Masked.cbegin(), Masked.cend(), [](const OrvLayer* pLayer) { return pLayer->isModifiable(); });
-    return Free ? Result() : failed();
+    if (Masked.size() != pNode->consumers().size())
+        return failedBecause(
+            tr("'%1' is more than a mask, and can be copied or shared here").arg(pNode->name()));
+    QStringList Obstacles;
+    for (const OrvLayer* pLayer : Masked)
+        Obstacles.append(OrvEditObstacle::ofSharers(pLayer));
+    const QString Obstacle = OrvEditObstacle::several(Obstacles);
+    return Obstacle.isEmpty() ? Result() : failedBecause(tr("The mask stays: %1").arg(Obstacle));
 }
 
 bool OrvLayerDrop::isInPlace() const

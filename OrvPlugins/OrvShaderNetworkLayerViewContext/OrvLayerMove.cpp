@@ -1,5 +1,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerMove.h"
 
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -60,9 +61,15 @@ bool OrvLayerMove::inUndoStep(const QString& Text, const std::function<bool()>& 
         if (!Done)
             Macro.cancel();
     }
-    if (!Done)
-        OrvLayerViewUtils::tell(
-            OrvLayerView::tr("Nothing was moved: a lock or a cache keeps the layers where they are."));
+    if (!Done) {
+        QStringList Obstacles;
+        for (const OrvLayer* pLayer : m_Layers)
+            Obstacles.append(OrvEditObstacle::of(pLayer));
+        const QString Obstacle = OrvEditObstacle::several(Obstacles);
+        OrvLayerViewUtils::tell(Obstacle.isEmpty()
+                ? OrvLayerView::tr("Nothing was moved: the layers cannot stand there.")
+                : OrvLayerView::tr("Nothing was moved: %1").arg(Obstacle));
+    }
     return Done;
 }
 

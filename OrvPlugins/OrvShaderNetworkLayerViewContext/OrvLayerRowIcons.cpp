@@ -11,6 +11,8 @@
 #include <QtGui/QWindow>
 #include <QtWidgets/QAbstractButton>
 
+#include <algorithm>
+
 using namespace OrvLayerViewContext;
 
 namespace {
@@ -25,6 +27,20 @@ QIcon icon(const char* pFileName)
 QPixmap pixmap(const QIcon& Icon, const QAbstractButton* pButton, QIcon::Mode Mode)
 {
     return Icon.pixmap(pButton->window()->windowHandle(), pButton->iconSize(), Mode);
+}
+
+/// Of the content or the mask alone: either has an icon of its own.
+bool isIncomplete(const OrvSnCustomProceduralNode* pProcedural)
+{
+    return pProcedural && !pProcedural->missingGeoChannels().isEmpty();
+}
+
+/// It needs what any of its streams needs.
+bool isIncompleteMaterial(const OrvLayer* pLayer)
+{
+    const QList<OrvLayer*> Streams = pLayer->inAllChannels();
+    return std::any_of(Streams.cbegin(), Streams.cend(),
+        [](const OrvLayer* pStream) { return isIncomplete(pStream->customProceduralNode()); });
 }
 
 LayerKindIcon kindOfProcedural(OrvProceduralDescription::Kind Type, bool Incomplete)
@@ -45,13 +61,13 @@ LayerKindIcon kindOfProcedural(OrvProceduralDescription::Kind Type, bool Incompl
 
 LayerKindIcon kind(const OrvLayer* pLayer, const OrvLayerStack* pStack)
 {
-    const bool Incomplete = pLayer->hasMissingGeoChannels();
     if (OrvLayerStreamUtils::isMaterialLayer(pLayer))
-        return Incomplete ? LayerKindIcon::MaterialMissingGeoChannel : LayerKindIcon::Material;
+        return isIncompleteMaterial(pLayer) ? LayerKindIcon::MaterialMissingGeoChannel
+                                            : LayerKindIcon::Material;
     if (OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer))
         return LayerKindIcon::MultiChannelGroup;
     if (const OrvSnCustomProceduralNode* pProcedural = pLayer->customProceduralNode())
-        return kindOfProcedural(pProcedural->procedural().Type, !pProcedural->missingGeoChannels().isEmpty());
+        return kindOfProcedural(pProcedural->procedural().Type, isIncomplete(pProcedural));
     if (pStack && OrvLayerStreamUtils::isLayerGroup(pLayer, pStack))
         return LayerKindIcon::Group;
     if (pLayer->isPaintableLayer())
@@ -81,8 +97,9 @@ QIcon OrvLayerRowIcons::mask(const OrvLayer* pLayer)
 {
     if (!pLayer->isMaskProcedural() && !pLayer->hasMaskCustomProcedural())
         return icon("Mask.16x16.png");
-    return icon(pLayer->hasMissingGeoChannels() ? "CustomProceduralLayerMask_MissingGeoChannel.svg"
-                                                : "CustomProceduralLayerMask.16x16.svg");
+    return icon(isIncomplete(pLayer->maskCustomProceduralNode())
+            ? "CustomProceduralLayerMask_MissingGeoChannel.svg"
+            : "CustomProceduralLayerMask.16x16.svg");
 }
 
 QIcon OrvLayerRowIcons::maskStack()

@@ -5,6 +5,7 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -191,7 +192,8 @@ OrvPalette* OrvLayerStackPalettes::create(OrvLayerStack* pLayerStack)
 
 void OrvLayerStackPalettes::enter(OrvLayerStack* pLayerStack, OrvPalette* pPalette)
 {
-    m_Entries.insert(pLayerStack, {pPalette, pLayerStack->node(), pLayerStack->targetInputName()});
+    m_Entries.insert(pLayerStack,
+        {pPalette, pLayerStack->node(), pLayerStack->targetInputName(), pLayerStack->isAdjustmentStack()});
     QObject::connect(pLayerStack, SIGNAL(destroyed(QObject*)), m_pManager,
         SLOT(onLayerStackDestroyed(QObject*)), Qt::UniqueConnection);
 }
@@ -242,8 +244,12 @@ void OrvLayerStackPalettes::noteReconnection(
     }
     const bool MaskStackReplaced
         = InputName == OrvSnNames::Mask && qobject_cast<const OrvSnChannelInputNode*>(pNewInputNode);
+    // A group has another top after every change of its topmost layer.
+    const bool IsTopOfGroup = !Found->IsAdjustmentStack
+        && (OrvLayerStreamUtils::isMergeNode(pNewInputNode)
+            || OrvLayerStreamUtils::isValidBottomTransparencyNode(pNewInputNode));
     const bool AdjustmentStackReplaced = InputName == OrvSnNames::Over && pNewInputNode
-        && !pNewInputNode->hasTag(OrvSnNames::AdjustmentStackTopTag);
+        && !pNewInputNode->hasTag(OrvSnNames::AdjustmentStackTopTag) && !IsTopOfGroup;
     if (MaskStackReplaced || AdjustmentStackReplaced)
         retire(Found);
 }

@@ -46,6 +46,8 @@ private:
         QPointer<OrvPalette> pPalette;
         QPointer<OrvSnBaseNode> pNode;
         QString InputName;
+        /// When it was opened: a group's stack feeds an input of the same name.
+        bool IsAdjustmentStack = false;
     };
     using Table = QHash<const QObject*, Entry>;
 

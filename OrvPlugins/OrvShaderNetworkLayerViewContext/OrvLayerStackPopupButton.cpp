@@ -4,6 +4,7 @@
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvPaletteSidebar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragRefusal.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerMaskDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
@@ -46,6 +47,7 @@ void OrvLayerStackPopupButton::dragMoveEvent(QDragMoveEvent* pEvent)
 
 void OrvLayerStackPopupButton::dragLeaveEvent(QDragLeaveEvent*)
 {
+    OrvLayerDragRefusal::leave();
     m_HoverTimer.stop();
 }
 

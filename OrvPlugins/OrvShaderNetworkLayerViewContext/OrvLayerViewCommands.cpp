@@ -1,6 +1,9 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 
+#include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
@@ -46,6 +49,15 @@ bool startsWithAny(const QString& Path, const QStringList& Prefixes)
     return false;
 }
 
+/// Says why not.
+bool isModifiable(const OrvLayer* pLayer)
+{
+    const QString Obstacle = OrvEditObstacle::ofSharers(pLayer);
+    if (!Obstacle.isEmpty())
+        tell(Obstacle);
+    return Obstacle.isEmpty();
+}
+
 } // namespace
 
 OrvLayerViewCommands::OrvLayerViewCommands(OrvLayerView* pLayerView)
@@ -57,14 +69,19 @@ OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
 {
     if (!m_LayerView->layerStack()) {
         report(Line, "pLayerStack is NULL");
-        tell(OrvLayerView::tr("There are no layers to work on: add or choose a channel first."));
+        const OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
+        tell(pChannel && pChannel->isMaterialStack()
+                ? OrvLayerView::tr("'%1' holds shader layers: work on them in the Shaders palette.")
+                      .arg(pChannel->name())
+                : OrvLayerView::tr("There are no layers to work on: add or choose a channel first."));
     }
     return m_LayerView->layerStack();
 }
 
 OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
 {
-    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    // Of the object whose stack is shown: a palette can be open on another one than the current.
+    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer(m_LayerView->layerStack()->network());
     if (!pLayer) {
         report(Line, "Layer is NULL");
         tell(OrvLayerView::tr("There is no layer to work on: add or choose one first."));
@@ -95,31 +112,24 @@ OrvLayerCreateFlags OrvLayerViewCommands::withGroup(int Flags) const
     return pRowWidget->isExpanded() ? Flags | OrvLayerInsideCurrentGroup : Flags;
 }
 
-void OrvLayerViewCommands::tellRefused(bool Refused) const
-{
-    if (Refused)
-        tell(OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are."));
-}
-
 void OrvLayerViewCommands::addNewLayer()
 {
     if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
-        tellRefused(!pLayerStack->createPaintableLayer(
-            creationFlags(), nullptr, QString(), OrvColor(0.0f, 0.0f, 0.0f, 0.0f)));
+        pLayerStack->createPaintableLayer(
+            creationFlags(), nullptr, QString(), OrvColor(0.0f, 0.0f, 0.0f, 0.0f));
 }
 
 void OrvLayerViewCommands::addLayerMask()
 {
     OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
     if (pLayer)
-        tellRefused(!pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor(1.0f, 1.0f, 1.0f, 1.0f))
-            && !pLayer->hasMask());
+        pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor(1.0f, 1.0f, 1.0f, 1.0f));
 }
 
 void OrvLayerViewCommands::addMaskStack()
 {
     OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
-    if (!pLayer || !pLayer->isModifiable() || pLayer->hasMaskStack())
+    if (!pLayer || !isModifiable(pLayer) || pLayer->hasMaskStack())
         return;
     OrvUndoManager::AutoMacro Macro(OrvLayerView::tr("Add Mask Stack to : %1").arg(pLayer->name()));
     if (!pLayer->hasMask())
@@ -131,7 +141,7 @@ void OrvLayerViewCommands::addMaskStack()
 void OrvLayerViewCommands::addGraphLayer()
 {
     if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
-        tellRefused(!pLayerStack->createGraphLayer(creationFlags()));
+        pLayerStack->createGraphLayer(creationFlags());
 }
 
 void OrvLayerViewCommands::chooseAdjustment()
@@ -149,13 +159,13 @@ void OrvLayerViewCommands::chooseProcedural()
 void OrvLayerViewCommands::addAdjustmentLayer(const QString& Key)
 {
     if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
-        tellRefused(!pLayerStack->createAdjustmentLayer(Key, creationFlags(), nullptr, QString()));
+        pLayerStack->createAdjustmentLayer(Key, creationFlags(), nullptr, QString());
 }
 
 void OrvLayerViewCommands::addProceduralLayer(const QString& Key)
 {
     if (OrvLayerStack* pLayerStack = layerStack(__LINE__))
-        tellRefused(!pLayerStack->createProceduralLayer(Key, creationFlags(), nullptr, QString()));
+        pLayerStack->createProceduralLayer(Key, creationFlags(), nullptr, QString());
 }
 
 void OrvLayerViewCommands::addCustomProceduralLayer(const QString& Key)
@@ -171,14 +181,14 @@ void OrvLayerViewCommands::addCustomProceduralLayer(const QString& Key)
 void OrvLayerViewCommands::chooseStackAdjustment()
 {
     const OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
-    if (pLayer && pLayer->isModifiable())
+    if (pLayer && isModifiable(pLayer))
         OrvLayerCreationMenus::popupAdjustments(m_LayerView, SLOT(addAdjustmentStackFromAction()));
 }
 
 void OrvLayerViewCommands::addStackAdjustment(const QString& Key)
 {
-    if (OrvLayer* pLayer = OrvLayerManager::instance().currentLayer())
-        tellRefused(!pLayer->addLayerAdjustmentLayerFromKey(Key, QString()));
+    if (OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr)
+        pLayer->addLayerAdjustmentLayerFromKey(Key, QString());
 }
 
 void OrvLayerViewCommands::createChannel(ChannelKind Kind)

@@ -52,10 +52,10 @@ public:
     OrvLayerCreateFlags creationFlags() const;
 
 private:
+    /// Only to be asked when there is a stack; null is reported.
     OrvLayer* currentLayer(int Line) const;
     /// Inside the current row's group where that is unfolded.
     OrvLayerCreateFlags withGroup(int Flags) const;
-    void tellRefused(bool Refused) const;
 
     OrvLayerView* m_LayerView;
 };

@@ -132,11 +132,10 @@ bool OrvShaderLayerCommands::addLayer(OrvLayerShader* pShader)
         report(__LINE__, "pLayerShader is NULL");
         return false;
     }
-    const bool IsAdded
-        = pLayerStack->createShaderLayer(pShader, m_Commands->creationFlags(), nullptr, QString());
-    if (!IsAdded)
-        OrvLayerViewUtils::tell(pLayerStack->holdsShaders()
-                ? OrvLayerView::tr("Nothing was added: a lock or a cache keeps the layers as they are.")
-                : OrvLayerView::tr("Shader layers stand in material stacks only: choose a material."));
-    return IsAdded;
+    if (!pLayerStack->holdsShaders()) {
+        OrvLayerViewUtils::tell(
+            OrvLayerView::tr("Shader layers stand in material stacks only: choose a material."));
+        return false;
+    }
+    return pLayerStack->createShaderLayer(pShader, m_Commands->creationFlags(), nullptr, QString());
 }

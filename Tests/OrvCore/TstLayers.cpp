@@ -1,5 +1,6 @@
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerClipboard.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
@@ -615,6 +616,74 @@ private Q_SLOTS:
         QCOMPARE(Project.network()->nodes().size(), 2);
         Project.channel()->deleteLayers();
         QCOMPARE(Removed.size(), 3);
+    }
+
+    /// Which lock or cache it is and whose, and no word where nothing stands against an edit.
+    void obstaclesAreNamed()
+    {
+        OrvTestProject Project;
+        OrvLayer* pA = Project.paint("A", Red);
+        OrvLayer* pGroup = Project.group("Group", {pA});
+        OrvLayer* pTop = Project.paint("Top", Green);
+        const auto isFree = [&] {
+            return OrvEditObstacle::of(pA).isEmpty() && OrvEditObstacle::at(pA->blendNode()).isEmpty()
+                && OrvEditObstacle::ofSharers(pTop).isEmpty()
+                && OrvEditObstacle::of(Project.channel()).isEmpty();
+        };
+        QVERIFY(isFree());
+        pA->setLocked(true);
+        QCOMPARE(OrvEditObstacle::of(pA), QString("'A' is locked"));
+        QCOMPARE(OrvEditObstacle::at(pA->blendNode()), QString()); // a layer may go above it
+        Project.undo();
+        pGroup->setLocked(true);
+        QCOMPARE(OrvEditObstacle::of(pA), QString("'A' is in 'Group', which is locked"));
+        QCOMPARE(OrvEditObstacle::at(pA->blendNode()), QString("'Group' is locked"));
+        Project.undo();
+        Project.channel()->setLocked(true);
+        QCOMPARE(OrvEditObstacle::of(pA), QString("'A' is in 'Diffuse', which is locked"));
+        QCOMPARE(OrvEditObstacle::of(Project.channel()), QString("'Diffuse' is locked"));
+        Project.undo();
+        pGroup->cacheLayer();
+        QCOMPARE(OrvEditObstacle::of(pA), QString("'A' is in 'Group', which is cached"));
+        Project.undo();
+        pTop->cacheUpToHere();
+        for (const OrvLayer* pBelow : {pA, pGroup})
+            QCOMPARE(OrvEditObstacle::of(pBelow),
+                QString("'%1' is below 'Top', which is cached with all below it").arg(pBelow->name()));
+        QCOMPARE(OrvEditObstacle::of(pTop), QString("'Top' is cached with all below it"));
+        Project.undo();
+        OrvLayer* pSharer = Project.channel()->shareLayer(pTop, 0);
+        pSharer->setName("Sharer");
+        pSharer->setLocked(true);
+        QCOMPARE(OrvEditObstacle::ofSharers(pTop), QString("'Top' is shared, and 'Sharer' is locked"));
+        QCOMPARE(OrvEditObstacle::of(pTop), QString());
+        pSharer->setLocked(false);
+        QVERIFY(isFree());
+        QCOMPARE(OrvEditObstacle::several({"a", "", "b", "c", "d", "e"}), QString("a; b; c; and 2 more"));
+    }
+
+    void whatStaysOfADeletionIsNamed()
+    {
+        OrvTestProject Project;
+        OrvLayer* pLocked = Project.paint("Locked");
+        OrvLayer* pFree = Project.paint("Free");
+        OrvLayer* pInside = Project.paint("Inside");
+        OrvLayer* pGroup = Project.group("Group", {pInside});
+        pLocked->setLocked(true);
+        pGroup->setLocked(true);
+        QSignalSpy Refused(&layers(), &OrvLayerManager::refused);
+        Project.channel()->deleteLayers({pLocked, pFree, pGroup});
+        QCOMPARE(Project.tree(), QString("Group[Inside] Locked"));
+        QCOMPARE(Refused.takeFirst().first().toString(),
+            QString("Not all layers were removed: 'Group' is locked; 'Locked' is locked"));
+        OrvLayerStreamUtils::groupStack(pGroup)->deleteLayers({pInside});
+        QCOMPARE(Refused.takeFirst().first().toString(),
+            QString("No layer was removed: 'Inside' is in 'Group', which is locked"));
+        // A new layer says the same of its place.
+        QVERIFY(!OrvLayerStreamUtils::groupStack(pGroup)->createPaintableLayer(Red, 0));
+        QCOMPARE(
+            Refused.takeFirst().first().toString(), QString("No layer can be added here: 'Group' is locked"));
+        QVERIFY(Refused.isEmpty());
     }
 
     void theCurrentLayerLeavesWithTheMaskItStandsIn()

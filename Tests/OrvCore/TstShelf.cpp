@@ -166,7 +166,7 @@ private Q_SLOTS:
         row("unknown type", changed("'type': 'color',\n    'p", "'type': 'tint',\n    'p"), "tint");
         row("misspelt entry", changed("'values': {'value': [0", "'valuse': {'value': [0"), "valuse");
         row("unknown operation", changed("gegl:color", "gegl:colour"), "gegl:colour");
-        row("value of another type", changed("{'value': [0, 0, 1]}", "{'value': 3}"), "colour");
+        row("value of another type", changed("{'value': [0, 0, 1]}", "{'value': 3}"), "color");
         row("unknown parameter", changed("{'value': [0, 0, 1]}", "{'vale': [0, 0, 1]}"), "vale");
         row("beyond the limits", changed("'base': 'blue'", "'base': 'blue', 'amount': 7"), "amount");
         row("two nodes of one id", changed("'id': 'blue'", "'id': 'red'"), "red");

@@ -45,7 +45,7 @@ private Q_SLOTS:
         QVERIFY(Colors.size() >= 4);
         // Menus have them too.
         const auto Procedurals = OrvMaterialPaintManager::instance().customProceduralsFromShelf();
-        QCOMPARE(Procedurals.value("Patterns/Camouflage").second.pixmap(64, 64).toImage(), Thumbnail);
+        QCOMPARE(Procedurals.value("Pattern/Camouflage").second.pixmap(64, 64).toImage(), Thumbnail);
         // Another palette finds them made.
         OrvShelfModel Second;
         Second.open();
@@ -56,7 +56,7 @@ private Q_SLOTS:
     {
         QListView* pView = m_pPalette->view();
         const int All = pView->model()->rowCount();
-        for (const char* pText : {"camou", "PATTERNS", " four flat "}) {
+        for (const char* pText : {"camou", "PATTERN", " four flat "}) {
             m_pPalette->searchField()->setText(pText);
             QVERIFY2(pView->model()->rowCount() >= 1 && pView->model()->rowCount() < All, pText);
             QVERIFY(find("Camouflage").isValid());

@@ -123,9 +123,9 @@ private Q_SLOTS:
 
     void rowOfAMaskTellsWhatIsMissing()
     {
-        OrvLayer* pLayer = addLayer(m_pChannel, "Rust");
         QString Error;
-        QVERIFY2(pLayer->addMaskCustomProcedural(m_File, Error), qPrintable(Error));
+        OrvLayer* pLayer = m_pChannel->createCustomProceduralLayer(m_File, nullptr, 30, Error);
+        QVERIFY2(pLayer && pLayer->addMaskCustomProcedural(m_File, Error), qPrintable(Error));
         refresh();
         m_pView->resize(400, 700);
         m_pView->show();
@@ -141,6 +141,9 @@ private Q_SLOTS:
         };
         const QImage Complete = icon();
         QCOMPARE(Complete, OrvLayerRowIcons::mask(pLayer).pixmap(16, 16).toImage());
+        // What the content lacks is told by its own button.
+        needCurvature(pLayer->customProceduralNode(), "mask");
+        QCOMPARE(icon(), Complete);
         needCurvature(pNode, "mask");
         QTRY_VERIFY(icon() != Complete);
         QCOMPARE(icon(), OrvLayerRowIcons::mask(pLayer).pixmap(16, 16).toImage());

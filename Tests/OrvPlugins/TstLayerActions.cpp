@@ -276,9 +276,18 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QStringList Enabled;
         for (const QString& Key : layerCommands()) {
-            if (action(Key)->isEnabled())
+            const QAction* pAction = action(Key);
+            if (pAction->isEnabled())
                 Enabled.append(Key);
+            // Commands of a set are off with their menu.
+            const bool SaysWhyNot = pAction->toolTip() != pAction->text();
+            const bool OfSet = Key.contains(QStringLiteral("/Convert Mask/")) || Key.contains("/Resize Mask/")
+                || Key.endsWith(anyKey("Filter/Adjust/"));
+            QVERIFY2(
+                OfSet || SaysWhyNot != pAction->isEnabled(), qPrintable(Key + ": " + pAction->toolTip()));
         }
+        if (State == QStringLiteral("locked"))
+            QVERIFY(action("Bake Mask")->toolTip().endsWith(QStringLiteral("' is locked")));
         Enabled.sort();
         Expected.sort();
         QCOMPARE(Enabled, Expected);

@@ -234,13 +234,15 @@ private Q_SLOTS:
         m_View->refresh();
         QVERIFY(!drop(*rows({"Blur"}), "/3", Qt::ShiftModifier));
         QCOMPARE(takeBox(), cyclicMessage("Blur"));
-        // One that shares already says nothing.
+        // One that shares already opens no box.
         QVERIFY(drop(*rows({"A"}), "G", Qt::ShiftModifier));
         QVERIFY(layer("A")->isPaintComponentShared());
         const QByteArray Before = OrvTestProject::document();
         const int CountBefore = undoCount();
         QVERIFY(!drop(*rows({"A", "D"}), "area", Qt::ShiftModifier));
         QVERIFY(m_Boxes.isEmpty());
+        QCOMPARE(OrvStatusManager::instance().text(),
+            QStringLiteral("'A' is shared already, and can be copied here"));
         QVERIFY(OrvTestProject::document() == Before);
         QCOMPARE(undoCount(), CountBefore);
     }
@@ -630,6 +632,21 @@ private Q_SLOTS:
             QApplication::sendEvent(pWidget, &Drop);
             return true;
         };
+        const auto saysWhyNot = [&](const QMimeData& Data, const char* pReason) {
+            const bool Refused = !sendTo(pButton, Data, Qt::NoModifier);
+            QDragLeaveEvent Leave;
+            QApplication::sendEvent(pButton, &Leave);
+            return Refused && OrvStatusManager::instance().text() == QLatin1String(pReason);
+        };
+        pMasked->setLocked(true);
+        QVERIFY(saysWhyNot(*pLayers, "'A' is locked"));
+        pMasked->setLocked(false);
+        layer("F")->setLocked(true);
+        QVERIFY(saysWhyNot(*rows({"F"}), "What is dragged stays where it is: 'F' is locked"));
+        QVERIFY(saysWhyNot(*rows({"A"}), "'A' cannot stand inside itself"));
+        layer("F")->setLocked(false);
+        OrvUndoManager::instance().clear();
+
         QVERIFY(sendTo(pButton, *pLayers, Qt::NoModifier));
         QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(B H(C))"));
         QVERIFY(pMasked->hasMaskStack());

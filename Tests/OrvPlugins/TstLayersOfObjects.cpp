@@ -14,6 +14,7 @@
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QUndoStack>
 
@@ -23,8 +24,8 @@ using namespace LayersFixture;
 using namespace StackPalettes;
 
 /// Two objects whose channels and layers have the same names, side by side in two pinned palettes: what is
-/// dragged from one into the other, and what becomes of the palettes when their object is renamed, left or
-/// removed.
+/// dragged from one into the other, what commands change, and what becomes of the palettes when their object
+/// is renamed, left or removed.
 class TstLayersOfObjects : public QObject {
     Q_OBJECT
 
@@ -129,6 +130,32 @@ private Q_SLOTS:
         dropOn(m_pBodyView, *pBase, "Dirt", Qt::NoModifier);
         QCOMPARE(stackText(m_pBodyChannel), QStringLiteral("Base Dirt"));
         QCOMPARE(stackText(m_pHeadChannel), QStringLiteral("Dirt Base"));
+    }
+
+    void commandsWorkOnTheObjectShown()
+    {
+        // The tool bar of a pinned palette, whichever object is current.
+        project()->setCurrentGeoEntity(m_pHead);
+        OrvLayer* pDirt = OrvTestProject::layer(QStringLiteral("Dirt"), m_pBodyChannel);
+        pDirt->makeCurrent(false, false);
+        OrvTestProject::layer(QStringLiteral("Base"), m_pHeadChannel)->makeCurrent(false, true);
+        const QByteArray Head = documentOf(m_pHead);
+        m_pBodyView->addLayerMask();
+        QVERIFY(pDirt->hasMaskImageSet());
+        m_pBodyView->addMaskStack();
+        QVERIFY(pDirt->hasMaskStack());
+        QTimer::singleShot(0, [] {
+            auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            QVERIFY(pMenu);
+            while (pMenu->actions().first()->menu())
+                pMenu = pMenu->actions().first()->menu();
+            pMenu->actions().first()->trigger();
+        });
+        m_pBodyView->addAdjustmentStack();
+        QTRY_VERIFY(pDirt->hasAdjustmentStack());
+        QCOMPARE(documentOf(m_pHead), Head);
+        if (QWidget* pMenu = QApplication::activePopupWidget())
+            pMenu->close();
     }
 
     void palettesFollowTheirObjects()

@@ -13,6 +13,7 @@
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
@@ -277,6 +278,21 @@ private Q_SLOTS:
         QApplication::clipboard()->clear();
         QCOMPARE(boxTitleOf([this] { m_View->paste(); }), QStringLiteral("Layer Operation Failed"));
         QCOMPARE(rowText(m_View), QStringLiteral("A"));
+    }
+
+    void withoutAStackCommandsSayWhereTheLayersAre()
+    {
+        m_View->setLayerStack(nullptr);
+        m_View->addNewLayer();
+        QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("choose a channel")));
+        m_Channel->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        m_View->addNewLayer();
+        QVERIFY(OrvStatusManager::instance().text().startsWith('\'' + m_Channel->name() + '\''));
+        // In its own palette a layer of another kind is refused for what it is.
+        m_View->setLayerStack(m_Channel);
+        m_View->addNewLayer();
+        QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("Only shader layers")));
+        QVERIFY(m_Channel->isEmpty());
     }
 
     void withoutAStackCommandsAreReported_data()

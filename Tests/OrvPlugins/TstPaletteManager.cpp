@@ -205,6 +205,31 @@ private Q_SLOTS:
         QTRY_VERIFY(stackPalettes().isEmpty());
     }
 
+    void groupPaletteStaysWhileItsTopChanges()
+    {
+        addLayers(m_Channel, {"A", "B"});
+        OrvLayer* pGroup = group(m_Channel, m_Channel->layerList().mid(0, 2), QStringLiteral("G"));
+        OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pGroup);
+        manager().openLayerStackPalette(pInside, false);
+        layerViewOf(stackPalettes().first())->addNewLayer();
+        passEventLoop();
+        OrvUndoManager::instance().undo();
+        pInside->deleteLayers(pInside->layerList());
+        passEventLoop();
+        QCOMPARE(stackPalettes().size(), 1);
+        OrvUndoManager::instance().undo();
+        QVERIFY(OrvLayerStreamUtils::flattenLayer(pGroup, m_Channel));
+        QTRY_VERIFY(stackPalettes().isEmpty());
+
+        // What a group shows again without its adjustments is not what their palette showed.
+        OrvUndoManager::instance().undo();
+        pGroup->addLayerAdjustmentLayerFromKey(anyKey("Filter/"));
+        manager().openLayerStackPalette(pGroup->adjustmentStack(), false);
+        QCOMPARE(stackPalettes().size(), 1);
+        pGroup->removeLayerAdjustment();
+        QTRY_VERIFY(stackPalettes().isEmpty());
+    }
+
     void palettesOfRemovedNodesGoTogether()
     {
         manager().openLayerStackPalette(maskStack(), false);

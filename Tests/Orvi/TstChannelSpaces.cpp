@@ -7,6 +7,8 @@
 #include "Orvi/OrvImageImport.h"
 #include "Orvi/OrvLayerImageExport.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
+#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Shaders/OrvFlatShading.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
@@ -246,6 +248,65 @@ private Q_SLOTS:
         }
     }
 
+    void layersTakenElsewhereKeepTheirColors_data()
+    {
+        QTest::addColumn<QString>("From");
+        QTest::addColumn<QString>("To");
+        QTest::addColumn<int>("Depth");
+        QTest::newRow("film to wide") << "film"
+                                      << "wide" << int(GL_FLOAT);
+        QTest::newRow("linear to film") << OrvColorManager::linear() << "film" << int(GL_HALF_FLOAT);
+        QTest::newRow("bytes to wide") << OrvColorManager::srgb() << "wide" << int(GL_UNSIGNED_BYTE);
+    }
+    void layersTakenElsewhereKeepTheirColors()
+    {
+        QFETCH(QString, From);
+        QFETCH(QString, To);
+        QFETCH(int, Depth);
+        const OrvColor Color(0.6f, 0.4f, 0.25f);
+        Pixels Wanted;
+        for (int Index = 0; Index < Edge * Edge; ++Index)
+            Wanted.insert(Wanted.end(), Color.components(), Color.components() + 4);
+        const auto shows = [&](const OrvShaderInput* pChannel) {
+            Pixels Shown = rendered(OrvNodeEvaluation::result(pChannel->node()));
+            return OrvColorManager::transformPixels(Shown.data(), Edge, Edge, 0,
+                       OrvChannelSpace::ofChannel(pChannel), OrvColorManager::linear(), m_Error)
+                && difference(Shown, Wanted) < 0.01f;
+        };
+        OrvShaderInput* pFrom = m_Document.newChannel(QSize(Edge, Edge), GLenum(Depth));
+        OrvLayer* pLayer = m_Document.newPaintLayer(pFrom, Color);
+        QVERIFY(pFrom->convertColorSpaceTo(From, Free));
+        OrvShaderInput* pTo
+            = OrvShaderInputUtils::create(pFrom->network(), "Elsewhere", QSize(Edge, Edge), GL_FLOAT);
+        QVERIFY(pTo->convertColorSpaceTo(To, Free));
+        using namespace OrvLayerStreamUtils;
+        const std::vector<std::pair<const char*, std::function<bool()>>> Ways{
+            {"copied", [&] { return addDuplicateLayerAbove(pLayer, pTo->bottomNode(), pTo) != nullptr; }},
+            {"shared",
+                [&] { return pLayer->addSharedLayerAfter(pTo->bottomNode(), QString(), true) != nullptr; }},
+            {"pasted",
+                [&] {
+                    pFrom->network()->selectNone();
+                    pLayer->setSelected(true);
+                    pFrom->copyToClipboard();
+                    QString Error;
+                    return pTo->pasteFromClipboard(0, Error).size() == 1;
+                }},
+            {"moved", [&] { return insertLayersAfter({pLayer}, pTo->bottomNode(), pTo); }}};
+        for (const auto& Way : Ways) {
+            QVERIFY2(Way.second(), Way.first);
+            QVERIFY2(shows(pTo), Way.first);
+            QVERIFY2(pFrom->isEmpty() || shows(pFrom), Way.first);
+            OrvUndoManager::instance().undo();
+            QVERIFY2(pTo->isEmpty() && shows(pFrom), Way.first);
+        }
+        // There and back again it is what it was.
+        QVERIFY(insertLayersAfter({pLayer}, pTo->bottomNode(), pTo));
+        QVERIFY(insertLayersAfter({pLayer}, pFrom->bottomNode(), pFrom));
+        QVERIFY(shows(pFrom));
+        QCOMPARE(OrvChannelSpace::keptSpace(pLayer->paintNode()), QString());
+    }
+
     void linearSpacesAreMatrices()
     {
         float Factors[9];
@@ -264,7 +325,7 @@ private Q_SLOTS:
         const QString Lost = QStringLiteral("wide");
         setSpace(m_pChannel, Lost);
         qunsetenv("OCIO");
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("There is no colour space 'wide'"));
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("There is no color space 'wide'"));
         OrvColorManager::reloadConfiguration();
         QSignalSpy Told(&OrvLayerManager::instance(), &OrvLayerManager::refused);
         setSpace(m_pChannel, "ACEScg");
