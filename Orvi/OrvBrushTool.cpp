@@ -4,6 +4,7 @@
 #include "Orvi/OrvCanvasSelection.h"
 
 #include "OrvCore/Channels/OrvImageSettings.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
@@ -102,8 +103,9 @@ OrvSnChannelInputNode* OrvBrushTool::target(QString& Reason)
         return nullptr;
     }
     if (!OrvLayerUtils::isModificationAllowedAt(pNode)) {
-        Reason = pLayer ? tr("\"%1\" is locked or cached and cannot be painted on").arg(pLayer->name())
-                        : tr("What you want to paint on is locked or cached");
+        const QString Obstacle = OrvEditObstacle::of(pLayer);
+        Reason = tr("Nothing can be painted here: %1")
+                     .arg(Obstacle.isEmpty() ? OrvEditObstacle::at(pNode) : Obstacle);
         return nullptr;
     }
     return pNode;

@@ -52,6 +52,9 @@ OrvCanvas::OrvCanvas(OrvCanvasTools* pTools, QWidget* pParent)
     connect(&m_Source, &OrvCanvasSource::descriptionChanged, this, qOverload<>(&QWidget::update));
     connect(&m_Renderer, &OrvCanvasRenderer::pieceReady, this, &OrvCanvas::onPieceReady);
     connect(&m_Renderer, &OrvCanvasRenderer::invalidated, this, &OrvCanvas::onInvalidated);
+    connect(&m_Renderer, &OrvCanvasRenderer::becameIdle, this, &OrvCanvas::updateActivity);
+    connect(&m_Activity, &OrvCanvasActivity::changed, this,
+        [this] { update(toWidgetRect(OrvCanvasActivity::rect(devicePixelRatioF()))); });
     connect(&m_Light, &OrvCanvasLight::changed, this, qOverload<>(&QWidget::update));
     connect(m_pTools->brushTool(), &OrvBrushTool::brushChanged, this, qOverload<>(&QWidget::update));
     connect(m_pTools->selection(), &OrvCanvasSelection::changed, this, &OrvCanvas::updateOutline);
@@ -85,6 +88,12 @@ QSize OrvCanvas::deviceSize() const
     return QSize(int(std::ceil(Exact.width())), int(std::ceil(Exact.height())));
 }
 
+QRect OrvCanvas::toWidgetRect(const QRectF& DeviceRect) const
+{
+    const double Ratio = devicePixelRatioF();
+    return QRectF(DeviceRect.topLeft() / Ratio, DeviceRect.size() / Ratio).toAlignedRect();
+}
+
 QPointF OrvCanvas::toPicture(const QPointF& WidgetPoint) const
 {
     return m_View.toPicture(toDevice(WidgetPoint));
@@ -115,9 +124,7 @@ void OrvCanvas::onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QIm
     m_Tiles.put(Finished, Pixels);
     const int Scale = 1 << Finished.Level;
     const QRectF Picture(QPointF(Finished.Region.topLeft()) * Scale, QSizeF(Finished.Region.size()) * Scale);
-    const QRectF Shown = m_View.toViewport(Picture);
-    const double Ratio = devicePixelRatioF();
-    update(QRectF(Shown.topLeft() / Ratio, Shown.size() / Ratio).toAlignedRect().adjusted(-2, -2, 2, 2));
+    update(toWidgetRect(m_View.toViewport(Picture)).adjusted(-2, -2, 2, 2));
 }
 
 void OrvCanvas::onInvalidated(const QRegion& Region)
@@ -126,12 +133,20 @@ void OrvCanvas::onInvalidated(const QRegion& Region)
     requestMissing();
 }
 
+void OrvCanvas::updateActivity()
+{
+    m_Activity.setBusy(!isSettled());
+}
+
 void OrvCanvas::requestMissing()
 {
-    if (m_Tiles.extent().isEmpty())
+    if (m_Tiles.extent().isEmpty()) {
+        updateActivity();
         return;
+    }
     const QPointF Focus = m_PointerInside ? toPicture(m_Pointer) : QRectF(m_View.visiblePart()).center();
     m_Renderer.setWishes(m_Tiles.wishes(m_View.mipLevel(), m_View.visiblePart(), Focus));
+    updateActivity();
 }
 
 bool OrvCanvas::isSettled() const
@@ -158,6 +173,7 @@ void OrvCanvas::paintEvent(QPaintEvent* pEvent)
         Painter.restore();
         OrvCanvasOverlay::drawTileBorders(Painter, m_Source, m_View, Ratio);
         OrvCanvasOverlay::drawTitle(Painter, m_Source, m_View, Ratio);
+        m_Activity.draw(Painter, Ratio);
         m_Outline.draw(Painter, m_View, Viewport, Ratio, m_OutlineStep);
         m_Light.draw(Painter, m_View, Ratio, isOverLight());
         const bool BrushShown = m_PointerInside && m_Gesture != Gesture::Pan
@@ -237,8 +253,7 @@ void OrvCanvas::pickColor(const QPointF& WidgetPoint)
     if (!m_Tiles.extent().contains(Pixel))
         return;
     std::array<float, 4> Rgba;
-    m_Renderer.readPixel(Pixel, Rgba.data());
-    if (Rgba[3] <= 0.0f)
+    if (!m_Renderer.readPixel(Pixel, Rgba.data()) || Rgba[3] <= 0.0f)
         return;
     Rgba[3] = 1.0f;
     OrvBrush Brush = m_pTools->brushTool()->brush();
@@ -268,7 +283,7 @@ void OrvCanvas::stepOutline()
     const double Ratio = devicePixelRatioF();
     QRegion Region;
     for (const QRect& Rect : m_Outline.region(m_View, QRect(QPoint(0, 0), deviceSize()), Ratio))
-        Region += QRectF(QPointF(Rect.topLeft()) / Ratio, QSizeF(Rect.size()) / Ratio).toAlignedRect();
+        Region += toWidgetRect(Rect);
     update(Region);
 }
 

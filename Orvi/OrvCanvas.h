@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Orvi/OrvCanvasActivity.h"
 #include "Orvi/OrvCanvasLight.h"
 #include "Orvi/OrvCanvasRenderer.h"
 #include "Orvi/OrvCanvasSource.h"
@@ -24,6 +25,8 @@ public:
 
     /// Everything in view is up to date and nothing is being computed.
     bool isSettled() const;
+    /// The user is told that something is being computed.
+    bool showsActivity() const { return m_Activity.isShown(); }
     /// What computes, for those who need it to pause.
     OrvCanvasRenderer* renderer() { return &m_Renderer; }
     /// The light's handle, for commands.
@@ -66,6 +69,7 @@ private:
     void onPieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
     void onInvalidated(const QRegion& Region);
     void requestMissing();
+    void updateActivity();
     void zoomBy(double Factor, const QPointF& WidgetPoint);
     void pickColor(const QPointF& WidgetPoint);
     void beginTool(const QMouseEvent& Event);
@@ -79,6 +83,7 @@ private:
     void showLightToolTip();
     QRect brushCursorRect(const QPointF& WidgetPoint) const;
     QSize deviceSize() const;
+    QRect toWidgetRect(const QRectF& DeviceRect) const;
     QPointF toDevice(const QPointF& WidgetPoint) const { return WidgetPoint * devicePixelRatioF(); }
 
     OrvCanvasTools* m_pTools;
@@ -87,6 +92,7 @@ private:
     OrvCanvasTiles m_Tiles;
     OrvCanvasView m_View;
     OrvCanvasLight m_Light;
+    OrvCanvasActivity m_Activity;
     OrvSelectionOutline m_Outline;
     QTimer m_OutlineTimer;
     int m_OutlineStep = 0;

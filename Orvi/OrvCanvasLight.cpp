@@ -35,8 +35,8 @@ OrvCanvasLight::OrvCanvasLight(QObject* pParent)
 {
     connect(&OrvFlatShading::instance(), &OrvFlatShading::changed, this, &OrvCanvasLight::changed);
     // The light is no part of a project, but what suited one would leave the next in the dark.
-    connect(&OrvProjectManager::instance(), &OrvProjectManager::projectClosed, this,
-        &OrvCanvasLight::resetLight);
+    connect(
+        &OrvProjectManager::instance(), &OrvProjectManager::projectClosed, this, &OrvCanvasLight::resetLight);
 }
 
 void OrvCanvasLight::setPicture(const OrvUdimLayout& Layout)

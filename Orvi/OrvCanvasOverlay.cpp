@@ -22,6 +22,7 @@ const QColor BackgroundColor(0x1d, 0x1d, 0x1d);
 const QColor CheckerDark(0x5a, 0x5a, 0x5a), CheckerLight(0x6e, 0x6e, 0x6e);
 constexpr int CheckerEdge = 8; // device pixels
 constexpr double LeastLabelledTile = 44.0; // pixels of the screen
+constexpr double ChipPadding = 8.0; // pixels of the screen
 
 QString tr(const char* pText)
 {
@@ -107,6 +108,28 @@ void OrvCanvasOverlay::drawTileBorders(
     Painter.restore();
 }
 
+QFont OrvCanvasOverlay::chipFont(double PixelRatio)
+{
+    return overlayFont(PixelRatio, 0.92);
+}
+
+QRect OrvCanvasOverlay::chip(int Line, int WidthOfWords, double PixelRatio)
+{
+    const int Padding = int(ChipPadding * PixelRatio);
+    const int Height = QFontMetrics(chipFont(PixelRatio)).height() + Padding;
+    return QRect(Padding, Padding + Line * (Height + Padding / 2), WidthOfWords + 2 * Padding, Height);
+}
+
+void OrvCanvasOverlay::drawChip(QPainter& Painter, const QRect& Chip, double PixelRatio)
+{
+    Painter.save();
+    Painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath Shape;
+    Shape.addRoundedRect(QRectF(Chip), 4 * PixelRatio, 4 * PixelRatio);
+    Painter.fillPath(Shape, QColor(20, 20, 20, 190));
+    Painter.restore();
+}
+
 void OrvCanvasOverlay::drawTitle(
     QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View, double PixelRatio)
 {
@@ -124,21 +147,16 @@ void OrvCanvasOverlay::drawTitle(
         Facts.prepend(Source.partName() + QStringLiteral("   "));
     Facts += QStringLiteral("   ") + zoomText(View.zoom());
 
-    Painter.save();
-    Painter.setRenderHint(QPainter::Antialiasing);
-    QFont NameFont = overlayFont(PixelRatio, 0.92);
+    const QFont FactsFont = chipFont(PixelRatio);
+    QFont NameFont = FactsFont;
     NameFont.setWeight(QFont::DemiBold);
-    const QFont FactsFont = overlayFont(PixelRatio, 0.92);
-    const QFontMetrics NameMetrics(NameFont), FactsMetrics(FactsFont);
-    const int Padding = int(8 * PixelRatio);
     const QString Name = Source.title();
-    const int NameWidth = NameMetrics.horizontalAdvance(Name);
-    const int Height = NameMetrics.height() + Padding;
-    const QRect Chip(
-        Padding, Padding, NameWidth + FactsMetrics.horizontalAdvance(Facts) + 3 * Padding, Height);
-    QPainterPath Shape;
-    Shape.addRoundedRect(QRectF(Chip), 4 * PixelRatio, 4 * PixelRatio);
-    Painter.fillPath(Shape, QColor(20, 20, 20, 190));
+    const int Padding = int(ChipPadding * PixelRatio);
+    const int NameWidth = QFontMetrics(NameFont).horizontalAdvance(Name);
+    const QRect Chip
+        = chip(0, NameWidth + Padding + QFontMetrics(FactsFont).horizontalAdvance(Facts), PixelRatio);
+    Painter.save();
+    drawChip(Painter, Chip, PixelRatio);
     Painter.setFont(NameFont);
     Painter.setPen(QColor(240, 240, 240));
     Painter.drawText(Chip.adjusted(Padding, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, Name);

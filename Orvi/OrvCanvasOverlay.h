@@ -3,6 +3,7 @@
 class OrvBrush;
 class OrvCanvasSource;
 class OrvCanvasView;
+class QFont;
 class QPainter;
 class QPointF;
 class QRect;
@@ -16,7 +17,11 @@ void drawBackground(QPainter& Painter, const QRect& Viewport);
 void drawChecker(QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View);
 void drawTileBorders(
     QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View, double PixelRatio);
-/// Name, size, depth and zoom.
+/// Dark plates for words, one below the other at the upper left.
+QRect chip(int Line, int WidthOfWords, double PixelRatio);
+QFont chipFont(double PixelRatio);
+void drawChip(QPainter& Painter, const QRect& Chip, double PixelRatio);
+/// Name, size, depth and zoom, on the first plate.
 void drawTitle(
     QPainter& Painter, const OrvCanvasSource& Source, const OrvCanvasView& View, double PixelRatio);
 /// What to do when there is nothing to show.

@@ -9,11 +9,12 @@
 
 namespace {
 
-/// Between two parts the engine is free for so long: its lock is not fair, and an edit must not wait for all
-/// of the picture.
+/// Between two parts the engine is free for so long: an edit of several steps must not wait for a part before
+/// each.
 constexpr std::chrono::microseconds Breath(100);
-constexpr std::chrono::milliseconds LongestPart(60);
-constexpr int SmallestPart = OrvCanvasRenderer::TileEdge / 2;
+constexpr std::chrono::milliseconds LongestPart(40);
+constexpr std::chrono::milliseconds LongestReading(100);
+constexpr int SmallestPart = 16, FirstPart = 32; // pixels of the level
 constexpr std::size_t Components = 4;
 const OrvPixelFormat PixelFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
 /// A region of more rectangles costs more than the pixels between them.
@@ -26,11 +27,14 @@ void unite(QRegion& Region, const QRect& Rect)
         Region = Region.boundingRect();
 }
 
-/// In pixels of the picture.
+/// What a piece shows, in pixels of the picture.
 QRect pictureRect(const OrvCanvasRenderer::Piece& Piece)
 {
     const int Scale = 1 << Piece.Level;
-    return QRect(Piece.Region.topLeft() * Scale, Piece.Region.size() * Scale);
+    // Relief is lit by what its neighbours are, which a picture tells of for its full scale alone.
+    const int Reach = Piece.Level == 0 ? 0 : Scale;
+    return QRect(Piece.Region.topLeft() * Scale, Piece.Region.size() * Scale)
+        .adjusted(-Reach, -Reach, Reach, Reach);
 }
 
 } // namespace
@@ -136,7 +140,7 @@ bool OrvCanvasRenderer::beginPart()
 {
     std::unique_lock<std::mutex> Lock(m_Mutex);
     m_Wake.wait(Lock, [this] { return m_Quit || m_Pauses == 0; });
-    m_Evaluating = !m_Quit;
+    m_Evaluating = !m_Quit && m_PresentEpoch == m_Epoch;
     return m_Evaluating;
 }
 
@@ -149,11 +153,15 @@ void OrvCanvasRenderer::endPart()
     m_PartEnded.notify_all();
 }
 
-void OrvCanvasRenderer::readPixel(const QPoint& Pixel, float* pRgba)
+bool OrvCanvasRenderer::readPixel(const QPoint& Pixel, float* pRgba)
 {
     std::fill(pRgba, pRgba + 4, 0.0f);
-    if (m_pShown)
-        m_pShown->render(QRect(Pixel, QSize(1, 1)), 1.0, PixelFormat, pRgba);
+    const auto Start = std::chrono::steady_clock::now();
+    while (m_pShown && !m_pShown->renderTurn(QRect(Pixel, QSize(1, 1)), 1.0, PixelFormat, pRgba)) {
+        if (std::chrono::steady_clock::now() - Start > LongestReading)
+            return false;
+    }
+    return true;
 }
 
 void OrvCanvasRenderer::postDelivery()
@@ -171,31 +179,47 @@ void OrvCanvasRenderer::noteInvalidated(const QRect& Region)
     postDelivery();
 }
 
+bool OrvCanvasRenderer::computePart(const QRect& Part, int Level, float* pPixels, int Stride)
+{
+    for (bool Complete = false; !Complete; std::this_thread::sleep_for(Breath)) {
+        if (!beginPart())
+            return false;
+        const auto Start = std::chrono::steady_clock::now();
+        Complete = m_pShown->renderTurn(Part, 1.0 / (1 << Level), PixelFormat, pPixels, Stride);
+        const auto Time = std::chrono::steady_clock::now() - Start;
+        endPart();
+        // Edits wait for no more than a part: costly pictures are computed in smaller ones.
+        if (Complete && Time > LongestPart)
+            m_PartEdge = std::max(SmallestPart, m_PartEdge / 2);
+        else if (Complete && Time < LongestPart / 4) // the next has four times the pixels
+            m_PartEdge = std::min(TileEdge, m_PartEdge * 2);
+    }
+    return true;
+}
+
 QImage OrvCanvasRenderer::compute(
     const Piece& Wanted, OrvDisplayTransform::Meaning Values, const QString& ColorSpace)
 {
+    if (m_PartLevel != Wanted.Level || m_PartEpoch != m_PresentEpoch) {
+        // Nobody knows yet what a part of this costs.
+        m_PartEdge = FirstPart;
+        m_PartLevel = Wanted.Level;
+        m_PartEpoch = m_PresentEpoch;
+    }
     const QRect& Region = Wanted.Region;
-    std::vector<float> Pixels(std::size_t(Region.width()) * std::size_t(Region.height()) * Components);
-    const int Stride = Region.width() * int(Components * sizeof(float));
-    for (int Top = Region.top(); Top <= Region.bottom(); Top += m_PartEdge) {
-        for (int Left = Region.left(); Left <= Region.right(); Left += m_PartEdge) {
-            const QRect Part = QRect(Left, Top, m_PartEdge, m_PartEdge).intersected(Region);
-            const std::size_t First = std::size_t(Top - Region.top()) * std::size_t(Region.width())
-                + std::size_t(Left - Region.left());
-            if (!beginPart())
+    const int Width = Region.width(), Height = Region.height();
+    std::vector<float> Pixels(std::size_t(Width) * std::size_t(Height) * Components);
+    for (int Y = 0, NextY = 0; Y < Height; Y = NextY) {
+        NextY = std::min(Height, Y + m_PartEdge);
+        for (int X = 0, NextX = 0; X < Width; X = NextX) {
+            NextX = std::min(Width, X + m_PartEdge);
+            const QRect Part(Region.left() + X, Region.top() + Y, NextX - X, NextY - Y);
+            float* pPixels
+                = Pixels.data() + (std::size_t(Y) * std::size_t(Width) + std::size_t(X)) * Components;
+            if (!computePart(Part, Wanted.Level, pPixels, Width * int(Components * sizeof(float))))
                 return QImage();
-            const auto Start = std::chrono::steady_clock::now();
-            m_pShown->render(
-                Part, 1.0 / (1 << Wanted.Level), PixelFormat, Pixels.data() + First * Components, Stride);
-            m_Slowest = std::max(m_Slowest, std::chrono::steady_clock::now() - Start);
-            endPart();
-            std::this_thread::sleep_for(Breath);
         }
     }
-    // Edits wait for no more than a part: costly pictures are computed in smaller ones.
-    const bool Costly = m_Slowest > (m_PartEdge == TileEdge ? LongestPart : LongestPart / 4);
-    m_PartEdge = Costly ? SmallestPart : TileEdge;
-    m_Slowest /= 2;
     return OrvDisplayTransform::toImage(Pixels.data(), Region.size(), Values, ColorSpace);
 }
 

@@ -64,8 +64,9 @@ public:
         QPointer<OrvCanvasRenderer> m_pRenderer;
     };
 
-    /// One pixel of the result as straight RGBA, in the source's colour space; waits for the engine.
-    void readPixel(const QPoint& Pixel, float* pRgba);
+    /// One pixel of the result as straight RGBA, in the source's colour space; waits for the engine. False
+    /// when the picture takes too long to compute.
+    bool readPixel(const QPoint& Pixel, float* pRgba);
 
 Q_SIGNALS:
     void pieceReady(const OrvCanvasRenderer::Piece& Finished, const QImage& Pixels);
@@ -80,8 +81,9 @@ private:
     };
 
     void work();
-    /// Null when the renderer ends meanwhile.
+    /// Null when the renderer ends meanwhile, or another source is to be shown.
     QImage compute(const Piece& Wanted, OrvDisplayTransform::Meaning Values, const QString& ColorSpace);
+    bool computePart(const QRect& Part, int Level, float* pPixels, int Stride);
     bool beginPart();
     void endPart();
     void postDelivery();
@@ -91,9 +93,10 @@ private:
 
     std::unique_ptr<OrvEngineNode> m_pShown;
 
-    // The thread's own: how much it computes at once, and the time that takes.
+    // The thread's own: how much it computes at once, of what.
     int m_PartEdge = TileEdge;
-    std::chrono::steady_clock::duration m_Slowest{};
+    int m_PartLevel = 0;
+    int m_PartEpoch = -1;
 
     mutable std::mutex m_Mutex; ///< guards what follows; never held while the engine is asked for anything
     std::condition_variable m_Wake;

@@ -87,8 +87,7 @@ OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
     if (!pChannel)
         return nullptr;
     if (const OrvLayerShader* pLit = litShader()) {
-        PartName = pChannel->isMaterialStack() ? tr("lit")
-                                               : tr("lit, painting \"%1\"").arg(pChannel->name());
+        PartName = pChannel->isMaterialStack() ? tr("lit") : tr("lit, painting \"%1\"").arg(pChannel->name());
         return pLit->node();
     }
     const OrvSnBaseNode* pShader = OrvLayerShaderManager::instance().currentShaderNode();

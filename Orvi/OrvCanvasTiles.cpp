@@ -76,7 +76,8 @@ void OrvCanvasTiles::invalidate(const QRegion& Region)
     for (auto Entry = m_Tiles.begin(); Entry != m_Tiles.end(); ++Entry) {
         const QRect Tile = tileRect(Entry.key());
         for (const QRect& Rect : Inside) {
-            // A pixel of a coarser level averages a few around it, and relief is lit by what its neighbours are.
+            // A pixel of a coarser level averages a few around it, and relief is lit by what its neighbours
+            // are.
             const int Reach = Entry.key().Level == 0 ? 0 : 1;
             const QRect Part = shrunk(Rect, Entry.key().Level).adjusted(-Reach, -Reach, Reach, Reach) & Tile;
             if (!Part.isEmpty())

@@ -7,6 +7,7 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -202,7 +203,7 @@ bool OrvImageImport::importMask(
         return false;
     }
     if (!pLayer->isModifiable()) {
-        Error = tr("\"%1\" is locked or cached").arg(pLayer->name());
+        Error = OrvEditObstacle::ofSharers(pLayer);
         return false;
     }
     OrvUndoManager::AutoMacro Macro(tr("Import Mask : %1").arg(pLayer->name()));

@@ -92,6 +92,8 @@ void writeDefaultSettings()
 
 OrvProgram::OrvProgram()
 {
+    // It takes longer to be ready than the window.
+    OrvEngine::warmUp();
     QApplication::setWindowIcon(OrvIcon::createIconFromFilename(QStringLiteral("Orvi.png")));
     writeDefaultSettings();
     makeManagers();
@@ -251,10 +253,7 @@ void OrvProgram::start(const OrvCommandLine& Line)
     new OrvStartupTrace(this);
     Window.show();
     // The window is painted before anything slow begins.
-    QTimer::singleShot(0, this, [this, Line] {
-        OrvEngine::warmUp();
-        open(Line);
-    });
+    QTimer::singleShot(0, this, [this, Line] { open(Line); });
 }
 
 void OrvProgram::open(const OrvCommandLine& Line)

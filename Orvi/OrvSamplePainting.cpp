@@ -6,7 +6,12 @@
 #include <QtGui/QPainterPath>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <functional>
+#include <future>
+#include <thread>
+#include <vector>
 
 using OrvSampleNoise::clouds;
 using OrvSampleNoise::Sequence;
@@ -29,6 +34,20 @@ QColor mixed(const QColor& One, const QColor& Other, double Share)
     const auto mix = [Share](int From, int To) { return int(std::lround(From + (To - From) * Share)); };
     return QColor(
         mix(One.red(), Other.red()), mix(One.green(), Other.green()), mix(One.blue(), Other.blue()));
+}
+
+/// On all cores: the first start waits for the painting.
+void forRows(int Rows, const std::function<void(int)>& Paint)
+{
+    std::atomic<int> Next{0};
+    const auto paintRows = [&] {
+        for (int Row = Next++; Row < Rows; Row = Next++)
+            Paint(Row);
+    };
+    std::vector<std::future<void>> Others;
+    for (unsigned Core = 1; Core < std::thread::hardware_concurrency(); ++Core)
+        Others.push_back(std::async(std::launch::async, paintRows));
+    paintRows();
 }
 
 uchar gray(double Value)
@@ -114,11 +133,12 @@ QImage OrvSamplePainting::shaded(QImage::Format Format, int Divisor, Shade shade
 {
     const int Edge = std::max(1, m_Edge / Divisor);
     QImage Image(Edge, Edge, Format);
-    for (int Row = 0; Row < Edge; ++Row) {
-        auto* pOut = reinterpret_cast<Pixel*>(Image.scanLine(Row));
+    uchar* pBits = Image.bits();
+    forRows(Edge, [&, Stride = qsizetype(Image.bytesPerLine())](int Row) {
+        auto* pOut = reinterpret_cast<Pixel*>(pBits + Row * Stride);
         for (int Column = 0; Column < Edge; ++Column)
             pOut[Column] = shade((Column + 0.5) * Unit / Edge, (Row + 0.5) * Unit / Edge);
-    }
+    });
     if (Edge == m_Edge)
         return Image;
     return Image.scaled(m_Edge, m_Edge, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
@@ -485,14 +505,14 @@ QImage OrvSamplePainting::roughness() const
 std::vector<float> OrvSamplePainting::heights() const
 {
     std::vector<float> Heights(std::size_t(m_Edge) * std::size_t(m_Edge));
-    float* pOut = Heights.data();
-    for (int Row = 0; Row < m_Edge; ++Row) {
+    forRows(m_Edge, [&](int Row) {
+        float* pOut = Heights.data() + std::size_t(Row) * std::size_t(m_Edge);
         for (int Column = 0; Column < m_Edge; ++Column) {
             const double X = (Column + 0.5) * Unit / m_Edge, Y = (Row + 0.5) * Unit / m_Edge;
             const double Sheet = 1.0 - step(-14.0, 2.0, distanceToPlates(X, Y));
             *pOut++ = float(0.18 + 0.32 * Sheet + 0.04 * (clouds(X / 240.0, Y / 240.0, 71, 4) - 0.5));
         }
-    }
+    });
     // Rivets are domes on top.
     const double Scale = m_Edge / Unit;
     for (const QPointF& Place : rivetPlaces()) {

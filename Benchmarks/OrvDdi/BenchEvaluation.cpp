@@ -2,19 +2,10 @@
 // written by hand over the same pixels in plain memory, in the same run. Prints the times and, at the end,
 // the ratios.
 
-#include "Benchmarks/RatioReporter.h"
-
-#include "OrvDdi/Engine/OrvEngine.h"
-#include "OrvDdi/Engine/OrvEngineNode.h"
-#include "OrvDdi/Image/OrvColor.h"
+#include "Benchmarks/OrvDdi/EngineBenchmark.h"
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <map>
-#include <thread>
-#include <vector>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -24,6 +15,8 @@
 #endif
 
 namespace {
+
+using EngineBenchmark::FloatFormat;
 
 constexpr int Edge = 4096;
 constexpr int LayerCount = 20;
@@ -47,14 +40,13 @@ OrvPixelFormat formatOf(Storage Stored)
 }
 
 const OrvPixelFormat MaskFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
-const OrvPixelFormat ResultFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
 
 /// A stack in the engine, and the same pixels as contiguous tiles in memory.
 class Stack {
 public:
     explicit Stack(Storage Stored);
 
-    OrvEngineNode& top() { return *m_Blends.back(); }
+    OrvEngineNode& node() { return *m_Blends.back(); }
     /// As after a dab of the brush on a layer in the middle.
     void touch(const QRect& Region) { m_Sources[LayerCount / 2]->pixelsWritten(Region); }
     void computeByHand(const QRect& Region, float* pResult) const;
@@ -80,14 +72,14 @@ Stack::Stack(Storage Stored)
     , m_Format(formatOf(Stored))
 {
     std::vector<float> Row(Edge * 4 * 64);
-    unsigned Noise = 1;
+    EngineBenchmark::Noise Noise;
     for (int Index = 0; Index < LayerCount; ++Index) {
         Layer One{Modes[Index % 4], 0.8f, {}, {}};
         OrvImageBuffer Pixels(Canvas, m_Format), Mask;
         for (int Y = 0; Y < Edge; Y += 64) {
             for (float& Value : Row)
-                Value = float((Noise = Noise * 1664525u + 1013904223u) >> 8) / float(1 << 24);
-            Pixels.write(QRect(0, Y, Edge, 64), ResultFormat, Row.data());
+                Value = Noise.value();
+            Pixels.write(QRect(0, Y, Edge, 64), FloatFormat, Row.data());
         }
         One.Pixels.resize(size_t(Edge) * Edge * size_t(m_Format.bytesPerPixel()));
         toTiles(Pixels, One.Pixels.data());
@@ -108,7 +100,7 @@ Stack::Stack(Storage Stored)
         std::vector<unsigned char> Bytes(Edge * 64);
         for (int Y = 0; Y < Edge; Y += 64) {
             for (unsigned char& Value : Bytes)
-                Value = (unsigned char)((Noise = Noise * 1664525u + 1013904223u) >> 24);
+                Value = Noise.byte();
             Mask.write(QRect(0, Y, Edge, 64), MaskFormat, Bytes.data());
         }
         m_Layers[size_t(Index)].Mask.resize(size_t(Edge) * Edge);
@@ -249,11 +241,11 @@ void Stack::tileByHand(int Tile, const QRect& Within, float* pSums) const
     }
 }
 
-/// The result as premultiplied tiles: the floor is spared everything that comes after blending.
+/// The whole result as premultiplied tiles, a part nowhere: the floor is spared everything that comes after
+/// blending.
 void Stack::computeByHand(const QRect& Region, float* pResult) const
 {
-    const int ThreadCount = int(std::max(1u, std::thread::hardware_concurrency()));
-    const auto work = [&](int Thread) {
+    EngineBenchmark::onAllCores([&](int Thread, int ThreadCount) {
         std::vector<float> Sums(TilePixels * 4);
         int Number = 0;
         for (int Row = Region.top() / TileEdge; Row <= Region.bottom() / TileEdge; ++Row) {
@@ -263,59 +255,21 @@ void Stack::computeByHand(const QRect& Region, float* pResult) const
                 const int Tile = Row * TilesAlong + Column;
                 const QPoint Corner(Column * TileEdge, Row * TileEdge);
                 const QRect Within = (QRect(Corner, QSize(TileEdge, TileEdge)) & Region).translated(-Corner);
-                tileByHand(Tile, Within, pResult ? pResult + size_t(Tile) * TilePixels * 4 : Sums.data());
+                tileByHand(
+                    Tile, Within, Region == Canvas ? pResult + size_t(Tile) * TilePixels * 4 : Sums.data());
             }
         }
-    };
-    std::vector<std::thread> Threads;
-    for (int Thread = 1; Thread < ThreadCount; ++Thread)
-        Threads.emplace_back(work, Thread);
-    work(0);
-    for (std::thread& One : Threads)
-        One.join();
+    });
 }
 
-std::unique_ptr<Stack> pStack;
-
-/// One stack at a time: all of them would fill the memory of a small machine.
-Stack& stackOf(Storage Stored)
-{
-    static Storage s_Stored;
-    if (!pStack || s_Stored != Stored) {
-        pStack.reset();
-        pStack = std::make_unique<Stack>(Stored);
-        s_Stored = Stored;
-    }
-    return *pStack;
-}
-
-void atOnce(benchmark::State& State, Storage Stored, const QRect& Region)
-{
-    Stack& Layers = stackOf(Stored);
-    std::vector<float> Result(size_t(Region.width()) * size_t(Region.height()) * 4);
-    for (auto _ : State) {
-        Layers.touch(Region);
-        Layers.top().render(Region, 1.0, ResultFormat, Result.data());
-        benchmark::ClobberMemory();
-    }
-}
-
-void byHand(benchmark::State& State, Storage Stored, const QRect& Region)
-{
-    Stack& Layers = stackOf(Stored);
-    std::vector<float> Result(Region == Canvas ? size_t(Edge) * Edge * 4 : 0);
-    for (auto _ : State) {
-        Layers.computeByHand(Region, Result.empty() ? nullptr : Result.data());
-        benchmark::ClobberMemory();
-    }
-}
+EngineBenchmark::Held<Stack, Storage> Stacks;
 
 void quarterScale(benchmark::State& State, Storage Stored)
 {
-    Stack& Layers = stackOf(Stored);
+    Stack& Layers = Stacks.of(Stored);
     std::vector<float> Result(size_t(Edge / 4) * (Edge / 4) * 4);
     for (auto _ : State) {
-        Layers.top().render(QRect(0, 0, Edge / 4, Edge / 4), 0.25, ResultFormat, Result.data());
+        Layers.node().render(QRect(0, 0, Edge / 4, Edge / 4), 0.25, FloatFormat, Result.data());
         benchmark::ClobberMemory();
     }
 }
@@ -330,22 +284,12 @@ int main(int ArgumentCount, char** pArguments)
         const std::string Name = Kind.second;
         for (const auto& Region :
             {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
-            const QRect Rect = Region.first;
-            const double Seconds = Rect == Canvas ? 0.3 : 0.1;
-            RatioReporter::measure(
-                "floor: " + (Region.second + Name),
-                [Stored, Rect](benchmark::State& State) { byHand(State, Stored, Rect); }, Seconds);
-            RatioReporter::measure(
-                Region.second + Name,
-                [Stored, Rect](benchmark::State& State) { atOnce(State, Stored, Rect); }, Seconds);
+            EngineBenchmark::measure(
+                Stacks, Stored, Region.first, Region.second + Name, Region.first == Canvas ? 0.3 : 0.1);
         }
         RatioReporter::measure(
             "quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); },
             0.1);
     }
-    RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
-    pStack.reset();
-    return OrvEngine::shutdown() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    return EngineBenchmark::run(Stacks);
 }

@@ -2,28 +2,21 @@
 // it: the same formulas in a bare loop over the same maps in plain memory, eight pixels at once on all cores,
 // in the same run. Prints the times and, at the end, the ratios.
 
-#include "Benchmarks/RatioReporter.h"
+#include "Benchmarks/OrvDdi/EngineBenchmark.h"
 
-#include "OrvDdi/Engine/OrvEngine.h"
-#include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Engine/OrvShadingKernels.h"
 #include "OrvDdi/Engine/OrvShadingMath.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
-#include <cstdlib>
-#include <cstring>
-#include <thread>
-#include <vector>
-
 namespace {
 
+using EngineBenchmark::FloatFormat;
 using Parameters = OrvShadingParameters;
 
 constexpr int Edge = 2048;
 const OrvUdimLayout Layout(QSize(Edge, Edge));
 const QRect Plane = Layout.extent();
 const QRect Dab(900, 700, 256, 256);
-const OrvPixelFormat FloatFormat{GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear};
 
 /// A shader's channels: a colour, two scalars and, or not, normals or heights.
 enum Relief { Flat, Normals, Heights };
@@ -64,13 +57,11 @@ Material::Material(Relief Kind)
 
 void Material::addMap(Parameters::Slot Slot)
 {
-    static unsigned s_Noise = 1;
+    static EngineBenchmark::Noise s_Noise;
     std::vector<float>& Map = m_Maps[Slot];
     Map.resize(size_t(Edge) * Edge * 4);
-    for (size_t Index = 0; Index < Map.size(); ++Index) {
-        const float Value = float((s_Noise = s_Noise * 1664525u + 1013904223u) >> 8) / float(1 << 24);
-        Map[Index] = Index % 4 == 3 ? 1.0f : Value;
-    }
+    for (size_t Index = 0; Index < Map.size(); ++Index)
+        Map[Index] = Index % 4 == 3 ? 1.0f : s_Noise.value();
     OrvImageBuffer Buffer(Plane, FloatFormat);
     Buffer.write(Plane, FloatFormat, Map.data());
     m_Sources.push_back(OrvEngineNode::createSource());
@@ -85,8 +76,7 @@ void Material::computeByHand(const QRect& Region, float* pResult) const
 {
     const OrvShadingKernels& Kernels = OrvShadingKernels::best();
     const std::vector<float>& Heights = m_Maps[Parameters::Height];
-    const int ThreadCount = int(std::max(1u, std::thread::hardware_concurrency()));
-    const auto work = [&](int Thread) {
+    EngineBenchmark::onAllCores([&](int Thread, int ThreadCount) {
         const int Begin = Region.top() + Region.height() * Thread / ThreadCount;
         const int End = Region.top() + Region.height() * (Thread + 1) / ThreadCount;
         constexpr int Padding = 2 * OrvShadingKernels::Width;
@@ -129,47 +119,10 @@ void Material::computeByHand(const QRect& Region, float* pResult) const
             Row.pResult = pResult + size_t(Y - Region.top()) * size_t(Region.width()) * 4;
             Kernels.light(Row);
         }
-    };
-    std::vector<std::thread> Threads;
-    for (int Thread = 1; Thread < ThreadCount; ++Thread)
-        Threads.emplace_back(work, Thread);
-    work(0);
-    for (std::thread& One : Threads)
-        One.join();
+    });
 }
 
-std::unique_ptr<Material> pMaterial;
-
-Material& materialOf(Relief Kind)
-{
-    static Relief s_Kind;
-    if (!pMaterial || s_Kind != Kind) {
-        pMaterial = std::make_unique<Material>(Kind);
-        s_Kind = Kind;
-    }
-    return *pMaterial;
-}
-
-void inEngine(benchmark::State& State, Relief Kind, const QRect& Region)
-{
-    Material& Lit = materialOf(Kind);
-    std::vector<float> Result(size_t(Region.width()) * size_t(Region.height()) * 4);
-    for (auto _ : State) {
-        Lit.touch(Region);
-        Lit.node().render(Region, 1.0, FloatFormat, Result.data());
-        benchmark::ClobberMemory();
-    }
-}
-
-void byHand(benchmark::State& State, Relief Kind, const QRect& Region)
-{
-    Material& Lit = materialOf(Kind);
-    std::vector<float> Result(size_t(Region.width()) * size_t(Region.height()) * 4);
-    for (auto _ : State) {
-        Lit.computeByHand(Region, Result.data());
-        benchmark::ClobberMemory();
-    }
-}
+EngineBenchmark::Held<Material, Relief> Materials;
 
 } // namespace
 
@@ -177,20 +130,9 @@ int main(int ArgumentCount, char** pArguments)
 {
     benchmark::Initialize(&ArgumentCount, pArguments);
     for (const auto& Kind : Reliefs) {
-        const Relief Relief = Kind.first;
-        for (const auto& Part : {std::make_pair(Plane, "lit 2048, "), std::make_pair(Dab, "dab of 256, ")}) {
-            const QRect Region = Part.first;
-            const std::string Name = Part.second + std::string(Kind.second);
-            RatioReporter::measure(
-                "floor: " + Name,
-                [Relief, Region](benchmark::State& State) { byHand(State, Relief, Region); }, 0.2);
-            RatioReporter::measure(
-                Name, [Relief, Region](benchmark::State& State) { inEngine(State, Relief, Region); }, 0.2);
-        }
+        for (const auto& Part : {std::make_pair(Plane, "lit 2048, "), std::make_pair(Dab, "dab of 256, ")})
+            EngineBenchmark::measure(
+                Materials, Kind.first, Part.first, Part.second + std::string(Kind.second), 0.2);
     }
-    RatioReporter Reporter;
-    benchmark::RunSpecifiedBenchmarks(&Reporter);
-    Reporter.printRatios();
-    pMaterial.reset();
-    return OrvEngine::shutdown() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    return EngineBenchmark::run(Materials);
 }

@@ -125,7 +125,7 @@ ColorSpaces::ColorSpaces()
         pConfig->validate();
         m_pUser = pConfig;
     } catch (const std::exception& Trouble) {
-        m_Error = tr("The colour configuration '%1' cannot be used, the built-in colour spaces are: %2")
+        m_Error = tr("The color configuration '%1' cannot be used, the built-in color spaces are: %2")
                       .arg(QString::fromLocal8Bit(Path), QString::fromUtf8(Trouble.what()).simplified());
         qWarning("%s", qUtf8Printable(m_Error));
     }
@@ -181,7 +181,7 @@ OCIO::ConstCPUProcessorRcPtr ColorSpaces::processor(const QString& From, const Q
 {
     for (const QString& Name : {From, To}) {
         if (!contains(Name)) {
-            Error = tr("There is no colour space '%1'").arg(Name);
+            Error = tr("There is no color space '%1'").arg(Name);
             return {};
         }
     }
@@ -195,7 +195,7 @@ OCIO::ConstCPUProcessorRcPtr ColorSpaces::processor(const QString& From, const Q
                 = OCIO::OptimizationFlags(OCIO::OPTIMIZATION_DEFAULT & ~OCIO::OPTIMIZATION_FAST_LOG_EXP_POW);
             pProcessor = makeProcessor(From.toUtf8(), To.toUtf8())->getOptimizedCPUProcessor(Flags);
         } catch (const std::exception& Trouble) {
-            Error = tr("Colours cannot be converted from '%1' to '%2': %3")
+            Error = tr("Colors cannot be converted from '%1' to '%2': %3")
                         .arg(From, To, QString::fromUtf8(Trouble.what()).simplified());
         }
     }

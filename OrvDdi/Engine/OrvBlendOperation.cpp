@@ -1,6 +1,7 @@
 #include "OrvDdi/Engine/OrvBlendOperation.h"
 
 #include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 #include <cstring>
@@ -34,9 +35,7 @@ bool readsOver(const OrvBlendParameters& Parameters)
 
 void prepare(GeglOperation* pOperation)
 {
-    const Babl* pFormat = babl_format("RaGaBaA float");
-    for (const char* pPad : {"input", "aux", "aux2", "output"})
-        gegl_operation_set_format(pOperation, pPad, pFormat);
+    OrvOwnOperation::setPremultiplied(pOperation, {"input", "aux", "aux2", "output"});
 }
 
 GeglRectangle boundingBox(GeglOperation* pOperation)
@@ -72,11 +71,6 @@ GeglRectangle requiredForOutput(GeglOperation* pOperation, const char* pPad, con
     return *pRegion;
 }
 
-GeglRectangle invalidatedByChange(GeglOperation*, const char*, const GeglRectangle* pRegion)
-{
-    return *pRegion;
-}
-
 OrvPicture::Pointer inputPicture(GeglOperationContext* pContext, const char* pPad)
 {
     return OrvPicture::of(gegl_operation_context_get_object(pContext, pPad));
@@ -100,8 +94,7 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
         gegl_operation_context_set_object(pContext, "output", G_OBJECT(pPicture->buffer()));
         return TRUE;
     }
-    OrvPictureProgram(pPicture).renderTo(
-        gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
+    OrvPictureProgram(pPicture).renderOutput(pContext, *pRegion, Level);
     return TRUE;
 }
 
@@ -111,10 +104,9 @@ void blend_operation_class_init(BlendOperationClass* pClass)
     pOperationClass->prepare = prepare;
     pOperationClass->get_bounding_box = boundingBox;
     pOperationClass->get_required_for_output = requiredForOutput;
-    pOperationClass->get_invalidated_by_change = invalidatedByChange;
+    pOperationClass->get_invalidated_by_change = OrvOwnOperation::sameRegion;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(
-        pOperationClass, "name", OrvBlendOperation::Name, "title", "Blend", "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvBlendOperation::Name, "Blend");
 }
 
 void blend_operation_init(BlendOperation* pSelf)
@@ -132,21 +124,21 @@ void OrvBlendOperation::registerType()
 
 const OrvBlendParameters& OrvBlendOperation::parameters(GeglNode* pNode)
 {
-    return instance(gegl_node_get_gegl_operation(pNode))->Parameters;
+    return OrvOwnOperation::behind<BlendOperation>(pNode)->Parameters;
 }
 
 void OrvBlendOperation::setParameters(GeglNode* pNode, const OrvBlendParameters& Parameters)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Parameters = Parameters;
+    OrvOwnOperation::behind<BlendOperation>(pNode)->Parameters = Parameters;
 }
 
 void OrvBlendOperation::setDeferred(GeglNode* pNode, bool Deferred)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+    OrvOwnOperation::behind<BlendOperation>(pNode)->Deferred = Deferred;
 }
 
 void OrvBlendOperation::setCached(GeglNode* pNode, bool Cached)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
-    g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+    OrvOwnOperation::behind<BlendOperation>(pNode)->Cached = Cached;
+    OrvOwnOperation::setKept(pNode, Cached);
 }

@@ -1,5 +1,7 @@
 #include "OrvDdi/Engine/OrvColorOperation.h"
 
+#include "OrvDdi/Engine/OrvOwnOperation.h"
+
 #include "OrvDdi/Color/OrvColorManager.h"
 
 #include <QtCore/QString>
@@ -34,8 +36,7 @@ ColorOperation* instance(void* pOperation)
 void prepare(GeglOperation* pOperation)
 {
     const char* pFormat = instance(pOperation)->pConversion->IsMatrix ? "RaGaBaA float" : "RGBA float";
-    for (const char* pPad : {"input", "output"})
-        gegl_operation_set_format(pOperation, pPad, babl_format(pFormat));
+    OrvOwnOperation::setFormat(pOperation, {"input", "output"}, babl_format(pFormat));
 }
 
 void multiply(const float* pFactors, const float* pFrom, float* pTo, glong Count)
@@ -49,8 +50,7 @@ void multiply(const float* pFactors, const float* pFrom, float* pTo, glong Count
     }
 }
 
-gboolean process(
-    GeglOperation* pOperation, void* pFrom, void* pTo, glong Count, const GeglRectangle*, int)
+gboolean process(GeglOperation* pOperation, void* pFrom, void* pTo, glong Count, const GeglRectangle*, int)
 {
     const Conversion& Wanted = *instance(pOperation)->pConversion;
     const auto* pGiven = static_cast<const float*>(pFrom);
@@ -82,8 +82,7 @@ void color_operation_class_init(ColorOperationClass* pClass)
     G_OBJECT_CLASS(pClass)->finalize = finalize;
     pOperationClass->prepare = prepare;
     GEGL_OPERATION_POINT_FILTER_CLASS(pClass)->process = process;
-    gegl_operation_class_set_keys(
-        pOperationClass, "name", OrvColorOperation::Name, "title", "Color", "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvColorOperation::Name, "Color");
 }
 
 void color_operation_init(ColorOperation* pSelf)
@@ -100,7 +99,7 @@ void OrvColorOperation::registerType()
 
 void OrvColorOperation::setSpaces(GeglNode* pNode, const QString& From, const QString& To)
 {
-    Conversion& Wanted = *instance(gegl_node_get_gegl_operation(pNode))->pConversion;
+    Conversion& Wanted = *OrvOwnOperation::behind<ColorOperation>(pNode)->pConversion;
     Wanted.From = From;
     Wanted.To = To;
     Wanted.IsMatrix = OrvColorManager::matrix(From, To, Wanted.Factors);

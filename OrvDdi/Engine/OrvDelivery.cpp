@@ -2,6 +2,7 @@
 
 #include "OrvDdi/Engine/OrvLitPicture.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 #include <cstring>
@@ -40,8 +41,7 @@ G_DEFINE_TYPE(DeliveryOperation, delivery_operation, GEGL_TYPE_OPERATION_FILTER)
 
 void prepare(GeglOperation* pOperation)
 {
-    gegl_operation_set_format(pOperation, "input", babl_format("RaGaBaA float"));
-    gegl_operation_set_format(pOperation, "output", babl_format("RaGaBaA float"));
+    OrvOwnOperation::setPremultiplied(pOperation, {"input", "output"});
 }
 
 gboolean process(
@@ -64,7 +64,7 @@ gboolean process(
             pContext, "output", G_OBJECT(OrvPicture::carrier(OrvPicture::nothing())));
         return TRUE;
     }
-    Program.renderTo(gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
+    Program.renderOutput(pContext, *pRegion, Level);
     return TRUE;
 }
 
@@ -73,8 +73,7 @@ void delivery_operation_class_init(DeliveryOperationClass* pClass)
     GeglOperationClass* pOperationClass = GEGL_OPERATION_CLASS(pClass);
     pOperationClass->prepare = prepare;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(
-        pOperationClass, "name", OperationName, "title", "Delivery", "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OperationName, "Delivery");
 }
 
 void delivery_operation_init(DeliveryOperation*) { }

@@ -4,7 +4,10 @@
 #include "OrvDdi/Engine/OrvColorOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvEngineRects.h"
+#include "OrvDdi/Engine/OrvEngineSubGraph.h"
 #include "OrvDdi/Engine/OrvFitOperation.h"
+#include "OrvDdi/Engine/OrvGradualEvaluation.h"
 #include "OrvDdi/Engine/OrvOperationMenu.h"
 #include "OrvDdi/Engine/OrvOperationParameters.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
@@ -13,30 +16,13 @@
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 #include "OrvDdi/Image/OrvColor.h"
 
-#include <algorithm>
+#include <QtCore/QRectF>
+
 #include <cmath>
-#include <unordered_map>
-#include <unordered_set>
-#include <vector>
+
+using namespace OrvEngineRects;
 
 namespace {
-
-/// Stands for the whole plane; the engine's own infinite rectangle overflows when operations widen it.
-constexpr int PlaneEdge = 1 << 20;
-constexpr GeglRectangle Plane = {-PlaneEdge, -PlaneEdge, 2 * PlaneEdge, 2 * PlaneEdge};
-
-GeglRectangle engineRect(const QRect& Rect)
-{
-    return {Rect.x(), Rect.y(), Rect.width(), Rect.height()};
-}
-
-QRect qtRect(const GeglRectangle& Rect)
-{
-    GeglRectangle Inside;
-    if (!gegl_rectangle_intersect(&Inside, &Rect, &Plane))
-        return QRect();
-    return QRect(Inside.x, Inside.y, Inside.width, Inside.height);
-}
 
 GeglNode* newNode(const char* pOperation)
 {
@@ -48,204 +34,6 @@ GeglNode* newNode(const char* pOperation)
 }
 
 } // namespace
-
-/// Belongs to its OrvEngineNode. When that goes while others still read from it, it is abandoned:
-/// disconnecting it makes the engine walk through everything downstream, which would take seconds for a
-/// document of thousands of layers that is closed from the bottom up. It goes with its last reader, or before
-/// the next evaluation.
-struct OrvEngineNode::SubGraph {
-    enum Kind { Blend, Source, Uniform, Operation, Fit, Color, Shading, Pass };
-
-    explicit SubGraph(Kind What)
-        : WhichKind(What)
-    {
-    }
-    ~SubGraph();
-
-    const Kind WhichKind;
-    GeglNode* pInput = nullptr; ///< has the input pads and the parameters
-    GeglNode* pOutput = nullptr; ///< the same node, or what follows it
-    SubGraph* Sources[PadCount] = {};
-    std::vector<SubGraph*> Readers; ///< once for every pad
-    OrvImageBuffer Pixels; ///< keeps the handle's buffer the same object
-    std::function<void(const QRect&)> Invalidated;
-    gulong InvalidatedHandler = 0;
-    bool Cached = false;
-    bool ReachKnown = false;
-    int Reach = 0;
-    double Shrinkage = 1.0; ///< how many pixels of the input become one of the output, at least 1
-    unsigned LastVisit = 0; ///< number of the walk that was here last
-
-    void setSource(Pad Input, SubGraph* pSource);
-    void updateDeferral();
-    void invalidate(const GeglRectangle& Region) const;
-    void parametersChanged();
-    int reach(const GeglRectangle& Rect);
-    int reachDownstream(const GeglRectangle& Rect);
-
-    static void abandon(std::unique_ptr<SubGraph> pGraph);
-    static void removeAbandoned();
-    void removeIfUnread();
-    void tellDownstream();
-
-    static std::unordered_set<SubGraph*> Abandoned;
-};
-
-std::unordered_set<OrvEngineNode::SubGraph*> OrvEngineNode::SubGraph::Abandoned;
-
-OrvEngineNode::SubGraph::~SubGraph()
-{
-    OrvDelivery::forget(pOutput);
-    for (int Input = 0; Input < PadCount; ++Input)
-        setSource(Pad(Input), nullptr);
-    for (SubGraph* pReader : Readers)
-        std::replace(
-            std::begin(pReader->Sources), std::end(pReader->Sources), this, static_cast<SubGraph*>(nullptr));
-    if (InvalidatedHandler)
-        g_signal_handler_disconnect(pOutput, InvalidatedHandler);
-    if (pOutput != pInput)
-        g_object_unref(pOutput);
-    g_object_unref(pInput);
-}
-
-void OrvEngineNode::SubGraph::setSource(Pad Input, SubGraph* pSource)
-{
-    SubGraph* pPrevious = Sources[Input];
-    Sources[Input] = pSource;
-    if (pSource) {
-        pSource->Readers.push_back(this);
-        pSource->updateDeferral();
-    }
-    if (pPrevious) {
-        pPrevious->Readers.erase(std::find(pPrevious->Readers.begin(), pPrevious->Readers.end(), this));
-        pPrevious->updateDeferral();
-    }
-}
-
-void OrvEngineNode::SubGraph::abandon(std::unique_ptr<SubGraph> pGraph)
-{
-    pGraph->tellDownstream();
-    pGraph->Invalidated = nullptr;
-    SubGraph* pAbandoned = pGraph.release();
-    Abandoned.insert(pAbandoned);
-    pAbandoned->removeIfUnread();
-}
-
-/// Deletes an abandoned graph that nobody reads, and those that only it has read.
-void OrvEngineNode::SubGraph::removeIfUnread()
-{
-    std::vector<SubGraph*> Pending{this};
-    while (!Pending.empty()) {
-        SubGraph* pNext = Pending.back();
-        Pending.pop_back();
-        if (!pNext->Readers.empty() || !Abandoned.erase(pNext))
-            continue;
-        for (SubGraph* pSource : pNext->Sources) {
-            if (pSource && std::find(Pending.begin(), Pending.end(), pSource) == Pending.end())
-                Pending.push_back(pSource);
-        }
-        delete pNext;
-    }
-}
-
-void OrvEngineNode::SubGraph::removeAbandoned()
-{
-    while (!Abandoned.empty()) {
-        SubGraph* pNext = *Abandoned.begin();
-        Abandoned.erase(Abandoned.begin());
-        delete pNext;
-    }
-}
-
-/// Tells everybody who shows something that depends on this; cheaper than the engine's own way by far.
-void OrvEngineNode::SubGraph::tellDownstream()
-{
-    static unsigned s_Visit = 0;
-    ++s_Visit;
-    std::vector<SubGraph*> Pending(Readers);
-    while (!Pending.empty()) {
-        SubGraph* pNext = Pending.back();
-        Pending.pop_back();
-        if (pNext->LastVisit == s_Visit)
-            continue;
-        pNext->LastVisit = s_Visit;
-        if (pNext->Invalidated)
-            pNext->Invalidated(qtRect(Plane));
-        Pending.insert(Pending.end(), pNext->Readers.begin(), pNext->Readers.end());
-    }
-}
-
-/// Only blend, shading and pass steps understand descriptions of pictures, and only one reader may have a blend
-/// computed for it alone; a colour is computed in no time.
-void OrvEngineNode::SubGraph::updateDeferral()
-{
-    const bool IsUnderstood = !Readers.empty()
-        && std::all_of(Readers.begin(), Readers.end(),
-            [](const SubGraph* p) {
-                return p->WhichKind == Blend || p->WhichKind == Shading || p->WhichKind == Pass;
-            });
-    const bool IsForOne = IsUnderstood && Readers.size() == 1 && !Cached;
-    if (WhichKind == Blend)
-        OrvBlendOperation::setDeferred(pInput, IsForOne);
-    else if (WhichKind == Pass)
-        OrvOutputOperation::setDeferred(pInput, IsForOne);
-    else if (WhichKind == Uniform)
-        OrvSourceOperations::setDeferred(pInput, IsUnderstood);
-}
-
-void OrvEngineNode::SubGraph::invalidate(const GeglRectangle& Region) const
-{
-    gegl_operation_invalidate(gegl_node_get_gegl_operation(pOutput), &Region, FALSE);
-}
-
-void OrvEngineNode::SubGraph::parametersChanged()
-{
-    ReachKnown = false;
-    invalidate(Plane);
-}
-
-int OrvEngineNode::SubGraph::reach(const GeglRectangle& Rect)
-{
-    if (WhichKind != Operation)
-        return 0;
-    if (!ReachKnown) {
-        // Operations learn what they will need when the engine prepares them.
-        gegl_node_get_bounding_box(pInput);
-        Reach = OrvOperationReach::of(pInput, Rect);
-        ReachKnown = true;
-    }
-    return Reach;
-}
-
-/// The largest sum of reaches on any way from here to a result.
-int OrvEngineNode::SubGraph::reachDownstream(const GeglRectangle& Rect)
-{
-    // Depth first without recursion; a node is settled when all its readers are.
-    std::unordered_map<SubGraph*, int> Settled;
-    std::vector<SubGraph*> Pending{this};
-    while (!Pending.empty()) {
-        SubGraph* pNode = Pending.back();
-        if (Settled.count(pNode)) {
-            Pending.pop_back();
-            continue;
-        }
-        const size_t Before = Pending.size();
-        int Widest = 0;
-        for (SubGraph* pReader : pNode->Readers) {
-            const auto Found = Settled.find(pReader);
-            if (Found == Settled.end())
-                Pending.push_back(pReader);
-            else
-                Widest = std::max(Widest, Found->second);
-        }
-        if (Pending.size() > Before)
-            continue;
-        Pending.pop_back();
-        const double Wanted = std::ceil(Widest * pNode->Shrinkage) + pNode->reach(Rect);
-        Settled.emplace(pNode, int(std::min<double>(OrvOperationReach::Unlimited, Wanted)));
-    }
-    return Settled[this];
-}
 
 OrvEngineNode::OrvEngineNode(std::unique_ptr<SubGraph> pGraph)
     : m_pGraph(std::move(pGraph))
@@ -403,7 +191,7 @@ void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
         return;
     const float Premultiplied[4] = {Color.red() * Color.alpha(), Color.green() * Color.alpha(),
         Color.blue() * Color.alpha(), Color.alpha()};
-    OrvSourceOperations::setUniform(m_pGraph->pInput, Premultiplied, engineRect(Extent));
+    OrvSourceOperations::setUniform(m_pGraph->pInput, Premultiplied, toEngine(Extent));
     m_pGraph->invalidate(Plane);
 }
 
@@ -422,7 +210,7 @@ void OrvEngineNode::setExtent(const QRect& Extent)
     const OrvEngine::Lock Lock;
     if (m_pGraph->WhichKind != SubGraph::Operation && m_pGraph->WhichKind != SubGraph::Pass)
         return;
-    OrvOutputOperation::setExtent(m_pGraph->pOutput, Extent.isEmpty() ? GeglRectangle{} : engineRect(Extent));
+    OrvOutputOperation::setExtent(m_pGraph->pOutput, Extent.isEmpty() ? GeglRectangle{} : toEngine(Extent));
     m_pGraph->invalidate(Plane);
 }
 
@@ -452,29 +240,44 @@ void OrvEngineNode::pixelsWritten(const QRect& Region)
     const OrvEngine::Lock Lock;
     // Several of the engine's blurs report too small a part of their result as stale; it is widened here,
     // where it reaches everything downstream.
-    const GeglRectangle Written = engineRect(Region);
+    const GeglRectangle Written = toEngine(Region);
     const int Reach = m_pGraph->reachDownstream(Written);
     m_pGraph->invalidate(Reach >= OrvOperationReach::Unlimited
             ? Plane
-            : engineRect(Region.adjusted(-Reach, -Reach, Reach, Reach)));
+            : toEngine(Region.adjusted(-Reach, -Reach, Reach, Reach)));
 }
 
 QRect OrvEngineNode::boundingBox() const
 {
     const OrvEngine::Lock Lock;
     SubGraph::removeAbandoned();
-    return qtRect(gegl_node_get_bounding_box(m_pGraph->pOutput));
+    return toQt(gegl_node_get_bounding_box(m_pGraph->pOutput));
 }
 
 void OrvEngineNode::render(
     const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride)
 {
+    while (!renderTurn(Region, Scale, Format, pPixels, Stride)) { }
+}
+
+bool OrvEngineNode::renderTurn(
+    const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride)
+{
     if (Region.isEmpty() || !(Scale > 0.0))
-        return;
+        return true;
     const OrvEngine::Lock Lock;
     SubGraph::removeAbandoned();
-    OrvDelivery::render(m_pGraph->pOutput, engineRect(Region), Scale, orvPixelLayout(Format), pPixels,
+    if (m_pGraph->standsOnOperations()) {
+        // At a reduced scale neighbours are farther away.
+        const int Reach = Scale < 1.0 ? int(std::ceil(1.0 / Scale)) : 0;
+        const QRectF Whole(QPointF(Region.topLeft()) / Scale, QSizeF(Region.size()) / Scale);
+        if (OrvGradualEvaluation::advance(
+                m_pGraph->pOutput, toEngine(Whole.toAlignedRect().adjusted(-Reach, -Reach, Reach, Reach))))
+            return false;
+    }
+    OrvDelivery::render(m_pGraph->pOutput, toEngine(Region), Scale, orvPixelLayout(Format), pPixels,
         Stride ? Stride : Region.width() * Format.bytesPerPixel());
+    return true;
 }
 
 void OrvEngineNode::setInvalidated(std::function<void(const QRect&)> Callback)
@@ -485,7 +288,7 @@ void OrvEngineNode::setInvalidated(std::function<void(const QRect&)> Callback)
         return;
     const auto tell = [](GeglNode*, const GeglRectangle* pRegion, void* pReceiver) {
         const auto* pGraph = static_cast<const SubGraph*>(pReceiver);
-        const QRect Region = qtRect(*pRegion);
+        const QRect Region = toQt(*pRegion);
         if (pGraph->Invalidated && !Region.isEmpty())
             pGraph->Invalidated(Region);
     };

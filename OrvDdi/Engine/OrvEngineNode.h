@@ -65,6 +65,9 @@ public:
     QRect boundingBox() const;
     /// Computes a region. Scale below 1 shrinks (the region is in scaled pixels).
     void render(const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride = 0);
+    /// One turn of render(), which takes as many as it needs: the engine's lock is held for one piece of the work. True
+    /// when the pixels are there; otherwise something that they are computed from has come further.
+    bool renderTurn(const QRect& Region, double Scale, const OrvPixelFormat& Format, void* pPixels, int Stride = 0);
     /// Called, from whichever thread caused it, with the region that became stale. One callback a node.
     void setInvalidated(std::function<void(const QRect&)> Callback);
 

@@ -1,5 +1,6 @@
 #include "OrvDdi/Engine/OrvFitOperation.h"
 
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 #include "OrvDdi/Image/OrvResamplingTaps.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
@@ -54,8 +55,7 @@ GeglRectangle needed(const FitOperation* pSelf, const GeglRectangle& Region)
 
 void prepare(GeglOperation* pOperation)
 {
-    for (const char* pPad : {"input", "output"})
-        gegl_operation_set_format(pOperation, pPad, babl_format("RaGaBaA float"));
+    OrvOwnOperation::setPremultiplied(pOperation, {"input", "output"});
 }
 
 GeglRectangle boundingBox(GeglOperation* pOperation)
@@ -132,8 +132,7 @@ void fit_operation_class_init(FitOperationClass* pClass)
     pOperationClass->get_required_for_output = requiredForOutput;
     pOperationClass->get_invalidated_by_change = invalidatedByChange;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(
-        pOperationClass, "name", OrvFitOperation::Name, "title", "Fit", "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvFitOperation::Name, "Fit");
 }
 
 void fit_operation_init(FitOperation* pSelf)
@@ -156,7 +155,7 @@ void OrvFitOperation::registerType()
 
 double OrvFitOperation::setLayouts(GeglNode* pNode, const OrvUdimLayout& From, const OrvUdimLayout& To)
 {
-    FitOperation* pSelf = instance(gegl_node_get_gegl_operation(pNode));
+    FitOperation* pSelf = OrvOwnOperation::behind<FitOperation>(pNode);
     pSelf->From = planeOf(From);
     pSelf->To = planeOf(To);
     pSelf->RatioX = double(From.tileSize().width()) / To.tileSize().width();

@@ -226,10 +226,10 @@ double OrvLitPicture::pixelsPerThread() const
         / double(1 + std::count_if(m_Inputs.begin(), m_Inputs.end(), [](const auto& p) { return p; }));
 }
 
-void OrvLitPicture::renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level) const
+void OrvLitPicture::renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level) const
 {
-    const GeglRectangle AtLevel{
-        Region.x >> Level, Region.y >> Level, Region.width >> Level, Region.height >> Level};
+    GeglBuffer* pTarget = OrvPictureProgram::target(pContext, Region, Level);
+    const GeglRectangle AtLevel = OrvPictureProgram::atLevel(Region, Level);
     if (gegl_rectangle_is_empty(&AtLevel))
         return;
     gegl_parallel_distribute_area(&AtLevel, pixelsPerThread(), [&](const GeglRectangle* pArea) {

@@ -17,7 +17,7 @@ public:
     OrvLitPicture(const OrvShadingParameters& Given, Pictures Inputs);
 
     /// For the output of an operation, premultiplied float: the region is in pixels of the whole picture.
-    void renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level) const;
+    void renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level) const;
     /// The region is in pixels of the mipmap level. Transparent beyond the tiles' plane.
     void renderTo(
         void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level) const;

@@ -50,6 +50,14 @@ const OrvOperationRegistry& OrvOperationRegistry::instance()
     return *s_pRegistry;
 }
 
+QStringList OrvOperationRegistry::menuPaths()
+{
+    QStringList Paths;
+    for (const OrvOperationMenuEntry* pEntry = OrvOperationMenu; pEntry->pOperation; ++pEntry)
+        Paths.append(QString::fromLatin1(pEntry->pMenuPath));
+    return Paths;
+}
+
 OrvOperationRegistry::OrvOperationRegistry()
 {
     for (const OrvOperationMenuEntry* pEntry = OrvOperationMenu; pEntry->pOperation; ++pEntry) {

@@ -38,6 +38,9 @@ struct OrvOperation {
 class ORVDDI_EXPORT OrvOperationRegistry {
 public:
     static const OrvOperationRegistry& instance();
+    /// All menu paths, in menu order, without waiting for the engine: a path whose operation this machine's engine
+    /// lacks is among them.
+    static QStringList menuPaths();
 
     /// In menu order.
     const QVector<OrvOperation>& operations() const { return m_Operations; }

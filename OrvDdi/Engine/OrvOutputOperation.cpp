@@ -1,6 +1,7 @@
 #include "OrvDdi/Engine/OrvOutputOperation.h"
 
 #include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 namespace {
@@ -25,14 +26,22 @@ OutputOperation* instance(void* pOperation)
     return static_cast<OutputOperation*>(pOperation);
 }
 
+/// Null when the node is of another operation.
+const OutputOperation* instanceOf(GeglNode* pNode)
+{
+    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
+    if (!pOperation || !G_TYPE_CHECK_INSTANCE_TYPE(pOperation, output_operation_get_type()))
+        return nullptr;
+    return instance(pOperation);
+}
+
 void prepare(GeglOperation* pOperation)
 {
     const Babl* pFormat = gegl_operation_get_source_format(pOperation, "input");
     // Caches of pixels that are blended next are best in the blend's own format.
     if (!pFormat || instance(pOperation)->Cached)
         pFormat = babl_format("RaGaBaA float");
-    gegl_operation_set_format(pOperation, "input", pFormat);
-    gegl_operation_set_format(pOperation, "output", pFormat);
+    OrvOwnOperation::setFormat(pOperation, {"input", "output"}, pFormat);
 }
 
 GeglRectangle boundingBox(GeglOperation* pOperation)
@@ -43,11 +52,6 @@ GeglRectangle boundingBox(GeglOperation* pOperation)
     if (!gegl_rectangle_is_empty(&Extent))
         gegl_rectangle_intersect(&Box, &Box, &Extent);
     return Box;
-}
-
-GeglRectangle sameRegion(GeglOperation*, const char*, const GeglRectangle* pRegion)
-{
-    return *pRegion;
 }
 
 /// A reduced evaluation does not enter what is below: it is evaluated by itself then.
@@ -83,8 +87,7 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     const bool PassesDescriptions
         = !IsCropped && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node));
     if (pSelf->Cached || (IsDescription && !PassesDescriptions)) {
-        OrvPictureProgram(pPicture).renderTo(
-            gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
+        OrvPictureProgram(pPicture).renderOutput(pContext, *pRegion, Level);
         return TRUE;
     }
     if (IsDescription || !IsCropped
@@ -104,10 +107,9 @@ void output_operation_class_init(OutputOperationClass* pClass)
     pOperationClass->prepare = prepare;
     pOperationClass->get_bounding_box = boundingBox;
     pOperationClass->get_required_for_output = requiredForOutput;
-    pOperationClass->get_invalidated_by_change = sameRegion;
+    pOperationClass->get_invalidated_by_change = OrvOwnOperation::sameRegion;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(pOperationClass, "name", OrvOutputOperation::Name, "title", "Output",
-        "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvOutputOperation::Name, "Output");
 }
 
 void output_operation_init(OutputOperation*) { }
@@ -121,30 +123,33 @@ void OrvOutputOperation::registerType()
 
 bool OrvOutputOperation::passesOn(GeglNode* pNode)
 {
-    GeglOperation* pOperation = gegl_node_get_gegl_operation(pNode);
-    if (!pOperation || !G_TYPE_CHECK_INSTANCE_TYPE(pOperation, output_operation_get_type()))
-        return false;
-    const OutputOperation* pSelf = instance(pOperation);
-    return !pSelf->Cached && !pSelf->FullScale && gegl_rectangle_is_empty(&pSelf->Extent);
+    const OutputOperation* pSelf = instanceOf(pNode);
+    return pSelf && !pSelf->Cached && !pSelf->FullScale && gegl_rectangle_is_empty(&pSelf->Extent);
+}
+
+bool OrvOutputOperation::keepsFullScale(GeglNode* pNode)
+{
+    const OutputOperation* pSelf = instanceOf(pNode);
+    return pSelf && pSelf->Cached && pSelf->FullScale;
 }
 
 void OrvOutputOperation::setExtent(GeglNode* pNode, const GeglRectangle& Extent)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Extent = Extent;
+    OrvOwnOperation::behind<OutputOperation>(pNode)->Extent = Extent;
 }
 
 void OrvOutputOperation::setCached(GeglNode* pNode, bool Cached)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
-    g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+    OrvOwnOperation::behind<OutputOperation>(pNode)->Cached = Cached;
+    OrvOwnOperation::setKept(pNode, Cached);
 }
 
 void OrvOutputOperation::setDeferred(GeglNode* pNode, bool Deferred)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+    OrvOwnOperation::behind<OutputOperation>(pNode)->Deferred = Deferred;
 }
 
 void OrvOutputOperation::setFullScale(GeglNode* pNode, bool FullScale)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->FullScale = FullScale;
+    OrvOwnOperation::behind<OutputOperation>(pNode)->FullScale = FullScale;
 }

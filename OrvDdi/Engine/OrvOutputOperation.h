@@ -16,6 +16,8 @@ void setExtent(GeglNode* pNode, const GeglRectangle& Extent);
 /// Computes reduced views from the result at full scale.
 void setFullScale(GeglNode* pNode, bool FullScale);
 void setCached(GeglNode* pNode, bool Cached);
+/// The node is of this operation, and keeps a result that is always computed at full scale.
+bool keepsFullScale(GeglNode* pNode);
 /// Whether whoever reads the output understands descriptions (see OrvPicture).
 void setDeferred(GeglNode* pNode, bool Deferred);
 

@@ -11,14 +11,27 @@ namespace {
 /// cache.
 constexpr int RunLength = 512;
 
-GeglRectangle atLevel(const GeglRectangle& Rectangle, int Level)
-{
-    return {Rectangle.x >> Level, Rectangle.y >> Level, Rectangle.width >> Level, Rectangle.height >> Level};
-}
+/// A stretch of pixels along an axis that something covers to the same share.
+struct Stretch {
+    int First, Length;
+    float Share;
+};
 
-bool covers(const GeglRectangle& Extent, const GeglRectangle& Region)
+/// What a stretch of the whole picture covers of a stretch of pixels at a level.
+std::vector<Stretch> covered(int First, int Length, int Level, qint64 CoveredFirst, qint64 CoveredLength)
 {
-    return gegl_rectangle_contains(&Extent, &Region) || gegl_rectangle_is_infinite_plane(&Extent);
+    const qint64 PixelLength = qint64(1) << Level;
+    std::vector<Stretch> Stretches;
+    for (int Pixel = First; Pixel < First + Length; ++Pixel) {
+        const qint64 From = std::max(Pixel * PixelLength, CoveredFirst);
+        const qint64 To = std::min((Pixel + 1) * PixelLength, CoveredFirst + CoveredLength);
+        const float Share = float(std::max<qint64>(0, To - From)) / float(PixelLength);
+        if (!Stretches.empty() && Stretches.back().Share == Share)
+            ++Stretches.back().Length;
+        else
+            Stretches.push_back({Pixel, 1, Share});
+    }
+    return Stretches;
 }
 
 bool isFullRange(const float (&Range)[4])
@@ -27,6 +40,13 @@ bool isFullRange(const float (&Range)[4])
 }
 
 } // namespace
+
+GeglRectangle OrvPictureProgram::atLevel(const GeglRectangle& Region, int Level)
+{
+    const auto last = [Level](int First, int Length) { return (First + Length + (1 << Level) - 1) >> Level; };
+    const int X = Region.x >> Level, Y = Region.y >> Level;
+    return {X, Y, last(Region.x, Region.width) - X, last(Region.y, Region.height) - Y};
+}
 
 /// Where a program's result goes: into a buffer, or into memory in any layout.
 struct OrvPictureProgram::Output {
@@ -92,8 +112,8 @@ void OrvPictureProgram::Run::area(const GeglRectangle& Area)
             OrvPixelBabl::format(OrvPixelLayout::Premultiplied), GEGL_ACCESS_WRITE, GEGL_ABYSS_NONE);
     }
     for (const Source& One : m_Program.m_Sources) {
-        gegl_buffer_iterator_add(pIterator, One.pBuffer, &Area, m_Level, OrvPixelBabl::format(One.Layout),
-            GEGL_ACCESS_READ, GEGL_ABYSS_NONE);
+        gegl_buffer_iterator_add(pIterator, One.pBuffer, &Area, One.IsAtLevel ? 0 : m_Level,
+            OrvPixelBabl::format(One.Layout), GEGL_ACCESS_READ, GEGL_ABYSS_NONE);
     }
     while (gegl_buffer_iterator_next(pIterator)) {
         for (int First = 0; First < pIterator->length; First += RunLength) {
@@ -273,32 +293,45 @@ int OrvPictureProgram::sourceIndex(GeglBuffer* pBuffer)
     OrvPixelLayout Layout = OrvPixelLayout::Premultiplied;
     if (!OrvPixelBabl::layoutOf(gegl_buffer_get_format(pBuffer), Layout))
         Layout = OrvPixelLayout::Premultiplied; // converted by the engine while it is read
-    m_Sources.push_back({pBuffer, Layout});
+    m_Sources.push_back({pBuffer, Layout, false});
     return int(m_Sources.size()) - 1;
 }
 
 void OrvPictureProgram::cropColors(const GeglRectangle& Region, int Level)
 {
     for (size_t Index = 0; Index < m_Colors.size(); ++Index) {
-        const ColorSource& Color = m_Colors[Index];
-        if (covers(atLevel(Color.Extent, Level), Region))
+        const ColorSource Color = m_Colors[Index];
+        const GeglRectangle Whole{
+            Region.x * (1 << Level), Region.y * (1 << Level), Region.width << Level, Region.height << Level};
+        if (gegl_rectangle_contains(&Color.Extent, &Whole) || gegl_rectangle_is_infinite_plane(&Color.Extent))
             continue;
-        // The region reaches over the edge of the colour: real pixels for the part inside.
-        const GeglRectangle FullRegion{Region.x * (1 << Level), Region.y * (1 << Level),
-            (Region.width + 1) << Level, (Region.height + 1) << Level};
-        GeglRectangle Inside;
-        Operand Replaced;
-        if (gegl_rectangle_intersect(&Inside, &FullRegion, &Color.Extent)) {
-            const Babl* pFormat = OrvPixelBabl::format(OrvPixelLayout::Premultiplied);
-            GeglBuffer* pBuffer = gegl_buffer_new(&Inside, pFormat);
-            gegl_buffer_set_color_from_pixel(pBuffer, &Inside, Color.Color, pFormat);
-            m_CroppedColors.push_back(OrvPicture::pixels(pBuffer));
-            g_object_unref(pBuffer);
-            Replaced = {Operand::Source, sourceIndex(pBuffer)};
-        } else {
-            Replaced = {Operand::Color, int(Index)};
-            std::fill(std::begin(m_Colors[Index].Color), std::end(m_Colors[Index].Color), 0.0f);
+        const std::vector<Stretch> Columns
+            = covered(Region.x, Region.width, Level, Color.Extent.x, Color.Extent.width);
+        const std::vector<Stretch> Rows
+            = covered(Region.y, Region.height, Level, Color.Extent.y, Color.Extent.height);
+        if (Columns.size() == 1 && Rows.size() == 1) {
+            for (float& Component : m_Colors[Index].Color)
+                Component *= Columns.front().Share * Rows.front().Share;
+            continue;
         }
+        // The region reaches over the edge of the colour: real pixels, those at the edge as far as they are
+        // covered.
+        const Babl* pFormat = OrvPixelBabl::format(OrvPixelLayout::Premultiplied);
+        GeglBuffer* pBuffer = gegl_buffer_new(&Region, pFormat);
+        for (const Stretch& Row : Rows) {
+            for (const Stretch& Column : Columns) {
+                const GeglRectangle Part{Column.First, Row.First, Column.Length, Row.Length};
+                float Shown[4];
+                for (int Component = 0; Component < 4; ++Component)
+                    Shown[Component] = Color.Color[Component] * Column.Share * Row.Share;
+                if (Shown[3] != 0.0f)
+                    gegl_buffer_set_color_from_pixel(pBuffer, &Part, Shown, pFormat);
+            }
+        }
+        m_Cropped.push_back(OrvPicture::pixels(pBuffer));
+        g_object_unref(pBuffer);
+        m_Sources.push_back({pBuffer, OrvPixelLayout::Premultiplied, true});
+        const Operand Replaced{Operand::Source, int(m_Sources.size()) - 1};
         for (Step& One : m_Steps) {
             for (Operand* pOperand : {&One.From, &One.Mask}) {
                 if (pOperand->Which == Operand::Color && pOperand->Index == int(Index))
@@ -308,11 +341,36 @@ void OrvPictureProgram::cropColors(const GeglRectangle& Region, int Level)
     }
 }
 
+void OrvPictureProgram::cropSources(const GeglRectangle& Region, int Level)
+{
+    if (Level == 0)
+        return;
+    for (Source& One : m_Sources) {
+        if (One.IsAtLevel || gegl_rectangle_is_infinite_plane(gegl_buffer_get_extent(One.pBuffer)))
+            continue;
+        const GeglRectangle There = atLevel(*gegl_buffer_get_extent(One.pBuffer), Level);
+        GeglRectangle Inside;
+        if (gegl_rectangle_contains(&There, &Region) || !gegl_rectangle_intersect(&Inside, &There, &Region))
+            continue;
+        const Babl* pFormat = OrvPixelBabl::format(One.Layout);
+        std::vector<char> Pixels(size_t(Inside.width) * size_t(Inside.height) * orvBytesPerPixel(One.Layout));
+        gegl_buffer_get(One.pBuffer, &Inside, 1.0 / (1 << Level), pFormat, Pixels.data(), GEGL_AUTO_ROWSTRIDE,
+            GEGL_ABYSS_NONE);
+        GeglBuffer* pBuffer = gegl_buffer_new(&Region, pFormat);
+        gegl_buffer_set(pBuffer, &Inside, 0, pFormat, Pixels.data(), GEGL_AUTO_ROWSTRIDE);
+        m_Cropped.push_back(OrvPicture::pixels(pBuffer));
+        g_object_unref(pBuffer);
+        One.pBuffer = pBuffer;
+        One.IsAtLevel = true;
+    }
+}
+
 void OrvPictureProgram::render(const Output& Where, const GeglRectangle& Region, int Level)
 {
     if (gegl_rectangle_is_empty(&Region))
         return;
     cropColors(Region, Level);
+    cropSources(Region, Level);
     // Waking a thread is worth it from some ten thousand blended pixels.
     const double PixelsPerThread = 20000.0 / double(m_Steps.size());
     gegl_parallel_distribute_area(&Region, PixelsPerThread, [&](const GeglRectangle* pArea) {
@@ -321,11 +379,24 @@ void OrvPictureProgram::render(const Output& Where, const GeglRectangle& Region,
     });
 }
 
-void OrvPictureProgram::renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level)
+GeglBuffer* OrvPictureProgram::target(GeglOperationContext* pContext, const GeglRectangle& Region, int Level)
+{
+    const GeglRectangle Touched = atLevel(Region, Level);
+    const GeglRectangle Whole{
+        Touched.x * (1 << Level), Touched.y * (1 << Level), Touched.width << Level, Touched.height << Level};
+    if (gegl_rectangle_equal(&Whole, &Region))
+        return gegl_operation_context_get_target(pContext, "output");
+    // The engine keeps no pixels that lie partly outside a buffer.
+    GeglBuffer* pTarget = gegl_buffer_new(&Whole, OrvPixelBabl::format(OrvPixelLayout::Premultiplied));
+    gegl_operation_context_take_object(pContext, "output", G_OBJECT(pTarget));
+    return pTarget;
+}
+
+void OrvPictureProgram::renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level)
 {
     Output Where;
-    Where.pBuffer = pTarget;
-    render(Where, {Region.x >> Level, Region.y >> Level, Region.width >> Level, Region.height >> Level}, Level);
+    Where.pBuffer = target(pContext, Region, Level);
+    render(Where, atLevel(Region, Level), Level);
 }
 
 void OrvPictureProgram::renderTo(

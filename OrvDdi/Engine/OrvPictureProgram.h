@@ -12,8 +12,14 @@ class OrvPictureProgram {
 public:
     explicit OrvPictureProgram(const OrvPicture::Pointer& pPicture);
 
-    /// For the output of an operation, premultiplied float: the region is in pixels of the whole picture.
-    void renderTo(GeglBuffer* pTarget, const GeglRectangle& Region, int Level);
+    /// The pixels of a mipmap level that a region of the whole picture touches.
+    static GeglRectangle atLevel(const GeglRectangle& Region, int Level);
+
+    /// What an operation writes its output to, premultiplied float: the region is in pixels of the whole
+    /// picture.
+    static GeglBuffer* target(GeglOperationContext* pContext, const GeglRectangle& Region, int Level);
+    /// The output of an operation.
+    void renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level);
     /// The region is in pixels of the mipmap level.
     void renderTo(void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level);
 
@@ -28,6 +34,7 @@ private:
     struct Source {
         GeglBuffer* pBuffer;
         OrvPixelLayout Layout;
+        bool IsAtLevel; ///< its pixels are those of the level already
     };
     struct ColorSource {
         float Color[4];
@@ -47,13 +54,17 @@ private:
     void compile(const OrvPicture* pPicture, int Register);
     Operand operand(const OrvPicture* pPicture, int FreeRegister);
     int sourceIndex(GeglBuffer* pBuffer);
+    /// A colour does not cover all of a region, or only a part of a reduced pixel.
     void cropColors(const GeglRectangle& Region, int Level);
+    /// Reading over the edge of a picture at a reduced level, the engine forgets the last pixels before the
+    /// edge.
+    void cropSources(const GeglRectangle& Region, int Level);
     void render(const Output& Where, const GeglRectangle& Region, int Level);
 
     OrvPicture::Pointer m_pPicture;
     std::vector<Step> m_Steps;
     std::vector<Source> m_Sources;
     std::vector<ColorSource> m_Colors;
-    std::vector<OrvPicture::Pointer> m_CroppedColors; ///< keeps their buffers
+    std::vector<OrvPicture::Pointer> m_Cropped; ///< keeps what was made for the region
     int m_RegisterCount = 1;
 };

@@ -275,10 +275,10 @@ void conicalGradient(const Values& Given, const GeglRectangle& Region, int Level
 const Description& levelsDescription()
 {
     static const Description Levels{OrvPointOperations::LevelsName, "Levels",
-        "Moves black, white and the greys between them, as values look on a screen", "R'G'B'A float",
+        "Moves black, white and the grays between them, as values look on a screen", "R'G'B'A float",
         {{"in-black", "Input black", "What becomes black", -10.0, 10.0, 0.0, 0.0, 1.0, nullptr},
             {"in-white", "Input white", "What becomes white", -10.0, 10.0, 1.0, 0.0, 1.0, nullptr},
-            {"gamma", "Gamma", "Above one brightens the greys", 0.01, 100.0, 1.0, 0.1, 4.0, nullptr},
+            {"gamma", "Gamma", "Above one brightens the grays", 0.01, 100.0, 1.0, 0.1, 4.0, nullptr},
             {"out-black", "Output black", "What black becomes", -10.0, 10.0, 0.0, 0.0, 1.0, nullptr},
             {"out-white", "Output white", "What white becomes", -10.0, 10.0, 1.0, 0.0, 1.0, nullptr}},
         levels, nullptr};
@@ -290,7 +290,7 @@ const Description& hueSaturationValueDescription()
     static const Description HueSaturationValue{OrvPointOperations::HueSaturationValueName,
         "Hue Saturation Value", "Turns the hue and scales saturation and value", "R'G'B'A float",
         {{"hue", "Hue", "Turns all hues by an angle", -180.0, 180.0, 0.0, -180.0, 180.0, "degree"},
-            {"saturation", "Saturation", "Zero turns colours into greys", 0.0, 100.0, 1.0, 0.0, 2.0, nullptr},
+            {"saturation", "Saturation", "Zero turns colors into grays", 0.0, 100.0, 1.0, 0.0, 2.0, nullptr},
             {"value", "Value", "Scales the brightness", 0.0, 100.0, 1.0, 0.0, 2.0, nullptr}},
         hueSaturationValue, nullptr};
     return HueSaturationValue;
@@ -309,14 +309,14 @@ const Description& scaleAndOffsetDescription()
 const Description& conicalGradientDescription()
 {
     static const Description ConicalGradient{OrvPointOperations::ConicalGradientName, "Conical Gradient",
-        "Colours that change around a centre", "RaGaBaA float",
-        {{"x", "X", "Horizontal position of the centre", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
-            {"y", "Y", "Vertical position of the centre", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
+        "Colors that change around a center", "RaGaBaA float",
+        {{"x", "X", "Horizontal position of the center", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
+            {"y", "Y", "Vertical position of the center", -1e6, 1e6, 512.0, 0.0, 4096.0, "pixel-coordinate"},
             {"angle", "Angle", "Where the gradient begins", -360.0, 360.0, 0.0, -180.0, 180.0, "degree"},
             {"repeats", "Repeats", "How often it runs through in one turn", 1.0, 1000.0, 1.0, 1.0, 32.0,
                 nullptr},
-            {"start-color", "Start colour", "The colour at the beginning", 0, 0, 0, 0, 0, nullptr, "black"},
-            {"end-color", "End colour", "The colour at the end", 0, 0, 0, 0, 0, nullptr, "white"}},
+            {"start-color", "Start color", "The color at the beginning", 0, 0, 0, 0, 0, nullptr, "black"},
+            {"end-color", "End color", "The color at the end", 0, 0, 0, 0, 0, nullptr, "white"}},
         nullptr, conicalGradient};
     return ConicalGradient;
 }

@@ -2,6 +2,7 @@
 
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvLitPicture.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPixelBabl.h"
 
 #include <algorithm>
@@ -107,7 +108,7 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
             pContext, "output", G_OBJECT(OrvPicture::carrier(OrvPicture::lit(std::move(pPicture)))));
         return TRUE;
     }
-    pPicture->renderTo(gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
+    pPicture->renderOutput(pContext, *pRegion, Level);
     return TRUE;
 }
 
@@ -120,8 +121,7 @@ void shading_operation_class_init(ShadingOperationClass* pClass)
     pOperationClass->get_required_for_output = requiredForOutput;
     pOperationClass->get_invalidated_by_change = invalidatedByChange;
     pOperationClass->process = process;
-    gegl_operation_class_set_keys(pOperationClass, "name", OrvShadingOperation::Name, "title", "Shading",
-        "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvShadingOperation::Name, "Shading");
 }
 
 void shading_operation_init(ShadingOperation* pSelf)
@@ -143,16 +143,16 @@ const char* OrvShadingOperation::padName(int Slot)
 
 const OrvShadingParameters& OrvShadingOperation::parameters(GeglNode* pNode)
 {
-    return instance(gegl_node_get_gegl_operation(pNode))->Given;
+    return OrvOwnOperation::behind<ShadingOperation>(pNode)->Given;
 }
 
 void OrvShadingOperation::setParameters(GeglNode* pNode, const OrvShadingParameters& Parameters)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Given = Parameters;
+    OrvOwnOperation::behind<ShadingOperation>(pNode)->Given = Parameters;
 }
 
 void OrvShadingOperation::setCached(GeglNode* pNode, bool Cached)
 {
-    instance(gegl_node_get_gegl_operation(pNode))->Cached = Cached;
-    g_object_set(pNode, "cache-policy", Cached ? GEGL_CACHE_POLICY_ALWAYS : GEGL_CACHE_POLICY_NEVER, nullptr);
+    OrvOwnOperation::behind<ShadingOperation>(pNode)->Cached = Cached;
+    OrvOwnOperation::setKept(pNode, Cached);
 }

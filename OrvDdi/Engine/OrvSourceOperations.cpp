@@ -1,6 +1,7 @@
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 
 #include "OrvDdi/Engine/OrvDelivery.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
 #include <algorithm>
@@ -63,8 +64,7 @@ void buffer_operation_class_init(BufferOperationClass* pClass)
     pOperationClass->prepare = bufferPrepare;
     pOperationClass->get_bounding_box = bufferBoundingBox;
     pOperationClass->process = bufferProcess;
-    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::BufferName, "title", "Buffer",
-        "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvSourceOperations::BufferName, "Buffer");
 }
 
 void buffer_operation_init(BufferOperation*) { }
@@ -92,7 +92,7 @@ UniformOperation* uniformInstance(void* pOperation)
 
 void uniformPrepare(GeglOperation* pOperation)
 {
-    gegl_operation_set_format(pOperation, "output", babl_format("RaGaBaA float"));
+    OrvOwnOperation::setPremultiplied(pOperation, {"output"});
 }
 
 GeglRectangle uniformBoundingBox(GeglOperation* pOperation)
@@ -109,8 +109,7 @@ gboolean uniformProcess(GeglOperation* pOperation, GeglOperationContext* pContex
         gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));
         return TRUE;
     }
-    OrvPictureProgram(pPicture).renderTo(
-        gegl_operation_context_get_target(pContext, "output"), *pRegion, Level);
+    OrvPictureProgram(pPicture).renderOutput(pContext, *pRegion, Level);
     return TRUE;
 }
 
@@ -120,8 +119,7 @@ void uniform_operation_class_init(UniformOperationClass* pClass)
     pOperationClass->prepare = uniformPrepare;
     pOperationClass->get_bounding_box = uniformBoundingBox;
     pOperationClass->process = uniformProcess;
-    gegl_operation_class_set_keys(pOperationClass, "name", OrvSourceOperations::UniformName, "title",
-        "Uniform", "categories", "hidden", nullptr);
+    OrvOwnOperation::describe(pOperationClass, OrvSourceOperations::UniformName, "Uniform");
 }
 
 void uniform_operation_init(UniformOperation*) { }
@@ -136,17 +134,17 @@ void OrvSourceOperations::registerTypes()
 
 void OrvSourceOperations::setBuffer(GeglNode* pNode, GeglBuffer* pBuffer)
 {
-    g_set_object(&bufferInstance(gegl_node_get_gegl_operation(pNode))->pBuffer, pBuffer);
+    g_set_object(&OrvOwnOperation::behind<BufferOperation>(pNode)->pBuffer, pBuffer);
 }
 
 void OrvSourceOperations::setUniform(GeglNode* pNode, const float* pColor, const GeglRectangle& Extent)
 {
-    UniformOperation* pSelf = uniformInstance(gegl_node_get_gegl_operation(pNode));
+    UniformOperation* pSelf = OrvOwnOperation::behind<UniformOperation>(pNode);
     std::copy(pColor, pColor + 4, pSelf->Color);
     pSelf->Extent = Extent;
 }
 
 void OrvSourceOperations::setDeferred(GeglNode* pNode, bool Deferred)
 {
-    uniformInstance(gegl_node_get_gegl_operation(pNode))->Deferred = Deferred;
+    OrvOwnOperation::behind<UniformOperation>(pNode)->Deferred = Deferred;
 }

@@ -195,7 +195,7 @@ bool OrvImageBlocks::load(const QJsonObject& Description, const OrvBlockStore& S
         if (isUniformKey(Key)) {
             const QByteArray Pixel = pixelOf(Key, Format);
             if (Pixel.isEmpty()) {
-                Trouble = tr("The description of a square of one colour is damaged: '%1'")
+                Trouble = tr("The description of a square of one color is damaged: '%1'")
                               .arg(QLatin1String(Key.left(64)));
                 return false;
             }

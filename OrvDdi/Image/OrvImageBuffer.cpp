@@ -1,6 +1,7 @@
 #include "OrvDdi/Image/OrvImageBuffer.h"
 
 #include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvEngineRects.h"
 #include "OrvDdi/Engine/OrvPixelBabl.h"
 #include "OrvDdi/Image/OrvColor.h"
 
@@ -35,11 +36,6 @@ namespace {
 constexpr double PixelsPerThread = 64 * 1024;
 /// Pixels that are converted at once, small enough for the nearest cache.
 constexpr int RunLength = 512;
-
-GeglRectangle engineRect(const QRect& Rect)
-{
-    return {Rect.x(), Rect.y(), Rect.width(), Rect.height()};
-}
 
 const Babl* bablFormat(const OrvPixelFormat& Format)
 {
@@ -81,7 +77,7 @@ private:
 template <class Function>
 void forBlocks(GeglBuffer* pBuffer, const QRect& Region, GeglAccessMode Access, const Function& Block)
 {
-    const GeglRectangle Whole = engineRect(Region);
+    const GeglRectangle Whole = OrvEngineRects::toEngine(Region);
     gegl_parallel_distribute_area(&Whole, PixelsPerThread, [&](const GeglRectangle* pArea) {
         GeglBufferIterator* pIterator
             = gegl_buffer_iterator_new(pBuffer, pArea, 0, nullptr, Access, GEGL_ABYSS_NONE, 1);
@@ -99,7 +95,7 @@ OrvImageBuffer::OrvImageBuffer(const QRect& Extent, const OrvPixelFormat& Format
     if (Extent.isEmpty())
         return;
     const OrvEngine::Lock Lock;
-    const GeglRectangle Rect = engineRect(Extent);
+    const GeglRectangle Rect = OrvEngineRects::toEngine(Extent);
     m_Pixels = std::make_shared<Pixels>(gegl_buffer_new(&Rect, bablFormat(Format)), Format, Extent);
 }
 
@@ -144,7 +140,7 @@ OrvImageBuffer OrvImageBuffer::converted(const OrvPixelFormat& Format) const
     const OrvEngine::Lock Lock;
     OrvImageBuffer Result(extent(), Format);
     const Converter Convert(format(), Format);
-    const GeglRectangle Whole = engineRect(extent());
+    const GeglRectangle Whole = OrvEngineRects::toEngine(extent());
     gegl_parallel_distribute_area(&Whole, PixelsPerThread, [&](const GeglRectangle* pArea) {
         GeglBufferIterator* pIterator = gegl_buffer_iterator_new(
             Result.handle(), pArea, 0, nullptr, GEGL_ACCESS_WRITE, GEGL_ABYSS_NONE, 2);
@@ -173,7 +169,7 @@ void OrvImageBuffer::read(const QRect& Region, const OrvPixelFormat& Format, voi
 
     const OrvEngine::Lock Lock;
     if (Format == format()) {
-        const GeglRectangle Rect = engineRect(Inside);
+        const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
         gegl_buffer_get(handle(), &Rect, 1.0, bablFormat(Format), pTarget, int(Step), GEGL_ABYSS_NONE);
         return;
     }
@@ -199,7 +195,7 @@ void OrvImageBuffer::write(const QRect& Region, const OrvPixelFormat& Format, co
 
     const OrvEngine::Lock Lock;
     if (Format == format()) {
-        const GeglRectangle Rect = engineRect(Inside);
+        const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
         gegl_buffer_set(handle(), &Rect, 0, bablFormat(Format), pSource, int(Step));
         return;
     }
@@ -224,7 +220,7 @@ void OrvImageBuffer::fill(const OrvColor& Color, const QRect& Region)
     char Pixel[16];
     OrvPixelKernels::best().narrowStraight(orvPixelLayout(format()), Stored.components(), 1, Pixel);
     const OrvEngine::Lock Lock;
-    const GeglRectangle Rect = engineRect(Inside);
+    const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
     gegl_buffer_set_color_from_pixel(handle(), &Rect, Pixel, bablFormat(format()));
 }
 
@@ -234,6 +230,6 @@ void OrvImageBuffer::copyFrom(const OrvImageBuffer& Source, const QRect& Region)
     if (Inside.isEmpty())
         return;
     const OrvEngine::Lock Lock;
-    const GeglRectangle Rect = engineRect(Inside);
+    const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
     gegl_buffer_copy(Source.handle(), &Rect, GEGL_ABYSS_NONE, handle(), &Rect);
 }

@@ -15,6 +15,31 @@ namespace {
 
 const QRect Canvas(0, 0, 300, 200);
 
+/// The largest difference of premultiplied pixels at a reduced scale from the averages of those at full
+/// scale.
+float averagesOfFullScale(OrvEngineNode& Node, const QRect& Region, int Reduction, bool AlphaOnly)
+{
+    const QRect Full(Region.topLeft() * Reduction, Region.size() * Reduction);
+    const std::vector<float> Pixels = rendered(Node, Full), Reduced = rendered(Node, Region, 1.0 / Reduction);
+    const auto premultiplied = [](const std::vector<float>& From, int Pixel, int Component) {
+        return From[size_t(Pixel * 4 + Component)] * (Component == 3 ? 1.0f : From[size_t(Pixel * 4 + 3)]);
+    };
+    float Largest = 0.0f;
+    for (int Pixel = 0; Pixel < Region.width() * Region.height(); ++Pixel) {
+        const QPoint First = QPoint(Pixel % Region.width(), Pixel / Region.width()) * Reduction;
+        for (int Component = AlphaOnly ? 3 : 0; Component < 4; ++Component) {
+            float Sum = 0.0f;
+            for (int Y = First.y(); Y < First.y() + Reduction; ++Y) {
+                for (int X = First.x(); X < First.x() + Reduction; ++X)
+                    Sum += premultiplied(Pixels, Y * Full.width() + X, Component);
+            }
+            const float Average = Sum / float(Reduction * Reduction);
+            Largest = std::max(Largest, std::abs(premultiplied(Reduced, Pixel, Component) - Average));
+        }
+    }
+    return Largest;
+}
+
 } // namespace
 
 class TstEngine : public QObject {
@@ -36,7 +61,10 @@ private Q_SLOTS:
     void invalidatedRegions();
     void scaledViews();
     void highStacks();
+    void smallerImages_data();
+    void smallerImages();
     void editsWhileRendering();
+    void editsBetweenTurns();
     void nothingLeaks();
 };
 
@@ -452,6 +480,48 @@ void TstEngine::highStacks()
     qDebug("%d layers: %lld ms", Count, Timer.elapsed());
 }
 
+void TstEngine::smallerImages_data()
+{
+    QTest::addColumn<QRect>("Extent");
+    QTest::newRow("left tile") << QRect(0, 0, 256, 256);
+    QTest::newRow("right tile") << QRect(256, 0, 256, 256);
+    QTest::newRow("odd") << QRect(100, 37, 301, 155);
+}
+/// An image of fewer tiles than its channel, with pixels or of one colour, is there up to its edges at every
+/// scale.
+void TstEngine::smallerImages()
+{
+    QFETCH(QRect, Extent);
+    const QRect Wide(0, 0, 512, 256);
+    const OrvColor Color(0.25f, 1.0f, 0.5f, 0.75f);
+    OrvImageBuffer Buffer(Extent, floatColor());
+    Buffer.fill(Color);
+    const auto pWhole = uniform(OrvColor(0.75f, 0.5f, 0.25f), Wide), pPixels = source(Buffer),
+               pUniform = uniform(Color, Extent), pRead = uniform(Color, Extent);
+    // Real pixels are needed for this one.
+    const auto pReader = operation("gegl:invert-linear", pRead.get());
+    for (OrvEngineNode* pImage : {pPixels.get(), pUniform.get(), pRead.get()}) {
+        const auto pOver = blend(pWhole.get(), pImage), pBase = blend(pImage, nullptr),
+                   pMask = blend(nullptr, pWhole.get()), pGroup = blend(nullptr, pBase.get()),
+                   pBlurred = operation("gegl:box-blur", pImage), pBlur = blend(nullptr, pBlurred.get());
+        pMask->connectInput(OrvEngineNode::Mask, pImage);
+        for (OrvEngineNode* pNode : {pOver.get(), pBase.get(), pMask.get(), pGroup.get(), pBlur.get()}) {
+            // Pixels are averaged as they are stored, with straight colours: of theirs only the coverage is
+            // known.
+            if (pImage == pPixels.get() && pNode == pMask.get())
+                continue;
+            for (const int Reduction : {1, 2, 4, 16}) {
+                const QRect Whole(QPoint(0, 0), Wide.size() / Reduction);
+                for (const QRect& Region : {Whole.adjusted(-5, -5, 5, 5), QRect(Whole.center(), Whole.size()),
+                         QRect(Whole.center() - QPoint(3, 3), QSize(5, 5)), QRect(1, 1, 7, 3)}) {
+                    QVERIFY2(averagesOfFullScale(*pNode, Region, Reduction, pImage == pPixels.get()) < 2e-3f,
+                        qPrintable(QString("one in %1").arg(Reduction)));
+                }
+            }
+        }
+    }
+}
+
 /// The window edits while another thread renders.
 void TstEngine::editsWhileRendering()
 {
@@ -477,6 +547,51 @@ void TstEngine::editsWhileRendering()
     pTop->connectInput(OrvEngineNode::Over, pBlur.get());
     QVERIFY(difference(rendered(*pTop, Canvas), rendered(*blend(pSource.get(), pFreshBlur.get()), Canvas))
         < 1e-4f);
+}
+
+/// What reads the whole picture is computed in turns, between which edits get through.
+void TstEngine::editsBetweenTurns()
+{
+    const QRect Large(0, 0, 600, 500), Piece(290, 240, 20, 20);
+    OrvImageBuffer Pixels = picture(Large, 1);
+    const auto pSource = source(Pixels), pBlur = operation("gegl:gaussian-blur", pSource.get()),
+               pNoise = OrvEngineNode::createOperation("gegl:simplex-noise");
+    const auto pMixed = blend(pBlur.get(), pNoise.get(), OrvBlendMode::Multiply);
+    const auto pRotated = operation("gegl:rotate", pMixed.get()), pTop = blend(pSource.get(), pRotated.get());
+    pBlur->setParameter("std-dev-x", 40.0);
+    pBlur->setParameter("std-dev-y", 30.0);
+    pNoise->setExtent(Large);
+    pNoise->setCached(true);
+    pRotated->setParameter("degrees", 30.0);
+    pRotated->setCached(true);
+    int Turns = 0;
+    std::vector<float> Result(20 * 20 * 4);
+    for (const double Scale : {1.0, 0.25}) {
+        const QRect Region(Piece.topLeft() * Scale, Piece.size());
+        for (Turns = 0; !pTop->renderTurn(Region, Scale, floatColor(), Result.data()); ++Turns) {
+            if (Turns >= 3)
+                continue;
+            // Another thread has its turn, too: nothing is locked meanwhile.
+            std::thread([&] {
+                const QRect Written(50 * Turns, 100, 200, 120);
+                Pixels.fill(OrvColor(float(Turns), 0.5f, 0.25f), Written);
+                pSource->pixelsWritten(Written);
+                pBlur->setParameter("std-dev-y", 20.0 + Turns);
+            }).join();
+        }
+        QVERIFY2(Turns > 6, qPrintable(QString::number(Turns)));
+        const auto pFreshBlur = operation("gegl:gaussian-blur", pSource.get()),
+                   pFreshMixed = blend(pFreshBlur.get(), pNoise.get(), OrvBlendMode::Multiply),
+                   pFreshRotated = operation("gegl:rotate", pFreshMixed.get()),
+                   pFresh = blend(pSource.get(), pFreshRotated.get());
+        pFreshBlur->setParameter("std-dev-x", 40.0);
+        pFreshBlur->setParameter("std-dev-y", 22.0);
+        pFreshRotated->setParameter("degrees", 30.0);
+        QVERIFY(difference(Result, rendered(*pFresh, Region, Scale)) < 1e-3f);
+        // It stays so while what was computed is still there.
+        QVERIFY(pTop->renderTurn(Region, Scale, floatColor(), Result.data()));
+        QVERIFY(difference(Result, rendered(*pFresh, Region, Scale)) < 1e-3f);
+    }
 }
 
 void TstEngine::nothingLeaks()

@@ -73,8 +73,10 @@ void TstEngineOperations::registry()
     qDebug("%d operations listed in %lld ms", Registry.operations().size(), Timer.elapsed());
     QVERIFY(Registry.operations().size() >= 60);
     QSet<QString> Paths, Names;
+    QStringList InOrder;
     for (const OrvOperation& Operation : Registry.operations()) {
         Paths.insert(Operation.MenuPath);
+        InOrder.append(Operation.MenuPath);
         Names.insert(Operation.Name);
         QCOMPARE(Operation.MenuPath.count('/'), 2);
         QVERIFY(Operation.MenuPath.startsWith(Operation.Procedural ? "Procedural/" : "Filter/"));
@@ -82,6 +84,7 @@ void TstEngineOperations::registry()
         QCOMPARE(Registry.findByMenuPath(Operation.MenuPath), &Operation);
     }
     QCOMPARE(Paths.size(), Registry.operations().size());
+    QCOMPARE(OrvOperationRegistry::menuPaths(), InOrder); // this engine has all of them
     QCOMPARE(Names.size(), Registry.operations().size());
     QVERIFY(!Registry.find("gegl:png-load") && !Registry.findByMenuPath("Filter"));
     QVERIFY(Registry.findByMenuPath("Filter/Blur/Gaussian Blur"));

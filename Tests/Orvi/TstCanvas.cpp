@@ -7,6 +7,9 @@
 
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 
+#include "OrvDdi/Engine/OrvEngine.h"
+#include "OrvDdi/Engine/OrvEngineNode.h"
+
 #include <QtGui/QTabletEvent>
 #include <QtWidgets/QToolButton>
 
@@ -61,6 +64,38 @@ private Q_SLOTS:
         pChannel = m_Document.newChannel(QSize(256, 256), GL_HALF_FLOAT);
         m_Document.newPaintLayer(pChannel, OrvColor(0.5f, 0.5f, 0.5f));
         QVERIFY(isNear(shownAt(m_pCanvas.get(), {128, 128}), QColor(188, 188, 188)));
+    }
+
+    /// What changes beside a piece while that is computed may still show at its edge: relief does.
+    void editsBesideAPieceThatIsComputed()
+    {
+        OrvImageBuffer Pixels(
+            QRect(0, 0, 512, 512), {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear});
+        const auto pSource = OrvEngineNode::createSource();
+        pSource->setBuffer(Pixels);
+        QStringList Notices;
+        OrvCanvasRenderer Renderer;
+        connect(&Renderer, &OrvCanvasRenderer::pieceReady, this, [&] { Notices += QStringLiteral("piece"); });
+        connect(&Renderer, &OrvCanvasRenderer::invalidated, this, [&](const QRegion& Region) {
+            if (Region.intersects(QRect(128, 0, 4, 4)))
+                Notices += QStringLiteral("edit");
+        });
+        Renderer.setSource(pSource.get(), OrvDisplayTransform::Numbers, QString());
+        QApplication::processEvents();
+        Notices.clear();
+        {
+            const OrvEngine::Lock Lock; // the piece is not computed before this goes
+            Renderer.setWishes({{2, QPoint(0, 0), QRect(0, 0, 32, 32)}});
+            QVERIFY(QTest::qWaitFor(
+                [&] { return !OrvCanvasRenderer::Pause(&Renderer).isReached(); }, SettleTime));
+            Pixels.fill(OrvColor::white(), QRect(129, 1, 2, 2));
+            pSource->pixelsWritten(QRect(129, 1, 2, 2));
+            QApplication::processEvents();
+        }
+        QVERIFY(QTest::qWaitFor([&] { return Renderer.isIdle(); }, SettleTime));
+        QCOMPARE(
+            Notices, QStringList({QStringLiteral("edit"), QStringLiteral("piece"), QStringLiteral("edit")}));
+        Renderer.setSource(nullptr, OrvDisplayTransform::Numbers, QString());
     }
 
     void followsEveryEdit_data()

@@ -93,6 +93,28 @@ private Q_SLOTS:
         QVERIFY(isLit());
     }
 
+    /// A mark tells that a picture, lit or not, takes its time, and goes when all is there.
+    void saysThatItComputes()
+    {
+        for (OrvSnBaseNode* pShown : {m_pShader->node(), shaders().getCurrentChannelShader()}) {
+            shaders().setCurrentShader(pShown);
+            QVERIFY(isSettled(m_pCanvas.get()) && !m_pCanvas->showsActivity());
+            const QRect Mark = OrvCanvasActivity::rect(1.0);
+            const QImage Before = m_pCanvas->grab(Mark).toImage();
+            {
+                const OrvCanvasRenderer::Pause Longer(m_pCanvas->renderer());
+                m_pPaint->paintImageSet()->buffer().fill(OrvColor::white(), QRect(200, 200, 9, 9));
+                m_pPaint->paintImageSet()->pixelsWritten(QRect(200, 200, 9, 9));
+                QApplication::processEvents();
+                QVERIFY(!m_pCanvas->isSettled() && !m_pCanvas->showsActivity());
+                QTRY_VERIFY_WITH_TIMEOUT(m_pCanvas->showsActivity(), SettleTime);
+                QVERIFY(!areAlike(m_pCanvas->grab(Mark).toImage(), Before));
+            }
+            QTRY_VERIFY_WITH_TIMEOUT(!m_pCanvas->showsActivity(), SettleTime);
+            QVERIFY(m_pCanvas->isSettled() && areAlike(m_pCanvas->grab(Mark).toImage(), Before));
+        }
+    }
+
     void followsEveryEdit_data()
     {
         QTest::addColumn<double>("Zoom");
