@@ -4,6 +4,8 @@
 
 #include "Benchmarks/OrvDdi/EngineBenchmark.h"
 
+#include "OrvDdi/Image/OrvColor.h"
+
 #include <cmath>
 #include <cstring>
 
@@ -33,6 +35,16 @@ enum Storage { Float, Half, Byte, SrgbByte };
 const std::pair<Storage, const char*> Storages[]
     = {{Float, "float"}, {Half, "half"}, {Byte, "8-bit"}, {SrgbByte, "8-bit sRGB"}};
 
+/// What a stack is made of.
+struct Kind {
+    Storage Stored = Float;
+    int EmptyLayers = 0; ///< between the painted ones
+    bool operator!=(const Kind& Other) const
+    {
+        return Stored != Other.Stored || EmptyLayers != Other.EmptyLayers;
+    }
+};
+
 OrvPixelFormat formatOf(Storage Stored)
 {
     const GLenum Depth = Stored == Float ? GL_FLOAT : Stored == Half ? GL_HALF_FLOAT : GL_UNSIGNED_BYTE;
@@ -44,11 +56,12 @@ const OrvPixelFormat MaskFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPix
 /// A stack in the engine, and the same pixels as contiguous tiles in memory.
 class Stack {
 public:
-    explicit Stack(Storage Stored);
+    explicit Stack(const Kind& Wanted);
 
     OrvEngineNode& node() { return *m_Blends.back(); }
     /// As after a dab of the brush on a layer in the middle.
     void touch(const QRect& Region) { m_Sources[LayerCount / 2]->pixelsWritten(Region); }
+    void paint(const QRect& Region);
     void computeByHand(const QRect& Region, float* pResult) const;
 
 private:
@@ -58,19 +71,39 @@ private:
         std::vector<char> Pixels;
         std::vector<unsigned char> Mask;
     };
+    void addBlend(OrvEngineNode* pOver, OrvBlendMode Mode, float Amount);
     void tileByHand(int Tile, const QRect& Within, float* pSums) const;
     static void toTiles(const OrvImageBuffer& Buffer, char* pTiles);
 
     const Storage m_Storage;
     const OrvPixelFormat m_Format;
     std::vector<Layer> m_Layers;
-    std::vector<std::unique_ptr<OrvEngineNode>> m_Sources, m_Blends;
+    std::vector<std::unique_ptr<OrvEngineNode>> m_Sources, m_Blends, m_Empty;
+    OrvImageBuffer m_Painted; ///< of the layer in the middle
 };
 
-Stack::Stack(Storage Stored)
-    : m_Storage(Stored)
-    , m_Format(formatOf(Stored))
+void Stack::addBlend(OrvEngineNode* pOver, OrvBlendMode Mode, float Amount)
 {
+    auto pBlend = OrvEngineNode::createBlend();
+    pBlend->connectInput(OrvEngineNode::Base, m_Blends.empty() ? nullptr : m_Blends.back().get());
+    pBlend->connectInput(OrvEngineNode::Over, pOver);
+    OrvBlendParameters Parameters;
+    Parameters.Mode = Mode;
+    Parameters.Amount = Amount;
+    pBlend->setBlend(Parameters);
+    m_Blends.push_back(std::move(pBlend));
+}
+
+Stack::Stack(const Kind& Wanted)
+    : m_Storage(Wanted.Stored)
+    , m_Format(formatOf(Wanted.Stored))
+{
+    // Layers are of one colour until they are painted on, and keep their pixels when that is undone.
+    m_Empty.push_back(OrvEngineNode::createUniform());
+    m_Empty.back()->setUniform(OrvColor::clear(), Canvas);
+    m_Empty.push_back(OrvEngineNode::createSource());
+    m_Empty.back()->setBuffer(OrvImageBuffer(Canvas, m_Format));
+    std::vector<OrvEngineNode*> Masked;
     std::vector<float> Row(Edge * 4 * 64);
     EngineBenchmark::Noise Noise;
     for (int Index = 0; Index < LayerCount; ++Index) {
@@ -85,15 +118,13 @@ Stack::Stack(Storage Stored)
         toTiles(Pixels, One.Pixels.data());
         m_Sources.push_back(OrvEngineNode::createSource());
         m_Sources.back()->setBuffer(Pixels);
-        auto pBlend = OrvEngineNode::createBlend();
-        pBlend->connectInput(OrvEngineNode::Base, m_Blends.empty() ? nullptr : m_Blends.back().get());
-        pBlend->connectInput(OrvEngineNode::Over, m_Sources.back().get());
-        OrvBlendParameters Parameters;
-        Parameters.Mode = One.Mode;
-        Parameters.Amount = One.Amount;
-        pBlend->setBlend(Parameters);
-        m_Blends.push_back(std::move(pBlend));
+        if (Index == LayerCount / 2)
+            m_Painted = Pixels;
+        addBlend(m_Sources.back().get(), One.Mode, One.Amount);
+        Masked.push_back(m_Blends.back().get());
         m_Layers.push_back(std::move(One));
+        for (int Empty = 0; Empty < Wanted.EmptyLayers / LayerCount; ++Empty)
+            addBlend(m_Empty[size_t(Empty) % 2].get(), Modes[Empty % 4], 1.0f);
     }
     for (int Index = 0; Index < LayerCount; Index += 4) {
         OrvImageBuffer Mask(Canvas, MaskFormat);
@@ -107,8 +138,15 @@ Stack::Stack(Storage Stored)
         toTiles(Mask, reinterpret_cast<char*>(m_Layers[size_t(Index)].Mask.data()));
         m_Sources.push_back(OrvEngineNode::createSource());
         m_Sources.back()->setBuffer(Mask);
-        m_Blends[size_t(Index)]->connectInput(OrvEngineNode::Mask, m_Sources.back().get());
+        Masked[size_t(Index)]->connectInput(OrvEngineNode::Mask, m_Sources.back().get());
     }
+}
+
+void Stack::paint(const QRect& Region)
+{
+    const std::vector<float> Pixels(size_t(Region.width()) * size_t(Region.height()) * 4, 0.75f);
+    m_Painted.write(Region, FloatFormat, Pixels.data());
+    touch(Region);
 }
 
 void Stack::toTiles(const OrvImageBuffer& Buffer, char* pTiles)
@@ -262,16 +300,37 @@ void Stack::computeByHand(const QRect& Region, float* pResult) const
     });
 }
 
-EngineBenchmark::Held<Stack, Storage> Stacks;
+EngineBenchmark::Held<Stack, Kind> Stacks;
 
-void quarterScale(benchmark::State& State, Storage Stored)
+QRect atQuarter(const QRect& Region)
 {
-    Stack& Layers = Stacks.of(Stored);
-    std::vector<float> Result(size_t(Edge / 4) * (Edge / 4) * 4);
+    return QRect(Region.topLeft() / 4, Region.size() / 4);
+}
+
+/// The whole picture again, or a part of it after a dab there.
+void quarterScale(benchmark::State& State, const Kind& Wanted, const QRect& Painted)
+{
+    Stack& Layers = Stacks.of(Wanted);
+    const QRect Region = atQuarter(Painted.isEmpty() ? Canvas : Painted);
+    std::vector<float> Result(size_t(Region.width()) * size_t(Region.height()) * 4);
     for (auto _ : State) {
-        Layers.node().render(QRect(0, 0, Edge / 4, Edge / 4), 0.25, FloatFormat, Result.data());
+        if (!Painted.isEmpty())
+            Layers.paint(Painted);
+        Layers.node().render(Region, 0.25, FloatFormat, Result.data());
         benchmark::ClobberMemory();
     }
+}
+
+void measure(const Kind& Wanted, const std::string& Name)
+{
+    EngineBenchmark::measure(Stacks, Wanted, Canvas, "20 layers of 4096, " + Name, 0.3);
+    EngineBenchmark::measure(Stacks, Wanted, Dab, "dab of 256, " + Name, 0.1);
+    RatioReporter::measure(
+        "quarter scale, " + Name, [Wanted](benchmark::State& State) { quarterScale(State, Wanted, QRect()); },
+        0.1);
+    RatioReporter::measure(
+        "quarter scale, dab of 256, " + Name,
+        [Wanted](benchmark::State& State) { quarterScale(State, Wanted, Dab); }, 0.1);
 }
 
 } // namespace
@@ -279,17 +338,8 @@ void quarterScale(benchmark::State& State, Storage Stored)
 int main(int ArgumentCount, char** pArguments)
 {
     benchmark::Initialize(&ArgumentCount, pArguments);
-    for (const auto& Kind : Storages) {
-        const Storage Stored = Kind.first;
-        const std::string Name = Kind.second;
-        for (const auto& Region :
-            {std::make_pair(Canvas, "20 layers of 4096, "), std::make_pair(Dab, "dab of 256, ")}) {
-            EngineBenchmark::measure(
-                Stacks, Stored, Region.first, Region.second + Name, Region.first == Canvas ? 0.3 : 0.1);
-        }
-        RatioReporter::measure(
-            "quarter scale, " + Name, [Stored](benchmark::State& State) { quarterScale(State, Stored); },
-            0.1);
-    }
+    for (const auto& Stored : Storages)
+        measure({Stored.first, 0}, Stored.second);
+    measure({Half, 200}, "half, among 200 empty");
     return EngineBenchmark::run(Stacks);
 }

@@ -90,7 +90,7 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
         gegl_operation_context_take_object(pContext, "output", G_OBJECT(OrvPicture::carrier(pPicture)));
         return TRUE;
     }
-    if (!pSelf->Cached && pPicture->kind() == OrvPicture::Pixels) {
+    if (!pSelf->Cached && pPicture->isReadableAt(Level)) {
         gegl_operation_context_set_object(pContext, "output", G_OBJECT(pPicture->buffer()));
         return TRUE;
     }

@@ -4,6 +4,7 @@
 #include "OrvDdi/Engine/OrvGegl.h"
 #include "OrvDdi/Engine/OrvOperationRegistry.h"
 
+#include <QtCore/QByteArray>
 #include <QtCore/QThread>
 
 #include <algorithm>
@@ -23,6 +24,11 @@ namespace {
 
 constexpr int TileEdge = 128; // measured: 256 costs half as much again
 constexpr guint64 Gibibyte = guint64(1) << 30;
+
+/// Transformations look at more of a result than they need, also at what has not been computed of one that is
+/// kept: it has to be zeros then instead of nothing at all, of which the engine makes no copies. It asks the
+/// environment, which must not change any more when there are threads.
+const bool ResultsBeginAsZeros = qputenv("GEGL_OPERATION_INIT_OUTPUT", "1");
 
 enum class Phase { NotStarted, Running, Ended };
 

@@ -5,35 +5,25 @@
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvEngineRects.h"
+#include "OrvDdi/Engine/OrvEngineRewiring.h"
 #include "OrvDdi/Engine/OrvEngineSubGraph.h"
 #include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvGradualEvaluation.h"
 #include "OrvDdi/Engine/OrvOperationMenu.h"
-#include "OrvDdi/Engine/OrvOperationParameters.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
+#include "OrvDdi/Engine/OrvOperationRegistry.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvShadingOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <QtCore/QRectF>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace OrvEngineRects;
-
-namespace {
-
-GeglNode* newNode(const char* pOperation)
-{
-    GeglNode* pNode = gegl_node_new();
-    // Before the operation, because operations made of others hand it on to them.
-    g_object_set(pNode, "dont-cache", TRUE, nullptr);
-    gegl_node_set(pNode, "operation", pOperation, nullptr);
-    return pNode;
-}
-
-} // namespace
 
 OrvEngineNode::OrvEngineNode(std::unique_ptr<SubGraph> pGraph)
     : m_pGraph(std::move(pGraph))
@@ -53,7 +43,7 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createBlend()
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Blend);
-    pGraph->pInput = pGraph->pOutput = newNode(OrvBlendOperation::Name);
+    pGraph->pInput = pGraph->pOutput = OrvOwnOperation::newNode(OrvBlendOperation::Name);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -61,7 +51,7 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createSource()
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Source);
-    pGraph->pInput = pGraph->pOutput = newNode(OrvSourceOperations::BufferName);
+    pGraph->pInput = pGraph->pOutput = OrvOwnOperation::newNode(OrvSourceOperations::BufferName);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -69,7 +59,7 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createUniform()
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Uniform);
-    pGraph->pInput = pGraph->pOutput = newNode(OrvSourceOperations::UniformName);
+    pGraph->pInput = pGraph->pOutput = OrvOwnOperation::newNode(OrvSourceOperations::UniformName);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -80,12 +70,13 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createOperation(const QString& Ope
     if (!gegl_has_operation(Name.constData()))
         return nullptr;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Operation);
-    pGraph->pInput = newNode(Name.constData());
-    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    pGraph->pInput = OrvOwnOperation::newNode(Name.constData());
+    pGraph->pOutput = OrvOwnOperation::newNode(OrvOutputOperation::Name);
     if (!gegl_node_has_pad(pGraph->pInput, "output"))
         return nullptr;
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     OrvOutputOperation::setFullScale(pGraph->pOutput, orvNeedsFullScale(Name.constData()));
+    pGraph->Parameters = OrvOperationScale(OrvOperationRegistry::instance().find(OperationName));
     if (OrvOperationReach::computesMoreThanAsked(
             pGraph->pInput)) // which must not happen again for every region
         g_object_set(pGraph->pInput, "cache-policy", GEGL_CACHE_POLICY_ALWAYS, nullptr);
@@ -96,8 +87,8 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createFit(const OrvUdimLayout& Fro
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Fit);
-    pGraph->pInput = newNode(OrvFitOperation::Name);
-    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    pGraph->pInput = OrvOwnOperation::newNode(OrvFitOperation::Name);
+    pGraph->pOutput = OrvOwnOperation::newNode(OrvOutputOperation::Name);
     pGraph->Shrinkage = OrvFitOperation::setLayouts(pGraph->pInput, From, To);
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     OrvOutputOperation::setFullScale(pGraph->pOutput, true);
@@ -108,8 +99,8 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createColorConversion(const QStrin
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Color);
-    pGraph->pInput = newNode(OrvColorOperation::Name);
-    pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    pGraph->pInput = OrvOwnOperation::newNode(OrvColorOperation::Name);
+    pGraph->pOutput = OrvOwnOperation::newNode(OrvOutputOperation::Name);
     OrvColorOperation::setSpaces(pGraph->pInput, From, To);
     gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
@@ -119,7 +110,17 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createShading()
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Shading);
-    pGraph->pInput = pGraph->pOutput = newNode(OrvShadingOperation::Name);
+    pGraph->pInput = pGraph->pOutput = OrvOwnOperation::newNode(OrvShadingOperation::Name);
+    return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
+}
+
+std::unique_ptr<OrvEngineNode> OrvEngineNode::createZoom()
+{
+    const OrvEngine::Lock Lock;
+    auto pGraph = std::make_unique<SubGraph>(SubGraph::Zoom);
+    pGraph->pInput = OrvOwnOperation::newNode("gegl:nop");
+    pGraph->pOutput = OrvOwnOperation::newNode(OrvOutputOperation::Name);
+    gegl_node_connect_to(pGraph->pInput, "output", pGraph->pOutput, "input");
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -127,7 +128,7 @@ std::unique_ptr<OrvEngineNode> OrvEngineNode::createPass()
 {
     const OrvEngine::Lock Lock;
     auto pGraph = std::make_unique<SubGraph>(SubGraph::Pass);
-    pGraph->pInput = pGraph->pOutput = newNode(OrvOutputOperation::Name);
+    pGraph->pInput = pGraph->pOutput = OrvOwnOperation::newNode(OrvOutputOperation::Name);
     return std::unique_ptr<OrvEngineNode>(new OrvEngineNode(std::move(pGraph)));
 }
 
@@ -144,6 +145,7 @@ void OrvEngineNode::connectInput(Pad Input, OrvEngineNode* pSource)
         return;
     SubGraph* pPrevious = m_pGraph->Sources[Input];
     m_pGraph->setSource(Input, pSourceGraph);
+    OrvEngineRewiring::connected(this, Input);
     if (pPrevious)
         pPrevious->removeIfUnread();
     m_pGraph->parametersChanged();
@@ -160,8 +162,9 @@ void OrvEngineNode::setBlend(const OrvBlendParameters& Parameters)
     if (m_pGraph->WhichKind != SubGraph::Blend
         || OrvBlendOperation::parameters(m_pGraph->pInput) == Parameters)
         return;
+    const QRect Before = m_pGraph->contribution();
     OrvBlendOperation::setParameters(m_pGraph->pInput, Parameters);
-    m_pGraph->invalidate(Plane);
+    m_pGraph->resultChanged(Before | m_pGraph->contribution());
 }
 
 void OrvEngineNode::setShading(const OrvShadingParameters& Parameters)
@@ -179,9 +182,10 @@ void OrvEngineNode::setBuffer(const OrvImageBuffer& Buffer)
     const OrvEngine::Lock Lock;
     if (m_pGraph->WhichKind != SubGraph::Source || m_pGraph->Pixels.sameAs(Buffer))
         return;
+    const QRect Before = m_pGraph->content();
     m_pGraph->Pixels = Buffer;
     OrvSourceOperations::setBuffer(m_pGraph->pInput, Buffer.handle());
-    m_pGraph->invalidate(Plane);
+    m_pGraph->resultChanged(Before | m_pGraph->content());
 }
 
 void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
@@ -192,26 +196,50 @@ void OrvEngineNode::setUniform(const OrvColor& Color, const QRect& Extent)
     const float Premultiplied[4] = {Color.red() * Color.alpha(), Color.green() * Color.alpha(),
         Color.blue() * Color.alpha(), Color.alpha()};
     OrvSourceOperations::setUniform(m_pGraph->pInput, Premultiplied, toEngine(Extent));
-    m_pGraph->invalidate(Plane);
+    const QRect Before = m_pGraph->ColorExtent;
+    const bool Shows
+        = std::any_of(Premultiplied, Premultiplied + 4, [](float Value) { return Value != 0.0f; });
+    m_pGraph->ColorExtent = Shows ? Extent : QRect();
+    m_pGraph->resultChanged(Before | m_pGraph->ColorExtent);
 }
 
 bool OrvEngineNode::setParameter(const QString& Name, const QVariant& Value)
 {
     const OrvEngine::Lock Lock;
-    if (m_pGraph->WhichKind != SubGraph::Operation
-        || !OrvOperationParameters::set(m_pGraph->pInput, Name, Value))
+    if (m_pGraph->WhichKind != SubGraph::Operation)
         return false;
-    m_pGraph->parametersChanged();
-    return true;
+    const OrvOperationScale::Outcome Outcome = m_pGraph->Parameters.setValue(m_pGraph->pInput, Name, Value);
+    if (Outcome == OrvOperationScale::Changed) {
+        m_pGraph->enlarge(m_pGraph->Parameters.enlargement());
+        m_pGraph->parametersChanged();
+    }
+    return Outcome != OrvOperationScale::Refused;
+}
+
+void OrvEngineNode::setScale(double Scale)
+{
+    const OrvEngine::Lock Lock;
+    if (m_pGraph->WhichKind == SubGraph::Zoom) {
+        m_pGraph->enlarge(Scale);
+    } else if (m_pGraph->WhichKind == SubGraph::Operation
+        && m_pGraph->Parameters.setScale(m_pGraph->pInput, Scale)) {
+        m_pGraph->enlarge(m_pGraph->Parameters.enlargement());
+        m_pGraph->parametersChanged();
+    }
 }
 
 void OrvEngineNode::setExtent(const QRect& Extent)
 {
     const OrvEngine::Lock Lock;
-    if (m_pGraph->WhichKind != SubGraph::Operation && m_pGraph->WhichKind != SubGraph::Pass)
+    if (m_pGraph->WhichKind != SubGraph::Operation && m_pGraph->WhichKind != SubGraph::Zoom
+        && m_pGraph->WhichKind != SubGraph::Pass)
         return;
-    OrvOutputOperation::setExtent(m_pGraph->pOutput, Extent.isEmpty() ? GeglRectangle{} : toEngine(Extent));
-    m_pGraph->invalidate(Plane);
+    const GeglRectangle Wanted = Extent.isEmpty() ? GeglRectangle{} : toEngine(Extent);
+    const GeglRectangle Present = OrvOutputOperation::extent(m_pGraph->pOutput);
+    if (gegl_rectangle_equal(&Wanted, &Present))
+        return;
+    OrvOutputOperation::setExtent(m_pGraph->pOutput, Wanted);
+    m_pGraph->extentChanged();
 }
 
 void OrvEngineNode::setCached(bool Cached)
@@ -238,13 +266,7 @@ void OrvEngineNode::pixelsWritten(const QRect& Region)
     if (Region.isEmpty())
         return;
     const OrvEngine::Lock Lock;
-    // Several of the engine's blurs report too small a part of their result as stale; it is widened here,
-    // where it reaches everything downstream.
-    const GeglRectangle Written = toEngine(Region);
-    const int Reach = m_pGraph->reachDownstream(Written);
-    m_pGraph->invalidate(Reach >= OrvOperationReach::Unlimited
-            ? Plane
-            : toEngine(Region.adjusted(-Reach, -Reach, Reach, Reach)));
+    m_pGraph->resultChanged(Region);
 }
 
 QRect OrvEngineNode::boundingBox() const
@@ -289,7 +311,7 @@ void OrvEngineNode::setInvalidated(std::function<void(const QRect&)> Callback)
     const auto tell = [](GeglNode*, const GeglRectangle* pRegion, void* pReceiver) {
         const auto* pGraph = static_cast<const SubGraph*>(pReceiver);
         const QRect Region = toQt(*pRegion);
-        if (pGraph->Invalidated && !Region.isEmpty())
+        if (pGraph->Invalidated && !Region.isEmpty() && !OrvEngineRewiring::isUnderWay())
             pGraph->Invalidated(Region);
     };
     m_pGraph->InvalidatedHandler = g_signal_connect(m_pGraph->pOutput, "invalidated",

@@ -37,6 +37,8 @@ public:
     static std::unique_ptr<OrvEngineNode> createColorConversion(const QString& From, const QString& To);
     /// The picture of a flat texture under a light; any input may be missing.
     static std::unique_ptr<OrvEngineNode> createShading();
+    /// Passes Base on, enlarged or reduced about the plane's origin; reduced pixels are averages.
+    static std::unique_ptr<OrvEngineNode> createZoom();
     /// Passes Base on unchanged; nothing connected reads as transparent.
     static std::unique_ptr<OrvEngineNode> createPass();
     ~OrvEngineNode();
@@ -53,7 +55,10 @@ public:
     /// Operation nodes. Values as OrvOperationRegistry describes the parameter; false for an unknown name or a value
     /// that cannot be converted.
     bool setParameter(const QString& Name, const QVariant& Value);
-    /// Crops the result of an operation or pass node; an empty rectangle lifts the crop.
+    /// Operation nodes: how many pixels take the place of one that the operation's lengths are meant for. Zoom nodes:
+    /// by how much they enlarge.
+    void setScale(double Scale);
+    /// Crops the result of an operation, zoom or pass node; an empty rectangle lifts the crop.
     void setExtent(const QRect& Extent);
     /// Keeps the result so that what is above can change without computing it again.
     void setCached(bool Cached);
@@ -74,6 +79,7 @@ public:
     _GeglNode* handle() const; ///< the output
 
 private:
+    friend class OrvEngineRewiring;
     struct SubGraph;
     explicit OrvEngineNode(std::unique_ptr<SubGraph> pGraph);
     std::unique_ptr<SubGraph> m_pGraph;

@@ -3,8 +3,11 @@
 #include "OrvDdi/Engine/OrvBlendOperation.h"
 #include "OrvDdi/Engine/OrvDelivery.h"
 #include "OrvDdi/Engine/OrvEngineRects.h"
+#include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
+#include "OrvDdi/Engine/OrvShadingOperation.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 
 #include <algorithm>
@@ -26,6 +29,8 @@ OrvEngineNode::SubGraph::~SubGraph()
             std::begin(pReader->Sources), std::end(pReader->Sources), this, static_cast<SubGraph*>(nullptr));
     if (InvalidatedHandler)
         g_signal_handler_disconnect(pOutput, InvalidatedHandler);
+    if (pEnlarging)
+        g_object_unref(pEnlarging);
     if (pOutput != pInput)
         g_object_unref(pOutput);
     g_object_unref(pInput);
@@ -47,7 +52,8 @@ void OrvEngineNode::SubGraph::setSource(Pad Input, SubGraph* pSource)
 
 void OrvEngineNode::SubGraph::abandon(std::unique_ptr<SubGraph> pGraph)
 {
-    pGraph->tellDownstream();
+    // Whoever reads it is told the rest when it is connected to something else.
+    pGraph->tellDownstream(pGraph->contribution());
     pGraph->Invalidated = nullptr;
     SubGraph* pAbandoned = pGraph.release();
     Abandoned.insert(pAbandoned);
@@ -81,8 +87,10 @@ void OrvEngineNode::SubGraph::removeAbandoned()
 }
 
 /// Tells everybody who shows something that depends on this; cheaper than the engine's own way by far.
-void OrvEngineNode::SubGraph::tellDownstream()
+void OrvEngineNode::SubGraph::tellDownstream(const QRect& Region)
 {
+    if (Region.isEmpty())
+        return;
     const unsigned Walk = ++Walks;
     std::vector<SubGraph*> Pending(Readers);
     while (!Pending.empty()) {
@@ -130,7 +138,9 @@ void OrvEngineNode::SubGraph::updateDeferral()
     else if (WhichKind == Pass)
         OrvOutputOperation::setDeferred(pInput, IsForOne);
     else if (WhichKind == Uniform)
-        OrvSourceOperations::setDeferred(pInput, IsUnderstood);
+        OrvSourceOperations::setUniformDeferred(pInput, IsUnderstood);
+    else if (WhichKind == Source)
+        OrvSourceOperations::setBufferDeferred(pInput, IsUnderstood);
 }
 
 void OrvEngineNode::SubGraph::invalidate(const GeglRectangle& Region) const
@@ -138,9 +148,67 @@ void OrvEngineNode::SubGraph::invalidate(const GeglRectangle& Region) const
     gegl_operation_invalidate(gegl_node_get_gegl_operation(pOutput), &Region, FALSE);
 }
 
+void OrvEngineNode::SubGraph::resultChanged(const QRect& Region)
+{
+    if (Region.contains(toQt(Plane)))
+        return invalidate(Plane);
+    // Where nothing differs, bounds may.
+    if (Region.isEmpty())
+        return invalidate({});
+    // Several of the engine's blurs report too small a part of their result as stale; it is widened here,
+    // where it reaches everything downstream.
+    const int Reach = reachDownstream({Region.center().x(), Region.center().y(), 1, 1});
+    invalidate(Reach >= OrvOperationReach::Unlimited
+            ? Plane
+            : toEngine(Region.adjusted(-Reach, -Reach, Reach, Reach)));
+}
+
+void OrvEngineNode::SubGraph::inputChanged(Pad Input, const QRect& Region)
+{
+    if (Region.isEmpty())
+        return;
+    // What an operation looks at around a pixel, and what becomes of a region elsewhere, is their own affair.
+    if (WhichKind == Operation || WhichKind == Zoom)
+        return invalidate(Plane);
+    const GeglRectangle Changed = toEngine(Region);
+    resultChanged(toQt(gegl_operation_get_invalidated_by_change(
+        gegl_node_get_gegl_operation(pInput), OrvShadingOperation::padName(Input), &Changed)));
+}
+
 void OrvEngineNode::SubGraph::parametersChanged()
 {
     ReachKnown = false;
+    invalidate(Plane);
+}
+
+/// What the operation yields is brought to another size before it is cropped.
+void OrvEngineNode::SubGraph::enlarge(double Factor)
+{
+    if (Factor == Enlargement)
+        return;
+    Enlargement = Factor;
+    if (WhichKind == Zoom)
+        OrvOutputOperation::setFullScale(pOutput, Factor != 1.0);
+    if (Factor == 1.0) {
+        gegl_node_disconnect(pEnlarging, "input");
+        gegl_node_connect_to(pInput, "output", pOutput, "input");
+    } else {
+        if (!pEnlarging)
+            pEnlarging = OrvOwnOperation::newNode(OrvFitOperation::Name);
+        gegl_node_connect_to(pInput, "output", pEnlarging, "input");
+        gegl_node_connect_to(pEnlarging, "output", pOutput, "input");
+    }
+    extentChanged();
+}
+
+/// Pixels at the edges of what is enlarged go on beyond them.
+void OrvEngineNode::SubGraph::extentChanged()
+{
+    Shrinkage = 1.0;
+    if (Enlargement != 1.0) {
+        Shrinkage = OrvFitOperation::setFactor(pEnlarging, Enlargement, OrvOutputOperation::extent(pOutput));
+        gegl_operation_invalidate(gegl_node_get_gegl_operation(pEnlarging), &Plane, FALSE);
+    }
     invalidate(Plane);
 }
 

@@ -28,11 +28,16 @@ FitOperation* instance(void* pOperation)
     return static_cast<FitOperation*>(pOperation);
 }
 
+/// Farther away there are no pixels; small enough to be added and multiplied.
+constexpr int Far = 1 << 28;
+const GeglRectangle Everywhere{-Far, -Far, 2 * Far, 2 * Far};
+
 /// What a stretch of one axis becomes at a ratio, with all that the filter takes from around it.
 void stretch(int First, int Length, double Ratio, double Reach, int& NewFirst, int& NewLength)
 {
-    NewFirst = int(std::floor(First * Ratio - Reach)) - 1;
-    NewLength = int(std::ceil((First + Length) * Ratio + Reach)) + 1 - NewFirst;
+    const auto pixel = [](double Place) { return int(std::clamp(Place, -double(Far), double(Far))); };
+    NewFirst = pixel(std::floor(First * Ratio - Reach)) - 1;
+    NewLength = pixel(std::ceil((double(First) + Length) * Ratio + Reach)) + 1 - NewFirst;
 }
 
 GeglRectangle stretched(const GeglRectangle& Region, double RatioX, double RatioY, double ReachX,
@@ -161,4 +166,17 @@ double OrvFitOperation::setLayouts(GeglNode* pNode, const OrvUdimLayout& From, c
     pSelf->RatioX = double(From.tileSize().width()) / To.tileSize().width();
     pSelf->RatioY = double(From.tileSize().height()) / To.tileSize().height();
     return std::max({1.0, pSelf->RatioX, pSelf->RatioY});
+}
+
+double OrvFitOperation::setFactor(GeglNode* pNode, double Factor, const GeglRectangle& To)
+{
+    FitOperation* pSelf = OrvOwnOperation::behind<FitOperation>(pNode);
+    pSelf->RatioX = pSelf->RatioY = 1.0 / Factor;
+    pSelf->From = pSelf->To = Everywhere;
+    if (!gegl_rectangle_is_empty(&To)) {
+        pSelf->To = To;
+        const int Width = int(std::ceil(To.width / Factor)), Height = int(std::ceil(To.height / Factor));
+        pSelf->From = {int(std::floor(To.x / Factor)), int(std::floor(To.y / Factor)), Width, Height};
+    }
+    return std::max(1.0, pSelf->RatioX);
 }

@@ -226,12 +226,21 @@ double OrvLitPicture::pixelsPerThread() const
         / double(1 + std::count_if(m_Inputs.begin(), m_Inputs.end(), [](const auto& p) { return p; }));
 }
 
+void OrvLitPicture::prepareInputs(const GeglRectangle& Region, int Level) const
+{
+    for (const OrvPicture::Pointer& pInput : m_Inputs) {
+        if (pInput && Level > 0)
+            OrvPictureProgram::prepare(pInput, Region, Level);
+    }
+}
+
 void OrvLitPicture::renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level) const
 {
     GeglBuffer* pTarget = OrvPictureProgram::target(pContext, Region, Level);
     const GeglRectangle AtLevel = OrvPictureProgram::atLevel(Region, Level);
     if (gegl_rectangle_is_empty(&AtLevel))
         return;
+    prepareInputs(AtLevel, Level);
     gegl_parallel_distribute_area(&AtLevel, pixelsPerThread(), [&](const GeglRectangle* pArea) {
         Share Work(*this, Level);
         GeglBufferIterator* pIterator = gegl_buffer_iterator_new(pTarget, pArea, Level,
@@ -259,6 +268,7 @@ void OrvLitPicture::renderTo(
     GeglRectangle Inside;
     if (!gegl_rectangle_intersect(&Inside, &Region, &Plane))
         return;
+    prepareInputs(Inside, Level);
     gegl_parallel_distribute_area(&Inside, pixelsPerThread(), [&](const GeglRectangle* pArea) {
         Share Work(*this, Level);
         // Blocks within columns of the engine's tiles, in which inputs are stored.

@@ -28,6 +28,7 @@ private:
 
     /// Pixels that are worth waking a thread for.
     double pixelsPerThread() const;
+    void prepareInputs(const GeglRectangle& Region, int Level) const;
 
     const OrvShadingParameters m_Given;
     const Pictures m_Inputs;

@@ -3,6 +3,7 @@
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvOperationMenu.h"
 #include "OrvDdi/Engine/OrvOperationParameters.h"
+#include "OrvDdi/Engine/OrvOperationScale.h"
 
 #include <atomic>
 
@@ -19,8 +20,10 @@ OrvOperation describe(const OrvOperationMenuEntry& Entry)
     GParamSpec** pProperties = gegl_operation_list_properties(Entry.pOperation, &Count);
     for (guint Index = 0; Index < Count; ++Index) {
         OrvOperationParameter Parameter;
-        if (OrvOperationParameters::describe(pProperties[Index], Parameter))
-            Operation.Parameters.append(Parameter);
+        if (!OrvOperationParameters::describe(pProperties[Index], Parameter))
+            continue;
+        Parameter.Measured = OrvOperationScale::measureOf(Entry.pOperation, Parameter);
+        Operation.Parameters.append(Parameter);
     }
     g_free(pProperties);
     return Operation;

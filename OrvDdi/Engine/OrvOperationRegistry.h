@@ -20,11 +20,17 @@ struct OrvOperationParameter {
     double UiGamma = 1.0; ///< above 1, sliders give small values more room
     int Decimals = 3;
     QString Unit; ///< "pixel-distance", "degree", ... or empty
+    /// In pixels of a tile of OrvOperation::ReferenceEdge: lengths and places, how often something comes back within a
+    /// length, what grows as a square's area does.
+    enum Measure { Unmeasured, Length, Frequency, Area };
+    Measure Measured = Unmeasured;
     QStringList Choices, ChoiceLabels; ///< enumerations: nicks and what is shown
 };
 
 /// One operation that can be a layer.
 struct OrvOperation {
+    /// What an operation measures in pixels is meant for tiles of this edge, and looks the same on others.
+    static constexpr int ReferenceEdge = 2048;
     QString Name; ///< the engine's name, stored in projects
     QString MenuPath; ///< key of the layer node type: "Filter/Blur/Gaussian Blur", "Procedural/Noise/Cell Noise"
     QString Description;

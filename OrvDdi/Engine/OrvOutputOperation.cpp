@@ -84,13 +84,15 @@ gboolean process(GeglOperation* pOperation, GeglOperationContext* pContext, cons
     const OrvPicture::Pointer pPicture = OrvPicture::of(pInput);
     const bool IsDescription
         = pPicture->kind() == OrvPicture::Blend || pPicture->kind() == OrvPicture::Uniform;
+    const bool NeedsProgram
+        = IsDescription || (pPicture->kind() == OrvPicture::Pixels && !pPicture->isReadableAt(Level));
     const bool PassesDescriptions
         = !IsCropped && (pSelf->Deferred || OrvDelivery::isTarget(pOperation->node));
-    if (pSelf->Cached || (IsDescription && !PassesDescriptions)) {
+    if (pSelf->Cached || (NeedsProgram && !PassesDescriptions)) {
         OrvPictureProgram(pPicture).renderOutput(pContext, *pRegion, Level);
         return TRUE;
     }
-    if (IsDescription || !IsCropped
+    if (NeedsProgram || !IsCropped
         || gegl_rectangle_contains(&pSelf->Extent, gegl_buffer_get_extent(GEGL_BUFFER(pInput)))) {
         gegl_operation_context_set_object(pContext, "output", pInput);
         return TRUE;
@@ -136,6 +138,11 @@ bool OrvOutputOperation::keepsFullScale(GeglNode* pNode)
 void OrvOutputOperation::setExtent(GeglNode* pNode, const GeglRectangle& Extent)
 {
     OrvOwnOperation::behind<OutputOperation>(pNode)->Extent = Extent;
+}
+
+GeglRectangle OrvOutputOperation::extent(GeglNode* pNode)
+{
+    return OrvOwnOperation::behind<OutputOperation>(pNode)->Extent;
 }
 
 void OrvOutputOperation::setCached(GeglNode* pNode, bool Cached)

@@ -13,6 +13,7 @@ void registerType();
 bool passesOn(GeglNode* pNode);
 /// An empty extent lifts the crop.
 void setExtent(GeglNode* pNode, const GeglRectangle& Extent);
+GeglRectangle extent(GeglNode* pNode);
 /// Computes reduced views from the result at full scale.
 void setFullScale(GeglNode* pNode, bool FullScale);
 void setCached(GeglNode* pNode, bool Cached);

@@ -39,6 +39,16 @@ Operation* behind(GeglNode* pNode)
     return static_cast<Operation*>(static_cast<void*>(gegl_node_get_gegl_operation(pNode)));
 }
 
+/// A node that keeps nothing until it is told to.
+inline GeglNode* newNode(const char* pOperation)
+{
+    GeglNode* pNode = gegl_node_new();
+    // Before the operation, because operations made of others hand it on to them.
+    g_object_set(pNode, "dont-cache", TRUE, nullptr);
+    gegl_node_set(pNode, "operation", pOperation, nullptr);
+    return pNode;
+}
+
 /// Whether the engine keeps what the node has computed.
 inline void setKept(GeglNode* pNode, bool Kept)
 {

@@ -1,5 +1,7 @@
 #include "OrvDdi/Engine/OrvPicture.h"
 
+#include "OrvDdi/Image/OrvBufferContent.h"
+
 #include <algorithm>
 
 namespace {
@@ -62,6 +64,11 @@ OrvPicture::~OrvPicture()
         Pointer pBelow = std::move(const_cast<OrvPicture*>(pNext.get())->m_pBase);
         pNext = std::move(pBelow);
     }
+}
+
+bool OrvPicture::isReadableAt(int Level) const
+{
+    return m_Kind == Pixels && (Level == 0 || !OrvBufferContent::of(m_pBuffer));
 }
 
 GeglBuffer* OrvPicture::carrier(const Pointer& pPicture)

@@ -35,6 +35,10 @@ public:
     const Pointer& mask() const { return m_pMask; }
     const OrvLitPicture& litPicture() const { return *m_pLit; }
 
+    /// Whoever reads the buffer by the engine's own means finds the right pixels at a mipmap level. Images do not
+    /// have theirs there (see OrvBufferContent); an OrvPictureProgram finds them.
+    bool isReadableAt(int Level) const;
+
     /// A buffer without pixels that carries the description from one operation to the next. The caller owns
     /// it.
     static GeglBuffer* carrier(const Pointer& pPicture);

@@ -1,6 +1,8 @@
 #include "OrvDdi/Engine/OrvPictureProgram.h"
 
+#include "OrvDdi/Engine/OrvEngineRects.h"
 #include "OrvDdi/Engine/OrvPixelBabl.h"
+#include "OrvDdi/Image/OrvBufferContent.h"
 
 #include <algorithm>
 #include <cstring>
@@ -231,6 +233,56 @@ void OrvPictureProgram::Run::blend(const Step& What, float* pTarget, int Count)
 OrvPictureProgram::OrvPictureProgram(const OrvPicture::Pointer& pPicture)
     : m_pPicture(pPicture)
 {
+}
+
+bool OrvPictureProgram::holdsNothing(GeglBuffer* pBuffer) const
+{
+    const OrvBufferContent* pContent = OrvBufferContent::of(pBuffer);
+    return pContent && pContent->isEmpty(OrvEngineRects::toQt(m_Region));
+}
+
+bool OrvPictureProgram::isTransparent(const OrvPicture* pPicture) const
+{
+    for (; pPicture->kind() == OrvPicture::Blend; pPicture = pPicture->base().get()) {
+        if (!leavesBase(pPicture) && !isTransparent(pPicture->over().get()))
+            return false;
+    }
+    OrvPixelLayout Layout = OrvPixelLayout::Premultiplied;
+    switch (pPicture->kind()) {
+    case OrvPicture::Nothing:
+        return true;
+    case OrvPicture::Pixels:
+        // A scalar of zero is an opaque black.
+        return OrvPixelBabl::layoutOf(gegl_buffer_get_format(pPicture->buffer()), Layout)
+            && !orvIsScalar(Layout) && holdsNothing(pPicture->buffer());
+    case OrvPicture::Uniform:
+        return !gegl_rectangle_intersect(nullptr, &pPicture->extent(), &m_Region)
+            || std::all_of(
+                pPicture->color(), pPicture->color() + 4, [](float Value) { return Value == 0.0f; });
+    default:
+        return false;
+    }
+}
+
+bool OrvPictureProgram::isBlack(const OrvPicture* pMask) const
+{
+    if (pMask->kind() == OrvPicture::Uniform
+        && std::all_of(pMask->color(), pMask->color() + 3, [](float Value) { return Value == 0.0f; }))
+        return true;
+    return isTransparent(pMask) || (pMask->kind() == OrvPicture::Pixels && holdsNothing(pMask->buffer()));
+}
+
+bool OrvPictureProgram::leavesBase(const OrvPicture* pBlend) const
+{
+    // All blend modes leave the base as it is where the over image is transparent.
+    return (pBlend->mask() && isBlack(pBlend->mask().get()))
+        || (!pBlend->parameters().PassThrough && isTransparent(pBlend->over().get()));
+}
+
+void OrvPictureProgram::compile(const GeglRectangle& Region, int Level)
+{
+    m_Region
+        = {Region.x * (1 << Level), Region.y * (1 << Level), Region.width << Level, Region.height << Level};
     compile(m_pPicture.get(), 0);
 }
 
@@ -244,12 +296,9 @@ void OrvPictureProgram::compile(const OrvPicture* pPicture, int Register)
         Blends.push_back(pBottom);
     m_Steps.push_back({Step::Load, Register, operand(pBottom, Register), {}, nullptr});
     for (auto Blend = Blends.rbegin(); Blend != Blends.rend(); ++Blend) {
-        const OrvPicture* pMask = (*Blend)->mask().get();
-        const bool ShowsNothing = pMask && pMask->kind() == OrvPicture::Nothing;
-        const bool AddsNothing
-            = (*Blend)->over()->kind() == OrvPicture::Nothing && !(*Blend)->parameters().PassThrough;
-        if (ShowsNothing || AddsNothing)
+        if (leavesBase(*Blend))
             continue;
+        const OrvPicture* pMask = (*Blend)->mask().get();
         Operand Over = operand((*Blend)->over().get(), Register + 1);
         if (Over.Which == Operand::None) {
             // A group in pass-through mode without content: mixed with transparency.
@@ -264,6 +313,8 @@ void OrvPictureProgram::compile(const OrvPicture* pPicture, int Register)
 
 OrvPictureProgram::Operand OrvPictureProgram::operand(const OrvPicture* pPicture, int FreeRegister)
 {
+    if (isTransparent(pPicture))
+        return {};
     switch (pPicture->kind()) {
     case OrvPicture::Nothing:
     case OrvPicture::Lit:
@@ -301,9 +352,8 @@ void OrvPictureProgram::cropColors(const GeglRectangle& Region, int Level)
 {
     for (size_t Index = 0; Index < m_Colors.size(); ++Index) {
         const ColorSource Color = m_Colors[Index];
-        const GeglRectangle Whole{
-            Region.x * (1 << Level), Region.y * (1 << Level), Region.width << Level, Region.height << Level};
-        if (gegl_rectangle_contains(&Color.Extent, &Whole) || gegl_rectangle_is_infinite_plane(&Color.Extent))
+        if (gegl_rectangle_contains(&Color.Extent, &m_Region)
+            || gegl_rectangle_is_infinite_plane(&Color.Extent))
             continue;
         const std::vector<Stretch> Columns
             = covered(Region.x, Region.width, Level, Color.Extent.x, Color.Extent.width);
@@ -341,6 +391,25 @@ void OrvPictureProgram::cropColors(const GeglRectangle& Region, int Level)
     }
 }
 
+void OrvPictureProgram::reduceSources(const GeglRectangle& Region, int Level)
+{
+    for (Source& One : m_Sources) {
+        OrvBufferContent* pContent
+            = Level > 0 && !One.IsAtLevel ? OrvBufferContent::of(One.pBuffer) : nullptr;
+        if (!pContent)
+            continue;
+        One.pBuffer = pContent->atLevel(Level, OrvEngineRects::toQt(Region));
+        One.IsAtLevel = true;
+    }
+}
+
+void OrvPictureProgram::prepare(const OrvPicture::Pointer& pPicture, const GeglRectangle& Region, int Level)
+{
+    OrvPictureProgram Program(pPicture);
+    Program.compile(Region, Level);
+    Program.reduceSources(Region, Level);
+}
+
 void OrvPictureProgram::cropSources(const GeglRectangle& Region, int Level)
 {
     if (Level == 0)
@@ -369,7 +438,9 @@ void OrvPictureProgram::render(const Output& Where, const GeglRectangle& Region,
 {
     if (gegl_rectangle_is_empty(&Region))
         return;
+    compile(Region, Level);
     cropColors(Region, Level);
+    reduceSources(Region, Level);
     cropSources(Region, Level);
     // Waking a thread is worth it from some ten thousand blended pixels.
     const double PixelsPerThread = 20000.0 / double(m_Steps.size());

@@ -6,8 +6,8 @@
 #include <vector>
 
 /// A picture turned into a list of steps over short runs of pixels: every source is read once, in its own
-/// format, and nothing in between is written to memory. Made for one evaluation and run on all threads of the
-/// engine.
+/// format, and nothing in between is written to memory. What has nothing to show in the region is no step.
+/// Made for one evaluation of one region and run on all threads of the engine.
 class OrvPictureProgram {
 public:
     explicit OrvPictureProgram(const OrvPicture::Pointer& pPicture);
@@ -22,6 +22,8 @@ public:
     void renderOutput(GeglOperationContext* pContext, const GeglRectangle& Region, int Level);
     /// The region is in pixels of the mipmap level.
     void renderTo(void* pPixels, int Stride, OrvPixelLayout Layout, const GeglRectangle& Region, int Level);
+    /// Before parts of a region of a mipmap level are rendered on several threads: what they share.
+    static void prepare(const OrvPicture::Pointer& pPicture, const GeglRectangle& Region, int Level);
 
 private:
     /// What a step reads: a source's pixels, one colour, or a register that an earlier step left its result
@@ -51,17 +53,27 @@ private:
     struct Output;
     class Run;
 
+    void compile(const GeglRectangle& Region, int Level);
     void compile(const OrvPicture* pPicture, int Register);
+    /// Nothing of it is seen within the region.
+    bool isTransparent(const OrvPicture* pPicture) const;
+    /// A mask that lets nothing through.
+    bool isBlack(const OrvPicture* pMask) const;
+    bool leavesBase(const OrvPicture* pBlend) const;
+    bool holdsNothing(GeglBuffer* pBuffer) const;
     Operand operand(const OrvPicture* pPicture, int FreeRegister);
     int sourceIndex(GeglBuffer* pBuffer);
     /// A colour does not cover all of a region, or only a part of a reduced pixel.
     void cropColors(const GeglRectangle& Region, int Level);
+    /// Images tell by themselves what they look like at a level.
+    void reduceSources(const GeglRectangle& Region, int Level);
     /// Reading over the edge of a picture at a reduced level, the engine forgets the last pixels before the
     /// edge.
     void cropSources(const GeglRectangle& Region, int Level);
     void render(const Output& Where, const GeglRectangle& Region, int Level);
 
     OrvPicture::Pointer m_pPicture;
+    GeglRectangle m_Region = {}; ///< in pixels of the whole picture
     std::vector<Step> m_Steps;
     std::vector<Source> m_Sources;
     std::vector<ColorSource> m_Colors;

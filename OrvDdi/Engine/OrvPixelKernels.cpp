@@ -76,5 +76,10 @@ int orvBytesPerPixel(OrvPixelLayout Layout)
         return 16;
     const int Index = int(Layout);
     const int BytesPerComponent = 1 << (Index / 4);
-    return BytesPerComponent * (Index & 2 ? 1 : 4);
+    return BytesPerComponent * (orvIsScalar(Layout) ? 1 : 4);
+}
+
+bool orvIsScalar(OrvPixelLayout Layout)
+{
+    return isScalar(Layout);
 }

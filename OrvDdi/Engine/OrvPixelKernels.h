@@ -23,6 +23,7 @@ enum class OrvPixelLayout : unsigned char {
 
 ORVDDI_EXPORT OrvPixelLayout orvPixelLayout(const OrvPixelFormat& Format);
 ORVDDI_EXPORT int orvBytesPerPixel(OrvPixelLayout Layout);
+ORVDDI_EXPORT bool orvIsScalar(OrvPixelLayout Layout);
 
 /// The inner loops over pixels: conversions and blending, for runs of pixels that lie in a row. Blending and
 /// buffers share them. One set is compiled for any machine, one for machines with AVX2, FMA and F16C; best()

@@ -13,6 +13,7 @@ namespace {
 struct BufferOperation {
     GeglOperationSource Parent;
     GeglBuffer* pBuffer;
+    bool Deferred;
 };
 
 struct BufferOperationClass {
@@ -39,12 +40,20 @@ GeglRectangle bufferBoundingBox(GeglOperation* pOperation)
     return pBuffer ? *gegl_buffer_get_extent(pBuffer) : GeglRectangle{};
 }
 
-gboolean bufferProcess(
-    GeglOperation* pOperation, GeglOperationContext* pContext, const char*, const GeglRectangle*, int)
+gboolean bufferProcess(GeglOperation* pOperation, GeglOperationContext* pContext, const char*,
+    const GeglRectangle* pRegion, int Level)
 {
-    GeglBuffer* pBuffer = bufferInstance(pOperation)->pBuffer;
+    const BufferOperation* pSelf = bufferInstance(pOperation);
+    GeglBuffer* pBuffer = pSelf->pBuffer;
     if (!pBuffer)
         return FALSE;
+    if (Level > 0 && !pSelf->Deferred && !OrvDelivery::isTarget(pOperation->node)) {
+        const OrvPicture::Pointer pPicture = OrvPicture::pixels(pBuffer);
+        if (!pPicture->isReadableAt(Level)) {
+            OrvPictureProgram(pPicture).renderOutput(pContext, *pRegion, Level);
+            return TRUE;
+        }
+    }
     // Later steps must not compute in place in what is the document's.
     gegl_object_set_has_forked(G_OBJECT(pBuffer));
     gegl_operation_context_set_object(pContext, "output", G_OBJECT(pBuffer));
@@ -144,7 +153,12 @@ void OrvSourceOperations::setUniform(GeglNode* pNode, const float* pColor, const
     pSelf->Extent = Extent;
 }
 
-void OrvSourceOperations::setDeferred(GeglNode* pNode, bool Deferred)
+void OrvSourceOperations::setBufferDeferred(GeglNode* pNode, bool Deferred)
+{
+    OrvOwnOperation::behind<BufferOperation>(pNode)->Deferred = Deferred;
+}
+
+void OrvSourceOperations::setUniformDeferred(GeglNode* pNode, bool Deferred)
 {
     OrvOwnOperation::behind<UniformOperation>(pNode)->Deferred = Deferred;
 }

@@ -15,7 +15,8 @@ void registerTypes();
 void setBuffer(GeglNode* pNode, GeglBuffer* pBuffer);
 /// Four floats, linear, premultiplied.
 void setUniform(GeglNode* pNode, const float* pColor, const GeglRectangle& Extent);
-/// Whether whoever reads a uniform node understands descriptions (see OrvPicture).
-void setDeferred(GeglNode* pNode, bool Deferred);
+/// Whether whoever reads the node understands descriptions (see OrvPicture).
+void setBufferDeferred(GeglNode* pNode, bool Deferred);
+void setUniformDeferred(GeglNode* pNode, bool Deferred);
 
 } // namespace OrvSourceOperations

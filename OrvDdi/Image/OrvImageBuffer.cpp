@@ -3,6 +3,7 @@
 #include "OrvDdi/Engine/OrvEngine.h"
 #include "OrvDdi/Engine/OrvEngineRects.h"
 #include "OrvDdi/Engine/OrvPixelBabl.h"
+#include "OrvDdi/Image/OrvBufferContent.h"
 #include "OrvDdi/Image/OrvColor.h"
 
 #include <algorithm>
@@ -12,12 +13,14 @@ struct OrvImageBuffer::Pixels {
     GeglBuffer* pBuffer;
     OrvPixelFormat Format;
     QRect Extent;
+    OrvBufferContent& Content;
 
     /// Takes over the caller's reference.
     Pixels(GeglBuffer* pOwned, const OrvPixelFormat& PixelFormat, const QRect& Rect)
         : pBuffer(pOwned)
         , Format(PixelFormat)
         , Extent(Rect)
+        , Content(OrvBufferContent::attachTo(pOwned))
     {
     }
     Pixels(const Pixels&) = delete;
@@ -129,6 +132,7 @@ OrvImageBuffer OrvImageBuffer::snapshot() const
     if (m_Pixels) {
         const OrvEngine::Lock Lock;
         Copy.m_Pixels = std::make_shared<Pixels>(gegl_buffer_dup(handle()), format(), extent());
+        Copy.m_Pixels->Content.willCopy(m_Pixels->Content, extent());
     }
     return Copy;
 }
@@ -139,6 +143,11 @@ OrvImageBuffer OrvImageBuffer::converted(const OrvPixelFormat& Format) const
         return snapshot();
     const OrvEngine::Lock Lock;
     OrvImageBuffer Result(extent(), Format);
+    // A scalar of zero is an opaque black.
+    if (format().Kind == OrvPixelFormat::Scalar && Format.Kind == OrvPixelFormat::Rgba)
+        Result.m_Pixels->Content.willFill(extent(), false);
+    else if (!Result.m_Pixels->Content.willCopy(m_Pixels->Content, extent()))
+        return Result;
     const Converter Convert(format(), Format);
     const GeglRectangle Whole = OrvEngineRects::toEngine(extent());
     gegl_parallel_distribute_area(&Whole, PixelsPerThread, [&](const GeglRectangle* pArea) {
@@ -194,6 +203,11 @@ void OrvImageBuffer::write(const QRect& Region, const OrvPixelFormat& Format, co
         + qsizetype(Inside.x() - Region.x()) * Format.bytesPerPixel();
 
     const OrvEngine::Lock Lock;
+    const bool BecomesOpaque = Format.Kind == OrvPixelFormat::Scalar && format().Kind == OrvPixelFormat::Rgba;
+    if (BecomesOpaque)
+        m_Pixels->Content.willFill(Inside, false);
+    else if (!m_Pixels->Content.willWrite(Inside, pSource, Format.bytesPerPixel(), Step))
+        return;
     if (Format == format()) {
         const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
         gegl_buffer_set(handle(), &Rect, 0, bablFormat(Format), pSource, int(Step));
@@ -220,6 +234,11 @@ void OrvImageBuffer::fill(const OrvColor& Color, const QRect& Region)
     char Pixel[16];
     OrvPixelKernels::best().narrowStraight(orvPixelLayout(format()), Stored.components(), 1, Pixel);
     const OrvEngine::Lock Lock;
+    const char* pEnd = Pixel + format().bytesPerPixel();
+    const bool WithZeros
+        = std::all_of(static_cast<const char*>(Pixel), pEnd, [](char Byte) { return Byte == 0; });
+    if (!m_Pixels->Content.willFill(Inside, WithZeros))
+        return;
     const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
     gegl_buffer_set_color_from_pixel(handle(), &Rect, Pixel, bablFormat(format()));
 }
@@ -230,6 +249,8 @@ void OrvImageBuffer::copyFrom(const OrvImageBuffer& Source, const QRect& Region)
     if (Inside.isEmpty())
         return;
     const OrvEngine::Lock Lock;
+    if (!m_Pixels->Content.willCopy(Source.m_Pixels->Content, Inside))
+        return;
     const GeglRectangle Rect = OrvEngineRects::toEngine(Inside);
     gegl_buffer_copy(Source.handle(), &Rect, GEGL_ABYSS_NONE, handle(), &Rect);
 }
