@@ -1,5 +1,6 @@
 #include "OrvCore/Channels/OrvChannelFlattening.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
@@ -94,7 +95,8 @@ bool OrvChannelFlattening::flatten(OrvShaderInput* pChannel)
     OrvSnBaseNode* pNode = pChannel->node();
     const OrvUdimLayout Layout = pChannel->layout();
     const OrvPixelFormat Format = pChannel->paintFormat();
-    const OrvImageBuffer Pixels = OrvLayerRendering::renderInput(pNode, OrvSnNames::Input, Layout, Format);
+    const OrvImageBuffer Pixels = OrvLayerRendering::renderInput(
+        pNode, OrvSnNames::Input, Layout, Format, OrvChannelSpace::storedIn(pChannel));
     if (Pixels.isNull())
         return false;
 

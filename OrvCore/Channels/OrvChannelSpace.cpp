@@ -5,11 +5,10 @@
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Network/OrvInputStep.h"
-#include "OrvCore/Network/OrvSnBakePointNode.h"
-#include "OrvCore/Network/OrvSnGraphNode.h"
-#include "OrvCore/Network/OrvSnGraphOutputNode.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Network/OrvShaderNetwork.h"
+#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
-#include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
@@ -22,84 +21,162 @@
 namespace {
 
 /// Says once that a channel's space is none that can be converted.
-void tellLost(const OrvSnShaderInputNode* pChannel)
+void tellLost(const QString& Space, const QString& Text)
 {
     static QSet<QString> Told;
-    const QString Space = pChannel->storedColorSpace();
     if (Told.contains(Space))
         return;
     Told.insert(Space);
-    const QString Text = QCoreApplication::translate("OrvChannelSpace",
-        "The color space '%1' of '%2' is not available; its values are taken for linear light")
-                             .arg(Space, pChannel->name());
     // Whoever is being evaluated is not to be disturbed.
     QMetaObject::invokeMethod(
         &OrvLayerManager::instance(), [Text] { Q_EMIT OrvLayerManager::instance().refused(Text); },
         Qt::QueuedConnection);
 }
 
-/// Of a channel, or of what has a space of its own.
-QString spaceOf(const OrvSnBaseNode* pNode)
+bool isLost(const QString& Space, const QString& Computed)
 {
-    const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode);
-    if (!pChannel) {
-        const QString Kept = OrvChannelSpace::keptSpace(pNode);
-        return Kept.isEmpty() ? OrvColorManager::linear() : OrvColorManager::computedSpace(Kept);
-    }
+    return Computed != Space && Space != OrvColorManager::srgb();
+}
+
+/// In which space a channel's images are; linear for none.
+QString storedIn(const OrvSnShaderInputNode* pChannel)
+{
+    if (!pChannel)
+        return OrvColorManager::linear();
     const QString Stored = pChannel->storedColorSpace();
     const QString Computed = OrvColorManager::computedSpace(Stored);
-    if (Computed != Stored && Stored != OrvColorManager::srgb())
-        tellLost(pChannel);
+    if (isLost(Stored, Computed))
+        tellLost(Stored,
+            QCoreApplication::translate("OrvChannelSpace",
+                "The color space '%1' of '%2' is not available; its values are taken for linear light")
+                .arg(Stored, pChannel->name()));
     return Computed;
 }
 
-/// Where the pixels of a result come from when they have a space of their own; else null.
-const OrvSnBaseNode* originWithSpace(const OrvSnBaseNode* pNode)
+/// In which space a channel's layers are blended; linear for none.
+QString workingIn(const OrvSnShaderInputNode* pChannel)
 {
-    while (pNode) {
+    if (!pChannel)
+        return OrvColorManager::linear();
+    const QString Working = pChannel->workingColorSpace();
+    const QString Computed = OrvColorManager::computedSpace(Working);
+    if (isLost(Working, Computed))
+        tellLost(Working,
+            QCoreApplication::translate("OrvChannelSpace",
+                "The color space '%1' of '%2' is not available; its layers are blended in linear light")
+                .arg(Working, pChannel->name()));
+    // Numbers that mean no colour are blended as they are stored, and so is what is to be blended as numbers.
+    const QString Stored = storedIn(pChannel);
+    return OrvColorManager::isIdentity(Stored, Computed) ? Stored : Computed;
+}
+
+/// Where the pixels of a result come from when they are no layer's: images, or what has a space of its own.
+/// Null else, and for what adjustments make of images, which they read as everything around them does.
+const OrvSnBaseNode* originOf(const OrvSnBaseNode* pNode)
+{
+    bool Adjusted = false;
+    while (pNode && !qobject_cast<const OrvSnMergeNode*>(pNode)) {
+        const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode);
         if (qobject_cast<const OrvSnShaderInputNode*>(pNode) || qobject_cast<const OrvSnShaderNode*>(pNode)
-            || qobject_cast<const OrvSnCustomProceduralNode*>(pNode))
+            || qobject_cast<const OrvSnCustomProceduralNode*>(pNode)
+            || (pOperation && pOperation->isProcedural()))
             return pNode;
         if (pNode->imageSet()) // of paint, or baked as paint is stored
-            return OrvChannelSpace::keptSpace(pNode).isEmpty() ? nullptr : pNode;
-        if (const auto* pOperation = qobject_cast<const OrvSnOperationNode*>(pNode)) {
-            if (pOperation->isProcedural())
-                return pNode;
-        } else if (const auto* pGraph = qobject_cast<const OrvSnGraphNode*>(pNode)) {
-            pNode = pGraph->outputNode();
-            continue;
-        } else if (!qobject_cast<const OrvSnPassNode*>(pNode) && !qobject_cast<const OrvSnGraphOutputNode*>(pNode)
-            && !qobject_cast<const OrvSnBakePointNode*>(pNode)) {
+            return Adjusted ? nullptr : pNode;
+        const OrvSnBaseNode* pShown = OrvNodeEvaluation::standIn(pNode);
+        if (pShown == pNode && !pOperation)
             return nullptr;
-        }
-        pNode = pNode->preferredInputNode();
+        Adjusted |= pShown == pNode;
+        pNode = pShown == pNode ? pNode->preferredInputNode() : pShown;
     }
     return nullptr;
 }
 
-bool isMask(const OrvSnBaseNode* pNode)
+/// The channel whose colours a node yields; null in masks and outside channels. Of several that show the same
+/// layers always the same one, in whichever order they came to do so.
+const OrvSnShaderInputNode* channelAround(const OrvSnBaseNode* pNode)
 {
-    const QVector<OrvChainTargets::Target>& Targets = OrvChainTargets::of(pNode).Targets;
-    return !Targets.isEmpty() && OrvChainTargets::isWithinMask(Targets.first());
+    // What a custom procedural is made of knows no channel.
+    if (pNode && pNode->network()
+        && qobject_cast<const OrvSnCustomProceduralNode*>(pNode->network()->container()))
+        return nullptr;
+    const OrvSnShaderInputNode* pChosen = nullptr;
+    const auto consider = [&pChosen](const OrvSnShaderInputNode* pChannel) {
+        if (pChannel && (!pChosen || pChannel->uuidString() < pChosen->uuidString()))
+            pChosen = pChannel;
+    };
+    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNode).Targets;
+    for (const OrvChainTargets::Target& Target : Targets) {
+        consider(qobject_cast<const OrvSnShaderInputNode*>(Target.pNode));
+        if (Target.InputName == OrvSnNames::Mask)
+            continue;
+        for (const OrvSnMergeNode* pLayer : OrvChainTargets::owners(Target))
+            consider(channelAround(pLayer));
+    }
+    return pChosen;
+}
+
+/// The channel whose colours a node takes in. Light is computed in one space, whatever the channels are in.
+const OrvSnShaderInputNode* channelOfReader(const OrvSnBaseNode* pReader)
+{
+    if (qobject_cast<const OrvSnShaderNode*>(pReader))
+        return nullptr;
+    const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pReader);
+    return pChannel ? pChannel : channelAround(pReader);
+}
+
+/// The space of what comes from there when it is read in a channel, or in none.
+QString spaceOfOrigin(const OrvSnBaseNode* pOrigin, const OrvSnShaderInputNode* pReadIn)
+{
+    if (const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pOrigin))
+        return workingIn(pChannel);
+    if (!pOrigin->imageSet())
+        return OrvColorManager::linear();
+    const QString Kept = OrvChannelSpace::keptSpace(pOrigin);
+    return Kept.isEmpty() ? storedIn(pReadIn) : OrvColorManager::computedSpace(Kept);
+}
+
+void convert(const QString& From, const QString& To, OrvInputStep& Step)
+{
+    if (OrvColorManager::isIdentity(From, To))
+        return;
+    Step.FromSpace = From;
+    Step.ToSpace = To;
 }
 
 } // namespace
 
 QString OrvChannelSpace::ofChannel(const OrvShaderInput* pChannel)
 {
-    return spaceOf(pChannel ? pChannel->node() : nullptr);
+    return workingIn(pChannel ? pChannel->channelNode() : nullptr);
 }
 
 QString OrvChannelSpace::ofNode(const OrvSnBaseNode* pNode)
 {
-    if (const OrvSnBaseNode* pOrigin = originWithSpace(pNode))
-        return spaceOf(pOrigin);
-    return around(pNode);
+    const OrvSnBaseNode* pOrigin = originOf(pNode);
+    if (!pOrigin)
+        return around(pNode);
+    return spaceOfOrigin(pOrigin, pOrigin->imageSet() ? channelAround(pNode) : nullptr);
 }
 
 QString OrvChannelSpace::around(const OrvSnBaseNode* pNode)
 {
-    return isMask(pNode) ? OrvColorManager::linear() : spaceOf(OrvChainTargets::channel(pNode));
+    return workingIn(channelAround(pNode));
+}
+
+QString OrvChannelSpace::ofInput(const OrvSnBaseNode* pReader, const QString& InputName)
+{
+    return InputName == OrvSnNames::Mask ? OrvColorManager::linear() : workingIn(channelOfReader(pReader));
+}
+
+QString OrvChannelSpace::storedIn(const OrvShaderInput* pChannel)
+{
+    return ::storedIn(pChannel ? pChannel->channelNode() : nullptr);
+}
+
+QString OrvChannelSpace::storedAround(const OrvSnBaseNode* pNode)
+{
+    return ::storedIn(channelAround(pNode));
 }
 
 QString OrvChannelSpace::ofImages(const OrvImageSet& Images)
@@ -126,22 +203,24 @@ void OrvChannelSpace::keepSpace(OrvSnBaseNode* pImageNode, const QString& Space)
     pImageNode->createUserAttribute(Attribute);
 }
 
-void OrvChannelSpace::describeStep(const OrvSnBaseNode* pSource, const QString& ReaderSpace, OrvInputStep& Step)
+void OrvChannelSpace::describeStep(
+    const OrvSnBaseNode* pReader, const QString& InputName, const OrvSnBaseNode* pSource, OrvInputStep& Step)
 {
-    const OrvSnBaseNode* pOrigin = originWithSpace(pSource);
-    const QString Space = spaceOf(pOrigin);
-    if (!pOrigin || OrvColorManager::isIdentity(Space, ReaderSpace))
+    const OrvSnBaseNode* pOrigin = originOf(pSource);
+    if (InputName == OrvSnNames::Mask) {
+        // What images of paint hold is taken for numbers, unless it is known what they mean.
+        if (pOrigin && !(pOrigin->imageSet() && keptSpace(pOrigin).isEmpty()))
+            convert(spaceOfOrigin(pOrigin, nullptr), OrvColorManager::linear(), Step);
         return;
-    Step.FromSpace = Space;
-    Step.ToSpace = ReaderSpace;
-}
-
-void OrvChannelSpace::describeMergeStep(
-    const OrvSnBaseNode* pMerge, const QString& InputName, const OrvSnBaseNode* pSource, OrvInputStep& Step)
-{
-    // Where the reader stands is asked for few: layers of images, and groups, have no origin.
-    if (!originWithSpace(pSource))
+    }
+    // Adjustments work in the space of what they adjust, but for images.
+    if (pOrigin && !pOrigin->imageSet() && qobject_cast<const OrvSnOperationNode*>(pReader))
         return;
-    describeStep(
-        pSource, InputName == OrvSnNames::Mask ? OrvColorManager::linear() : around(pMerge), Step);
+    if (pOrigin) {
+        const OrvSnShaderInputNode* pChannel = channelOfReader(pReader);
+        convert(spaceOfOrigin(pOrigin, pChannel), workingIn(pChannel), Step);
+    } else if (InputName == OrvSnNames::Over && OrvChainTargets::of(pSource).Targets.size() > 1) {
+        // Layers that several channels show are blended as one of them does.
+        convert(around(pSource), around(pReader), Step);
+    }
 }

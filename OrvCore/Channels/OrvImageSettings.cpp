@@ -15,7 +15,7 @@ OrvImageSettings OrvImageSettings::ofChannel(const OrvShaderInput* pChannel)
         ? pChannel->maskFormat()
         : OrvPixelFormat{GL_UNSIGNED_BYTE, OrvPixelFormat::Scalar, OrvPixelFormat::Linear};
     if (Settings.Paint.Curve == OrvPixelFormat::Linear)
-        Settings.PaintSpace = OrvChannelSpace::ofChannel(pChannel);
+        Settings.PaintSpace = OrvChannelSpace::storedIn(pChannel);
     return Settings;
 }
 

@@ -1,6 +1,8 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnNames.h"
 
@@ -121,17 +123,29 @@ QString OrvSnShaderInputNode::storedColorSpace() const
     return m_StoredColorSpace;
 }
 
-void OrvSnShaderInputNode::applyUserAttributeRemoval(const QString& Name)
+QString OrvSnShaderInputNode::workingColorSpace() const
+{
+    if (m_WorkingColorSpace.isEmpty())
+        m_WorkingColorSpace = storedConfig(ColorSpaceAttribute).colorSpace(OrvColorSpaceConfig::WorkingSpace);
+    return m_WorkingColorSpace;
+}
+
+void OrvSnShaderInputNode::forgetSettings()
 {
     m_Layout = OrvUdimLayout();
     m_StoredColorSpace.clear();
+    m_WorkingColorSpace.clear();
+}
+
+void OrvSnShaderInputNode::applyUserAttributeRemoval(const QString& Name)
+{
+    forgetSettings();
     OrvSnBaseNode::applyUserAttributeRemoval(Name);
 }
 
 void OrvSnShaderInputNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
 {
-    m_Layout = OrvUdimLayout();
-    m_StoredColorSpace.clear();
+    forgetSettings();
     OrvSnBaseNode::applyUserAttribute(Attribute);
     if (network()
         && (Attribute.name() == SizeAttribute || Attribute.name() == TilesAttribute
@@ -147,6 +161,11 @@ std::unique_ptr<OrvEngineNode> OrvSnShaderInputNode::createEngineNode() const
 QStringList OrvSnShaderInputNode::enginePadInputs() const
 {
     return {OrvSnNames::Input};
+}
+
+void OrvSnShaderInputNode::describeInputStep(const QString& InputName, OrvInputStep& Step) const
+{
+    OrvChannelSpace::describeStep(this, InputName, inputNode(InputName), Step);
 }
 
 #include "moc_OrvSnShaderInputNode.cpp"

@@ -36,8 +36,9 @@ public:
     QString fileSpace() const;
     /// What one of the two colour space attributes says; the automatic spaces of the depth while it is empty.
     OrvColorSpaceConfig storedConfig(const QString& AttributeName) const;
-    /// The name of the space in which colours are stored, usable or not.
+    /// The names of the spaces in which colours are stored and blended, usable or not.
     QString storedColorSpace() const;
+    QString workingColorSpace() const;
 
     OrvShaderInput* shaderInput() const { return m_pShaderInput; }
 
@@ -50,11 +51,14 @@ protected:
     void applyUserAttributeRemoval(const QString& Name) override;
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     QStringList enginePadInputs() const override;
+    void describeInputStep(const QString& InputName, OrvInputStep& Step) const override;
 
 private:
+    void forgetSettings();
+
     friend class OrvShaderInputManager;
     OrvShaderInput* m_pShaderInput = nullptr;
     /// What size and tiles say, once somebody has asked: each edit asks every channel.
     mutable OrvUdimLayout m_Layout;
-    mutable QString m_StoredColorSpace; ///< likewise; empty until then
+    mutable QString m_StoredColorSpace, m_WorkingColorSpace; ///< likewise; empty until then
 };

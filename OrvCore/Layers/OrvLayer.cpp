@@ -96,6 +96,7 @@ void OrvLayer::setColor(const QColor& Color)
 {
     const QString Tag
         = Color.isValid() ? OrvLayerUtils::validLayerColors().key(Color, Color.name()) : QString();
+    const OrvUndoManager::AutoMacro Macro(tr("Set Color of '%1'").arg(name()));
     commonNode()->setUserAttributeValue(OrvMergeAttributes::ColorTag, Tag);
 }
 

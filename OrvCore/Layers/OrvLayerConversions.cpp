@@ -2,6 +2,7 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvEditObstacle.h"
@@ -43,6 +44,7 @@ void OrvLayer::replacePaint(const OrvImageBuffer& Pixels)
     if (isPaintComponentShared()) {
         pNew = OrvChainEditing::addImageNode(
             m_pBlendNode->network(), Layout, Format, OrvColor::clear(), pPaint->name(), pPaint, 0, 1, Pixels);
+        OrvChannelSpace::keepSpace(pNew, OrvChannelSpace::keptSpace(pPaint));
     } else {
         pPaint->replaceImages(Layout, Format, OrvColor::clear(), Pixels);
     }
@@ -60,7 +62,8 @@ bool OrvLayer::convertAdjustmentStackToImageSet()
     if (!hasAdjustmentStack() || !isPaintableLayer())
         return refuse(tr("'%1' has no adjustment stack, or no paint to bake it into").arg(name()));
     const OrvImageBuffer Pixels = OrvLayerRendering::renderInput(m_pBlendNode, OrvSnNames::Over,
-        OrvImageSettings::ofLayer(m_pBlendNode).Layout, paintImageSet()->format());
+        OrvImageSettings::ofLayer(m_pBlendNode).Layout, paintImageSet()->format(),
+        OrvChannelSpace::ofNode(paintNode()));
     if (Pixels.isNull())
         return false;
     const OrvUndoManager::AutoMacro Macro(tr("Bake Adjustment Stack : %1").arg(name()));
@@ -79,7 +82,8 @@ bool OrvLayer::convertPayloadToImageSet()
     if (!isProceduralLayer() && !isCustomProceduralLayer() && !isGraphLayer())
         return refuse(tr("'%1' is no procedural and no graph").arg(name()));
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);
-    const OrvImageBuffer Pixels = OrvLayerRendering::render(contentNode(), Settings.Layout, Settings.Paint);
+    const OrvImageBuffer Pixels = OrvLayerRendering::render(
+        contentNode(), Settings.Layout, Settings.Paint, OrvChannelSpace::storedAround(m_pBlendNode));
     if (Pixels.isNull())
         return false;
     OrvUndoManager::AutoMacro Macro(tr("Convert To Paintable : %1").arg(name()));

@@ -47,12 +47,14 @@ void OrvLayerDirtyNodes::forget(OrvSnBaseNode* pNode)
 {
     m_Nodes.remove(pNode);
     m_Contents.remove(pNode);
+    m_Held.remove(pNode);
 }
 
 QSet<OrvSnBaseNode*> OrvLayerDirtyNodes::take()
 {
     const QHash<OrvSnBaseNode*, Reach> Dirty = std::exchange(m_Nodes, {});
     const QSet<OrvSnBaseNode*> Contents = std::exchange(m_Contents, {});
+    const QSet<OrvSnBaseNode*> Held = std::exchange(m_Held, {});
     QSet<OrvSnBaseNode*> Seen;
     QVector<OrvSnBaseNode*> Pending;
     const auto visit = [&](OrvSnBaseNode* pNode) {
@@ -87,6 +89,10 @@ QSet<OrvSnBaseNode*> OrvLayerDirtyNodes::take()
             for (OrvSnMergeNode* pOwner : OrvChainTargets::owners(Target))
                 Seen.insert(pOwner);
         }
+    }
+    for (const OrvSnBaseNode* pNode : Held) {
+        for (OrvSnBaseNode* pHolder : OrvChainTargets::containers(pNode))
+            Seen.insert(pHolder);
     }
     return Seen;
 }

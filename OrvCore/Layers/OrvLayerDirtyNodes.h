@@ -19,13 +19,15 @@ public:
     void noteMoved(OrvSnBaseNode* pNewInputNode, OrvSnBaseNode* pOldInputNode);
     /// Layers share the node, or shared it until now; null is none.
     void noteContent(OrvSnBaseNode* pNode);
+    /// The node costs more or less to compute, and so do all that hold it.
+    void noteHolders(OrvSnBaseNode* pNode) { m_Held.insert(pNode); }
     /// It leaves its network.
     void forget(OrvSnBaseNode* pNode);
 
-    bool isEmpty() const { return m_Nodes.isEmpty() && m_Contents.isEmpty(); }
+    bool isEmpty() const { return m_Nodes.isEmpty() && m_Contents.isEmpty() && m_Held.isEmpty(); }
     QSet<OrvSnBaseNode*> take();
 
 private:
     QHash<OrvSnBaseNode*, Reach> m_Nodes;
-    QSet<OrvSnBaseNode*> m_Contents;
+    QSet<OrvSnBaseNode*> m_Contents, m_Held;
 };

@@ -2,6 +2,7 @@
 
 #include "OrvCore/Layers/OrvLayer.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvLayerClipboard.h"
@@ -66,8 +67,11 @@ bool OrvLayer::isMaskEnabled() const
 
 void OrvLayer::setMaskEnabled(bool Enabled)
 {
-    if (hasMask() && checkModifiable())
-        commonNode()->setUserAttributeValue(OrvMergeAttributes::MaskEnabled, Enabled);
+    if (!hasMask() || !checkModifiable())
+        return;
+    const OrvUndoManager::AutoMacro Macro(
+        (Enabled ? tr("Enable Mask of '%1'") : tr("Disable Mask of '%1'")).arg(name()));
+    commonNode()->setUserAttributeValue(OrvMergeAttributes::MaskEnabled, Enabled);
 }
 
 bool OrvLayer::checkTakesMask() const
@@ -219,7 +223,7 @@ bool OrvLayer::convertMaskToImageSet()
         return refuse(tr("'%1' has no mask stack and no procedural mask").arg(name()));
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(m_pBlendNode);
     const OrvImageBuffer Pixels
-        = OrvLayerRendering::renderInput(m_pBlendNode, OrvSnNames::Mask, Settings.Layout, Settings.Mask);
+        = OrvLayerRendering::renderMask(m_pBlendNode, Settings.Layout, Settings.Mask);
     if (Pixels.isNull())
         return false;
     OrvUndoManager::AutoMacro Macro(tr("Convert To Paintable Mask : %1").arg(name()));
@@ -246,8 +250,9 @@ bool OrvLayer::applyMask()
         return refuse(tr("'%1' has no mask, or no paint to bake it into").arg(name()));
     if (isMultiChannelLayer())
         return refuse(tr("The mask of '%1' is seen in other channels too, which would lose it").arg(name()));
-    const OrvImageBuffer Pixels = OrvLayerRendering::renderMasked(
-        m_pBlendNode, OrvImageSettings::ofLayer(m_pBlendNode).Layout, paintImageSet()->format());
+    const OrvImageBuffer Pixels
+        = OrvLayerRendering::renderMasked(m_pBlendNode, OrvImageSettings::ofLayer(m_pBlendNode).Layout,
+            paintImageSet()->format(), OrvChannelSpace::ofNode(paintNode()));
     if (Pixels.isNull())
         return false;
     const OrvUndoManager::AutoMacro Macro(tr("Bake Mask : %1").arg(name()));

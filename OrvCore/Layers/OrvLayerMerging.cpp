@@ -2,6 +2,7 @@
 
 #include "OrvCore/Layers/OrvLayerStack.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvEditObstacle.h"
@@ -16,6 +17,11 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Image/OrvImageSet.h"
+
+#include <QtCore/QStringList>
+#include <QtGui/QColor>
+
+#include <algorithm>
 
 namespace {
 
@@ -34,9 +40,40 @@ OrvImageBuffer renderTogetherWithBelow(OrvSnMergeNode* pGroup, const OrvImageSet
     const bool WasVisible = pGroup->enabledAsBool();
     pGroup->setEnabledAsBool(true);
     const OrvImageBuffer Pixels = OrvLayerRendering::renderDifference(
-        pGroup, pGroup->inputNode(OrvSnNames::Base), Settings.Layout, Settings.Paint);
+        pGroup, pGroup->inputNode(OrvSnNames::Base), Settings.Layout, Settings.Paint,
+        OrvChannelSpace::storedAround(pGroup));
     pGroup->setEnabledAsBool(WasVisible);
     return Pixels;
+}
+
+/// The names of those that are hidden among the layers and, on all levels, in those that are shown.
+QStringList hiddenAmong(const QList<OrvLayer*>& Layers)
+{
+    QStringList Names;
+    for (const OrvLayer* pLayer : Layers) {
+        const OrvLayerStack* pInside = OrvLayerStreamUtils::groupStack(pLayer);
+        if (!pLayer->isVisibleHere())
+            Names.append(QStringLiteral("'%1'").arg(pLayer->name()));
+        else if (pInside)
+            Names += hiddenAmong(pInside->layerList());
+    }
+    return Names;
+}
+
+void tellLeftOut(const QStringList& Hidden)
+{
+    if (!Hidden.isEmpty())
+        Q_EMIT OrvLayerManager::instance().refused(
+            OrvLayerStack::tr("Left out because hidden: %1").arg(Hidden.join(QStringLiteral(", "))));
+}
+
+/// The tag that all of the layers have; invalid when they differ.
+QColor commonColor(const QList<OrvLayer*>& Layers)
+{
+    const QColor Color = Layers.first()->color();
+    const bool Same = std::all_of(Layers.begin(), Layers.end(),
+        [&Color](const OrvLayer* pLayer) { return pLayer->color() == Color; });
+    return Same ? Color : QColor();
 }
 
 /// Layers that stand in other channels too would fall apart; true, with a word to the user, when there are some.
@@ -94,6 +131,15 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
         Q_EMIT OrvLayerManager::instance().refused(tr("Shader layers cannot be merged: they hold no paint"));
         return nullptr;
     }
+    const bool AnyShown = std::any_of(
+        Merged.begin(), Merged.end(), [](const OrvLayer* pLayer) { return pLayer->isVisibleHere(); });
+    if (!AnyShown) {
+        Q_EMIT OrvLayerManager::instance().refused(
+            tr("Show one of the layers to merge: of hidden layers nothing would be left"));
+        return nullptr;
+    }
+    const QStringList Hidden = hiddenAmong(Merged);
+    const QColor Color = commonColor(Merged);
     OrvUndoManager::AutoMacro Macro(tr("Merge Layers"));
     const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
     const QString Name = Merged.first()->name();
@@ -104,13 +150,14 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     // below can still be changed under them.
     const bool WithBelow = areNeighbors(Merged) && dependsOnWhatIsBelow(Merged)
         && (OrvLayerStreamUtils::isMergeNode(pBelow) || !OrvLayerStreamUtils::isChainEnd(pBelow));
+    const QString Space = OrvChannelSpace::storedAround(pTop);
     OrvImageBuffer Pixels;
     if (WithBelow)
-        Pixels = OrvLayerRendering::renderDifference(pTop, pBelow, Settings.Layout, Settings.Paint);
+        Pixels = OrvLayerRendering::renderDifference(pTop, pBelow, Settings.Layout, Settings.Paint, Space);
     OrvSnMergeNode* pGroup = gather(Merged, pTop, Name);
     OrvSnBaseNode* pInside = pGroup ? pGroup->inputNode(OrvSnNames::Over) : nullptr;
     if (pGroup && !WithBelow)
-        Pixels = OrvLayerRendering::render(pInside, Settings.Layout, Settings.Paint);
+        Pixels = OrvLayerRendering::render(pInside, Settings.Layout, Settings.Paint, Space);
     if (!pGroup || Pixels.isNull()) {
         Macro.cancel();
         return nullptr;
@@ -124,11 +171,14 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     if (HeldCurrent)
         Manager.setCurrentLayer(network(), pLayer, true);
     pGroup->connectInput(OrvSnNames::Over, pPaint);
+    if (Color.isValid())
+        pLayer->setColor(Color);
     OrvChainEditing::removeUnused(pInside);
     tellRemoved(Merged);
     if (pLayer->isCurrent())
         Manager.setCurrentComponent(pPaint);
     present({pLayer}, Flags);
+    tellLeftOut(Hidden);
     return pLayer;
 }
 
@@ -164,12 +214,14 @@ OrvLayer* OrvLayerStreamUtils::flattenLayer(OrvLayer* pLayer, OrvLayerStack*, bo
     }
     OrvSnMergeNode* pGroup = pLayer->blendNode();
     OrvSnBaseNode* pContent = pLayer->contentNode();
+    const QStringList Hidden = hiddenAmong(pInside->layerList());
     const OrvImageSettings Settings = OrvImageSettings::ofLayer(pGroup);
     const bool WithBelow
         = pGroup->passesThrough() && OrvLayerStack::dependsOnWhatIsBelow(pInside->layerList());
     const OrvImageBuffer Pixels = WithBelow
         ? renderTogetherWithBelow(pGroup, Settings)
-        : OrvLayerRendering::render(pContent, Settings.Layout, Settings.Paint);
+        : OrvLayerRendering::render(
+              pContent, Settings.Layout, Settings.Paint, OrvChannelSpace::storedAround(pGroup));
     const QList<OrvLayer*> Layers = pInside->allLayers()
         + (pLayer->hasMaskStack() ? pLayer->maskStack()->allLayers() : QList<OrvLayer*>());
     if (Layers.contains(Manager.currentLayer(pGroup->network())))
@@ -188,5 +240,6 @@ OrvLayer* OrvLayerStreamUtils::flattenLayer(OrvLayer* pLayer, OrvLayerStack*, bo
     OrvLayerStack::tellRemoved(Layers);
     if (pLayer->isCurrent())
         Manager.setCurrentComponent(pPaint);
+    tellLeftOut(Hidden);
     return pLayer;
 }

@@ -81,6 +81,7 @@ void OrvLayerNotices::onNodeEnabledChanged(OrvSnBaseNode* pNode, int Enabled)
     OrvLayerCost::invalidate();
     if (OrvLayerUtils::holdsLayerName(pNode)) {
         m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
+        m_Dirty.noteHolders(pNode);
         for (OrvLayer* pLayer : OrvLayerManager::layersOf(pNode)) {
             Q_EMIT pLayer->enabledAsBoolChanged(pLayer->isVisible());
             Q_EMIT pLayer->nodeEnabledChanged(pNode, Enabled);
@@ -111,6 +112,7 @@ void OrvLayerNotices::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNo
 {
     OrvLayerCost::invalidate();
     m_Dirty.note(pNode, OrvLayerDirtyNodes::WithAllBelow);
+    m_Dirty.noteHolders(pNode);
     if (OrvLayer* pLayer = m_Manager.getLayer(pNode, false))
         Q_EMIT pLayer->cacheStateChanged();
 }
@@ -118,10 +120,13 @@ void OrvLayerNotices::onNodeCacheActiveChanged(OrvSnBaseNode* pNode, OrvSnBaseNo
 void OrvLayerNotices::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
 {
     OrvLayerCost::invalidate();
-    if (Name == OrvMergeAttributes::LayerCached)
+    if (Name == OrvMergeAttributes::LayerCached) {
         m_Dirty.note(pNode, OrvLayerDirtyNodes::WithContents);
-    else if (Name == OrvMergeAttributes::PassThrough)
+        m_Dirty.noteHolders(pNode);
+    } else if (Name == OrvMergeAttributes::PassThrough)
         m_Dirty.note(pNode, OrvLayerDirtyNodes::Alone);
+    else if (Name == OrvMergeAttributes::MaskEnabled)
+        m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
     else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute)
         tellProceduralChanged(pNode);
     for (OrvLayer* pLayer : OrvLayerManager::layersOf(pNode)) {

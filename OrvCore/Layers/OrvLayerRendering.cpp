@@ -1,10 +1,10 @@
 #include "OrvCore/Layers/OrvLayerRendering.h"
 
 #include "OrvCore/Channels/OrvChannelSpace.h"
-#include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Image/OrvUdimLayout.h"
 
@@ -74,6 +74,25 @@ OrvImageBuffer renderEngineNode(
     });
 }
 
+/// What the engine yields, in another colour space.
+class Converted {
+public:
+    Converted(OrvEngineNode* pSource, const QString& From, const QString& To)
+        : m_pNode(pSource)
+    {
+        if (!pSource || OrvColorManager::isIdentity(From, To))
+            return;
+        m_pConversion = OrvEngineNode::createColorConversion(From, To);
+        m_pConversion->connectInput(OrvEngineNode::Base, pSource);
+        m_pNode = m_pConversion.get();
+    }
+    OrvEngineNode* node() const { return m_pNode; }
+
+private:
+    std::unique_ptr<OrvEngineNode> m_pConversion;
+    OrvEngineNode* m_pNode;
+};
+
 bool areSame(const float* pUpper, const float* pLower)
 {
     constexpr float SameWithin = 1.0f / 4096.0f;
@@ -110,22 +129,26 @@ void takeAway(const float* pLower, bool AnyColor, float* pUpper)
 
 namespace OrvLayerRendering {
 
-OrvImageBuffer render(const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+OrvImageBuffer render(const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format,
+    const QString& Space)
 {
-    OrvEngineNode* pResult = OrvNodeEvaluation::result(pNode);
-    OrvInputStep Step;
-    OrvChannelSpace::describeStep(pNode, OrvChannelSpace::around(pNode), Step);
-    if (!pResult || !Step.converts())
-        return renderEngineNode(pResult, Layout, Format);
-    Step.createEngineNodes();
-    Step.pEngineNode->connectInput(OrvEngineNode::Base, pResult);
-    return renderEngineNode(Step.pEngineNode.get(), Layout, Format);
+    return renderEngineNode(
+        Converted(OrvNodeEvaluation::result(pNode), OrvChannelSpace::ofNode(pNode), Space).node(), Layout,
+        Format);
 }
 
 OrvImageBuffer renderInput(const OrvSnBaseNode* pNode, const QString& InputName, const OrvUdimLayout& Layout,
-    const OrvPixelFormat& Format)
+    const OrvPixelFormat& Format, const QString& Space)
 {
-    return renderEngineNode(OrvNodeEvaluation::inputResult(pNode, InputName), Layout, Format);
+    const Converted Input(
+        OrvNodeEvaluation::inputResult(pNode, InputName), OrvChannelSpace::ofInput(pNode, InputName), Space);
+    return renderEngineNode(Input.node(), Layout, Format);
+}
+
+OrvImageBuffer renderMask(
+    const OrvSnBaseNode* pNode, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+{
+    return renderEngineNode(OrvNodeEvaluation::inputResult(pNode, OrvSnNames::Mask), Layout, Format);
 }
 
 OrvImageBuffer renderAlphaOfInput(const OrvSnBaseNode* pNode, const QString& InputName,
@@ -145,10 +168,12 @@ OrvImageBuffer renderAlphaOfInput(const OrvSnBaseNode* pNode, const QString& Inp
     });
 }
 
-OrvImageBuffer renderMasked(
-    const OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+OrvImageBuffer renderMasked(const OrvSnMergeNode* pMerge, const OrvUdimLayout& Layout,
+    const OrvPixelFormat& Format, const QString& Space)
 {
-    OrvEngineNode* pContent = OrvNodeEvaluation::inputResult(pMerge, OrvSnNames::Over);
+    const Converted Content(OrvNodeEvaluation::inputResult(pMerge, OrvSnNames::Over),
+        OrvChannelSpace::ofInput(pMerge, OrvSnNames::Over), Space);
+    OrvEngineNode* pContent = Content.node();
     OrvEngineNode* pMask = OrvNodeEvaluation::inputResult(pMerge, OrvSnNames::Mask);
     if (!pContent || !pMask)
         return renderEngineNode(pContent, Layout, Format);
@@ -165,12 +190,14 @@ OrvImageBuffer renderMasked(
 }
 
 OrvImageBuffer renderDifference(const OrvSnBaseNode* pUpper, const OrvSnBaseNode* pLower,
-    const OrvUdimLayout& Layout, const OrvPixelFormat& Format)
+    const OrvUdimLayout& Layout, const OrvPixelFormat& Format, const QString& Space)
 {
     OrvEngineNode* pUpperEngine = OrvNodeEvaluation::result(pUpper);
-    OrvEngineNode* pLowerEngine = OrvNodeEvaluation::result(pLower);
+    const QString Blended = OrvChannelSpace::ofNode(pUpper);
+    const Converted Below(OrvNodeEvaluation::result(pLower), OrvChannelSpace::ofNode(pLower), Blended);
+    OrvEngineNode* pLowerEngine = Below.node();
     if (!pUpperEngine || !pLowerEngine)
-        return renderEngineNode(pUpperEngine, Layout, Format);
+        return render(pUpper, Layout, Format, Space);
     const bool AnyColor = Format.Depth != GL_UNSIGNED_BYTE;
     std::vector<float> Upper, Lower;
     return madeInBands(Layout, Format, [&](const QRect& Band, OrvImageBuffer& Result) {
@@ -180,6 +207,8 @@ OrvImageBuffer renderDifference(const OrvSnBaseNode* pUpper, const OrvSnBaseNode
         pLowerEngine->render(Band, 1.0, LinearColor, Lower.data());
         for (std::size_t Pixel = 0; Pixel < Upper.size(); Pixel += 4)
             takeAway(Lower.data() + Pixel, AnyColor, Upper.data() + Pixel);
+        QString Error; // both are usable
+        OrvColorManager::transformPixels(Upper.data(), Band.width(), Band.height(), 0, Blended, Space, Error);
         Result.write(Band, LinearColor, Upper.data());
     });
 }

@@ -51,6 +51,26 @@ OrvLayer* holderOf(const OrvLayer* pLayer)
     return nullptr;
 }
 
+/// What a group did to the layers inside and they lack without it, in words; empty for a plain group.
+QString lostWith(const OrvLayer* pGroup)
+{
+    const OrvBlendParameters Blending = pGroup->blendNode()->blendParameters();
+    QStringList Lost;
+    if (pGroup->hasMask() && Blending.MaskEnabled)
+        Lost.append(OrvLayerStack::tr("mask"));
+    if (pGroup->hasAdjustmentStack())
+        Lost.append(OrvLayerStack::tr("adjustments"));
+    if (Blending.Mode != OrvBlendMode::Normal)
+        Lost.append(OrvLayerStack::tr("blend mode"));
+    if (Blending.Amount < 1.0f)
+        Lost.append(OrvLayerStack::tr("amount"));
+    if (Blending.AdvancedEnabled)
+        Lost.append(OrvLayerStack::tr("advanced blending"));
+    return Lost.isEmpty()
+        ? QString()
+        : OrvLayerStack::tr("'%1' (%2)").arg(pGroup->name(), Lost.join(QLatin1String(", ")));
+}
+
 /// What keeps one of the layers where it is; empty when nothing does.
 QString obstacleOf(const QList<OrvLayer*>& Layers)
 {
@@ -122,18 +142,21 @@ void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
 {
     OrvLayerManager& Manager = OrvLayerManager::instance();
     OrvLayer* pNext = survivorOf(Leaving);
+    const bool Moves = pNext != Manager.currentLayer(network());
     Manager.setCurrentLayer(network(), pNext, true);
-    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
-    const QSet<OrvSnBaseNode*>& Selected = network()->selectedNodes();
-    const bool NothingSelected = std::all_of(Selected.begin(), Selected.end(),
-        [&](OrvSnBaseNode* pNode) { return Going.contains(Manager.getLayer(pNode, false)); });
-    if (pNext && NothingSelected)
+    // What is selected in other stacks, or in the node graph alone, is none of this one's rows.
+    const QList<OrvLayer*> Selected = selectedLayers();
+    const bool NothingSelected = std::all_of(
+        Selected.begin(), Selected.end(), [&](OrvLayer* pLayer) { return Leaving.contains(pLayer); });
+    if (pNext && (Moves || NothingSelected))
         pNext->setSelected(true);
 }
 
 void OrvLayerStack::deleteLayers(const QList<OrvLayer*>& Layers)
 {
     const QList<OrvLayer*> Leaving = outermost(Layers.isEmpty() ? selectedLayers() : Layers);
+    if (Leaving.isEmpty())
+        Q_EMIT OrvLayerManager::instance().refused(tr("Select the layers to remove"));
     QList<OrvLayer*> Going;
     QStringList Obstacles;
     for (OrvLayer* pLayer : Leaving) {
@@ -207,7 +230,11 @@ void OrvLayerStack::ungroupLayers()
         return;
     OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));
     QList<OrvLayer*> Freed;
+    QStringList Lost;
     for (OrvLayer* pGroup : qAsConst(Groups)) {
+        const QString LostHere = lostWith(pGroup);
+        if (!LostHere.isEmpty())
+            Lost.append(LostHere);
         const bool Here = outermost({pGroup}).contains(pGroup);
         QList<OrvLayer*> FreedHere;
         if (!freeLayersOf(pGroup, FreedHere)) {
@@ -222,4 +249,8 @@ void OrvLayerStack::ungroupLayers()
     }
     tellRemoved(Groups);
     present(Freed, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
+    Lost.removeDuplicates();
+    if (!Lost.isEmpty())
+        Q_EMIT OrvLayerManager::instance().refused(
+            tr("With the group went what it did as a whole: %1").arg(Lost.join(QLatin1String(", "))));
 }

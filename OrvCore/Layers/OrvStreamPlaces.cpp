@@ -4,6 +4,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
@@ -25,7 +26,8 @@ OrvSnMergeNode* streamIn(const OrvSnBaseNode* pMergeNode, const OrvShaderInput* 
 
 } // namespace
 
-OrvSnBaseNode* OrvStreamPlaces::alike(const OrvSnBaseNode* pPlace, OrvShaderInput* pChannel)
+OrvSnBaseNode* OrvStreamPlaces::alike(
+    const OrvSnBaseNode* pPlace, OrvShaderInput* pChannel, QString* pObstacle)
 {
     OrvSnBaseNode* pThere = nullptr;
     const OrvSnBaseNode* pNode = pPlace;
@@ -38,8 +40,12 @@ OrvSnBaseNode* OrvStreamPlaces::alike(const OrvSnBaseNode* pPlace, OrvShaderInpu
         pNode = Owners.isEmpty() ? nullptr : Owners.first();
     }
     if (!pThere)
-        return pChannel->placeFor(OrvLayerCreateFlags(), nullptr);
-    return OrvLayerUtils::isModificationAllowedAt(pThere) ? pThere : nullptr;
+        return pChannel->placeFor(OrvLayerCreateFlags(), nullptr, pObstacle);
+    if (OrvLayerUtils::isModificationAllowedAt(pThere))
+        return pThere;
+    if (pObstacle)
+        *pObstacle = OrvEditObstacle::at(pThere);
+    return nullptr;
 }
 
 bool OrvStreamPlaces::isForAllStreams(const OrvLayer* pLayer, const OrvSnBaseNode* pPlace)

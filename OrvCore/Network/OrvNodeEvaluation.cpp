@@ -14,9 +14,12 @@
 #include "OrvCore/Network/OrvSnOperationNode.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
+#include "OrvCore/Shelf/OrvSnCustomProceduralOutputNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
+#include "OrvDdi/Engine/OrvEngineRewiring.h"
 
 #include <QtCore/QRect>
 #include <QtCore/QSet>
@@ -45,7 +48,8 @@ QSet<OrvSnBaseNode*>& moved()
     return Nodes;
 }
 
-/// Some in which images are to have another size, or colours another space, than in others.
+/// What a node reads depends on where it stands: in some, images are to have another size or colours another space than
+/// in others, or colours are blended in another space than masks.
 bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
 {
     const QList<OrvShaderInput*> Channels
@@ -54,9 +58,17 @@ bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
         return false;
     const OrvUdimLayout Layout = Channels.first()->layout();
     const QString Space = OrvChannelSpace::ofChannel(Channels.first());
-    return std::any_of(Channels.begin() + 1, Channels.end(), [&](const OrvShaderInput* pChannel) {
-        return pChannel->layout() != Layout || OrvChannelSpace::ofChannel(pChannel) != Space;
+    return std::any_of(Channels.begin(), Channels.end(), [&](const OrvShaderInput* pChannel) {
+        return pChannel->layout() != Layout || OrvChannelSpace::ofChannel(pChannel) != Space
+            || OrvChannelSpace::storedIn(pChannel) != Space;
     });
+}
+
+/// The network that a node holds, or is made of; null for most.
+const OrvShaderNetwork* insideOf(const OrvSnBaseNode* pNode)
+{
+    const auto* pProcedural = qobject_cast<const OrvSnCustomProceduralNode*>(pNode);
+    return pProcedural ? pProcedural->inside() : pNode->nestedNetwork();
 }
 
 /// Nodes whose result follows that of an alias, besides those that its outputs feed.
@@ -78,6 +90,11 @@ const OrvSnBaseNode* passThroughBottom(const OrvSnBaseNode* pNode)
 }
 
 } // namespace
+
+const OrvSnBaseNode* OrvNodeEvaluation::standIn(const OrvSnBaseNode* pNode)
+{
+    return pNode->isEvaluationAlias() ? pNode->evaluationAlias() : pNode;
+}
 
 const OrvSnBaseNode* OrvNodeEvaluation::provider(const OrvSnBaseNode* pNode)
 {
@@ -143,6 +160,10 @@ void OrvNodeEvaluation::connectAll(QVector<OrvSnBaseNode*> Nodes)
     std::minstd_rand Random;
     std::shuffle(New.begin(), New.end(), Random);
     std::shuffle(Changed.begin(), Changed.end(), Random);
+    std::vector<OrvEngineRewiring::Input> Inputs;
+    for (const Link& One : Changed)
+        Inputs.push_back({One.pReader, One.Pad});
+    const OrvEngineRewiring Rewiring(Inputs);
     if (Changed.size() > 1) {
         // What was must not close a loop with what comes.
         for (const Link& One : Changed)
@@ -184,7 +205,7 @@ void OrvNodeEvaluation::markContentsOfMoved()
     QVector<OrvSnBaseNode*> Starts;
     for (OrvSnBaseNode* pNode : Moved) {
         // A new bottom, of a channel or group, holds nothing; channels are made by the thousand.
-        if (pNode->inputs().isEmpty() && !pNode->m_pEngineNode)
+        if (pNode->inputs().isEmpty() && !pNode->m_pEngineNode && !insideOf(pNode))
             continue;
         const OrvShaderNetwork* pNetwork = pNode->network();
         if (!Matters.contains(pNetwork))
@@ -207,11 +228,24 @@ void OrvNodeEvaluation::markUpstream(const QVector<OrvSnBaseNode*>& Starts)
             stale().insert(pNext);
         if (!IsStart.contains(pNext) && pNext->hasTag(OrvSnNames::ShaderInputTag))
             continue;
-        for (const OrvSnBaseNode::Input& Input : pNext->inputs()) {
-            if (Input.pNode && !Seen.contains(Input.pNode)) {
-                Seen.insert(Input.pNode);
-                Pending.append(Input.pNode);
+        if (pNext->consumers().size() > 1) {
+            // Channels that share it convert what one of them makes of it.
+            for (const OrvSnBaseNode::Consumer& Reader : pNext->consumers()) {
+                if (Reader.pNode->m_pEngineNode)
+                    stale().insert(Reader.pNode);
             }
+        }
+        const auto visit = [&](OrvSnBaseNode* pNode) {
+            if (pNode && !Seen.contains(pNode)) {
+                Seen.insert(pNode);
+                Pending.append(pNode);
+            }
+        };
+        for (const OrvSnBaseNode::Input& Input : pNext->inputs())
+            visit(Input.pNode);
+        if (const OrvShaderNetwork* pInside = insideOf(pNext)) {
+            for (OrvSnBaseNode* pNode : pInside->nodes())
+                visit(pNode);
         }
     }
 }
@@ -272,12 +306,13 @@ OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
 void OrvNodeEvaluation::updateParameters(const OrvSnBaseNode* pNode)
 {
     // How a merge node blends depends on whether its content reads what lies below it, how a shader is lit on which of
-    // its inputs are fed, and by channels of which size.
-    if (qobject_cast<const OrvSnMergeNode*>(pNode) || qobject_cast<const OrvSnShaderNode*>(pNode)) {
-        if (pNode->m_pEngineNode)
-            pNode->updateEngineNode(*pNode->m_pEngineNode);
-    } else if (qobject_cast<const OrvSnOperationNode*>(pNode)
-        || qobject_cast<const OrvSnBakePointNode*>(pNode)) {
+    // its inputs are fed, and by channels of which size; operations look the same at every size.
+    const bool IsOperation = qobject_cast<const OrvSnOperationNode*>(pNode) != nullptr;
+    if (pNode->m_pEngineNode
+        && (IsOperation || qobject_cast<const OrvSnMergeNode*>(pNode) || qobject_cast<const OrvSnShaderNode*>(pNode)
+            || qobject_cast<const OrvSnCustomProceduralOutputNode*>(pNode)))
+        pNode->updateEngineNode(*pNode->m_pEngineNode);
+    if (IsOperation || qobject_cast<const OrvSnBakePointNode*>(pNode)) {
         for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
             updateParameters(One.pNode);
     }
@@ -314,7 +349,13 @@ void OrvNodeEvaluation::inputReconnected(
             groupBottomChanged(pFormerSource);
         }
     }
-    markReaders({{pNode, InputName}});
+    QVector<OrvSnBaseNode::Consumer> Readers{{pNode, InputName}};
+    if (InputName == OrvSnNames::Over && pFormerSource && !pFormerSource->consumers().isEmpty()) {
+        // Those that still show it may be in other channels.
+        moved().insert(pFormerSource);
+        Readers += pFormerSource->consumers();
+    }
+    markReaders(Readers);
 }
 
 void OrvNodeEvaluation::markReaders(QVector<OrvSnBaseNode::Consumer> Pending)
@@ -384,6 +425,14 @@ void OrvNodeEvaluation::channelsChanged(const OrvShaderNetwork* pNetwork)
         if (!Fed && pNode->m_pEngineNode)
             stale().insert(pNode);
     }
+    QVector<OrvSnBaseNode*> Unshown;
+    for (OrvSnBaseNode* pNode : pNetwork ? pNetwork->nodes() : QVector<OrvSnBaseNode*>()) {
+        const bool IsSized
+            = insideOf(pNode) || (pNode->m_pEngineNode && qobject_cast<const OrvSnOperationNode*>(pNode));
+        if (IsSized && !OrvChainTargets::channel(pNode))
+            Unshown.append(pNode);
+    }
+    markUpstream(Unshown);
     markReaders({});
 }
 

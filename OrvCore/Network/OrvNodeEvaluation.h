@@ -22,6 +22,9 @@ public:
     /// What the node reads at an input, as it reads it: brought to its own size, from its cache.
     static OrvEngineNode* inputResult(const OrvSnBaseNode* pNode, const QString& InputName);
 
+    /// What the node passes on as its own result, null for nothing; the node itself when it computes one.
+    static const OrvSnBaseNode* standIn(const OrvSnBaseNode* pNode);
+
     static void inputReconnected(
         OrvSnBaseNode* pNode, const QString& InputName, OrvSnBaseNode* pFormerSource = nullptr);
     /// What a group's chain begins with is another thing now; the node is the chain's top.
@@ -31,7 +34,8 @@ public:
     static void inputStepsChanged(OrvSnBaseNode* pNode);
     /// What the node yields has another size, or is in another colour space, now; what a channel holds is seen in that.
     static void layoutChanged(OrvSnBaseNode* pNode);
-    /// The network has other channels, or one has another size: shaders that no channel feeds follow them.
+    /// The network has other channels, or one has another size: shaders that no channel feeds, and
+    /// operations that none shows, follow them.
     static void channelsChanged(const OrvShaderNetwork* pNetwork);
     static void pixelsWritten(OrvSnBaseNode* pNode, const QRect& Region);
     /// The node's kind of engine node changed: it is made anew, and what it feeds is connected again.

@@ -95,6 +95,9 @@ void OrvShaderNetwork::clear()
         if (OrvShaderNetwork* pNested = pNode->nestedNetwork())
             pNested->clear();
     }
+    // Who hears of the first that goes may walk through those that are still there.
+    for (OrvSnBaseNode* pNode : qAsConst(m_Nodes))
+        pNode->dropInputs();
     while (!m_Nodes.isEmpty())
         applyRemoval(m_Nodes.last());
     OrvLayerShaderManager::instance().forget(this);

@@ -1,5 +1,6 @@
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Network/OrvNodeDescription.h"
@@ -8,6 +9,7 @@
 #include "OrvCore/Network/OrvUpstreamDigest.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Image/OrvImageSet.h"
 
@@ -72,12 +74,14 @@ QString OrvSnBakePointNode::currentDigest() const
     // A result of another size or depth is not what the channel asks for now.
     const OrvImageSettings Wanted = OrvImageSettings::ofLayer(this);
     const QSize Size = Wanted.Layout.extent().size();
-    return QStringLiteral("%1 %2 x %3 %4 %5")
+    const QString Blended = OrvChannelSpace::around(this);
+    return QStringLiteral("%1 %2 x %3 %4 %5%6")
         .arg(QLatin1String(OrvUpstreamDigest::of(preferredInputNode())))
         .arg(Size.width())
         .arg(Size.height())
         .arg(Wanted.Paint.Depth)
-        .arg(int(Wanted.Paint.Curve));
+        .arg(int(Wanted.Paint.Curve))
+        .arg(Blended == OrvColorManager::linear() ? QString() : QLatin1Char(' ') + Blended);
 }
 
 bool OrvSnBakePointNode::bake()
@@ -86,11 +90,15 @@ bool OrvSnBakePointNode::bake()
     if (!pSource)
         return false;
     const OrvImageSettings Wanted = OrvImageSettings::ofLayer(this);
-    const OrvImageBuffer Pixels = OrvLayerRendering::render(pSource, Wanted.Layout, Wanted.Paint);
+    const QString Space = OrvChannelSpace::storedAround(this);
+    const OrvImageBuffer Pixels = OrvLayerRendering::render(pSource, Wanted.Layout, Wanted.Paint, Space);
     if (Pixels.isNull())
         return false;
     auto pImages = std::make_unique<OrvImageSet>(Wanted.Layout, Wanted.Paint, OrvColor::clear());
     pImages->replace(Wanted.Layout, Wanted.Paint, OrvColor::clear(), Pixels);
+    const OrvUndoManager::AutoMacro Macro(tr("Bake '%1'").arg(name()));
+    // Conversions of the channel leave what is baked as it is.
+    OrvChannelSpace::keepSpace(this, Space);
     replaceBaked(std::move(pImages), currentDigest(), tr("Bake '%1'").arg(name()));
     return true;
 }

@@ -207,7 +207,8 @@ void OrvSnBaseNode::applyEnabled(bool Enabled)
 
 void OrvSnBaseNode::setName(const QString& Name)
 {
-    editField(Field::Name, Name, tr("Rename '%1'").arg(m_Name));
+    const QString Known = m_Name.isEmpty() ? typeLabel() : m_Name;
+    editField(Field::Name, Name, tr("Rename '%1' to '%2'").arg(Known, Name));
 }
 
 void OrvSnBaseNode::addTag(const QString& Tag, bool Undoable)
@@ -290,6 +291,14 @@ void OrvSnBaseNode::applyConnection(const QString& InputName, OrvSnBaseNode* pNo
         Q_EMIT Manager.nodeReconnected(m_pNetwork, InputName, pNode, this);
         Q_EMIT Manager.nodeReconnected(m_pNetwork, InputName, this, pNode, pOld);
         return;
+    }
+}
+
+void OrvSnBaseNode::dropInputs()
+{
+    for (Input& Dropped : m_Inputs) {
+        if (OrvSnBaseNode* pOld = std::exchange(Dropped.pNode, nullptr))
+            pOld->m_Consumers.removeOne({this, Dropped.Name});
     }
 }
 

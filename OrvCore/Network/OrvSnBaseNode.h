@@ -141,6 +141,8 @@ private:
     void applyConnection(const QString& InputName, OrvSnBaseNode* pNode, const QString& OutputName);
     /// The network calls this when the node comes (null: goes).
     void enterNetwork(OrvShaderNetwork* pNetwork);
+    /// Without telling anybody: the network goes as a whole.
+    void dropInputs();
     void setReferenced(bool Referenced);
 
     OrvShaderNetwork* m_pNetwork = nullptr;

@@ -3,40 +3,17 @@
 #include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
-#include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvLayer.h"
+#include "OrvCore/Network/OrvContentScale.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvInputStep.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
 #include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
-#include "OrvCore/Network/OrvSnOperationNode.h"
-#include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
-#include "OrvCore/Shaders/OrvSnShaderNode.h"
 
 #include "OrvDdi/Engine/OrvEngineNode.h"
-#include "OrvDdi/Image/OrvImageSet.h"
-
-namespace {
-
-/// The layout that the pixels of a result have when it need not be that of the layer's channel; else none.
-OrvUdimLayout layoutOfResult(const OrvSnBaseNode* pNode)
-{
-    // Adjustments leave pixels where they are.
-    while (pNode && !pNode->imageSet()
-        && (qobject_cast<const OrvSnOperationNode*>(pNode) || qobject_cast<const OrvSnPassNode*>(pNode)))
-        pNode = pNode->preferredInputNode();
-    if (pNode && pNode->imageSet())
-        return pNode->imageSet()->layout();
-    if (const auto* pShader = qobject_cast<const OrvSnShaderNode*>(pNode))
-        return pShader->layout();
-    const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(pNode);
-    return pChannel ? pChannel->layout() : OrvUdimLayout();
-}
-
-} // namespace
 
 OrvSnMergeNode::OrvSnMergeNode()
     : OrvSnBaseNode({OrvSnNames::Base, OrvSnNames::Over, OrvSnNames::Mask})
@@ -179,19 +156,21 @@ QStringList OrvSnMergeNode::enginePadInputs() const
 void OrvSnMergeNode::describeInputStep(const QString& InputName, OrvInputStep& Step) const
 {
     const OrvSnBaseNode* pSource = InputName == OrvSnNames::Mask ? maskSource() : inputNode(InputName);
-    if (InputName == OrvSnNames::Base || !pSource)
+    if (!pSource)
+        return;
+    OrvChannelSpace::describeStep(this, InputName, pSource, Step);
+    if (InputName == OrvSnNames::Base)
         return;
     // Images need no cache: their pixels are there. Custom procedurals are graphs of noises, far dearer than their
     // pixels: what is painted above or beside them must not compute them again.
     Step.Kept = !pSource->imageSet()
         && (userAttribute(OrvMergeAttributes::LayerCached).value().toBool()
             || qobject_cast<const OrvSnCustomProceduralNode*>(pSource));
-    Step.From = layoutOfResult(pSource);
+    Step.From = OrvContentScale::layoutOf(pSource);
     if (Step.From.isValid()) {
         const OrvShaderInput* pChannel = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(this));
         Step.To = pChannel ? pChannel->layout() : OrvUdimLayout();
     }
-    OrvChannelSpace::describeMergeStep(this, InputName, pSource, Step);
 }
 
 void OrvSnMergeNode::updateEngineNode(OrvEngineNode& Node) const

@@ -1,5 +1,9 @@
 #include "OrvCore/Network/OrvSnOperationNode.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
+#include "OrvCore/Network/OrvContentScale.h"
+#include "OrvCore/Network/OrvInputStep.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
@@ -64,11 +68,25 @@ std::unique_ptr<OrvEngineNode> OrvSnOperationNode::createEngineNode() const
     return OrvEngineNode::createOperation(m_Operation.Name);
 }
 
+void OrvSnOperationNode::describeInputStep(const QString& InputName, OrvInputStep& Step) const
+{
+    OrvChannelSpace::describeStep(this, InputName, inputNode(InputName), Step);
+}
+
+void OrvSnOperationNode::applyUserAttribute(const OrvCustomAttribute& Attribute)
+{
+    OrvSnBaseNode::applyUserAttribute(Attribute);
+    if (Attribute.name() == ExtentAttribute && network())
+        OrvNodeEvaluation::layoutChanged(this);
+}
+
 void OrvSnOperationNode::updateEngineNode(OrvEngineNode& Node) const
 {
     for (const OrvOperationParameter& Parameter : m_Operation.Parameters)
         Node.setParameter(Parameter.Name, userAttribute(Parameter.Name).value());
-    Node.setExtent(QRect(QPoint(), userAttribute(ExtentAttribute).value().toSize()));
+    const OrvContentScale Scale = OrvContentScale::at(this);
+    Node.setScale(Scale.Lengths);
+    Node.setExtent(Scale.plane(userAttribute(ExtentAttribute).value().toSize()));
     // Some read whole rows and columns for every part that is asked of them, and all that they stand on with it.
     const bool IsPart = network() && qobject_cast<const OrvSnCustomProceduralNode*>(network()->container());
     Node.setCached(IsPart && looksAround(m_Operation.MenuPath));

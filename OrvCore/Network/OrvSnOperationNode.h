@@ -28,6 +28,8 @@ protected:
     bool isEvaluationAlias() const override { return !enabledAsBool(); }
     OrvSnBaseNode* evaluationAlias() const override { return preferredInputNode(); }
     std::unique_ptr<OrvEngineNode> createEngineNode() const override;
+    void describeInputStep(const QString& InputName, OrvInputStep& Step) const override;
+    void applyUserAttribute(const OrvCustomAttribute& Attribute) override;
     void updateEngineNode(OrvEngineNode& Node) const override;
 
 private:

@@ -1,5 +1,6 @@
 #include "OrvCore/Object/OrvSettings.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QStandardPaths>
 
 namespace {
@@ -28,6 +29,17 @@ OrvSettings::OrvSettings(const QString& FileName, QSettings::Format Format)
 QString OrvSettings::separator()
 {
     return QStringLiteral("/");
+}
+
+QString OrvSettings::trouble()
+{
+    const OrvSettings Settings;
+    if (Settings.isWritable())
+        return QString();
+    return (QFileInfo(Settings.fileName()).isDir()
+            ? tr("Settings are not kept: '%1' is a folder, not a file")
+            : tr("Settings are not kept: the file '%1' cannot be written"))
+        .arg(Settings.fileName());
 }
 
 bool OrvSettings::isDevToolEnabled()

@@ -16,6 +16,8 @@ public:
 
     /// Between the parts of a path.
     static QString separator();
+    /// Why nothing of the program's settings would be kept, for people; empty when it will.
+    static QString trouble();
     /// Developer tools show commands that help to debug the palettes.
     static bool isDevToolEnabled();
 };

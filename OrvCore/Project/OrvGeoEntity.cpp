@@ -11,7 +11,7 @@
 class OrvEntityNameEdit : public QUndoCommand {
 public:
     OrvEntityNameEdit(OrvGeoEntity* pEntity, const QString& Name)
-        : QUndoCommand(OrvGeoEntity::tr("Rename Object '%1'").arg(pEntity->name()))
+        : QUndoCommand(OrvGeoEntity::tr("Rename Object '%1' to '%2'").arg(pEntity->name(), Name))
         , m_pEntity(pEntity)
         , m_Before(pEntity->name())
         , m_After(Name)

@@ -2,6 +2,7 @@
 
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
+#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
@@ -280,6 +281,16 @@ bool destroy(OrvLayerShader* pShader, bool DisconnectMultiChannelLayers)
     if (WasCurrentOrChosen)
         keepSuccessor(pNetwork);
     return true;
+}
+
+QString obstacleToRemoval(const OrvLayerShader* pShader)
+{
+    if (!pShader || OrvLayerShaderManager::instance().isListed(pShader))
+        return QString();
+    QStringList Obstacles;
+    for (const OrvLayer* pLayer : layersThatShow(pShader->node()))
+        Obstacles.append(OrvEditObstacle::of(pLayer));
+    return OrvEditObstacle::several(Obstacles);
 }
 
 bool disconnectInput(OrvLayerShader* pShader, const QString& InputName, bool DisconnectMultiChannelLayers)

@@ -21,8 +21,10 @@ ORVCORE_EXPORT OrvLayerShader* duplicateLayerShader(OrvLayerShader* pShader, QSt
 /// Removes a shader that the user made. Its channels stay; the multi-channel layers that they hold for it are
 /// taken apart into ordinary layers, or removed from them where they are to be disconnected. Layers that show
 /// a listed shader keep it, and then it is theirs alone; one that is theirs alone takes them with it. False,
-/// with nothing changed, when a lock or cache forbids that or it was cancelled.
+/// with nothing changed, when one of those layers stays or it was cancelled.
 ORVCORE_EXPORT bool destroy(OrvLayerShader* pShader, bool DisconnectMultiChannelLayers);
+/// Which layers would stay, and why; empty when none would.
+ORVCORE_EXPORT QString obstacleToRemoval(const OrvLayerShader* pShader);
 /// No channel feeds the input any more; what becomes of multi-channel layers as above.
 ORVCORE_EXPORT bool disconnectInput(
     OrvLayerShader* pShader, const QString& InputName, bool DisconnectMultiChannelLayers);

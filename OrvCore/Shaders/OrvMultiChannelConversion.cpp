@@ -2,6 +2,7 @@
 
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Layers/OrvChainEditing.h"
@@ -51,13 +52,14 @@ bool render(const OrvLayer& Layer, Replacement& Pixels)
     const OrvUdimLayout& Layout = Pixels.Settings.Layout;
     const bool NeedsPaint = pMerge->multiChannelNode()->isMaterial() && !Layer.isPaintableLayer();
     if (NeedsPaint) {
-        Pixels.Paint = OrvLayerRendering::render(Layer.contentNode(), Layout, Pixels.Settings.Paint);
+        Pixels.Paint = OrvLayerRendering::render(
+            Layer.contentNode(), Layout, Pixels.Settings.Paint, OrvChannelSpace::storedAround(pMerge));
         if (Pixels.Paint.isNull())
             return false;
     }
     if (!Layer.hasMask())
         return true;
-    Pixels.Mask = OrvLayerRendering::renderInput(pMerge, OrvSnNames::Mask, Layout, Pixels.Settings.Mask);
+    Pixels.Mask = OrvLayerRendering::renderMask(pMerge, Layout, Pixels.Settings.Mask);
     return !Pixels.Mask.isNull();
 }
 

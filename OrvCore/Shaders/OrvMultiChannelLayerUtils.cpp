@@ -9,7 +9,6 @@
 #include "OrvCore/Layers/OrvChainTargets.h"
 #include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Layers/OrvStreamPlaces.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnBottomTransparencyNode.h"
@@ -79,11 +78,14 @@ OrvLayer* shownOne(const QVector<OrvSnMergeNode*>& Merges, const OrvShaderInput*
     return Manager.getLayer(Merges.first(), true);
 }
 
-OrvSnBaseNode* placeOf(const Stream& Stream, const OrvShaderInput* pPlaceChannel, OrvSnBaseNode* pPlace)
+/// Null, with the obstacle, where no layer may be put.
+OrvSnBaseNode* placeOf(
+    const Stream& Stream, const OrvShaderInput* pPlaceChannel, OrvSnBaseNode* pPlace, QString& Obstacle)
 {
     if (Stream.pChannel != pPlaceChannel)
-        return OrvStreamPlaces::alike(pPlace, Stream.pChannel);
-    return OrvLayerUtils::isModificationAllowedAt(pPlace) ? pPlace : nullptr;
+        return OrvStreamPlaces::alike(pPlace, Stream.pChannel, &Obstacle);
+    Obstacle = OrvEditObstacle::at(pPlace);
+    return Obstacle.isEmpty() ? pPlace : nullptr;
 }
 
 /// Within the caller's macro.
@@ -95,12 +97,10 @@ QVector<OrvSnMergeNode*> makeStreams(
         = OrvShaderInputUtils::getShaderInput(OrvChainTargets::channel(pPlace));
     QVector<OrvSnMergeNode*> Merges;
     for (const Stream& One : Plan.Streams) {
-        OrvSnBaseNode* pThere = placeOf(One, pPlaceChannel, pPlace);
+        QString Obstacle;
+        OrvSnBaseNode* pThere = placeOf(One, pPlaceChannel, pPlace, Obstacle);
         if (!pThere) {
-            const QString Obstacle = OrvEditObstacle::of(One.pChannel);
-            Error = tr("No layer can be added to '%1': %2")
-                        .arg(One.pChannel->name(),
-                            Obstacle.isEmpty() ? tr("the place there is locked or cached") : Obstacle);
+            Error = tr("No layer can be added to '%1': %2").arg(One.pChannel->name(), Obstacle);
             return {};
         }
         std::unique_ptr<OrvSnBaseNode> pMade = Plan.MakeContent(One, Error);

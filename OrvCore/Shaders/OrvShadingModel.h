@@ -24,6 +24,8 @@ public:
         QStringList Tags;
 
         bool isForMaterialStacks() const;
+        /// A colour or a number counts while no channel feeds the input.
+        bool hasValue() const { return IsColor || Scalar; }
     };
 
     OrvShadingModel(const OrvShadingModel&) = delete;

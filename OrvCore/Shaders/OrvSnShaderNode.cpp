@@ -14,7 +14,6 @@
 #include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
-#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 
 #include <QtCore/QHash>
@@ -213,8 +212,7 @@ void OrvSnShaderNode::describeInputStep(const QString& InputName, OrvInputStep& 
     if (const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(inputNode(InputName))) {
         Step.From = pChannel->layout();
         Step.To = layout();
-        // Light is computed in one space, whatever the channels are in.
-        OrvChannelSpace::describeStep(pChannel, OrvColorManager::linear(), Step);
+        OrvChannelSpace::describeStep(this, InputName, pChannel, Step);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 
+#include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnOperationNode.h"
@@ -88,6 +89,8 @@ void OrvSnCustomProceduralNode::applyUserAttribute(const OrvCustomAttribute& Att
         driveAll();
     } else if (Attribute.name() == OrvSnOperationNode::ExtentAttribute) {
         passExtentOn();
+        if (network())
+            OrvNodeEvaluation::layoutChanged(this);
     }
     for (const OrvProceduralDescription::Parameter& Parameter : qAsConst(m_pProcedural->Parameters)) {
         if (Parameter.Editor.Name == Attribute.name())

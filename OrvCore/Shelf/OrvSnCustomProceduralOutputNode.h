@@ -12,5 +12,6 @@ public:
 
 protected:
     bool isEvaluationAlias() const override { return false; }
+    std::unique_ptr<OrvEngineNode> createEngineNode() const override;
     void updateEngineNode(OrvEngineNode& Node) const override;
 };

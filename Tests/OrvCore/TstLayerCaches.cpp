@@ -58,17 +58,19 @@ private Q_SLOTS:
     {
         QFETCH(bool, UpToHere);
         QFETCH(bool, InMask);
-        OrvTestProject Project(QSize(256, 256));
+        OrvTestProject Project(QSize(512, 512));
         OrvLayer* pPaint = Project.paint("Paint", Red);
-        Project.fill(pPaint->paintImageSet(), QRect(0, 0, 100, 256), Blue);
-        OrvLayer* pCached = pPaint;
+        Project.fill(pPaint->paintImageSet(), QRect(0, 0, 100, 512), Blue);
+        OrvLayer *pCached = pPaint, *pCostly = nullptr;
         if (InMask) {
             pPaint->addMaskImageSet();
-            Project.fill(pPaint->maskImageSet(), QRect(0, 0, 50, 256), OrvColor::black());
-            QVERIFY(pPaint->convertMaskToMaskStack()->createAdjustmentLayer(Costly, 30));
+            Project.fill(pPaint->maskImageSet(), QRect(0, 0, 50, 512), OrvColor::black());
+            pCostly = pPaint->convertMaskToMaskStack()->createAdjustmentLayer(Costly, 30);
         } else {
-            QVERIFY(pPaint->addLayerAdjustmentLayerFromKey(Costly));
+            pCostly = pPaint->addLayerAdjustmentLayerFromKey(Costly);
         }
+        QVERIFY(pCostly);
+        pCostly->contentNode()->setUserAttributeValue("iterations", 500); // small channels take fewer
         if (UpToHere)
             pCached = Project.paint("Between", OrvColor(0.0f, 1.0f, 0.0f, 0.2f));
         OrvLayer* pTop = Project.paint("Top");
@@ -238,6 +240,27 @@ private Q_SLOTS:
         QCOMPARE(pGroup->cost(), Dear);
         OrvLayer* pBake = Project.channel()->createBakePointLayer(0);
         QVERIFY(pBake->bake() && pBake->cost() < 0.1);
+    }
+
+    void whatHoldsACacheIsToldItsCost()
+    {
+        OrvTestProject Project;
+        OrvLayer* pBlurred = Project.paint("Blurred", Red);
+        pBlurred->addLayerAdjustmentLayerFromKey(Costly);
+        OrvLayer* pOuter = Project.group("Outer", {Project.group("Inner", {pBlurred})});
+        const double Dear = pOuter->cost();
+        QVector<double> Told;
+        connect(pOuter, &OrvLayer::layerStateRefreshed, this,
+            [&Told](const OrvLayer* pLayer) { Told.append(pLayer->cost()); });
+        pBlurred->cacheLayer();
+        QVERIFY(!Told.isEmpty() && Told.last() < 0.1);
+        Project.undo();
+        QCOMPARE(Told.last(), Dear);
+        pBlurred->cacheUpToHere();
+        QVERIFY(Told.last() < 0.1);
+        pBlurred->uncacheUpToHere();
+        pBlurred->setVisible(false);
+        QVERIFY(Told.last() < 0.1);
     }
 };
 

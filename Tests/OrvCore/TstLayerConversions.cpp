@@ -135,11 +135,24 @@ OrvLayer* withMaskStack(OrvTestProject& Project)
     return pLayer;
 }
 
+/// Lengths of operations are meant for tiles of 2048 pixels; the channels here have 32.
+void setLength(OrvSnBaseNode* pOperation, const QStringList& Names, int Pixels)
+{
+    for (const QString& Name : Names)
+        pOperation->setUserAttributeValue(Name, Pixels * 64);
+}
+
+void showCheckers(OrvSnBaseNode* pCheckers)
+{
+    setLength(pCheckers, {QStringLiteral("x"), QStringLiteral("y")}, 8);
+}
+
 OrvLayer* withProceduralMask(OrvTestProject& Project)
 {
     OrvLayer* pLayer = painted(Project);
     OrvSnBaseNode* pCheckers
         = Project.network()->addNode(OrvNodeRegistry::instance().createFromMenuPath(Checkers));
+    showCheckers(pCheckers);
     pLayer->blendNode()->connectInput(OrvSnNames::Mask, pCheckers);
     return pLayer;
 }
@@ -147,7 +160,7 @@ OrvLayer* withProceduralMask(OrvTestProject& Project)
 OrvLayer* withAdjustments(OrvTestProject& Project)
 {
     OrvLayer* pLayer = painted(Project);
-    pLayer->addLayerAdjustmentLayerFromKey(Blur);
+    setLength(pLayer->addLayerAdjustmentLayerFromKey(Blur)->contentNode(), {QStringLiteral("radius")}, 4);
     setBlending(pLayer->addLayerAdjustmentLayerFromKey(Invert), "Normal", 0.6);
     return pLayer;
 }
@@ -158,6 +171,7 @@ OrvLayer* graph(OrvTestProject& Project)
     auto* pGraph = qobject_cast<OrvSnGraphNode*>(pLayer->graphNode());
     OrvSnBaseNode* pCheckers
         = pGraph->nestedNetwork()->addNode(OrvNodeRegistry::instance().createFromMenuPath(Checkers));
+    showCheckers(pCheckers);
     pGraph->outputNode()->connectInput(pGraph->outputNode()->preferredInput(), pCheckers);
     setBlending(pLayer, "Screen", 0.5);
     return pLayer;
@@ -206,6 +220,7 @@ const QVector<Conversion>& conversions()
         {"procedural to paint",
             [](OrvTestProject& Project) {
                 OrvLayer* pLayer = Project.channel()->createProceduralLayer(Checkers, 0);
+                showCheckers(pLayer->proceduralNode());
                 pLayer->addLayerAdjustmentLayerFromKey(Invert);
                 return pLayer;
             },

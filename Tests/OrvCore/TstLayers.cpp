@@ -247,6 +247,24 @@ private Q_SLOTS:
         QCOMPARE(Project.tree(), QString("Invert Linear Multiply Base"));
     }
 
+    void whatGoesWithAGroupIsTold()
+    {
+        OrvTestProject Project;
+        OrvLayer* pGroup = Project.group("Group", {Project.paint("A")});
+        QSignalSpy Told(&layers(), &OrvLayerManager::refused);
+        Project.select({pGroup});
+        Project.channel()->ungroupLayers();
+        QVERIFY(Told.isEmpty());
+        Project.undo();
+        pGroup->addMaskImageSet();
+        pGroup->blendNode()->setUserAttributeValue(OrvMergeAttributes::BlendMode, "Multiply");
+        pGroup->blendNode()->setUserAttributeValue(OrvMergeAttributes::Amount, 0.5);
+        Project.select({pGroup});
+        Project.channel()->ungroupLayers();
+        QCOMPARE(Told.size(), 1);
+        QVERIFY(Told.first().first().toString().endsWith("'Group' (mask, blend mode, amount)"));
+    }
+
     void groupingRefusesWhatCannotBeGrouped()
     {
         OrvTestProject Project;
@@ -302,6 +320,39 @@ private Q_SLOTS:
         QCOMPARE(Project.tree(), QString("Top Base"));
         for (int Index = 0; Index < Places.size(); ++Index)
             QVERIFY(Project.same(Project.pixel(Places[Index]), Before[Index]));
+    }
+
+    void mergingTellsWhatIsHiddenAndKeepsTheTag()
+    {
+        OrvTestProject Project;
+        const QColor Tag = OrvLayerUtils::validLayerColors().value("red");
+        const QList<OrvLayer*> Layers{Project.paint("A"), Project.paint("B"), Project.paint("C")};
+        for (OrvLayer* pLayer : Layers)
+            pLayer->setColor(Tag);
+        Layers[1]->setVisible(false);
+        QSignalSpy Told(&layers(), &OrvLayerManager::refused);
+        OrvLayer* pGroup = Project.group("G", {Layers[1], Layers[2]});
+        Project.select({pGroup, Layers[0]});
+        pGroup->setColor(Tag);
+        const OrvLayer* pMerged = Project.channel()->mergeLayers();
+        QCOMPARE(pMerged->color(), Tag);
+        QCOMPARE(Told.size(), 1);
+        QVERIFY(Told.last().first().toString().endsWith("'B'"));
+
+        Project.undo();
+        pGroup->setColor(QColor());
+        Layers[1]->setVisible(true);
+        Project.select({pGroup, Layers[0]});
+        pMerged = Project.channel()->mergeLayers();
+        QVERIFY(!pMerged->color().isValid());
+        QCOMPARE(Told.size(), 1);
+
+        Project.undo();
+        for (OrvLayer* pLayer : {pGroup, Layers[0]})
+            pLayer->setVisible(false);
+        Project.select({pGroup, Layers[0]});
+        QVERIFY(!Project.channel()->mergeLayers());
+        QCOMPARE(Told.size(), 2);
     }
 
     void masksAndMaskStacks()

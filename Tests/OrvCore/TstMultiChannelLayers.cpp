@@ -190,6 +190,16 @@ private Q_SLOTS:
             && !Project.Error.isEmpty());
         QVERIFY(Project.document() == Before);
         QCOMPARE(Project.steps(), 0);
+
+        // The reason names what stands in the way, in whichever channel that is.
+        const QString Reason("No layer can be added to '%1': '%2' is locked");
+        QVERIFY(!Project.group());
+        QCOMPARE(Project.Error, Reason.arg(Project.pRough->name(), Project.pRough->name()));
+        Project.pRough->setLocked(false);
+        OrvLayer* pGroup = Project.group();
+        pGroup->setLocked(true);
+        QVERIFY(!Project.group(pGroup->contentNode()));
+        QCOMPARE(Project.Error, Reason.arg(Project.pBase->name(), pGroup->name()));
     }
 
     void streamsGoToLikePlaces()

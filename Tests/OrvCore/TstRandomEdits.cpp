@@ -3,6 +3,7 @@
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Layers/OrvShaderLayers.h"
+#include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Network/OrvSnGraphOutputNode.h"
 #include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
@@ -13,6 +14,7 @@
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
 
 #include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Engine/OrvEngineNode.h"
 
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QtTest>
@@ -60,6 +62,7 @@ private Q_SLOTS:
         OrvUndoManager::instance().clear();
         const QUndoStack& History = *OrvUndoManager::instance().stack();
         QVector<QByteArray> Documents{Project.document()};
+        View Shown(Project.channel());
 
         for (int Step = 0; Step < 800; ++Step) {
             const int Kind = below(10);
@@ -80,6 +83,7 @@ private Q_SLOTS:
                 QCOMPARE(History.index(), Documents.size() - 1);
             }
             QCOMPARE(Project.document(), Documents[History.index()]);
+            QVERIFY(Shown.isToldOfAllThatDiffers());
             if (Step % 25 == 0)
                 checkWhole();
             if (QTest::currentTestFailed())
@@ -94,7 +98,75 @@ private Q_SLOTS:
         checkWhole();
     }
 
+    /// Nothing is computed again for layers on which nobody has painted, whatever becomes of them.
+    void emptyLayersAreNoNews()
+    {
+        OrvTestProject Project;
+        Project.paint("Base", OrvColor(0.25f, 0.5f, 0.75f));
+        OrvLayer* pEmpty = Project.paint("Empty");
+        OrvLayer* pHalf = Project.paint("Half", OrvColor(1, 0, 0, 0.5f));
+        Project.paint("Top", OrvColor(0, 1, 0, 0.25f));
+        View Shown(Project.channel());
+        const std::function<void()> Edits[] = {
+            [&] { pEmpty->blendNode()->setEnabledAsBool(false); },
+            [&] { pEmpty->blendNode()->setEnabledAsBool(true); },
+            [&] { OrvLayerStreamUtils::insertLayerAfter(pEmpty, pHalf->blendNode(), Project.channel()); },
+            [&] { Project.undo(); },
+            [&] { Project.group("Group", {pEmpty}); },
+            [&] { Project.undo(); },
+            [&] { Project.channel()->deleteLayers({pEmpty}); },
+            [&] { Project.undo(); },
+        };
+        for (const auto& Edit : Edits) {
+            const QString Before = Project.tree();
+            Edit();
+            QVERIFY2(Shown.told().isEmpty(), qPrintable(Before + " became " + Project.tree()));
+            QVERIFY(Shown.isToldOfAllThatDiffers());
+        }
+        pHalf->blendNode()->setEnabledAsBool(false);
+        QVERIFY(!Shown.told().isEmpty());
+    }
+
 private:
+    /// A channel as a canvas shows it, which computes anew only what it is told of.
+    class View {
+    public:
+        explicit View(OrvShaderInput* pChannel)
+            : m_pChannel(pChannel)
+        {
+            m_pShown->setInvalidated([this](const QRect& Region) { m_Told += Region; });
+            isToldOfAllThatDiffers();
+        }
+        /// Since the picture was looked at last.
+        const QRegion& told()
+        {
+            m_pShown->connectInput(OrvEngineNode::Base, OrvNodeEvaluation::result(m_pChannel->node()));
+            return m_Told;
+        }
+        bool isToldOfAllThatDiffers()
+        {
+            const QRegion Told = told();
+            const QRect Extent = m_pChannel->layout().extent();
+            std::vector<float> Pixels(size_t(Extent.width()) * size_t(Extent.height()) * 4);
+            m_pShown->render(
+                Extent, 1.0, {GL_FLOAT, OrvPixelFormat::Rgba, OrvPixelFormat::Linear}, Pixels.data());
+            m_Told = QRegion(); // evaluations tell of nothing new
+            std::swap(m_Pixels, Pixels);
+            bool Missed = false;
+            for (size_t Index = 0; Pixels.size() == m_Pixels.size() && Index < Pixels.size(); ++Index) {
+                const QPoint Pixel(int(Index / 4) % Extent.width(), int(Index / 4) / Extent.width());
+                Missed |= qAbs(Pixels[Index] - m_Pixels[Index]) > 1e-5f && !Told.contains(Pixel);
+            }
+            return !Missed;
+        }
+
+    private:
+        OrvShaderInput* m_pChannel;
+        QRegion m_Told;
+        std::vector<float> m_Pixels;
+        std::unique_ptr<OrvEngineNode> m_pShown = OrvEngineNode::createPass();
+    };
+
     int below(int Limit) { return m_Random.bounded(Limit); }
 
     OrvLayerStack* anyStack()

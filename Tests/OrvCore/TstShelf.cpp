@@ -324,7 +324,7 @@ private Q_SLOTS:
         QVERIFY(Project.same(Project.pixel(), {0.5f, 0.0f, 0.5f}));
         pLayer->customProceduralNode()->setUserAttributeValue(
             OrvSnOperationNode::ExtentAttribute, QSize(8, 8));
-        QVERIFY(Project.same(Project.pixel(QPoint(20, 1)), OrvColor::clear()));
+        QVERIFY(Project.same(Project.pixel(QPoint(20, 1)), {0.5f, 0.0f, 0.5f}));
         QVERIFY(Project.same(Project.pixel(), {0.5f, 0.0f, 0.5f}));
     }
 

@@ -10,6 +10,7 @@
 #include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
+#include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Shaders/OrvFlatShading.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
@@ -24,6 +25,8 @@ using namespace OrvTestCanvas;
 namespace {
 
 constexpr int Edge = 32;
+constexpr int BlendedRows = 6;
+const OrvColor Plain(0.3f, 0.5f, 0.2f), Multiplied(0.8f, 0.25f, 0.5f);
 constexpr int Free = OrvShaderInput::FreeImages, All = OrvShaderInput::AllImages;
 const QRect Plane(0, 0, Edge, Edge);
 const QString BaseColor = QStringLiteral("Base Color");
@@ -71,17 +74,28 @@ float difference(const Pixels& One, const Pixels& Other)
     return Greatest;
 }
 
-void setSpace(OrvShaderInput* pChannel, const QString& Space)
+OrvColor pixel(const Pixels& Of, int X, int Y)
+{
+    const float* pPixel = Of.data() + (Y * Edge + X) * 4;
+    return OrvColor(pPixel[0], pPixel[1], pPixel[2], pPixel[3]);
+}
+
+void setSpace(OrvShaderInput* pChannel, const QString& Space, int Role = OrvColorSpaceConfig::NativeSpace)
 {
     OrvColorSpaceConfig Config = pChannel->colorSpaceConfig();
-    Config.setColorSpace(OrvColorSpaceConfig::NativeSpace, Space);
+    Config.setColorSpace(Role, Space);
     pChannel->setColorSpaceConfig(Config, true);
+}
+
+void setWorkingSpace(OrvShaderInput* pChannel, const QString& Space)
+{
+    setSpace(pChannel, Space, OrvColorSpaceConfig::WorkingSpace);
 }
 
 } // namespace
 
-/// Channels whose numbers are in a space of their own: whoever takes pixels out of them, or puts some in, sees the same
-/// colours as before.
+/// Channels that store or blend colours in a space of their own: whoever takes pixels out of them, or puts some in, sees
+/// the same colours as before.
 class TstChannelSpaces : public QObject {
     Q_OBJECT
 
@@ -163,12 +177,21 @@ private Q_SLOTS:
             };
             QVERIFY(read(m_pShader->node(), BaseColor) == pResult);
             QVERIFY(read(m_pSharer->blendNode(), OrvSnNames::Over) == pResult);
-            QVERIFY(read(m_pSolid->blendNode(), OrvSnNames::Over)
-                == OrvNodeEvaluation::result(m_pSolid->overNode()));
+            for (const OrvLayer* pLayer : {m_pSolid, m_pBase})
+                QVERIFY(read(pLayer->blendNode(), OrvSnNames::Over)
+                    == OrvNodeEvaluation::result(pLayer->overNode()));
             setSpace(m_pChannel, OrvColorManager::raw());
             QVERIFY(read(m_pShader->node(), BaseColor) == pResult);
+            QVERIFY(read(m_pBase->blendNode(), OrvSnNames::Over)
+                == OrvNodeEvaluation::result(m_pBase->paintNode()));
             setSpace(m_pChannel, "wide");
+            QVERIFY(read(m_pShader->node(), BaseColor) == pResult);
+            QVERIFY(read(m_pBase->blendNode(), OrvSnNames::Over)
+                != OrvNodeEvaluation::result(m_pBase->paintNode()));
+            setWorkingSpace(m_pChannel, "wide");
             QVERIFY(read(m_pShader->node(), BaseColor) != pResult);
+            QVERIFY(read(m_pBase->blendNode(), OrvSnNames::Over)
+                == OrvNodeEvaluation::result(m_pBase->paintNode()));
         }
     }
 
@@ -177,14 +200,12 @@ private Q_SLOTS:
     {
         makeDocument(GL_FLOAT);
         const Views Before = views();
-        const Pixels Numbers = rendered(OrvNodeEvaluation::result(m_pImages->blendNode()));
         setSpace(m_pChannel, "wide");
         const Views After = views();
         QVERIFY(difference(After.Exported, Before.Exported) > 0.05f);
         QVERIFY(difference(After.Lit, Before.Lit) > 0.02f);
         QVERIFY(difference(After.Shared, Before.Shared) > 0.05f);
         QVERIFY(!areAlike(After.Canvas, Before.Canvas));
-        QCOMPARE(difference(rendered(OrvNodeEvaluation::result(m_pImages->blendNode())), Numbers), 0.0f);
         OrvUndoManager::instance().undo();
         QCOMPARE(differences(views(), Before, 0.0f), QString());
     }
@@ -199,6 +220,7 @@ private Q_SLOTS:
         for (const QString& Space : {QStringLiteral("wide"), QStringLiteral("film"), OrvColorManager::acesCg()}) {
             OrvShaderInput* pChannel = m_Document.newChannel(QSize(Edge, Edge), GL_FLOAT);
             setSpace(pChannel, Space);
+            setWorkingSpace(pChannel, "video");
             m_Document.newPaintLayer(pChannel);
             OrvBrush Brush;
             Brush.setSize(20);
@@ -220,14 +242,189 @@ private Q_SLOTS:
         }
     }
 
-    void procedurallyMadePaintKeepsItsColor()
+    void workingSpaceChangesBlendsAlone_data()
+    {
+        QTest::addColumn<QString>("Stored");
+        QTest::addColumn<QString>("Working");
+        QTest::addColumn<int>("Depth");
+        QTest::addColumn<float>("Within");
+        QTest::newRow("linear in ACEScg") << OrvColorManager::linear() << "ACEScg" << int(GL_FLOAT) << 2e-4f;
+        QTest::newRow("sRGB bytes in wide") << OrvColorManager::srgb() << "wide" << int(GL_UNSIGNED_BYTE) << 0.012f;
+        QTest::newRow("wide in film") << "wide" << "film" << int(GL_FLOAT) << 2e-4f;
+        QTest::newRow("film in wide") << "film" << "wide" << int(GL_HALF_FLOAT) << 6e-3f;
+        QTest::newRow("film as it is") << "film" << OrvColorManager::raw() << int(GL_FLOAT) << 2e-4f;
+    }
+    void workingSpaceChangesBlendsAlone()
+    {
+        QFETCH(QString, Stored);
+        QFETCH(QString, Working);
+        QFETCH(int, Depth);
+        QFETCH(float, Within);
+        makeDocument(GLenum(Depth));
+        QVERIFY(m_pChannel->convertColorSpaceTo(Stored, Free));
+        const Views Before = views();
+        const auto opaque = [](const Pixels& Of) {
+            Pixels Part;
+            for (int Y = BlendedRows; Y < Edge; ++Y)
+                Part.insert(Part.end(), Of.begin() + (Y * Edge + Edge / 2) * 4, Of.begin() + (Y + 1) * Edge * 4);
+            return Part;
+        };
+        const auto isRight = [&](const Views& Seen) {
+            const QString Space = Working == OrvColorManager::raw() ? Stored : Working;
+            OrvColor Below = Plain, Above = Multiplied, Made;
+            OrvColorManager::transform(Below, Below, OrvColorManager::linear(), Space);
+            OrvColorManager::transform(Above, Above, OrvColorManager::linear(), Space);
+            const auto blended = [](float Lower, float Upper) { return 0.5f * Lower + 0.5f * Lower * Upper; };
+            Made = OrvColor(blended(Below.red(), Above.red()), blended(Below.green(), Above.green()),
+                blended(Below.blue(), Above.blue()));
+            OrvColorManager::transform(Made, Made, Space, OrvColorManager::linear());
+            const OrvColor Shown = pixel(Seen.Exported, 20, 2);
+            return std::abs(Shown.red() - Made.red()) < Within && std::abs(Shown.green() - Made.green()) < Within
+                && std::abs(Shown.blue() - Made.blue()) < Within;
+        };
+        QVERIFY(!isRight(Before));
+        setWorkingSpace(m_pChannel, Working);
+        const Views After = views();
+        QVERIFY(isRight(After));
+        for (const auto Part : {&Views::Exported, &Views::Shared, &Views::Lit})
+            QVERIFY(difference(opaque(After.*Part), opaque(Before.*Part)) < Within);
+        // The pixels are those that were there.
+        setWorkingSpace(m_pChannel, QString());
+        QCOMPARE(differences(views(), Before, 0.0f), QString());
+        OrvUndoManager::instance().undo();
+        QCOMPARE(differences(views(), After, 0.0f), QString());
+
+        // Another way of storing them leaves the blends alone, too.
+        if (Working != OrvColorManager::raw()) {
+            QVERIFY(m_pChannel->convertColorSpaceTo("video", All));
+            QCOMPARE(differences(views(), After, std::max(Within, 0.012f)), QString());
+            OrvUndoManager::instance().undo();
+        }
+        const QString Path = m_Document.filePath("working.orvi"), Out = m_Document.filePath("opened.exr");
+        QVERIFY2(OrvProjectManager::instance().saveProjectAs(Path, m_Error), qPrintable(m_Error));
+        OrvProjectManager::instance().closeProject();
+        QVERIFY2(OrvProjectManager::instance().openProject(Path, m_Error), qPrintable(m_Error));
+        const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        for (OrvShaderInput* pChannel : OrvShaderInputManager::instance().getShaderInputsFromNetwork(
+                 pProject->currentGeoEntity()->shaderNetwork())) {
+            if (pChannel->name() != "Color")
+                continue;
+            QCOMPARE(pChannel->colorSpaceConfig().colorSpace(OrvColorSpaceConfig::WorkingSpace), Working);
+            QVERIFY2(OrvChannelExport::writeChannel(pChannel, Out, {}, m_Error), qPrintable(m_Error));
+        }
+        QCOMPARE(difference(ofFile(Out), After.Exported), 0.0f);
+    }
+
+    /// Whatever is computed once and kept looks as before, and goes on to do so.
+    void whatIsMadeOfLayersKeepsThePicture()
     {
         makeDocument(GL_FLOAT);
         QVERIFY(m_pChannel->convertColorSpaceTo("film", Free));
+        setWorkingSpace(m_pChannel, "wide");
+        OrvSnBakePointNode* pBakePoint
+            = m_pChannel->createBakePointLayer(OrvTestDocument::LayerFlags)->bakePointNode();
+        QString Error;
+        const auto group = [&] {
+            return m_pChannel->groupLayers(Error, OrvTestDocument::LayerFlags, {m_pMultiplied, m_pSolid, m_pImages});
+        };
+        const std::vector<std::pair<const char*, std::function<bool()>>> Ways{
+            {"flattened channel", [&] { return m_pChannel->flattenUI(); }},
+            {"merged layers",
+                [&] {
+                    m_pChannel->network()->selectNone();
+                    for (OrvLayer* pLayer : {m_pMultiplied, m_pSolid, m_pImages})
+                        pLayer->setSelected(true);
+                    return m_pChannel->mergeLayers() != nullptr;
+                }},
+            {"group",
+                [&] {
+                    OrvLayer* pGroup = group();
+                    OrvLayerStreamUtils::setLayerGroupPassThrough(pGroup->blendNode(), true);
+                    return OrvLayerStreamUtils::flattenLayer(pGroup, nullptr) != nullptr;
+                }},
+            {"procedural", [&] { return m_pSolid->convertPayloadToImageSet(); }},
+            {"adjustments", [&] { return m_pImages->convertAdjustmentStackToImageSet(); }},
+            {"mask",
+                [&] {
+                    return m_pSolid->convertPayloadToImageSet() && m_pSolid->applyMask()
+                        && m_pSolid->paintImageSet();
+                }},
+            {"bake point", [&] { return pBakePoint->bake(); }}};
         const Views Before = views();
-        QVERIFY(m_pSolid->convertPayloadToImageSet());
-        QVERIFY(m_pSolid->paintImageSet());
-        QCOMPARE(differences(views(), Before, 2e-4f), QString());
+        for (const auto& Way : Ways) {
+            QUndoStack* pHistory = OrvUndoManager::instance().stack();
+            const int Start = pHistory->index();
+            QVERIFY2(Way.second(), Way.first);
+            QVERIFY2(differences(views(), Before, 5e-4f).isEmpty(),
+                qPrintable(QString(Way.first) + ": " + differences(views(), Before, 5e-4f)));
+            QVERIFY2(m_pChannel->convertColorSpaceTo("ACEScg", Free), Way.first);
+            QVERIFY2(differences(views(), Before, 5e-4f).isEmpty(),
+                qPrintable(QString(Way.first) + ", converted: " + differences(views(), Before, 5e-4f)));
+            pHistory->setIndex(Start);
+            QCOMPARE(differences(views(), Before, 0.0f), QString());
+        }
+        QVERIFY(pBakePoint->bake() && pBakePoint->isBakedResultUpToDate(true));
+        setWorkingSpace(m_pChannel, "ACEScg");
+        QVERIFY(!pBakePoint->isBakedResultUpToDate(true));
+    }
+
+    /// What a custom procedural is made of is light, blended as such, wherever the procedural stands.
+    void customProceduralsAreConvertedOnce()
+    {
+        QFile File(m_Document.filePath("two.orvproc"));
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write(R"({"orvproc": 1, "name": "Two", "type": "color", "nodes": [
+            {"id": "below", "operation": "Procedural/Basic/Solid Color", "values": {"value": [0.2, 0.5, 0.3]}},
+            {"id": "above", "operation": "Procedural/Basic/Solid Color", "values": {"value": [0.9, 0.1, 0.4]}},
+            {"id": "both", "blend": "Multiply", "amount": 0.7, "base": "below", "over": "above"}],
+            "output": "both"})");
+        File.close();
+        makeDocument(GL_FLOAT);
+        QVERIFY2(m_pChannel->createCustomProceduralLayer(
+                     File.fileName(), m_pMultiplied->blendNode(), OrvTestDocument::LayerFlags, m_Error),
+            qPrintable(m_Error));
+        const Views Before = views();
+        for (const char* pSpace : {"ACEScg", "film"}) {
+            setWorkingSpace(m_pChannel, pSpace);
+            QCOMPARE(differences(views(), Before, 2e-4f), QString());
+        }
+    }
+
+    /// Layers that several channels show are blended as one of them does; the others show the same.
+    void sharedGroupsLookTheSameEverywhere()
+    {
+        makeDocument(GL_FLOAT, false);
+        for (OrvShaderInput* pChannel : {m_pChannel, m_pOther})
+            setWorkingSpace(pChannel, "ACEScg");
+        QString Error;
+        OrvLayer* pGroup = m_pChannel->groupLayers(
+            Error, OrvTestDocument::LayerFlags, {m_pMultiplied, m_pSolid, m_pImages, m_pBase});
+        QVERIFY2(pGroup, qPrintable(Error));
+        QVERIFY(pGroup->addSharedLayerAfter(m_pOther->bottomNode(), QString(), true));
+        const auto isSame = [&] {
+            const Views Seen = views();
+            return difference(Seen.Shared, Seen.Exported) < 2e-4f;
+        };
+        QVERIFY(isSame());
+        const Pixels Before = views().Shared;
+        for (OrvShaderInput* pChannel : {m_pChannel, m_pOther}) {
+            setWorkingSpace(pChannel, "film");
+            QVERIFY(isSame());
+        }
+        const Pixels InFilm = views().Shared;
+        QVERIFY(difference(InFilm, Before) > 0.01f);
+        setWorkingSpace(m_pOther, "ACEScg");
+        QVERIFY(isSame());
+        const Pixels Mixed = views().Shared;
+        // Alone, each of them blends in its own space.
+        m_pChannel->deleteLayers({pGroup});
+        QVERIFY(difference(views().Shared, Before) < 2e-4f);
+        OrvUndoManager::instance().undo();
+        QVERIFY(isSame() && difference(views().Shared, Mixed) == 0.0f);
+        m_pOther->deleteLayers(m_pOther->layerList());
+        QVERIFY(difference(views().Exported, InFilm) < 2e-4f);
+        OrvUndoManager::instance().undo();
+        QVERIFY(isSame() && difference(views().Shared, Mixed) == 0.0f);
     }
 
     void otherSizesAreScaledAndConverted()
@@ -343,11 +540,12 @@ private:
         Pixels Exported, Lit, Shared;
     };
 
-    /// Opaque everywhere: a ramp in stored pixels, a plane of one colour, a procedural in a corner.
+    /// Opaque everywhere: a ramp in stored pixels under an adjustment on the left, a plane of one colour, a procedural
+    /// in a corner. The topmost rows are multiplied by half.
     void makeDocument(GLenum Depth, bool Shared = true)
     {
         m_pChannel = m_Document.newChannel(QSize(Edge, Edge), Depth);
-        m_Document.newPaintLayer(m_pChannel, OrvColor(0.3f, 0.5f, 0.2f));
+        m_pBase = m_Document.newPaintLayer(m_pChannel, Plain);
         m_pImages = m_Document.newPaintLayer(m_pChannel);
         OrvImageSet* pPaint = m_pImages->paintImageSet();
         Pixels Ramp;
@@ -367,6 +565,13 @@ private:
         QVERIFY(m_pSolid->addMaskImageSet(OrvLayer::EmptyMask, OrvColor::clear()));
         m_pSolid->maskImageSet()->buffer().fill(OrvColor::white(), QRect(24, 24, 8, 8));
         m_pSolid->maskImageSet()->pixelsWritten(Plane);
+        m_pImages->addLayerAdjustmentLayerFromKey("Filter/Adjust/Invert Linear");
+        m_pMultiplied = m_Document.newPaintLayer(m_pChannel);
+        m_pMultiplied->blendNode()->setUserAttributeValue(OrvMergeAttributes::BlendMode, "Multiply");
+        m_pMultiplied->paintImageSet()->buffer().fill(
+            OrvColor(Multiplied.red(), Multiplied.green(), Multiplied.blue(), 0.5f),
+            QRect(0, 0, Edge, BlendedRows));
+        m_pMultiplied->paintImageSet()->pixelsWritten(Plane);
 
         OrvShaderInput* pOther = OrvShaderInputUtils::create(
             m_pChannel->network(), QStringLiteral("Other"), QSize(Edge, Edge), GL_FLOAT);
@@ -392,6 +597,8 @@ private:
         Seen.Exported = ofFile(Path);
         Seen.Lit = rendered(OrvFlatShading::result(m_pShader));
         Seen.Shared = rendered(OrvNodeEvaluation::result(m_pOther->node()));
+        OrvColorManager::transformPixels(Seen.Shared.data(), Edge, Edge, 0, OrvChannelSpace::ofChannel(m_pOther),
+            OrvColorManager::linear(), m_Error);
         return Seen;
     }
 
@@ -417,7 +624,9 @@ private:
     std::unique_ptr<OrvCanvas> m_pCanvas;
     OrvShaderInput* m_pChannel = nullptr;
     OrvShaderInput* m_pOther = nullptr;
+    OrvLayer* m_pBase = nullptr;
     OrvLayer* m_pImages = nullptr;
+    OrvLayer* m_pMultiplied = nullptr;
     OrvLayer* m_pSolid = nullptr;
     OrvLayer* m_pSharer = nullptr;
     OrvLayerShader* m_pShader = nullptr;
