@@ -4,7 +4,6 @@
 #include "Orvi/OrvCommandLine.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
@@ -34,8 +33,7 @@ OrvShaderInput* findChannel(const OrvProject& Project, const OrvCommandLine& Lin
     QList<OrvShaderInput*> Addressed, Named;
     QStringList Addresses, Known;
     for (const OrvGeoEntity* pEntity : Project.geoEntities()) {
-        for (OrvShaderInput* pChannel :
-            OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork())) {
+        for (OrvShaderInput* pChannel : OrvChannelExport::channelsOf(pEntity)) {
             const QString Address = pEntity->name() + QLatin1Char('/') + pChannel->name();
             if (Address == Line.Channel)
                 Addressed.append(pChannel);

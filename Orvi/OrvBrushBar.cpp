@@ -1,7 +1,11 @@
 #include "Orvi/OrvBrushBar.h"
 
+#include "Orvi/OrvBrushStroke.h"
 #include "Orvi/OrvBrushTool.h"
 
+#include "OrvCore/Layers/OrvLayerManager.h"
+#include "OrvCore/Network/OrvSnChannelInputNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Widgets/OrvColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
@@ -28,12 +32,20 @@ OrvBrushBar::OrvBrushBar(OrvBrushTool* pTool, QWidget* pParent)
     : QToolBar(tr("Brush"), pParent)
     , m_pTool(pTool)
     , m_pColor(new OrvColorSwatch(this))
+    , m_pNumber(new OrvColorSwatch(this))
 {
     setObjectName(QStringLiteral("BrushBar"));
     m_pColor->setFixedSize(SwatchEdge, SwatchEdge);
     m_pColor->setAlphaShown(false);
     addSpace(this, 4);
     addWidget(m_pColor);
+    m_pNumber->setFixedSize(SwatchEdge / 2, SwatchEdge);
+    m_pNumber->setAlphaShown(false);
+    m_pNumber->setPickingEnabled(false);
+    m_pNumber->setAcceptsColorDrops(false);
+    m_pNumber->setToolTipOverride(
+        tr("What is painted: masks and other images of numbers take the color's brightness"));
+    m_pNumberPlace = addWidget(m_pNumber);
     addSpace(this, 8);
 
     m_pSize = addSlider(tr("Size"), tr("Diameter of the brush ([ and ])"), 150);
@@ -106,6 +118,10 @@ void OrvBrushBar::connectEditors()
         [change](bool On) { change([On](OrvBrush& Brush) { Brush.setPressureSetsOpacity(On); }); });
     connect(m_pEraser, &QToolButton::toggled, this,
         [change](bool On) { change([On](OrvBrush& Brush) { Brush.setErases(On); }); });
+    const OrvLayerManager* pLayers = &OrvLayerManager::instance();
+    connect(pLayers, &OrvLayerManager::currentLayerChanged, this, &OrvBrushBar::refreshNumber);
+    connect(pLayers, &OrvLayerManager::currentComponentChanged, this, &OrvBrushBar::refreshNumber);
+    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, this, &OrvBrushBar::refreshNumber);
     const auto takeColor = [change](const OrvColor& Color) {
         change([&Color](OrvBrush& Brush) { Brush.setColor(Color.toQColor()); });
     };
@@ -128,6 +144,19 @@ void OrvBrushBar::refresh()
     check(m_pPressureSetsSize, Brush.pressureSetsSize());
     check(m_pPressureSetsOpacity, Brush.pressureSetsOpacity());
     check(m_pEraser, Brush.erases());
+    refreshNumber();
+}
+
+void OrvBrushBar::refreshNumber()
+{
+    const auto* pTarget
+        = qobject_cast<const OrvSnChannelInputNode*>(OrvLayerManager::instance().currentComponent());
+    const QColor Color = m_pTool->brush().color();
+    const int Grey = qRound(255.0 * OrvBrushStroke::numberFor(Color));
+    const QColor Painted(Grey, Grey, Grey);
+    m_pNumber->setColor(OrvColor::fromQColor(Painted));
+    m_pNumberPlace->setVisible(pTarget && pTarget->imageSet() && Painted.rgb() != Color.rgb()
+        && OrvBrushStroke::paintsNumbers(pTarget));
 }
 
 #include "moc_OrvBrushBar.cpp"

@@ -24,27 +24,13 @@ namespace {
 
 constexpr double CurveStep = 4.0; // pixels between points of a flattened curve
 
-/// Masks and the like: their pixels are shown as they are.
-bool holdsNumbers(const OrvSnChannelInputNode* pNode)
-{
-    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
-    const bool OfLayer = pLayer && pLayer->paintNode() == pNode;
-    for (const OrvLayerStack* pStack : OfLayer ? pLayer->stacks() : QList<OrvLayerStack*>()) {
-        if (pStack->isWithinMask())
-            return true;
-    }
-    const QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pNode, QString());
-    return pNode->imageSet()->format().Kind == OrvPixelFormat::Scalar
-        || (!Channels.isEmpty() && Channels.first()->isScalar());
-}
-
 /// What the brush's colour means in the pixels of a node: light of that colour, or the number that the
 /// display shows as it.
 OrvColor paintedColor(const OrvSnChannelInputNode* pNode, const QColor& Color)
 {
     OrvColor Painted = OrvColor::fromQColor(Color);
-    if (holdsNumbers(pNode)) {
-        const float Value = float(0.2126 * Color.redF() + 0.7152 * Color.greenF() + 0.0722 * Color.blueF());
+    if (OrvBrushStroke::paintsNumbers(pNode)) {
+        const float Value = float(OrvBrushStroke::numberFor(Color));
         return OrvColor(Value, Value, Value, Painted.alpha());
     }
     OrvColorManager::transform(Painted, Painted, OrvColorManager::srgb(), OrvChannelSpace::ofNode(pNode));
@@ -58,6 +44,24 @@ QString strokeText(const OrvBrush& Brush)
 }
 
 } // namespace
+
+bool OrvBrushStroke::paintsNumbers(const OrvSnChannelInputNode* pNode)
+{
+    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    const bool OfLayer = pLayer && pLayer->paintNode() == pNode;
+    for (const OrvLayerStack* pStack : OfLayer ? pLayer->stacks() : QList<OrvLayerStack*>()) {
+        if (pStack->isWithinMask())
+            return true;
+    }
+    const QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pNode, QString());
+    return pNode->imageSet()->format().Kind == OrvPixelFormat::Scalar
+        || (!Channels.isEmpty() && Channels.first()->isScalar());
+}
+
+double OrvBrushStroke::numberFor(const QColor& Color)
+{
+    return 0.2126 * Color.redF() + 0.7152 * Color.greenF() + 0.0722 * Color.blueF();
+}
 
 OrvBrushStroke::OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush,
     const OrvSelectionCoverage& Selection, const QPointF& Start, double Pressure)

@@ -19,6 +19,10 @@ class OrvSnChannelInputNode;
 /// step. Whoever starts it has made sure that the node may be changed.
 class OrvBrushStroke {
 public:
+    /// Pixels that are shown as they are, of masks and the like: a color stands for its brightness there.
+    static bool paintsNumbers(const OrvSnChannelInputNode* pNode);
+    static double numberFor(const QColor& Color);
+
     /// Paints the first dab; a selection of the node's plane limits the whole stroke.
     OrvBrushStroke(OrvSnChannelInputNode* pNode, const OrvBrush& Brush, const OrvSelectionCoverage& Selection,
         const QPointF& Start, double Pressure = 1.0);

@@ -13,11 +13,25 @@
 #include "OrvCore/Project/OrvProject.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvFlatShading.h"
+#include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvShadingModel.h"
+#include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
 #include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Image/OrvImageSet.h"
+
+namespace {
+
+/// The light makes a difference to its picture.
+bool isLitShader(const OrvLayerShader* pShader)
+{
+    const auto* pNode = pShader ? qobject_cast<const OrvSnShaderNode*>(pShader->node()) : nullptr;
+    return pNode && pNode->model() && pNode->model()->evaluation() != OrvShadingParameters::Unlit;
+}
+
+} // namespace
 
 OrvCanvasSource::OrvCanvasSource(QObject* pParent)
     : QObject(pParent)
@@ -67,7 +81,7 @@ void OrvCanvasSource::requestUpdate()
         m_Update.start();
 }
 
-OrvLayerShader* OrvCanvasSource::litShader() const
+OrvLayerShader* OrvCanvasSource::shownShader() const
 {
     OrvLayerShader* pShader = OrvLayerShaderManager::instance().currentLayerShader();
     OrvSnBaseNode* pNode = OrvFlatShading::litNode(pShader);
@@ -76,9 +90,17 @@ OrvLayerShader* OrvCanvasSource::litShader() const
 
 QString OrvCanvasSource::title() const
 {
-    if (m_IsLit && m_pNode)
+    if (m_IsShader && m_pNode)
         return m_pNode->name();
     return channel() ? channel()->name() : QString();
+}
+
+QString OrvCanvasSource::paintedMask()
+{
+    const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
+    const OrvSnBaseNode* pTarget = OrvLayerManager::instance().currentComponent();
+    const bool IsPainted = pLayer && pTarget && pTarget == pLayer->maskNode() && pLayer->maskImageSet();
+    return IsPainted ? tr("painting the mask of \"%1\"").arg(pLayer->name()) : QString();
 }
 
 OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
@@ -86,19 +108,30 @@ OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
     const OrvShaderInput* pChannel = channel();
     if (!pChannel)
         return nullptr;
-    if (const OrvLayerShader* pLit = litShader()) {
-        PartName = pChannel->isMaterialStack() ? tr("lit") : tr("lit, painting \"%1\"").arg(pChannel->name());
-        return pLit->node();
+    const QString Mask = paintedMask();
+    if (const OrvLayerShader* pShown = shownShader()) {
+        QStringList Parts;
+        if (isLitShader(pShown))
+            Parts.append(tr("lit"));
+        if (!Mask.isEmpty())
+            Parts.append(Mask);
+        else if (!pChannel->isMaterialStack())
+            Parts.append(tr("painting \"%1\"").arg(pChannel->name()));
+        PartName = Parts.join(QStringLiteral(", "));
+        return pShown->node();
     }
     const OrvSnBaseNode* pShader = OrvLayerShaderManager::instance().currentShaderNode();
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
     if (pShader && pLayer) {
+        const auto part = [&Mask](const QString& Shown) {
+            return Mask.isEmpty() ? Shown : tr("%1, %2").arg(Shown, Mask);
+        };
         if (pShader->hasTag(OrvLayerShaderManager::nodeTagCurrentLayerAndBelowShader())) {
-            PartName = tr("up to \"%1\"").arg(pLayer->name());
+            PartName = part(tr("up to \"%1\"").arg(pLayer->name()));
             return pLayer->blendNode();
         }
         if (pShader->hasTag(OrvLayerShaderManager::nodeTagCurrentLayerShader())) {
-            PartName = tr("only \"%1\"").arg(pLayer->name());
+            PartName = part(tr("only \"%1\"").arg(pLayer->name()));
             return pLayer->overNode();
         }
         OrvSnBaseNode* pComponent = OrvLayerManager::instance().currentComponent();
@@ -108,6 +141,7 @@ OrvSnBaseNode* OrvCanvasSource::shownNode(QString& PartName) const
             return pComponent;
         }
     }
+    PartName = Mask;
     return pChannel->node();
 }
 
@@ -133,17 +167,17 @@ void OrvCanvasSource::update()
     const OrvShaderInput* pChannel = channel();
     QString PartName;
     OrvSnBaseNode* pNode = shownNode(PartName);
-    const OrvLayerShader* pLit = pChannel ? litShader() : nullptr;
+    const OrvLayerShader* pShader = pChannel ? shownShader() : nullptr;
     OrvEngineNode* pResult = nullptr;
     if (pNode)
-        pResult = pLit ? OrvFlatShading::result(pLit) : OrvNodeEvaluation::result(pNode);
-    const OrvUdimLayout Layout = pLit ? OrvFlatShading::layout(pLit)
-        : pChannel                    ? pChannel->layout()
-                                      : OrvUdimLayout();
+        pResult = pShader ? OrvFlatShading::result(pShader) : OrvNodeEvaluation::result(pNode);
+    const OrvUdimLayout Layout = pShader ? OrvFlatShading::layout(pShader)
+        : pChannel                       ? pChannel->layout()
+                                         : OrvUdimLayout();
     const auto* pImageNode = qobject_cast<const OrvSnChannelInputNode*>(pNode);
     const bool ScalarImage = pImageNode && pImageNode->imageSet()
         && pImageNode->imageSet()->format().Kind == OrvPixelFormat::Scalar;
-    const bool Numbers = pChannel && !pLit
+    const bool Numbers = pChannel && !pShader
         && (ScalarImage || pChannel->isScalar()
             || const_cast<OrvShaderInput*>(pChannel)->colorSpaceConfig().colorSpace()
                 == OrvColorManager::raw());
@@ -158,20 +192,21 @@ void OrvCanvasSource::update()
 
     const bool Same = !m_ResultGone && pNode == m_pNode && pResult == m_pResult && Layout == m_Layout
         && Fit.doesTheSameAs(m_Fit) && Meaning == m_Meaning && ColorSpace == m_ColorSpace
-        && m_IsLit == (pLit != nullptr);
+        && m_IsShader == (pShader != nullptr);
     const bool SameWords = PartName == m_PartName;
     m_ResultGone = false;
     m_pNode = pNode;
     m_pResult = pResult;
-    m_IsLit = pLit != nullptr;
+    m_IsShader = pShader != nullptr;
+    m_IsLit = isLitShader(pShader);
     m_Layout = Layout;
     m_Meaning = Meaning;
     m_ColorSpace = ColorSpace;
     m_PartName = PartName;
     const OrvLayer* pLayer = OrvLayerManager::instance().currentLayer();
-    watch(pImageNode                                                     ? pImageNode->imageSet()
-            : (pChannel && !pLit && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
-                                                                         : nullptr);
+    watch(pImageNode                                                        ? pImageNode->imageSet()
+            : (pChannel && !pShader && pNode != pChannel->node() && pLayer) ? pLayer->paintImageSet()
+                                                                            : nullptr);
     if (!Same) {
         // The former step stays until nobody shows it any more.
         std::swap(Fit, m_Fit);

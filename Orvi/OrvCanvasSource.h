@@ -53,7 +53,10 @@ private:
     OrvSnBaseNode* shownNode(QString& PartName) const;
     void watch(OrvImageSet* pImages);
 
-    OrvLayerShader* litShader() const;
+    /// The one whose picture is shown.
+    OrvLayerShader* shownShader() const;
+    /// Where strokes would go to a mask: what is painted then, for people.
+    static QString paintedMask();
 
     QTimer m_Update; ///< an edit tells many things at once
     QPointer<OrvImageSet> m_pWatched;
@@ -64,6 +67,7 @@ private:
     OrvDisplayTransform::Meaning m_Meaning = OrvDisplayTransform::Light;
     QString m_ColorSpace;
     QString m_PartName;
+    bool m_IsShader = false; ///< a shader's picture is shown
     bool m_IsLit = false;
     bool m_ResultGone = false;
 };

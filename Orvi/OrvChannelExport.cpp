@@ -2,8 +2,10 @@
 
 #include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
+#include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Network/OrvNodeEvaluation.h"
 #include "OrvCore/Object/OrvDebug.h"
+#include "OrvCore/Project/OrvGeoEntity.h"
 
 #include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
@@ -42,6 +44,16 @@ bool evaluate(OrvEngineNode& Result, const QString& Space, OrvImageBuffer& Buffe
 }
 
 } // namespace
+
+QList<OrvShaderInput*> OrvChannelExport::channelsOf(const OrvGeoEntity* pEntity)
+{
+    QList<OrvShaderInput*> Channels
+        = OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork());
+    Channels.erase(std::remove_if(Channels.begin(), Channels.end(),
+                       [](const OrvShaderInput* pChannel) { return pChannel->isMaterialStack(); }),
+        Channels.end());
+    return Channels;
+}
 
 QStringList OrvChannelExport::filesOf(const OrvShaderInput* pChannel, const QString& Path)
 {

@@ -3,8 +3,10 @@
 #include "OrvDdi/Files/OrvProgress.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QList>
 #include <QtCore/QStringList>
 
+class OrvGeoEntity;
 class OrvShaderInput;
 class OrvSnBaseNode;
 
@@ -15,6 +17,8 @@ class OrvChannelExport {
     Q_DECLARE_TR_FUNCTIONS(OrvChannelExport)
 
 public:
+    /// Those of an object that are images; a material channel is one only where it is shown.
+    static QList<OrvShaderInput*> channelsOf(const OrvGeoEntity* pEntity);
     /// The files that the path stands for: itself for one tile, else one per tile, its number in place of
     /// "<UDIM>".
     static QStringList filesOf(const OrvShaderInput* pChannel, const QString& Path);

@@ -3,6 +3,7 @@
 #include "Orvi/OrvChannelExport.h"
 #include "Orvi/OrvDialogAction.h"
 #include "Orvi/OrvExportDialog.h"
+#include "Orvi/OrvExportNames.h"
 #include "Orvi/OrvFailureMessage.h"
 #include "Orvi/OrvImageFolder.h"
 
@@ -20,7 +21,6 @@
 #include "OrvDdi/Files/OrvImageFiles.h"
 
 #include <QtCore/QPointer>
-#include <QtCore/QRegularExpression>
 #include <QtWidgets/QFileDialog>
 
 namespace {
@@ -29,30 +29,23 @@ const QString ExportDirectoryKey = QStringLiteral("Images/ExportDirectory");
 const QString ExportSuffixKey = QStringLiteral("Images/ExportSuffix");
 const QString ExportAllSuffixKey = QStringLiteral("Images/ExportAllSuffix");
 
-/// The type that was chosen in the dialog counts, and where that leaves it open, the name's own or the usual
-/// one.
-QString typedPath(const QString& Path, const QString& Filter, const QString& UsualSuffix)
+/// The objects of the project, each with what the names of its files begin with: its own, among several.
+QVector<QPair<const OrvGeoEntity*, QString>> objectsWithPrefix()
 {
-    QStringList Chosen;
-    static const QRegularExpression Pattern(QStringLiteral("\\*\\.(\\w+)"));
-    for (auto Match = Pattern.globalMatch(Filter); Match.hasNext();)
-        Chosen.append(Match.next().captured(1));
-    const QStringList Writable = OrvImageFiles::writableSuffixes();
-    const bool Open = Chosen.isEmpty() || Chosen.size() == Writable.size();
-    const QString Suffix = QFileInfo(Path).suffix();
-    const bool Named = Writable.contains(Suffix, Qt::CaseInsensitive);
-    if (Named && (Open || Chosen.contains(Suffix, Qt::CaseInsensitive)))
-        return Path;
-    const QString Base = Named ? Path.chopped(Suffix.size() + 1) : Path;
-    return Base + QLatin1Char('.') + (Open ? UsualSuffix : Chosen.first());
+    QVector<QPair<const OrvGeoEntity*, QString>> Objects;
+    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
+    const QList<OrvGeoEntity*> Entities = pProject ? pProject->geoEntities() : QList<OrvGeoEntity*>();
+    for (const OrvGeoEntity* pEntity : Entities)
+        Objects.append({pEntity, Entities.size() > 1 ? pEntity->name() + QLatin1Char('.') : QString()});
+    return Objects;
 }
 
-QList<OrvShaderInput*> channelsOfObject()
+void run(const QString& Title, const QVector<OrvExportJob>& Jobs, const QString& WhyNothing)
 {
-    const OrvProject* pProject = OrvProjectManager::instance().currentProject();
-    const OrvGeoEntity* pEntity = pProject ? pProject->currentGeoEntity() : nullptr;
-    return pEntity ? OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork())
-                   : QList<OrvShaderInput*>();
+    if (Jobs.isEmpty())
+        OrvFailureMessage::show(Title, WhyNothing);
+    else
+        OrvExportRun::run(Title, Jobs);
 }
 
 } // namespace
@@ -111,7 +104,12 @@ void OrvExportCommands::exportNode(const OrvSnBaseNode* pNode, const QString& Na
         OrvImageFiles::writeFilter(), &Filter, QFileDialog::DontConfirmOverwrite);
     if (Chosen.isEmpty())
         return;
-    const QString Path = typedPath(Chosen, Filter, Suffix);
+    const QString Path = OrvExportNames::typedPath(Chosen, Filter, Suffix);
+    if (!OrvImageFiles::writableSuffixes().contains(QFileInfo(Path).suffix(), Qt::CaseInsensitive))
+        return OrvFailureMessage::show(tr("Export"),
+            tr("\"%1\" cannot be written: its type is none of %2. Choose another name or type.")
+                .arg(
+                    QFileInfo(Path).fileName(), OrvImageFiles::writableSuffixes().join(QLatin1String(", "))));
     const QPointer<const OrvSnBaseNode> pResult(pNode);
     const QPointer<OrvShaderInput> pSettings(pChannel);
     const auto write = [=](const OrvProgress& Progress, QString& Error) {
@@ -141,11 +139,12 @@ void OrvExportCommands::exportUpToLayer()
         exportNode(pLayer->blendNode(), pLayer->name());
 }
 
-bool OrvExportCommands::askForFolder(const QString& Title, QString& Directory, QString& Suffix)
+bool OrvExportCommands::askForFolder(
+    const QString& Title, const QString& What, QString& Directory, QString& Suffix)
 {
     if (!OrvProjectManager::instance().currentProject())
         return false;
-    OrvExportDialog Dialog(Title, OrvImageFolder::lastUsed(ExportDirectoryKey),
+    OrvExportDialog Dialog(Title, What, OrvImageFolder::lastUsed(ExportDirectoryKey),
         OrvSettings().value(ExportAllSuffixKey).toString(), &OrvMainWindow::instance());
     if (Dialog.exec() != QDialog::Accepted)
         return false;
@@ -159,50 +158,69 @@ bool OrvExportCommands::askForFolder(const QString& Title, QString& Directory, Q
 void OrvExportCommands::exportAllChannels()
 {
     QString Directory, Suffix;
-    if (askForFolder(tr("Export All Channels"), Directory, Suffix))
+    const QString Which = objectsWithPrefix().size() > 1
+        ? tr("One image of each channel of all objects, named \"Object.Channel\".")
+        : tr("One image of each channel, named after it.");
+    const QString What
+        = Which + QLatin1Char(' ') + tr("Material channels, which only shaders show, have none.");
+    if (askForFolder(tr("Export All Channels"), What, Directory, Suffix))
         exportAllChannelsTo(Directory, Suffix);
 }
 
 void OrvExportCommands::exportAllChannelsTo(const QString& Directory, const QString& Suffix)
 {
     QVector<OrvExportJob> Jobs;
-    for (OrvShaderInput* pChannel : channelsOfObject()) {
-        const QString Deep
-            = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
-        const QString Path = OrvChannelExport::suggestedPath(
-            pChannel, Directory, pChannel->name(), Suffix.isEmpty() ? Deep : Suffix);
-        const QPointer<OrvShaderInput> pSource(pChannel);
-        Jobs.append({pChannel->name(), OrvChannelExport::filesOf(pChannel, Path),
-            [pSource, Path](const OrvProgress& Progress, QString& Error) {
-                return OrvChannelExport::writeChannel(pSource, Path, Progress, Error);
-            }});
+    OrvExportNames Names(Directory);
+    for (const auto& [pEntity, Prefix] : objectsWithPrefix()) {
+        for (OrvShaderInput* pChannel : OrvChannelExport::channelsOf(pEntity)) {
+            const QString Deep = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png")
+                                                                               : QStringLiteral("exr");
+            const QString Path
+                = Names.take(pChannel, Prefix + pChannel->name(), Suffix.isEmpty() ? Deep : Suffix);
+            const QPointer<OrvShaderInput> pSource(pChannel);
+            Jobs.append({pChannel->name(), OrvChannelExport::filesOf(pChannel, Path),
+                [pSource, Path](const OrvProgress& Progress, QString& Error) {
+                    return OrvChannelExport::writeChannel(pSource, Path, Progress, Error);
+                }});
+        }
     }
-    OrvExportRun::run(tr("Export All Channels"), Jobs);
-}
-
-void OrvExportCommands::exportLayersOf(const QString& Title, const QList<OrvShaderInput*>& Channels)
-{
-    QString Directory, Suffix;
-    if (Channels.isEmpty() || !askForFolder(Title, Directory, Suffix))
-        return;
-    QVector<OrvExportJob> Jobs;
-    for (OrvShaderInput* pChannel : Channels)
-        Jobs += OrvLayerImageExport::jobsOf(pChannel, Directory, Suffix);
-    if (Jobs.isEmpty())
-        OrvFailureMessage::show(Title, tr("None of the layers holds an image"));
-    else
-        OrvExportRun::run(Title, Jobs);
+    run(tr("Export All Channels"), Jobs, tr("There is no channel to export"));
 }
 
 void OrvExportCommands::exportChannelLayers()
 {
-    if (OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput())
-        exportLayersOf(tr("Export Layers of \"%1\"").arg(pChannel->name()), {pChannel});
+    OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
+    if (!pChannel)
+        return;
+    const QString Title = tr("Export Layers of \"%1\"").arg(pChannel->name());
+    QString Directory, Suffix;
+    if (!askForFolder(Title, tr("The images and masks that the layers hold, named \"Channel.Layer\"."),
+            Directory, Suffix))
+        return;
+    OrvExportNames Names(Directory);
+    run(Title, OrvLayerImageExport::jobsOf(pChannel, QString(), Suffix, Names),
+        tr("None of the layers holds an image"));
 }
 
 void OrvExportCommands::exportAllChannelLayers()
 {
-    exportLayersOf(tr("Export Layers of All Channels"), channelsOfObject());
+    const QString Title = tr("Export Layers of All Channels");
+    const auto Objects = objectsWithPrefix();
+    const QString What = Objects.size() > 1
+        ? tr("The images and masks that the layers of all objects hold, named \"Object.Channel.Layer\".")
+        : tr("The images and masks that the layers hold, named \"Channel.Layer\".");
+    QString Directory, Suffix;
+    if (!askForFolder(Title, What, Directory, Suffix))
+        return;
+    QVector<OrvExportJob> Jobs;
+    OrvExportNames Names(Directory);
+    for (const auto& [pEntity, Prefix] : Objects) {
+        // Of the shader layers in material channels there are the masks.
+        for (OrvShaderInput* pChannel :
+            OrvShaderInputManager::instance().getShaderInputsFromNetwork(pEntity->shaderNetwork()))
+            Jobs += OrvLayerImageExport::jobsOf(pChannel, Prefix, Suffix, Names);
+    }
+    run(Title, Jobs, tr("None of the layers holds an image"));
 }
 
 void OrvExportCommands::exportSelected(const QString& Title, OrvLayerImageExport::Part What)
@@ -212,15 +230,15 @@ void OrvExportCommands::exportSelected(const QString& Title, OrvLayerImageExport
     QList<OrvLayer*> Layers = pStack ? pStack->selectedLayers() : QList<OrvLayer*>();
     if (Layers.isEmpty() && OrvLayerManager::instance().currentLayer())
         Layers.append(OrvLayerManager::instance().currentLayer());
+    const QString Told = What == OrvLayerImageExport::Masks
+        ? tr("The masks of the selected layers, named \"Channel.Layer.Mask\".")
+        : tr("The images of the selected layers, named \"Channel.Layer\".");
     QString Directory, Suffix;
-    if (!pChannel || Layers.isEmpty() || !askForFolder(Title, Directory, Suffix))
+    if (!pChannel || Layers.isEmpty() || !askForFolder(Title, Told, Directory, Suffix))
         return;
-    const QVector<OrvExportJob> Jobs
-        = OrvLayerImageExport::jobsOf(Layers, pChannel, What, Directory, Suffix);
-    if (Jobs.isEmpty())
-        OrvFailureMessage::show(Title, tr("None of the layers has what is to be exported"));
-    else
-        OrvExportRun::run(Title, Jobs);
+    OrvExportNames Names(Directory);
+    run(Title, OrvLayerImageExport::jobsOf(Layers, pChannel, What, Suffix, Names),
+        tr("None of the layers has what is to be exported"));
 }
 
 void OrvExportCommands::exportSelectedLayers()

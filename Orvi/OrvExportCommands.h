@@ -14,8 +14,8 @@ class OrvExportCommands : public QObject {
 public:
     explicit OrvExportCommands(QObject* pParent = nullptr);
 
-    /// All of the current object into a folder that exists; an empty suffix means a type as deep as the
-    /// channel. Asks once when that would replace files.
+    /// Those of all objects but the material channels into a folder that exists; an empty suffix means a type
+    /// as deep as the channel. Asks once when that would replace files.
     void exportAllChannelsTo(const QString& Directory, const QString& Suffix);
 
 public Q_SLOTS:
@@ -33,7 +33,7 @@ public Q_SLOTS:
 private:
     void createActions();
     void exportNode(const OrvSnBaseNode* pNode, const QString& Name);
-    void exportLayersOf(const QString& Title, const QList<OrvShaderInput*>& Channels);
     void exportSelected(const QString& Title, OrvLayerImageExport::Part What);
-    bool askForFolder(const QString& Title, QString& Directory, QString& Suffix);
+    /// What tells which images are written, and how they are called.
+    bool askForFolder(const QString& Title, const QString& What, QString& Directory, QString& Suffix);
 };

@@ -20,6 +20,7 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Menus/OrvActionCreator.h"
+#include "OrvCoreModules/Widgets/OrvFileDialog.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvProgressDialog.h"
 
@@ -31,7 +32,6 @@
 #include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtGui/QDropEvent>
-#include <QtWidgets/QFileDialog>
 
 #include <algorithm>
 #include <functional>
@@ -270,8 +270,8 @@ void OrvImportExport::importLayers(
 
 QStringList OrvImportExport::askForImages(const QString& Title)
 {
-    const QStringList Paths = QFileDialog::getOpenFileNames(
-        &OrvMainWindow::instance(), Title, OrvImageFolder::lastUsed(ImportDirectoryKey), OrvImageFiles::readFilter());
+    const QStringList Paths = OrvFileDialog::askForFiles(&OrvMainWindow::instance(), Title,
+        OrvImageFolder::lastUsed(ImportDirectoryKey), OrvImageFiles::readFilter());
     if (!Paths.isEmpty())
         OrvSettings().setValue(ImportDirectoryKey, QFileInfo(Paths.first()).absolutePath());
     return Paths;

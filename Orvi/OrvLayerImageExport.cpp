@@ -1,6 +1,7 @@
 #include "Orvi/OrvLayerImageExport.h"
 
 #include "Orvi/OrvChannelExport.h"
+#include "Orvi/OrvExportNames.h"
 
 #include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Channels/OrvShaderInput.h"
@@ -14,17 +15,17 @@
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QPointer>
-#include <QtCore/QSet>
 
 namespace {
 
-/// The jobs of one run; no two write the same file.
+/// The jobs of one channel.
 class JobList {
 public:
-    JobList(OrvShaderInput* pChannel, const QString& Directory, const QString& Suffix)
+    JobList(OrvShaderInput* pChannel, const QString& Prefix, const QString& Suffix, OrvExportNames& Names)
         : m_pChannel(pChannel)
-        , m_Directory(Directory)
+        , m_Prefix(Prefix)
         , m_Suffix(Suffix)
+        , m_Names(Names)
     {
     }
 
@@ -49,7 +50,7 @@ public:
     }
     void add(const OrvLayer* pLayer, const OrvLayerStack* pStack, OrvLayerImageExport::Part What, bool Results)
     {
-        const QString Name = m_pChannel->name() + QLatin1Char('.') + pLayer->name();
+        const QString Name = m_Prefix + m_pChannel->name() + QLatin1Char('.') + pLayer->name();
         const bool Numbers = pStack && pStack->isWithinMask();
         if (What & OrvLayerImageExport::Paint) {
             OrvSnBaseNode* pContent = pLayer->overNode();
@@ -77,13 +78,8 @@ private:
     }
     QString pathFor(const QString& Name, GLenum Depth)
     {
-        QString Unique = Name;
-        for (int Number = 2; m_Names.contains(Unique.toLower()); ++Number)
-            Unique = Name + QLatin1Char(' ') + QString::number(Number);
-        m_Names.insert(Unique.toLower());
         const QString Deep = Depth == GL_UNSIGNED_BYTE ? QStringLiteral("png") : QStringLiteral("exr");
-        return OrvChannelExport::suggestedPath(
-            m_pChannel, m_Directory, Unique, m_Suffix.isEmpty() ? Deep : m_Suffix);
+        return m_Names.take(m_pChannel, Name, m_Suffix.isEmpty() ? Deep : m_Suffix);
     }
     QStringList filesFor(const QString& Name, GLenum Depth)
     {
@@ -91,8 +87,8 @@ private:
     }
 
     OrvShaderInput* m_pChannel;
-    QString m_Directory, m_Suffix;
-    QSet<QString> m_Names;
+    QString m_Prefix, m_Suffix;
+    OrvExportNames& m_Names;
     QVector<OrvExportJob> m_Jobs;
 };
 
@@ -109,17 +105,17 @@ void addAll(JobList& Jobs, const OrvLayerStack* pStack)
 } // namespace
 
 QVector<OrvExportJob> OrvLayerImageExport::jobsOf(
-    OrvShaderInput* pChannel, const QString& Directory, const QString& Suffix)
+    OrvShaderInput* pChannel, const QString& Prefix, const QString& Suffix, OrvExportNames& Names)
 {
-    JobList Jobs(pChannel, Directory, Suffix);
+    JobList Jobs(pChannel, Prefix, Suffix, Names);
     addAll(Jobs, pChannel);
     return Jobs.jobs();
 }
 
 QVector<OrvExportJob> OrvLayerImageExport::jobsOf(const QList<OrvLayer*>& Layers, OrvShaderInput* pChannel,
-    Part What, const QString& Directory, const QString& Suffix)
+    Part What, const QString& Suffix, OrvExportNames& Names)
 {
-    JobList Jobs(pChannel, Directory, Suffix);
+    JobList Jobs(pChannel, QString(), Suffix, Names);
     for (const OrvLayer* pLayer : Layers) {
         const QList<OrvLayerStack*> Stacks = pLayer->stacks();
         Jobs.add(pLayer, Stacks.isEmpty() ? nullptr : Stacks.first(), What, true);

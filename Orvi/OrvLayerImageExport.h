@@ -2,6 +2,7 @@
 
 #include "Orvi/OrvExportRun.h"
 
+class OrvExportNames;
 class OrvImageSet;
 class OrvLayer;
 class OrvShaderInput;
@@ -15,13 +16,13 @@ public:
     enum Part { Paint = 1, Masks = 2, Everything = 3 };
 
     /// All images of a channel's layers, on all levels, with those inside masks, named "Channel.Layer" and
-    /// "Channel.Layer.Mask". An empty suffix means a type as deep as the image.
+    /// "Channel.Layer.Mask" after the prefix. An empty suffix means a type as deep as the image.
     static QVector<OrvExportJob> jobsOf(
-        OrvShaderInput* pChannel, const QString& Directory, const QString& Suffix);
+        OrvShaderInput* pChannel, const QString& Prefix, const QString& Suffix, OrvExportNames& Names);
     /// The same for some layers. Of one that is computed its result takes the place of an image, and so does
     /// that of a mask stack.
     static QVector<OrvExportJob> jobsOf(const QList<OrvLayer*>& Layers, OrvShaderInput* pChannel, Part What,
-        const QString& Directory, const QString& Suffix);
+        const QString& Suffix, OrvExportNames& Names);
 
     static bool writeImages(const OrvImageSet& Images, const QStringList& Files, bool Numbers,
         const OrvProgress& Progress, QString& Error);

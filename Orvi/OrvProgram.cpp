@@ -57,6 +57,7 @@ const QString ViewPath = QStringLiteral("/Orvi/View");
 const QString BrushPath = QStringLiteral("/Orvi/Brush");
 const QString LastUsedNodesKey = QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore");
 constexpr int LastUsedNodes = 8;
+constexpr int RoomyHeight = 850; // of a window in which two palettes fit one below the other
 
 const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Objects"),
     QStringLiteral("Channels"), QStringLiteral("Layers"), QStringLiteral("Shaders"), QStringLiteral("Select"),
@@ -234,15 +235,18 @@ void OrvProgram::arrangePalettes()
         Window.addDockWidget(Qt::BottomDockWidgetArea, pGraph);
         pGraph->hide();
     }
-    if (pChannels && pShaders)
+    const bool Roomy = Window.height() >= RoomyHeight;
+    if (pChannels && pShaders && Roomy)
         Window.splitDockWidget(pChannels, pShaders, Qt::Vertical);
+    else if (pChannels && pShaders)
+        Window.tabifyDockWidget(pChannels, pShaders);
     if (pShaders && pHistory) {
         Window.tabifyDockWidget(pShaders, pHistory);
-        pShaders->raise();
+        (Roomy || !pChannels ? pShaders : pChannels)->raise();
     }
     if (pChannels && pLayers)
         Window.resizeDocks({pChannels, pLayers}, {330, 340}, Qt::Horizontal);
-    if (pChannels && pShaders)
+    if (pChannels && pShaders && Roomy)
         Window.resizeDocks({pChannels, pShaders}, {420, 480}, Qt::Vertical);
 }
 
@@ -258,6 +262,9 @@ void OrvProgram::start(const OrvCommandLine& Line)
 
 void OrvProgram::open(const OrvCommandLine& Line)
 {
+    const QString Trouble = OrvSettings::trouble();
+    if (!Trouble.isEmpty())
+        OrvFailureMessage::show(tr("Settings"), Trouble);
     if (Line.RequestedMode == OrvCommandLine::Sample) {
         if (!m_pProjectCommands->offerRecovery(OrvSampleProject::path()))
             openSample();

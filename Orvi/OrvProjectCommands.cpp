@@ -13,6 +13,7 @@
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
+#include "OrvCoreModules/Widgets/OrvFileDialog.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvProgressDialog.h"
@@ -23,7 +24,6 @@
 #include <QtCore/QLocale>
 #include <QtCore/QStandardPaths>
 #include <QtWidgets/QAction>
-#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
@@ -95,7 +95,7 @@ void OrvProjectCommands::createActions()
         create(tr("Open Project"), QStringLiteral("Open.png"), SLOT(openProject()), QKeySequence::Open));
     // The sub-menu takes its place here, even while it is empty.
     OrvMenuManager::instance().addSeparator(
-        QStringLiteral("MainWindow"), QStringLiteral("&File"), QStringLiteral("Open &Recent"));
+        QStringLiteral("MainWindow"), QStringLiteral("&File"), QStringLiteral("Open Recent"));
     Creator.addMenuSeparator();
     Creator.setActionSetName(ProjectOnlySet);
     create(tr("Save Project"), QStringLiteral("Save.png"), SLOT(saveProject()), QKeySequence::Save);
@@ -233,8 +233,8 @@ void OrvProjectCommands::newProject()
 
 void OrvProjectCommands::openProject()
 {
-    const QString Path = QFileDialog::getExistingDirectory(&OrvMainWindow::instance(),
-        tr("Open Project (a folder \"Name.orvi\")"), lastDirectory(), QFileDialog::ShowDirsOnly);
+    const QString Path = OrvFileDialog::askForFolder(
+        &OrvMainWindow::instance(), tr("Open Project (a folder \"Name.orvi\")"), lastDirectory());
     if (!Path.isEmpty())
         open(Path);
 }
@@ -308,14 +308,14 @@ bool OrvProjectCommands::saveProjectAs()
     const OrvProject* pProject = OrvProjectManager::instance().currentProject();
     if (!pProject)
         return false;
-    QFileDialog Dialog(&OrvMainWindow::instance(), tr("Save Project As"), lastDirectory());
+    OrvFileDialog Dialog(&OrvMainWindow::instance(), tr("Save Project As"), lastDirectory());
     Dialog.setAcceptMode(QFileDialog::AcceptSave);
     Dialog.setFileMode(QFileDialog::AnyFile);
     Dialog.setNameFilter(tr("Orvi projects (*.orvi)"));
     Dialog.selectFile(pProject->name() + Suffix);
-    if (Dialog.exec() != QDialog::Accepted || Dialog.selectedFiles().isEmpty())
+    if (Dialog.exec() != QDialog::Accepted || Dialog.chosen().isEmpty())
         return false;
-    QString Path = Dialog.selectedFiles().first();
+    QString Path = Dialog.chosen().first();
     if (!OrvCommandLine::isProjectPath(Path))
         Path += Suffix;
     return saveTo(Path);

@@ -44,7 +44,7 @@ void OrvRecentProjects::add(const QString& Path)
 void OrvRecentProjects::clear()
 {
     for (QAction* pAction : qAsConst(m_Actions)) {
-        OrvMenuManager::instance().unregisterAction(Window, Menu, tr("Open &Recent"), pAction);
+        OrvMenuManager::instance().unregisterAction(Window, Menu, tr("Open Recent"), pAction);
         // The chosen entry is still being triggered.
         pAction->deleteLater();
     }
@@ -60,12 +60,12 @@ void OrvRecentProjects::rebuildMenu()
         QAction* pAction = new QAction(QFileInfo(Path).completeBaseName(), this);
         pAction->setToolTip(QDir::toNativeSeparators(Path));
         connect(pAction, &QAction::triggered, this, [this, Path] { Q_EMIT chosen(Path); });
-        OrvMenuManager::instance().registerAction(Window, Menu, tr("Open &Recent"), pAction);
+        OrvMenuManager::instance().registerAction(Window, Menu, tr("Open Recent"), pAction);
         m_Actions.append(pAction);
     }
     const bool Any = !m_Actions.isEmpty();
     OrvMenuManager::instance().setMenuEnabled(
-        Window + QLatin1Char('/') + Menu + QLatin1Char('/') + tr("Open &Recent"), Any);
+        Window + QLatin1Char('/') + Menu + QLatin1Char('/') + tr("Open Recent"), Any);
 }
 
 #include "moc_OrvRecentProjects.cpp"

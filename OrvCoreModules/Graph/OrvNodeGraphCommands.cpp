@@ -1,5 +1,6 @@
 #include "OrvCoreModules/Graph/OrvNodeGraphCommands.h"
 
+#include "OrvCoreModules/Graph/OrvFreedNodePlaces.h"
 #include "OrvCoreModules/Graph/OrvNodeLook.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
@@ -121,7 +122,10 @@ bool connect(const Link& Wanted)
         return false;
     }
     const OrvUndoManager::AutoMacro Macro(tr("Connect '%1'").arg(OrvNodeLook::titleOf(Wanted.pTarget)));
-    return Wanted.pTarget->connectInput(Wanted.InputName, Wanted.pSource, Wanted.OutputName);
+    const OrvFreedNodePlaces Places(Wanted.pTarget->network());
+    const bool Connected = Wanted.pTarget->connectInput(Wanted.InputName, Wanted.pSource, Wanted.OutputName);
+    Places.keep();
+    return Connected;
 }
 
 bool disconnect(const QVector<OrvSnBaseNode::Consumer>& Inputs)
@@ -140,8 +144,10 @@ bool disconnect(const QVector<OrvSnBaseNode::Consumer>& Inputs)
     const OrvUndoManager::AutoMacro Macro(Free.size() == 1
             ? tr("Disconnect '%1'").arg(OrvNodeLook::titleOf(Free.first().pNode))
             : tr("Disconnect %1 Wires").arg(Free.size()));
+    const OrvFreedNodePlaces Places(Free.first().pNode->network());
     for (const OrvSnBaseNode::Consumer& Input : qAsConst(Free))
         Input.pNode->disconnectInput(Input.InputName);
+    Places.keep();
     return true;
 }
 
@@ -154,6 +160,7 @@ bool reconnect(const OrvSnBaseNode::Consumer& From, const Link& To)
         return false;
     }
     OrvUndoManager::AutoMacro Macro(tr("Connect '%1'").arg(OrvNodeLook::titleOf(To.pTarget)));
+    const OrvFreedNodePlaces Places(From.pNode->network());
     From.pNode->disconnectInput(From.InputName);
     const QString Reason = refusal(To);
     if (!Reason.isEmpty()) {
@@ -161,7 +168,9 @@ bool reconnect(const OrvSnBaseNode::Consumer& From, const Link& To)
         refuse(Reason);
         return false;
     }
-    return To.pTarget->connectInput(To.InputName, To.pSource, To.OutputName);
+    const bool Connected = To.pTarget->connectInput(To.InputName, To.pSource, To.OutputName);
+    Places.keep();
+    return Connected;
 }
 
 void remove(const QVector<OrvSnBaseNode*>& Nodes, const QVector<OrvSnBaseNode::Consumer>& Wires)
@@ -179,12 +188,14 @@ void remove(const QVector<OrvSnBaseNode*>& Nodes, const QVector<OrvSnBaseNode::C
         return;
     }
     const OrvUndoManager::AutoMacro Macro(macroText(tr("Delete '%1'"), tr("Delete %1 Nodes"), Removable));
+    const OrvFreedNodePlaces Places(Removable.first()->network());
     disconnect(Wires);
     const QSet<OrvSnBaseNode*> Going(Removable.begin(), Removable.end());
     for (OrvSnBaseNode* pNode : qAsConst(Removable))
         bridge(pNode, Going);
     for (OrvSnBaseNode* pNode : qAsConst(Removable))
         pNode->network()->removeNode(pNode);
+    Places.keep();
 }
 
 QVector<OrvSnBaseNode*> duplicate(const QVector<OrvSnBaseNode*>& Nodes)
@@ -220,7 +231,8 @@ void rename(OrvSnBaseNode* pNode, const QString& Name)
         refuse(frozenText(pNode));
         return;
     }
-    const OrvUndoManager::AutoMacro Macro(tr("Rename '%1'").arg(OrvNodeLook::titleOf(pNode)));
+    const OrvUndoManager::AutoMacro Macro(
+        tr("Rename '%1' to '%2'").arg(OrvNodeLook::titleOf(pNode), Trimmed));
     pNode->setName(Trimmed);
 }
 

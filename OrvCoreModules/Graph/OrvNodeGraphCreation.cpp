@@ -3,7 +3,7 @@
 #include "OrvCoreModules/Graph/OrvNodeGraphCommands.h"
 #include "OrvCoreModules/Graph/OrvNodeLook.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
-#include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
+#include "OrvCoreModules/Widgets/OrvNodeQuickFind.h"
 
 #include "OrvCore/Channels/OrvImageSettings.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
@@ -34,8 +34,6 @@ constexpr int StoredPaths = 8;
 
 const QString SettingsGroup = QStringLiteral("Node Graph");
 const QString LimitKey = QStringLiteral("numberOfLastUsedNodePathsToStore");
-const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
-const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
 
 const QString OutputKey = QStringLiteral("GraphOutput");
 const QStringList PlainKeys{QStringLiteral("ImageSet"), QStringLiteral("Merge"),
@@ -158,22 +156,7 @@ void fillMenu(
 
 QString find(QWidget* pWidget, const QPoint& Position)
 {
-    OrvSettings Settings;
-    Settings.beginGroup(SettingsGroup);
-    QStringList LastUsed = Settings.value(LastUsedKey).toStringList();
-    OrvNodeQuickFindDialog Dialog(Position, OrvLayerUtils::getProceduralLayerGroups(),
-        OrvLayerUtils::getAdjustmentLayerGroups(), LastUsed, Settings.value(FavouritesKey).toStringList(),
-        pWidget);
-    Dialog.exec();
-    Settings.setValue(FavouritesKey, Dialog.favourites());
-    const QString Path = Dialog.chosenPath();
-    if (!Path.isEmpty()) {
-        LastUsed.removeAll(Path);
-        LastUsed.prepend(Path);
-        Settings.setValue(
-            LastUsedKey, QStringList(LastUsed.mid(0, qMax(0, Settings.value(LimitKey).toInt()))));
-    }
-    return Path;
+    return OrvNodeQuickFind::choose(SettingsGroup, Position, pWidget);
 }
 
 void setUpSettings()

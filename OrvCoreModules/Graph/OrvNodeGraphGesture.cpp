@@ -4,12 +4,18 @@
 #include "OrvCoreModules/Graph/OrvWireItem.h"
 #include "OrvCoreModules/Window/OrvCustomFusionStyle.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QPainter>
 
 namespace {
 
 const QColor LooseWire(0xe6, 0xc8, 0x60), GoodWire(0x6f, 0xc2, 0x6f), RefusedWire(0xd8, 0x5a, 0x52);
 constexpr qreal WireMargin = 8.0;
+
+QString tr(const char* pText)
+{
+    return QCoreApplication::translate("OrvNodeGraphGesture", pText);
+}
 
 } // namespace
 
@@ -162,6 +168,18 @@ OrvNodeGraphCommands::Link OrvWireGesture::linkTo(const OrvNodeGraphScene::Spot&
     return Link.pSource && Link.pTarget ? Link : OrvNodeGraphCommands::Link();
 }
 
+QString OrvWireGesture::whyNoLink(const OrvNodeGraphScene::Spot& Spot) const
+{
+    if (!Spot.pNode)
+        return {};
+    const QString Title = Spot.pNode->look().Title;
+    if (Spot.pNode == fixedItem()) {
+        const bool OnOtherSide = m_Fixed.pSource ? Spot.Input >= 0 : Spot.Output >= 0;
+        return OnOtherSide ? tr("'%1' cannot feed itself").arg(Title) : QString();
+    }
+    return m_Fixed.pSource ? tr("'%1' has no input").arg(Title) : QString();
+}
+
 bool OrvWireGesture::isDetachedFrom(const OrvNodeGraphCommands::Link& Link) const
 {
     return m_Detached.pNode && m_Detached == OrvSnBaseNode::Consumer{Link.pTarget, Link.InputName};
@@ -184,7 +202,7 @@ void OrvWireGesture::moveTo(const QPointF& Place)
     m_Wanted = Link;
     if (!Link.pTarget) {
         clearMark();
-        m_Refusal.clear();
+        m_Refusal = whyNoLink(Spot);
         return;
     }
     // Looking for cycles walks the graph: once for each new target.
@@ -213,6 +231,8 @@ void OrvWireGesture::finish()
         OrvNodeGraphCommands::disconnect({m_Detached});
     else if (m_Wanted.pTarget)
         OrvNodeGraphCommands::connect(m_Wanted);
+    else if (!m_Refusal.isEmpty())
+        OrvNodeGraphCommands::refuse(m_Refusal);
 }
 
 QPainterPath OrvWireGesture::curve() const

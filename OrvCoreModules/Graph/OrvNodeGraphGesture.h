@@ -82,6 +82,8 @@ private:
     QPainterPath curve() const;
     /// The connection that dropping here would make; without a node where there is none.
     OrvNodeGraphCommands::Link linkTo(const OrvNodeGraphScene::Spot& Spot) const;
+    /// Why there is none at a node where one was looked for; empty where nothing was.
+    QString whyNoLink(const OrvNodeGraphScene::Spot& Spot) const;
     static QString inputFor(const OrvNodeItem* pItem, int Row);
     bool isDetachedFrom(const OrvNodeGraphCommands::Link& Link) const;
     void clearMark();

@@ -22,9 +22,9 @@ void OrvActionHelpers::setActionEnabled(const QString& Key, bool Enabled, const 
         pAction->setToolTip(Enabled ? QString() : Reason);
 }
 
-void OrvActionHelpers::setMenuEnabled(const QString& MenuPath, bool Enabled)
+void OrvActionHelpers::setMenuEnabled(const QString& MenuPath, bool Enabled, const QString& Reason)
 {
-    OrvMenuManager::instance().setMenuEnabled(MenuPath, Enabled);
+    OrvMenuManager::instance().setMenuEnabled(MenuPath, Enabled, Reason);
 }
 
 QList<QAction*> OrvActionHelpers::getMenuActions(const QString& MenuPath)

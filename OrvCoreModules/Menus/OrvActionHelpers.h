@@ -23,7 +23,7 @@ public:
     /// Why it is disabled is its tool tip, which goes when it is enabled; without a reason the tip stays as
     /// it is.
     static void setActionEnabled(const QString& Key, bool Enabled, const QString& Reason = QString());
-    static void setMenuEnabled(const QString& MenuPath, bool Enabled);
+    static void setMenuEnabled(const QString& MenuPath, bool Enabled, const QString& Reason = QString());
     /// The entries of one menu without its sub-menus and separators, late-bound ones as they are.
     static QList<QAction*> getMenuActions(const QString& MenuPath);
 };

@@ -1,5 +1,7 @@
 #include "OrvCoreModules/Menus/OrvMenu.h"
 
+#include <QtGui/QKeyEvent>
+
 OrvMenu::OrvMenu(QWidget* pParent)
     : OrvMenu(QString(), pParent)
 {
@@ -18,6 +20,36 @@ void OrvMenu::clearAll()
     clear();
     const QList<QMenu*> SubMenus = findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
     qDeleteAll(SubMenus);
+}
+
+void OrvMenu::keyPressEvent(QKeyEvent* pEvent)
+{
+    const bool IsPlain = !(pEvent->modifiers() & ~Qt::ShiftModifier);
+    const QString Typed = pEvent->text();
+    QAction* pNext
+        = IsPlain && Typed.size() == 1 && Typed[0].isLetterOrNumber() ? nextBeginningWith(Typed[0]) : nullptr;
+    if (pNext)
+        setActiveAction(pNext);
+    else
+        QMenu::keyPressEvent(pEvent);
+}
+
+QAction* OrvMenu::nextBeginningWith(QChar Letter) const
+{
+    const QList<QAction*> Entries = actions();
+    const QKeySequence Mnemonic(Qt::ALT + int(Letter.toUpper().unicode()));
+    const int Count = Entries.size();
+    const int Active = Entries.indexOf(activeAction());
+    QAction* pNext = nullptr;
+    for (int Step = 1; Step <= Count; ++Step) {
+        QAction* pEntry = Entries[(Active + Step + Count) % Count];
+        if (QKeySequence::mnemonic(pEntry->text()) == Mnemonic)
+            return nullptr;
+        const bool Begins = pEntry->text().startsWith(Letter, Qt::CaseInsensitive);
+        if (!pNext && Begins && pEntry->isVisible() && pEntry->isEnabled() && !pEntry->isSeparator())
+            pNext = pEntry;
+    }
+    return pNext;
 }
 
 #include "moc_OrvMenu.cpp"

@@ -4,8 +4,9 @@
 
 #include <QtWidgets/QMenu>
 
-/// A menu of the program: shows tool tips, draws no doubled separators. Belongs to its parent or to the
-/// caller; it owns its sub-menus, never the actions of others.
+/// A menu of the program: shows tool tips, draws no doubled separators. A letter that is no entry's mnemonic
+/// goes to the next entry that begins with it, so that every entry is within reach of the keyboard. Belongs
+/// to its parent or to the caller; it owns its sub-menus, never the actions of others.
 class ORVCOREMODULES_EXPORT OrvMenu : public QMenu {
     Q_OBJECT
 
@@ -15,4 +16,10 @@ public:
 
     /// Takes all entries out and deletes the sub-menus, so that the menu can be filled again.
     void clearAll();
+
+protected:
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
+private:
+    QAction* nextBeginningWith(QChar Letter) const;
 };

@@ -203,10 +203,10 @@ QStringList OrvMenuManager::menus(const QString& Window) const
     return pNode ? pNode->subMenuTitles() : QStringList();
 }
 
-void OrvMenuManager::setMenuEnabled(const QString& MenuPath, bool Enabled)
+void OrvMenuManager::setMenuEnabled(const QString& MenuPath, bool Enabled, const QString& Reason)
 {
     if (OrvMenuNode* pNode = node(MenuPath.split(Separator, Qt::SkipEmptyParts)))
-        pNode->setEnabled(Enabled);
+        pNode->setEnabled(Enabled, Reason);
 }
 
 bool OrvMenuManager::isMenuEnabled(const QString& MenuPath) const

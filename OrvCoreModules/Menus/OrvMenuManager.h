@@ -55,8 +55,8 @@ public:
     /// Titles of a window's menus that hold anything, in the order of their registration.
     QStringList menus(const QString& Window) const;
 
-    // By path; an unknown one is ignored.
-    void setMenuEnabled(const QString& MenuPath, bool Enabled);
+    // By path; an unknown one is ignored. Why a menu is disabled is the tool tip of its entry.
+    void setMenuEnabled(const QString& MenuPath, bool Enabled, const QString& Reason = QString());
     bool isMenuEnabled(const QString& MenuPath) const;
     QList<QAction*> menuActions(const QString& MenuPath) const;
 

@@ -154,15 +154,22 @@ void OrvMenuNode::follow(OrvMenu* pMenu)
         std::remove(m_Followers.begin(), m_Followers.end(), QPointer<OrvMenu>()), m_Followers.end());
     if (!m_Followers.contains(pMenu))
         m_Followers.append(pMenu);
-    // The entry only: a disabled menu widget would lose its scroll and focus handling.
-    pMenu->menuAction()->setEnabled(m_Enabled);
+    showState(pMenu);
 }
 
-void OrvMenuNode::setEnabled(bool Enabled)
+void OrvMenuNode::setEnabled(bool Enabled, const QString& Reason)
 {
     m_Enabled = Enabled;
+    m_Reason = Enabled ? QString() : Reason;
     for (const QPointer<OrvMenu>& pMenu : qAsConst(m_Followers)) {
         if (pMenu)
-            pMenu->menuAction()->setEnabled(Enabled);
+            showState(pMenu);
     }
+}
+
+void OrvMenuNode::showState(const OrvMenu* pMenu) const
+{
+    // The entry only: a disabled menu widget would lose its scroll and focus handling.
+    pMenu->menuAction()->setEnabled(m_Enabled);
+    pMenu->menuAction()->setToolTip(m_Reason);
 }

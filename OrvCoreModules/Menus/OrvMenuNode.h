@@ -43,11 +43,13 @@ public:
     void fill(QMenu* pMenu, const QString& Section);
     /// The menu is enabled with this node from now on.
     void follow(OrvMenu* pMenu);
-    void setEnabled(bool Enabled);
+    /// The reason is the tool tip of the disabled menu.
+    void setEnabled(bool Enabled, const QString& Reason);
     bool isEnabled() const { return m_Enabled; }
 
 private:
     void dropDeadEntries();
+    void showState(const OrvMenu* pMenu) const;
     /// Itself, or what a level with nothing but one sub-menu leads to.
     OrvMenuNode* shownLevel();
 
@@ -56,4 +58,5 @@ private:
     std::vector<Entry> m_Entries;
     QList<QPointer<OrvMenu>> m_Followers;
     bool m_Enabled = true;
+    QString m_Reason; ///< why it is not
 };

@@ -2,13 +2,16 @@
 
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
 
+#include <QtCore/QCollator>
 #include <QtWidgets/QDialogButtonBox>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QKeySequenceEdit>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
@@ -18,6 +21,22 @@ namespace {
 enum Column { CommandColumn, GroupColumn, ShortcutColumn, ColumnCount };
 constexpr int PathRole = Qt::UserRole;
 const QSize InitialSize(640, 560);
+
+/// Sizes stand in the order of their numbers.
+class CommandItem : public QTreeWidgetItem {
+public:
+    bool operator<(const QTreeWidgetItem& Other) const override
+    {
+        // The C locale compares bytes and knows no numbers.
+        static const QCollator Order = [] {
+            QCollator Collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
+            Collator.setNumericMode(true);
+            return Collator;
+        }();
+        const int Column = treeWidget() ? treeWidget()->sortColumn() : int(CommandColumn);
+        return Order.compare(text(Column), Other.text(Column)) < 0;
+    }
+};
 
 } // namespace
 
@@ -85,7 +104,7 @@ void OrvShortcutEditor::createRows()
     const OrvShortcutManager& Manager = OrvShortcutManager::instance();
     QList<QTreeWidgetItem*> Items;
     for (const QString& Path : Manager.paths()) {
-        auto* pItem = new QTreeWidgetItem;
+        auto* pItem = new CommandItem;
         pItem->setText(CommandColumn, Manager.text(Path));
         pItem->setText(GroupColumn, Manager.group(Path));
         pItem->setToolTip(CommandColumn, Path);
@@ -130,6 +149,9 @@ void OrvShortcutEditor::filter(const QString& Text)
             Matches = Matches || pItem->text(Column).contains(Text, Qt::CaseInsensitive);
         pItem->setHidden(!Matches);
     }
+    // What is not in sight is not edited.
+    if (m_Tree->currentItem() && m_Tree->currentItem()->isHidden())
+        m_Tree->setCurrentItem(nullptr);
 }
 
 QString OrvShortcutEditor::currentPath() const
@@ -179,11 +201,20 @@ void OrvShortcutEditor::assign()
 
 void OrvShortcutEditor::resetCurrent()
 {
-    OrvShortcutManager::instance().reset(currentPath());
+    OrvShortcutManager& Manager = OrvShortcutManager::instance();
+    const QKeySequence Default = Manager.defaultShortcut(currentPath());
+    if (Manager.conflicts(currentPath(), Default).isEmpty())
+        Manager.reset(currentPath());
+    else
+        m_SequenceEdit->setKeySequence(Default); // to be assigned, which says from whom
 }
 
 void OrvShortcutEditor::resetAll()
 {
+    if (OrvApplication::popupsAllowed()
+        && QMessageBox::question(this, tr("Reset All"), tr("Give every command its default keys?"))
+            != QMessageBox::Yes)
+        return;
     OrvShortcutManager::instance().resetAll();
 }
 

@@ -12,7 +12,8 @@ class QTreeWidget;
 class QTreeWidgetItem;
 
 /// The dialog in which the user looks up and rebinds shortcuts. Edits the shortcut manager at once and keeps
-/// no list of its own; keys in use are named and given over only when the user says so.
+/// no list of its own; keys in use are named and given over only when the user says so, a default that is to
+/// come back included.
 class ORVCOREMODULES_EXPORT OrvShortcutEditor : public QDialog {
     Q_OBJECT
 
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void onSequenceEdited();
     void assign();
     void resetCurrent();
+    /// Asks first.
     void resetAll();
     void refreshPath(const QString& Path);
 

@@ -10,27 +10,30 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QShortcut>
 
+#include <algorithm>
+
 namespace {
 
 const char File[] = "OrvShortcutManager";
 const QString SettingsGroup = QStringLiteral("Shortcuts");
 const QLatin1Char Separator('/');
 
+/// "addShader" becomes "Add Shader"; what consists of words stays as it is.
+QString inWords(const QString& Name)
+{
+    QString Text;
+    for (const QChar Letter : Name) {
+        if (Letter.isUpper() && !Text.isEmpty() && Text.back().isLower())
+            Text.append(QLatin1Char(' '));
+        Text.append(Text.isEmpty() ? Letter.toUpper() : Letter);
+    }
+    return Text;
+}
+
 /// "1removeShaderInput()", as SLOT() writes it, becomes "Remove Shader Input".
 QString textOfSlot(const char* pSlot)
 {
-    const QString Name = QString::fromLatin1(pSlot).mid(1).section(QLatin1Char('('), 0, 0);
-    QString Text;
-    for (const QChar Letter : Name) {
-        if (Text.isEmpty()) {
-            Text.append(Letter.toUpper());
-            continue;
-        }
-        if (Letter.isUpper())
-            Text.append(QLatin1Char(' '));
-        Text.append(Letter);
-    }
-    return Text;
+    return inWords(QString::fromLatin1(pSlot).mid(1).section(QLatin1Char('('), 0, 0));
 }
 
 QString widgetPath(const QString& Group, const char* pSlot)
@@ -77,7 +80,9 @@ QString OrvShortcutManager::group(const QString& Path) const
     const auto Found = m_Bindings.constFind(Path);
     if (Found != m_Bindings.cend() && !Found->WidgetGroup.isEmpty())
         return tr("%1 palette").arg(Found->WidgetGroup);
-    return Path.section(Separator, 2, -2);
+    QStringList Titles = Path.section(Separator, 2, -2).split(Separator);
+    std::transform(Titles.begin(), Titles.end(), Titles.begin(), inWords);
+    return Titles.join(QLatin1String(" > "));
 }
 
 QKeySequence OrvShortcutManager::shortcut(const QString& Path) const

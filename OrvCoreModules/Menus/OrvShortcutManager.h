@@ -25,7 +25,7 @@ public:
     QStringList paths() const { return m_Order; }
     /// What the shortcut does, for people.
     QString text(const QString& Path) const;
-    /// The first part of the path below the program's name: "Layers".
+    /// Where it is found, for people: "Shaders palette", or "Layers > Add Shader" for "/Orvi/Layers/AddShader/…".
     QString group(const QString& Path) const;
     QKeySequence shortcut(const QString& Path) const;
     QKeySequence defaultShortcut(const QString& Path) const;

@@ -132,18 +132,18 @@ void OrvAdvancedBlendingOptionsPopup::setBlendNode(OrvSnBaseNode* pNode)
         {&m_pAdvancedBinding, &m_pAmountBinding, &m_pOverBinding, &m_pBaseBinding, &m_pChannelBinding})
         delete std::exchange(*ppBinding, nullptr);
     if (pNode) {
-        m_pAdvancedBinding = bind(OrvMergeAttributes::AdvancedEnabled);
-        m_pAmountBinding = bind(OrvMergeAttributes::AmountEnabled);
-        m_pOverBinding = bind(OrvMergeAttributes::BlendOverRange);
-        m_pBaseBinding = bind(OrvMergeAttributes::BlendBaseRange);
-        m_pChannelBinding = bind(OrvMergeAttributes::BlendChannels);
+        m_pAdvancedBinding = bind(OrvMergeAttributes::AdvancedEnabled, tr("Advanced Blending"));
+        m_pAmountBinding = bind(OrvMergeAttributes::AmountEnabled, tr("Use of Amount"));
+        m_pOverBinding = bind(OrvMergeAttributes::BlendOverRange, tr("Tones of the Layer"));
+        m_pBaseBinding = bind(OrvMergeAttributes::BlendBaseRange, tr("Tones Below"));
+        m_pChannelBinding = bind(OrvMergeAttributes::BlendChannels, tr("Written Components"));
     }
     showAll();
 }
 
-OrvValueBinding* OrvAdvancedBlendingOptionsPopup::bind(const QString& AttributeName)
+OrvValueBinding* OrvAdvancedBlendingOptionsPopup::bind(const QString& AttributeName, const QString& Label)
 {
-    OrvValueBinding* pBinding = new OrvAttributeBinding(m_pNode, AttributeName, this);
+    OrvValueBinding* pBinding = new OrvAttributeBinding(m_pNode, AttributeName, this, Label);
     connect(pBinding, &OrvValueBinding::valueChanged, this, &OrvAdvancedBlendingOptionsPopup::showAll);
     connect(pBinding, &OrvValueBinding::writableChanged, this, &OrvAdvancedBlendingOptionsPopup::showAll);
     return pBinding;

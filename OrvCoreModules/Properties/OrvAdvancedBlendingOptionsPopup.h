@@ -42,7 +42,7 @@ private:
     QCheckBox* addCheckBox(QVBoxLayout* pLayout, const QString& Text, const QString& ToolTip);
     QWidget* createOptions();
     OrvRangeSlider* addRange(QVBoxLayout* pLayout, const QString& Title, const QString& ToolTip);
-    OrvValueBinding* bind(const QString& AttributeName);
+    OrvValueBinding* bind(const QString& AttributeName, const QString& Label);
     void showCheckBox(QCheckBox* pBox, const OrvValueBinding* pBinding);
     void showRange(OrvRangeSlider* pSlider, const OrvValueBinding* pBinding);
     void showAll();

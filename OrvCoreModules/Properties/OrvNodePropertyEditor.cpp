@@ -11,6 +11,7 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 
 #include <QtCore/QTimer>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QVBoxLayout>
 
 OrvNodePropertyEditor::OrvNodePropertyEditor(
@@ -65,6 +66,11 @@ void OrvNodePropertyEditor::rebuild()
     if (m_Options & UserAttributes)
         addUserAttributes(pForm, Shown);
     const bool Empty = pForm->rowCount() == 0;
+    if (Empty && !m_Title.isEmpty()) {
+        QLabel* pNothing = new QLabel(tr("No settings"), pRows);
+        pNothing->setEnabled(false);
+        pForm->addRow(pNothing);
+    }
 
     m_pContents = pRows;
     if (!(m_Options & NoScrollArea)) {

@@ -27,15 +27,13 @@ QString tr(const char* pText)
     return QCoreApplication::translate("OrvNodePropertyEditors", pText);
 }
 
-void addPropertyRow(
-    OrvFormLayout* pForm, QObject* pObject, const char* pName, const QString& Label, bool ReadOnly)
+void addPropertyRow(OrvFormLayout* pForm, QObject* pObject, const char* pName, bool ReadOnly)
 {
     const QMetaObject* pClass = pObject->metaObject();
     const QMetaProperty Property = pClass->property(pClass->indexOfProperty(pName));
     OrvPropertyBinding* pBinding = new OrvPropertyBinding(pObject, Property, nullptr);
-    OrvOperationParameter Description = OrvValueEditor::describe(QLatin1String(pName), pBinding->value());
-    Description.Label = Label;
-    OrvValueEditor::addRow(pForm, pBinding, Description, ReadOnly);
+    OrvValueEditor::addRow(
+        pForm, pBinding, OrvValueEditor::describe(QLatin1String(pName), pBinding->value()), ReadOnly);
 }
 
 QStringList addOperationRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
@@ -68,10 +66,10 @@ QStringList addImageRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
     OrvImageSet* pImages = static_cast<OrvSnChannelInputNode*>(pNode)->imageSet();
     if (!pImages)
         return {};
-    addPropertyRow(pForm, pImages, "imageSetSize", tr("Size"), true);
-    addPropertyRow(pForm, pImages, "imageSetDepthString", tr("Depth"), true);
-    addPropertyRow(pForm, pImages, "fileSpace", tr("Color Space"), true);
-    addPropertyRow(pForm, pImages, "tileCount", tr("Tiles"), true);
+    addPropertyRow(pForm, pImages, "imageSetSize", true);
+    addPropertyRow(pForm, pImages, "imageSetDepthString", true);
+    addPropertyRow(pForm, pImages, "fileSpace", true);
+    addPropertyRow(pForm, pImages, "tileCount", true);
     return {};
 }
 
@@ -84,7 +82,7 @@ QStringList addBakePointRows(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
 
 QStringList addNameRow(OrvSnBaseNode* pNode, OrvFormLayout* pForm)
 {
-    addPropertyRow(pForm, pNode, "name", tr("Name"), false);
+    addPropertyRow(pForm, pNode, "name", false);
     return {};
 }
 

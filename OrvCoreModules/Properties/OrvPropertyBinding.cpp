@@ -93,6 +93,17 @@ void OrvPropertyBinding::write(const QVariant& Value)
         OrvUndoManager::instance().perform(std::make_unique<PropertyEdit>(m_pObject, m_Property, Value));
 }
 
+QString OrvPropertyBinding::undoText(const QVariant& Value) const
+{
+    const auto* pNode = qobject_cast<const OrvSnBaseNode*>(m_pObject.data());
+    if (!pNode)
+        return OrvValueBinding::undoText(Value);
+    const QString Known = pNode->name().isEmpty() ? pNode->typeLabel() : pNode->name();
+    if (qstrcmp(m_Property.name(), "name") == 0)
+        return tr("Rename '%1' to '%2'").arg(Known, Value.toString());
+    return tr("%1 of '%2'").arg(OrvValueBinding::undoText(Value), Known);
+}
+
 void OrvPropertyBinding::lookAgain()
 {
     const QVariant Present = value();

@@ -18,6 +18,7 @@ public:
 
 protected:
     void write(const QVariant& Value) override;
+    QString undoText(const QVariant& Value) const override;
 
 private Q_SLOTS:
     void lookAgain();

@@ -53,9 +53,14 @@ void OrvValueBinding::finishGesture()
     record(Reached);
 }
 
+QString OrvValueBinding::undoText(const QVariant&) const
+{
+    return m_UndoText;
+}
+
 void OrvValueBinding::record(const QVariant& Value)
 {
-    const OrvUndoManager::AutoMacro Macro(undoText());
+    const OrvUndoManager::AutoMacro Macro(undoText(Value));
     write(Value);
 }
 

@@ -33,8 +33,8 @@ protected:
     explicit OrvValueBinding(const QString& UndoText, QObject* pParent);
     /// Called inside an undo macro, or while nothing is recorded.
     virtual void write(const QVariant& Value) = 0;
-    /// What the undo history calls the edit.
-    virtual QString undoText() const { return m_UndoText; }
+    /// What the undo history calls the edit that sets the value.
+    virtual QString undoText(const QVariant& Value) const;
 
 private:
     void record(const QVariant& Value);

@@ -3,17 +3,18 @@
 #include "OrvCoreModules/Properties/OrvValueBinding.h"
 #include "OrvCoreModules/Widgets/OrvColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvComboBox.h"
+#include "OrvCoreModules/Widgets/OrvFileDialog.h"
 #include "OrvCoreModules/Widgets/OrvFormLayout.h"
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
 #include "OrvCoreModules/Window/OrvAppearance.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QHash>
 #include <QtCore/QRandomGenerator>
 #include <QtCore/QSize>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QCheckBox>
-#include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
@@ -228,7 +229,7 @@ QWidget* createFilePath(OrvValueBinding* pBinding, const OrvOperationParameter& 
     pBrowse->setToolTip(tr("Choose a file"));
     QObject::connect(pBrowse, &QToolButton::clicked, pBinding, [pBinding, pEditor, Description] {
         const QString Path
-            = QFileDialog::getOpenFileName(pEditor, Description.Label, pBinding->value().toString());
+            = OrvFileDialog::askForFile(pEditor, Description.Label, pBinding->value().toString());
         if (!Path.isEmpty())
             pBinding->edit(Path);
     });
@@ -307,6 +308,15 @@ bool kindOf(int MetaType, OrvOperationParameter::Kind& Kind)
 
 QString OrvValueEditor::labelFromName(const QString& Name)
 {
+    static const QHash<QString, QString> OfImages{
+        {QStringLiteral("imageSetSize"), tr("Size")},
+        {QStringLiteral("imageSetDepthString"), tr("Depth")},
+        {QStringLiteral("fileSpace"), tr("Color Space")},
+        {QStringLiteral("tileCount"), tr("Tiles")},
+    };
+    const auto Known = OfImages.constFind(Name);
+    if (Known != OfImages.cend())
+        return *Known;
     QString Label;
     for (const QChar Letter : Name) {
         if (Letter == QLatin1Char('_') || Letter == QLatin1Char('-')) {

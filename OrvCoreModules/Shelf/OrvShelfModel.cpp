@@ -160,7 +160,8 @@ Qt::ItemFlags OrvShelfModel::flags(const QModelIndex& Index) const
     const OrvShelfEntry* pEntry = entryAt(Index);
     if (!pEntry)
         return Qt::NoItemFlags;
-    // A damaged file can be selected, so that its menu leads to it, but goes nowhere.
+    // A damaged file can be selected, so that its menu leads to it and a double click tells what is wrong,
+    // but goes nowhere.
     return Qt::ItemIsEnabled | Qt::ItemIsSelectable
         | (pEntry->Error.isEmpty() ? Qt::ItemIsDragEnabled : Qt::NoItemFlags);
 }

@@ -143,9 +143,15 @@ void OrvShelfPalette::updateHint()
 
 void OrvShelfPalette::addAsLayer(const QModelIndex& Index)
 {
-    const bool IsMaterial = Index.data(OrvShelfModel::MaterialRole).toBool();
-    if (!IsMaterial && !Index.data(OrvShelfModel::UsableRole).toBool())
+    const OrvShelfEntry* pEntry = OrvMaterialPaintManager::instance().entry(keyAt(Index));
+    if (!pEntry)
         return;
+    if (!pEntry->Error.isEmpty()) {
+        QMessageBox::warning(
+            &OrvMainWindow::instance(), tr("Cannot Use '%1'").arg(pEntry->Name), pEntry->Error);
+        return;
+    }
+    const bool IsMaterial = pEntry->What == OrvShelfEntry::Material;
     OrvLayerStack* pStack = OrvLayerManager::instance().currentLayerStack();
     if (!pStack) {
         OrvStatusManager::instance().showMessage(

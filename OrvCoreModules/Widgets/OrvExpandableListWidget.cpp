@@ -79,6 +79,13 @@ void OrvExpandableListWidget::addChild(QWidget* pWidget, const QString& Label, c
     }
     QLabel* pLabel = new QLabel(Label, m_pContents);
     pLabel->setToolTip(ToolTip);
+    // Beside a form it stands in line with the form's first row.
+    const auto* pForm = qobject_cast<const QFormLayout*>(pWidget->layout());
+    QLayoutItem* pFirst = pForm ? pForm->itemAt(0, QFormLayout::FieldRole) : nullptr;
+    if (const QWidget* pField = pFirst ? pFirst->widget() : nullptr) {
+        pField->ensurePolished();
+        pLabel->setMaximumHeight(qMin(pField->sizeHint().height(), pField->maximumHeight()));
+    }
     m_pContentsLayout->addRow(pLabel, pWidget);
 }
 

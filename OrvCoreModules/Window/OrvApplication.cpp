@@ -2,6 +2,9 @@
 
 #include "OrvCoreModules/Window/OrvCustomFusionStyle.h"
 
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractItemView>
+
 namespace {
 
 /// Platforms without a screen have nobody in front of them.
@@ -35,6 +38,16 @@ OrvApplication::OrvApplication(int& ArgumentCount, char** ppArguments)
     setApplicationDisplayName(QStringLiteral("Orvi"));
     setAttribute(Qt::AA_DontShowIconsInMenus, false);
     setStyle(new OrvCustomFusionStyle);
+}
+
+bool OrvApplication::notify(QObject* pReceiver, QEvent* pEvent)
+{
+    if (pEvent->type() == QEvent::ShortcutOverride && qobject_cast<QAbstractItemView*>(pReceiver)
+        && static_cast<QKeyEvent*>(pEvent)->matches(QKeySequence::SelectAll)) {
+        pEvent->accept();
+        return true;
+    }
+    return QApplication::notify(pReceiver, pEvent);
 }
 
 OrvApplication::State& OrvApplication::appInstance()

@@ -31,6 +31,9 @@ public:
 
     OrvApplication(int& ArgumentCount, char** ppArguments);
 
+    /// Lists that have the keyboard select all that they hold, whatever the window would do at the same key.
+    bool notify(QObject* pReceiver, QEvent* pEvent) override;
+
     static State& appInstance();
 
     static bool isInitialized() { return appInstance().isInitialized(); }

@@ -5,7 +5,9 @@
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QGridLayout>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QStyleFactory>
 #include <QtWidgets/QStyleOption>
 #include <QtWidgets/QToolButton>
@@ -21,6 +23,7 @@ constexpr int RowPadding = 3; // of item views and menus, above and below the te
 constexpr int ComboArrowWidth = 16;
 constexpr int ComboTextMargin = 3;
 constexpr int ComboFrame = 2;
+constexpr int TitleButtonsWidth = 60; // beyond what stands beside the text
 
 QRect scrollBarRect(const QStyleOptionSlider& Option, QStyle::SubControl Sub)
 {
@@ -140,6 +143,22 @@ void OrvCustomFusionStyle::polish(QApplication* pApplication)
     QToolTip::setPalette(standardPalette());
 }
 
+void OrvCustomFusionStyle::polish(QWidget* pWidget)
+{
+    QProxyStyle::polish(pWidget);
+    const auto* pBox = qobject_cast<const QMessageBox*>(pWidget);
+    auto* pGrid = pBox ? qobject_cast<QGridLayout*>(pBox->layout()) : nullptr;
+    if (!pGrid)
+        return;
+    QFont TitleFont = pBox->font();
+    TitleFont.setBold(true);
+    const QString Title
+        = QStringLiteral("%1 - %2").arg(pBox->windowTitle(), QGuiApplication::applicationDisplayName());
+    const int TextColumn = pGrid->columnCount() - 1;
+    pGrid->setColumnMinimumWidth(
+        TextColumn, QFontMetrics(TitleFont).horizontalAdvance(Title) + TitleButtonsWidth);
+}
+
 int OrvCustomFusionStyle::pixelMetric(
     PixelMetric Metric, const QStyleOption* pOption, const QWidget* pWidget) const
 {
@@ -198,6 +217,7 @@ int OrvCustomFusionStyle::styleHint(
     switch (Hint) {
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
+    case SH_DialogButtonBox_ButtonsHaveIcons: // the themes of desktops are made for light windows
     case SH_ComboBox_Popup: // a list below the box rather than a menu over it
     case SH_ScrollBar_Transient:
         return 0;

@@ -22,6 +22,8 @@ public:
     QPalette standardPalette() const override;
     void polish(QPalette& Palette) override;
     void polish(QApplication* pApplication) override;
+    /// Gives message boxes room for their titles, to which the window system adds the program's name.
+    void polish(QWidget* pWidget) override;
     using QProxyStyle::polish;
 
     int pixelMetric(PixelMetric Metric, const QStyleOption* pOption = nullptr,

@@ -6,6 +6,7 @@
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QFontDatabase>
 #include <QtWidgets/QMenu>
+#include <QtWidgets/QScrollBar>
 
 #include <memory>
 
@@ -48,6 +49,13 @@ void OrvLogView::append(const OrvDebugMessage& Message)
                         .arg(QTime::currentTime().toString(QStringLiteral("hh:mm:ss")), Message.File)
                         .arg(Message.Line)
                         .arg(Message.Text));
+}
+
+void OrvLogView::showEvent(QShowEvent* pEvent)
+{
+    QPlainTextEdit::showEvent(pEvent);
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    horizontalScrollBar()->setValue(0);
 }
 
 void OrvLogView::contextMenuEvent(QContextMenuEvent* pEvent)

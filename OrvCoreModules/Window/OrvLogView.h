@@ -16,6 +16,9 @@ public:
     ~OrvLogView() override;
 
 protected:
+    /// It opens at the beginnings of the last lines; those that came while it was hidden moved it to their
+    /// ends.
+    void showEvent(QShowEvent* pEvent) override;
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
 
 private:

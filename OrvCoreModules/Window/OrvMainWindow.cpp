@@ -19,6 +19,8 @@
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QToolButton>
 
+#include <utility>
+
 namespace {
 
 const QString Window = QStringLiteral("MainWindow");
@@ -30,6 +32,7 @@ const QSize InitialSize(1400, 900);
 constexpr double InitialShare = 0.9; // of the screen, at most
 const QSize SmallScreen(1280, 800); // one that the window needs all of
 const QSize ProgressBarSize(180, 12);
+constexpr int MaximizingTime = 3000; // ms; what comes later is the user's doing
 constexpr int TitlesKeptLast = 2; // of the menu order
 
 QString plain(QString Title)
@@ -174,7 +177,10 @@ bool OrvMainWindow::restoreLayout()
         fitToScreen();
     // Palettes that float find the window that they lie above only if it is there before them.
     winId();
-    const bool Found = restoreState(Settings.value(StateKey).toByteArray(), StateVersion);
+    const QByteArray State = Settings.value(StateKey).toByteArray();
+    const bool Found = restoreState(State, StateVersion);
+    if (Found && isMaximized())
+        m_MaximizedState = State;
     if (!Found && m_ArrangeDefaultLayout)
         m_ArrangeDefaultLayout();
     OrvPaletteManager::instance().restorePaletteSettings(Settings);
@@ -188,6 +194,13 @@ void OrvMainWindow::fitToScreen()
     setGeometry(QRect(Room.center() - QPoint(Size.width(), Size.height()) / 2, Size));
     if (Room.width() <= SmallScreen.width() || Room.height() <= SmallScreen.height())
         setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void OrvMainWindow::restoreMaximizedState()
+{
+    if (m_MaximizedState.isEmpty() || !isVisible() || !isMaximized() || size() == normalGeometry().size())
+        return;
+    restoreState(std::exchange(m_MaximizedState, QByteArray()), StateVersion);
 }
 
 void OrvMainWindow::raiseFloatingPalettes()
@@ -209,6 +222,7 @@ void OrvMainWindow::saveLayout() const
 
 void OrvMainWindow::resetLayout()
 {
+    m_MaximizedState.clear();
     if (m_ArrangeDefaultLayout)
         m_ArrangeDefaultLayout();
 }
@@ -219,6 +233,14 @@ void OrvMainWindow::showEvent(QShowEvent* pEvent)
     // The window system puts a window that it shows in front of those that were there before.
     if (!pEvent->spontaneous())
         QTimer::singleShot(0, this, &OrvMainWindow::raiseFloatingPalettes);
+    if (!m_MaximizedState.isEmpty())
+        QTimer::singleShot(MaximizingTime, this, [this] { m_MaximizedState.clear(); });
+}
+
+void OrvMainWindow::resizeEvent(QResizeEvent* pEvent)
+{
+    QMainWindow::resizeEvent(pEvent);
+    restoreMaximizedState();
 }
 
 void OrvMainWindow::closeEvent(QCloseEvent* pEvent)

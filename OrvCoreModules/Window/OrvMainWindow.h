@@ -41,6 +41,7 @@ public Q_SLOTS:
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
 
 private Q_SLOTS:
@@ -55,6 +56,8 @@ private:
     void rebuildMenuBar();
     /// The first start: as much of the screen as is good.
     void fitToScreen();
+    /// Once a window that was left maximised has its size again, its palettes get theirs.
+    void restoreMaximizedState();
     void raiseFloatingPalettes();
     /// Progress is reported from code that keeps the event loop waiting, so the change is painted at once, and
     /// Escape and the cancel button are looked for where they are of use.
@@ -63,6 +66,7 @@ private:
     std::function<bool()> m_MayClose;
     std::function<void()> m_ArrangeDefaultLayout;
     QStringList m_MenuOrder;
+    QByteArray m_MaximizedState; ///< of the palettes, until the window is large enough for it
     QLabel* m_StatusLabel = nullptr;
     QProgressBar* m_ProgressBar = nullptr;
     QToolButton* m_CancelButton = nullptr;

@@ -190,6 +190,10 @@ bool OrvPalette::event(QEvent* pEvent)
     case QEvent::HideToParent:
         Q_EMIT paletteActiveChanged(isPaletteActive());
         break;
+    case QEvent::ParentChange:
+        // A window that is put into a dock by its main window is told of it in no other way.
+        Q_EMIT headerChanged();
+        break;
     case QEvent::WhatsThis:
         showContextHelp();
         return true;

@@ -1,5 +1,6 @@
 #include "Tests/Support/OrvTestProject.h"
 
+#include "OrvCore/Channels/OrvChannelSpace.h"
 #include "OrvCore/Layers/OrvLayerRendering.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 
@@ -39,8 +40,8 @@ private Q_SLOTS:
             &Status, &OrvStatusManager::textChanged, [&Texts](const QString& Text) { Texts.append(Text); });
         for (int Round = 0; Round < 2; ++Round) {
             Texts.clear();
-            QVERIFY(!OrvLayerRendering::render(
-                Project.channel()->node(), Project.channel()->layout(), Project.channel()->paintFormat())
+            QVERIFY(!OrvLayerRendering::render(Project.channel()->node(), Project.channel()->layout(),
+                Project.channel()->paintFormat(), OrvChannelSpace::storedIn(Project.channel()))
                          .isNull());
             QCOMPARE(Texts.size(), 2); // comes and goes
             QVERIFY(!Texts.first().isEmpty() && Texts.last().isEmpty());

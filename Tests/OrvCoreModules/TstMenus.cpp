@@ -212,16 +212,21 @@ private Q_SLOTS:
         auto* pAction = new QAction(QStringLiteral("Reveal"), m_Owner.get());
         menus().registerAction("EnableWindow", "&Layers", "Layer Mask", pAction);
         const std::unique_ptr<QMenu> pBefore(menus().makeMenu("EnableWindow", "&Layers"));
-        OrvActionHelpers::setMenuEnabled(QStringLiteral("EnableWindow/&Layers/Layer Mask"), false);
+        const QString WhyNot = QStringLiteral("Choose a layer first");
+        OrvActionHelpers::setMenuEnabled(QStringLiteral("EnableWindow/&Layers/Layer Mask"), false, WhyNot);
         OrvActionHelpers::setMenuEnabled(QStringLiteral("EnableWindow/&Layers/No Such Menu"), false);
         const std::unique_ptr<QMenu> pAfter(menus().makeMenu("EnableWindow", "&Layers"));
-        for (const QMenu* pMenu : {pBefore.get(), pAfter.get()})
+        for (const QMenu* pMenu : {pBefore.get(), pAfter.get()}) {
             QVERIFY(!subMenu(pMenu, QStringLiteral("Layer Mask"))->menuAction()->isEnabled());
+            QCOMPARE(subMenu(pMenu, QStringLiteral("Layer Mask"))->menuAction()->toolTip(), WhyNot);
+        }
         QVERIFY(pAction->isEnabled());
         QCOMPARE(texts(pAfter->actions()), QStringList{"Layer Mask"});
 
-        OrvActionHelpers::setMenuEnabled(QStringLiteral("EnableWindow/Layers/Layer Mask"), true);
+        OrvActionHelpers::setMenuEnabled(QStringLiteral("EnableWindow/Layers/Layer Mask"), true, WhyNot);
         QVERIFY(subMenu(pBefore.get(), QStringLiteral("Layer Mask"))->menuAction()->isEnabled());
+        QCOMPARE(subMenu(pBefore.get(), QStringLiteral("Layer Mask"))->menuAction()->toolTip(),
+            QStringLiteral("Layer Mask"));
     }
 
     void entriesHavePlacesAndSections()
@@ -413,6 +418,25 @@ private Q_SLOTS:
         menus().registerAction("MainWindow", "&Layers", QString(), pLate);
         Q_EMIT pLayers->aboutToShow();
         QCOMPARE(texts(pLayers->actions()), QStringList({"Something", "Later"}));
+    }
+
+    void lettersGoToEntries()
+    {
+        OrvMenu Menu;
+        for (const char* pText : {"Zoom In", "&Export", "Zoom Out", "Zap"})
+            Menu.addAction(QString::fromLatin1(pText));
+        Menu.actions()[3]->setEnabled(false);
+        int Chosen = 0;
+        connect(Menu.actions()[1], &QAction::triggered, this, [&Chosen] { ++Chosen; });
+        Menu.popup(QPoint(10, 10));
+        for (const int Row : {0, 2, 0}) {
+            QTest::keyClick(&Menu, Qt::Key_Z);
+            QCOMPARE(Menu.activeAction(), Menu.actions()[Row]);
+        }
+        // A mnemonic acts at once, as ever.
+        QTest::keyClick(&Menu, Qt::Key_E);
+        QCOMPARE(Chosen, 1);
+        QVERIFY(!Menu.isVisible());
     }
 
     void toggleActionIsSilentWhenNothingChanges()

@@ -193,6 +193,9 @@ private Q_SLOTS:
         QVERIFY2(OrvStatusManager::instance().text().contains("depends"),
             qPrintable(OrvStatusManager::instance().text()));
         drag(output(merge()), input(merge(), OrvSnNames::Base));
+        QVERIFY(OrvStatusManager::instance().text().contains("itself"));
+        drag(output(merge()), middle(paintNode()));
+        QVERIFY(OrvStatusManager::instance().text().contains("no input"));
         QCOMPARE(m_pProject->document(), Document);
         QCOMPARE(historyLength(), Length);
 
@@ -227,6 +230,41 @@ private Q_SLOTS:
         click(view()->mapFromScene(pWire->sceneBoundingRect().center()));
         QTest::keyClick(view(), Qt::Key_Delete);
         QVERIFY(!merge()->inputNode(OrvSnNames::Base));
+    }
+
+    /// What is taken off stays in sight, beside what stood around it, and can be plugged in elsewhere.
+    void freedNodesStayWhereTheyWere()
+    {
+        for (const char* pName : {"Dust", "Dirt", "Oil"})
+            m_pProject->paint(pName, OrvColor(0.5f, 0.5f, 0.5f, 1.0f))->addMaskImageSet(
+                OrvLayer::FilledMask, OrvColor());
+        OrvUndoManager::instance().clear();
+        frameAll();
+        const auto isShownNear = [this](const QPointF& Place) {
+            const OrvNodeItem* pItem = itemOf(paintNode());
+            for (const OrvNodeItem* pOther : scene()->nodeItems()) {
+                if (pOther != pItem
+                    && pOther->body().translated(pOther->pos()).intersects(pItem->body().translated(pItem->pos())))
+                    return false;
+            }
+            return pItem->pos().x() == Place.x() && qAbs(pItem->pos().y() - Place.y()) < 200.0;
+        };
+        const QPointF Before = itemOf(paintNode())->pos();
+        OrvSnBaseNode* pOther = m_pProject->layer("Dust")->paintNode();
+        drag(input(merge(), OrvSnNames::Over), emptyPlace());
+        QVERIFY(paintNode()->network() && isShownNear(Before));
+        m_pProject->undo();
+        scene()->synchronize();
+        QCOMPARE(itemOf(paintNode())->pos(), Before);
+        QVERIFY(paintNode()->position().isNull());
+
+        frameAll();
+        drag(output(pOther), input(merge(), OrvSnNames::Over));
+        QCOMPARE(merge()->inputNode(OrvSnNames::Over), pOther);
+        QVERIFY(paintNode()->consumers().isEmpty() && isShownNear(Before));
+        frameAll();
+        drag(output(paintNode()), input(merge(), OrvSnNames::Mask));
+        QCOMPARE(merge()->inputNode(OrvSnNames::Mask), paintNode());
     }
 
     void escapeLeavesNoTrace()
@@ -431,7 +469,7 @@ private Q_SLOTS:
         QTest::keyClicks(pEdit, "Patina");
         QTest::keyClick(pEdit, Qt::Key_Return);
         QCOMPARE(m_pLayer->name(), QStringLiteral("Patina"));
-        QCOMPARE(history(), QStringLiteral("Rename 'Rust'"));
+        QCOMPARE(history(), QStringLiteral("Rename 'Rust' to 'Patina'"));
         QVERIFY(view()->hasFocus());
 
         doubleClick(middle(merge()));

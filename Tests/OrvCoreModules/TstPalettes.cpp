@@ -7,6 +7,7 @@
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QScreen>
+#include <QtGui/QWindow>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QDialog>
@@ -196,6 +197,13 @@ private Q_SLOTS:
         QVERIFY(headerButton(pPalette, "Help")->isVisible());
         headerButton(pPalette, "Dock in the window")->click();
         QVERIFY(!pPalette->isFloating());
+        QVERIFY(headerButton(pPalette, "Float"));
+        // Docked from the start it says so too.
+        auto* pDocked = new OrvPalette(QStringLiteral("Docked"), nullptr, QString());
+        OrvPaletteManager::instance().registerPalette(pDocked, true, QString());
+        QVERIFY(!pDocked->isFloating());
+        QVERIFY(headerButton(pDocked, "Float"));
+        delete pDocked;
         headerButton(pPalette, "Close")->click();
         QVERIFY(!pPalette->isPaletteActive());
     }
@@ -308,6 +316,34 @@ private Q_SLOTS:
         window().resetLayout();
         QCOMPARE(Arranged, 2);
         window().setDefaultLayout({});
+    }
+
+    /// What is laid out before the window has its size again must not decide.
+    void palettesOfAMaximizedWindowKeepTheirWidths()
+    {
+        window().setCentralWidget(new QWidget);
+        OrvPalette* pLayers = createRegistered("Layers", true);
+        OrvPalette* pShelf = createRegistered("Shelf", true);
+        for (OrvPalette* pPalette : {pLayers, pShelf})
+            window().addDockWidget(Qt::RightDockWidgetArea, pPalette);
+        window().showNormal();
+        window().resize(300, 300);
+        window().showMaximized();
+        QTRY_VERIFY(window().width() > 300);
+        const int Width = window().width() / 2;
+        window().resizeDocks({pLayers}, {Width}, Qt::Horizontal);
+        QTRY_COMPARE(pLayers->width(), Width);
+        window().close();
+
+        window().setWindowState(Qt::WindowNoState);
+        window().resizeDocks({pLayers}, {100}, Qt::Horizontal);
+        QVERIFY(window().restoreLayout());
+        window().show();
+        // As a window system does it, some time after the window was shown.
+        window().windowHandle()->resize(window().screen()->availableSize());
+        QTRY_COMPARE(pLayers->width(), Width);
+        window().showNormal();
+        delete window().takeCentralWidget();
     }
 
 private:

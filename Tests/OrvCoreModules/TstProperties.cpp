@@ -276,6 +276,15 @@ private Q_SLOTS:
         OrvUndoManager::instance().undo();
         QTRY_VERIFY(!pEditor->isVisible());
 
+        // Where a title promises settings that there are not, it says so.
+        OrvSnMergeNode* pBare = add<OrvSnMergeNode>("Merge");
+        const auto* pTitled = shown(
+            OrvNodePropertyEditors::create(pBare, QStringLiteral("Adjustment"), EditorOptions, m_pWindow));
+        const QList<QLabel*> Words = pTitled->findChildren<QLabel*>();
+        QVERIFY(std::any_of(Words.begin(), Words.end(), [](const QLabel* pWord) {
+            return pWord->text() == QLatin1String("No settings") && pWord->isVisible();
+        }));
+
         // An image node shows what its images are, and changes nothing.
         auto pImageNode = std::make_unique<OrvSnChannelInputNode>();
         OrvPixelFormat Format;
@@ -392,6 +401,7 @@ private Q_SLOTS:
         QTest::keyClick(pName, Qt::Key_Return);
         QCOMPARE(pNode->name(), QStringLiteral("Renamed"));
         QCOMPARE(undoCount(), Steps + 1);
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Rename 'Graph' to 'Renamed'"));
 
         pNode->createUserAttribute({QStringLiteral("note"), QStringLiteral("wet")});
         QTRY_COMPARE(labels(pView), QStringList({"Name", "Note"}));
@@ -407,6 +417,7 @@ private Q_SLOTS:
         QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("std-dev_x2")), QStringLiteral("Std Dev X 2"));
         QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("useUDIM")), QStringLiteral("Use UDIM"));
         QCOMPARE(OrvValueEditor::labelFromName(QString()), QString());
+        QCOMPARE(OrvValueEditor::labelFromName(QStringLiteral("imageSetDepthString")), QStringLiteral("Depth"));
     }
 
     void advancedBlendingPopup()

@@ -3,6 +3,7 @@
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shelf/OrvMaterialPaintManager.h"
+#include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCore/Shelf/OrvShelfThumbnailer.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
@@ -11,13 +12,17 @@
 #include "OrvCoreModules/Shelf/OrvShelfModel.h"
 #include "OrvCoreModules/Shelf/OrvShelfPalette.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QMimeData>
+#include <QtCore/QStandardPaths>
+#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtTest/QtTest>
 #include <QtWidgets/QAbstractSpinBox>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListView>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QUndoStack>
 
 /// The palette with the shelf, and the editor of what is taken from it.
@@ -89,6 +94,31 @@ private Q_SLOTS:
         OrvLayerManager::instance().setCurrentLayerStack(nullptr);
         doubleClick(find("Camouflage"));
         QCOMPARE(OrvUndoManager::instance().stack()->count(), 1);
+    }
+
+    void aDoubleClickOnADamagedFileTellsWhatIsWrong()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QDir Shelf(OrvShelfDirectories::user());
+        QVERIFY(Shelf.mkpath(QStringLiteral(".")));
+        QFile File(Shelf.filePath(QStringLiteral("Torn.orvproc")));
+        QVERIFY(File.open(QIODevice::WriteOnly));
+        File.write("{ torn");
+        File.close();
+        OrvMaterialPaintManager::instance().reload();
+        QTRY_VERIFY(find(QStringLiteral("Torn")).isValid());
+        QString Told;
+        QTimer::singleShot(100, this, [&Told] {
+            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            Told = pBox ? pBox->text() : QString();
+            if (pBox)
+                pBox->accept();
+        });
+        doubleClick(find(QStringLiteral("Torn")));
+        QVERIFY2(Told.contains(QStringLiteral("Torn")), qPrintable(Told));
+        QVERIFY(File.remove());
+        QStandardPaths::setTestModeEnabled(false);
+        OrvMaterialPaintManager::instance().reload();
     }
 
     void theMenuMakesLayersAndMasks()

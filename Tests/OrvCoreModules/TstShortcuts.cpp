@@ -7,12 +7,14 @@
 #include "OrvCoreModules/Menus/OrvShortcutEditor.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutSequence.h"
+#include "OrvCoreModules/Window/OrvApplication.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
 #include <QtWidgets/QKeySequenceEdit>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTreeWidget>
 #include <QtWidgets/QVBoxLayout>
@@ -168,6 +170,7 @@ private Q_SLOTS:
         const SecondView Second;
         const QString Path = QStringLiteral("/Orvi/Palettes/First/Remove Rows");
         QCOMPARE(manager().group(Path), QStringLiteral("First palette"));
+        QCOMPARE(manager().group(QStringLiteral("/Orvi/Keys/AddNode/Any")), QStringLiteral("Keys > Add Node"));
         QCOMPARE(manager().text(Path), QStringLiteral("Remove Rows"));
         QVERIFY(manager().conflicts(Path, QKeySequence(Qt::Key_Delete)).isEmpty());
         // A command of the whole window would make the key ambiguous.
@@ -235,6 +238,57 @@ private Q_SLOTS:
         manager().setEnabledSpecialShortcut(Qt::Key_F35, true);
         QTest::keyClick(View.Tree, Qt::Key_F35);
         manager().setEnabledSpecialShortcut(Qt::Key_F35, false);
+    }
+
+    void editorEditsOnlyWhatItShows()
+    {
+        const QAction* pGroup = createAction("Group", "Ctrl+G");
+        createAction("512 x 512", "");
+        createAction("1024 x 1024", "");
+        OrvShortcutEditor Editor;
+        auto* pTree = Editor.findChild<QTreeWidget*>();
+        const auto row = [pTree](const char* pText) {
+            return pTree->indexOfTopLevelItem(pTree->findItems(QLatin1String(pText), Qt::MatchExactly).value(0));
+        };
+        QVERIFY(row("512 x 512") < row("1024 x 1024"));
+        pTree->setCurrentItem(pTree->topLevelItem(row("Group")));
+        auto* pFilter = Editor.findChild<QLineEdit*>();
+        pFilter->setText(QStringLiteral("gro"));
+        QVERIFY(button(Editor, "Clear")->isEnabled());
+        pFilter->setText(QStringLiteral("512"));
+        QVERIFY(!pTree->currentItem() && pTree->selectedItems().isEmpty());
+        for (const char* pButton : {"Assign", "Clear", "Reset"})
+            QVERIFY(!button(Editor, pButton)->isEnabled());
+        QCOMPARE(pGroup->shortcut(), keys("Ctrl+G"));
+    }
+
+    void defaultsInUseAreAssignedOnlyOnRequest()
+    {
+        const QAction* pGroup = createAction("Group", "Ctrl+G");
+        const QAction* pMerge = createAction("Merge", "Ctrl+E");
+        manager().takeShortcut(QStringLiteral("/Orvi/Keys/Merge"), keys("Ctrl+G"));
+        OrvShortcutEditor Editor;
+        auto* pTree = Editor.findChild<QTreeWidget*>();
+        pTree->setCurrentItem(pTree->findItems(QStringLiteral("Group"), Qt::MatchExactly).value(0));
+        button(Editor, "Reset")->click();
+        QCOMPARE(pMerge->shortcut(), keys("Ctrl+G"));
+        button(Editor, "Assign")->click();
+        QCOMPARE(pGroup->shortcut(), keys("Ctrl+G"));
+        QVERIFY(pMerge->shortcut().isEmpty());
+
+        const auto resetAll = [&Editor](QMessageBox::StandardButton Answer) {
+            QTimer::singleShot(0, &Editor, [Answer] {
+                if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+                    pBox->button(Answer)->click();
+            });
+            OrvApplication::appInstance().setPopupsAllowed(true);
+            button(Editor, "Reset All")->click();
+            OrvApplication::appInstance().setPopupsAllowed(false);
+        };
+        resetAll(QMessageBox::No);
+        QVERIFY(pMerge->shortcut().isEmpty());
+        resetAll(QMessageBox::Yes);
+        QCOMPARE(pMerge->shortcut(), keys("Ctrl+E"));
     }
 
     void editorFiltersNamesConflictsAndBinds()

@@ -1,12 +1,15 @@
 #include "Tests/OrvPlugins/SettingsDirectory.h"
 
 #include "OrvCore/Layers/OrvLayerRendering.h"
+#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvAppearance.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvContextHelp.h"
+#include "OrvCoreModules/Window/OrvCustomFusionStyle.h"
 #include "OrvCoreModules/Window/OrvGui.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvCoreModules/Window/OrvLogView.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPixmap.h"
 #include "OrvCoreModules/Window/OrvProgressDialog.h"
@@ -16,10 +19,13 @@
 #include <QtCore/QMimeData>
 #include <QtGui/QPainter>
 #include <QtTest/QtTest>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QProgressDialog>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QShortcut>
 #include <QtWidgets/QStatusBar>
 #include <QtWidgets/QToolButton>
@@ -291,6 +297,36 @@ private Q_SLOTS:
         OrvGui::stealFocusGently(pTree);
         QVERIFY(!pTree->hasFocus());
         OrvGui::stealFocusGently(nullptr);
+    }
+
+    void messageBoxesHaveRoomForTheirTitleAndText()
+    {
+        const QString Long = QStringLiteral("Grouping Operation Failed");
+        OrvCustomFusionStyle Style;
+        for (const bool TitleIsLong : {true, false}) {
+            QMessageBox Box(
+                QMessageBox::Warning, TitleIsLong ? Long : QString(), TitleIsLong ? QString("No") : Long);
+            Box.setStyle(&Style);
+            Box.show();
+            QVERIFY(Box.width() > Box.fontMetrics().horizontalAdvance(Long));
+            const auto* pText = Box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+            QVERIFY(pText && pText->width() >= pText->sizeHint().width());
+        }
+    }
+
+    /// Messages that came while nobody looked are read from their beginnings.
+    void theLogOpensAtTheStartOfItsLastLines()
+    {
+        OrvLogView Log;
+        Log.resize(200, 100);
+        for (int Line = 0; Line < 100; ++Line)
+            OrvDebug("TstWindow", Line, QStringLiteral("word ").repeated(50), false, false);
+        QTRY_VERIFY(Log.blockCount() >= 100);
+        Log.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&Log));
+        QCOMPARE(Log.horizontalScrollBar()->value(), 0);
+        QVERIFY(Log.horizontalScrollBar()->maximum() > 0);
+        QCOMPARE(Log.verticalScrollBar()->value(), Log.verticalScrollBar()->maximum());
     }
 
     void precisionIsBoundedAndToldOnce()

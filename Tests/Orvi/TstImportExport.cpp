@@ -3,12 +3,16 @@
 
 #include "Orvi/OrvChannelExport.h"
 #include "Orvi/OrvExportCommands.h"
+#include "Orvi/OrvExportDialog.h"
+#include "Orvi/OrvExportNames.h"
 #include "Orvi/OrvExportRun.h"
 #include "Orvi/OrvImageImport.h"
 #include "Orvi/OrvImportExport.h"
 #include "Orvi/OrvLayerImageExport.h"
 #include "Orvi/OrvProjectCommands.h"
 
+#include "OrvDdi/Files/OrvImageFiles.h"
+#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
@@ -106,6 +110,7 @@ private Q_SLOTS:
     void floatsKeepWhatNoByteHolds()
     {
         OrvShaderInput* pChannel = m_Document.newChannel(ImageSize, GL_HALF_FLOAT);
+        m_pNetwork = pChannel->network();
         m_Document.newPaintLayer(pChannel, OrvColor(4.0f, 0.25f, 0.0f));
         for (const char* pFile : {"hdr.exr", "hdr.tif"}) {
             OrvShaderInput* pBack = import(exported(pChannel, pFile));
@@ -294,6 +299,85 @@ private Q_SLOTS:
             QVERIFY(QFileInfo(File).size() > 3);
     }
 
+    void everyChannelOfEveryObjectHasAFileOfItsOwn()
+    {
+        OrvExportCommands Commands;
+        OrvProject* pProject = OrvProjectManager::instance().currentProject();
+        const auto channel = [&](const QString& Name, const QColor& Color) {
+            OrvShaderInput* pChannel = import(save(QStringLiteral("plain.png"), filled(Color)));
+            pChannel->node()->setName(Name);
+            return pChannel;
+        };
+        const auto exportedFiles = [&](const QTemporaryDir& Folder) {
+            Commands.exportAllChannelsTo(Folder.path(), QStringLiteral("png"));
+            const QStringList Files = QDir(Folder.path()).entryList(QDir::Files);
+            return QSet<QString>(Files.begin(), Files.end());
+        };
+        const QTemporaryDir One;
+        channel("Base", Qt::red);
+        channel("Base", Qt::green);
+        channel("bASE", Qt::blue);
+        channel("A/B", Qt::red);
+        channel("A_B", Qt::red);
+        // Tiles are told apart by the ends of their names, which a channel's own can look like.
+        channel("Wall.1001", Qt::yellow);
+        channel("Wall", Qt::red)->node()->setUserAttributeValue("ImageTiles", QVariantList{1001, 1002});
+        QCOMPARE(exportedFiles(One),
+            QSet<QString>({"Base.png", "Base 2.png", "bASE 3.png", "A_B.png", "A_B 2.png", "Wall.1001.png",
+                "Wall 2.1001.png", "Wall 2.1002.png"}));
+        QCOMPARE(QImage(One.filePath("Base.png")).pixelColor(1, 1), QColor(Qt::red));
+        QCOMPARE(QImage(One.filePath("Base 2.png")).pixelColor(1, 1), QColor(Qt::green));
+        QCOMPARE(QImage(One.filePath("Wall.1001.png")).pixelColor(1, 1), QColor(Qt::yellow));
+
+        // Of several objects all are exported, without what only shaders show.
+        m_pNetwork = m_Document.newProject();
+        pProject = OrvProjectManager::instance().currentProject();
+        channel("Base", Qt::red);
+        OrvGeoEntity* pSecond = pProject->addGeoEntity(QStringLiteral("Lid"));
+        QVERIFY(pSecond);
+        m_pNetwork = pSecond->shaderNetwork();
+        channel("Base", Qt::green);
+        channel("Material", Qt::black)->node()->addTag(OrvSnNames::MaterialShaderInputTag);
+        const QTemporaryDir Two;
+        const QString First = pProject->geoEntities().first()->name();
+        QCOMPARE(exportedFiles(Two),
+            QSet<QString>({First + ".Base.png", QStringLiteral("Lid.Base.png")}));
+        QCOMPARE(QImage(Two.filePath("Lid.Base.png")).pixelColor(1, 1), QColor(Qt::green));
+    }
+
+    void aTypedSuffixDecidesTheType_data()
+    {
+        QTest::addColumn<QString>("Typed");
+        QTest::addColumn<QString>("Filter");
+        QTest::addColumn<QString>("Path");
+        const QString Any = OrvImageFiles::writeFilter().section(QStringLiteral(";;"), 0, 0);
+        QTest::newRow("its own") << "/x/a.PNG" << "TIFF (*.tif *.tiff)" << "/x/a.PNG";
+        QTest::newRow("the chosen") << "/x/a" << "TIFF (*.tif *.tiff)" << "/x/a.tif";
+        QTest::newRow("the usual") << "/x/a" << Any << "/x/a.exr";
+        QTest::newRow("a version") << "/x/a v1.2" << "PNG (*.png)" << "/x/a v1.2.png";
+        QTest::newRow("one that is only read") << "/x/a.jpg" << "PNG (*.png)" << "/x/a.jpg";
+    }
+
+    void aTypedSuffixDecidesTheType()
+    {
+        QFETCH(QString, Typed);
+        QFETCH(QString, Filter);
+        QTEST(OrvExportNames::typedPath(Typed, Filter, QStringLiteral("exr")), "Path");
+    }
+
+    void theExportDialogMakesTheFolder()
+    {
+        OrvExportDialog Dialog(QStringLiteral("Export"), QString(), m_Document.filePath("new/deep"), QString());
+        Dialog.accept();
+        QCOMPARE(Dialog.result(), int(QDialog::Accepted));
+        QVERIFY(QFileInfo(m_Document.filePath("new/deep")).isDir());
+        // Where a file stands in the way, the dialog stays.
+        OrvExportDialog Blocked(
+            QStringLiteral("Export"), QString(), save("file", QByteArray("x")) + "/below", QString());
+        Blocked.accept();
+        QCOMPARE(Blocked.result(), int(QDialog::Rejected));
+    }
+
     void layersAreExportedAsTheyAreStored()
     {
         const QImage Image = pattern(ImageSize);
@@ -309,7 +393,8 @@ private Q_SLOTS:
         QVERIFY(pChannel->groupLayers(Error, 0, {pSecond}, nullptr, QStringLiteral("Group")));
 
         const QTemporaryDir Folder;
-        QVERIFY(OrvExportRun::run("Export", OrvLayerImageExport::jobsOf(pChannel, Folder.path(), QString())));
+        OrvExportNames Names(Folder.path());
+        QVERIFY(OrvExportRun::run("Export", OrvLayerImageExport::jobsOf(pChannel, {}, {}, Names)));
         QCOMPARE(QDir(Folder.path()).entryList(QDir::Files),
             QStringList({"hull.Base 2.png", "hull.Base.Mask.png", "hull.Base.png"}));
         const auto file = [&](const char* pName) {
@@ -325,8 +410,9 @@ private Q_SLOTS:
 
         QVERIFY(pChannel->convertDepthTo(GL_HALF_FLOAT, OrvShaderInput::AllImages));
         const QTemporaryDir Deep;
+        OrvExportNames DeepNames(Deep.path());
         QVERIFY(OrvExportRun::run("Export",
-            OrvLayerImageExport::jobsOf({pSecond}, pChannel, OrvLayerImageExport::Masks, Deep.path(), QString())));
+            OrvLayerImageExport::jobsOf({pSecond}, pChannel, OrvLayerImageExport::Masks, {}, DeepNames)));
         QCOMPARE(QDir(Deep.path()).entryList(QDir::Files), QStringList("hull.Base.Mask.exr"));
     }
 
@@ -339,9 +425,10 @@ private Q_SLOTS:
             = pChannel->createProceduralLayer("Procedural/Pattern/Checkerboard", OrvTestDocument::LayerFlags);
         QVERIFY(pPattern);
         const QTemporaryDir Folder;
+        OrvExportNames Names(Folder.path());
         QVERIFY(OrvExportRun::run("Export",
             OrvLayerImageExport::jobsOf(
-                {pPaint, pPattern}, pChannel, OrvLayerImageExport::Everything, Folder.path(), "png")));
+                {pPaint, pPattern}, pChannel, OrvLayerImageExport::Everything, "png", Names)));
         const QStringList Files = QDir(Folder.path()).entryList(QDir::Files);
         QCOMPARE(Files.size(), 4);
         QCOMPARE(Files.filter("1012").size(), 2);

@@ -93,6 +93,22 @@ private Q_SLOTS:
         QVERIFY(isLit());
     }
 
+    void saysWhatIsPaintedOn()
+    {
+        const OrvCanvasSource Source;
+        QTRY_COMPARE(Source.partName(), QStringLiteral("lit, painting \"Color\""));
+        OrvLayer* pLayer = m_pColor->layerList().first();
+        pLayer->setName(QStringLiteral("Splash"));
+        pLayer->addMaskImageSet();
+        OrvLayerManager::instance().setCurrentComponent(pLayer->maskNode());
+        const QString Mask = QStringLiteral("painting the mask of \"Splash\"");
+        QTRY_COMPARE(Source.partName(), QStringLiteral("lit, ") + Mask);
+        shaders().setCurrentShader(shaders().getCurrentChannelShader());
+        QTRY_COMPARE(Source.partName(), Mask);
+        OrvLayerManager::instance().setCurrentComponent(pLayer->paintNode());
+        QTRY_COMPARE(Source.partName(), QString());
+    }
+
     /// A mark tells that a picture, lit or not, takes its time, and goes when all is there.
     void saysThatItComputes()
     {
@@ -278,6 +294,13 @@ private Q_SLOTS:
         const OrvFlatShading::Light Before = light();
         drag(m_pCanvas->toWidget(QPointF(128, 128)).toPoint(), QPoint(300, 300));
         QVERIFY(light() == Before);
+        // A shader's picture that no light falls on has none either.
+        OrvLayerShader* pFlat
+            = OrvLayerShaderUtils::createShaderFromKey(QStringLiteral("Shader/Unlit"), true);
+        QVERIFY(pFlat && pFlat->setInputShaderInput(QStringLiteral("Color"), m_pColor));
+        QVERIFY(isSettled(m_pCanvas.get()) && !m_pCanvas->light()->isShown());
+        shaders().setCurrentShader(m_pShader->node());
+        QVERIFY(isSettled(m_pCanvas.get()) && m_pCanvas->light()->isShown());
     }
 
     void theLightIsKept()

@@ -227,6 +227,29 @@ private Q_SLOTS:
         QCOMPARE(rows(), QStringList({"Object", "*Body"}));
     }
 
+    void allIsSelectedInTheListThatHasTheKeyboard()
+    {
+        QWidget Window;
+        QListWidget List(&Window);
+        List.setSelectionMode(QAbstractItemView::ExtendedSelection);
+        List.addItems({QStringLiteral("One"), QStringLiteral("Two")});
+        QPushButton Beside(&Window);
+        QAction OfWindow(&Window);
+        OfWindow.setShortcut(QKeySequence::SelectAll);
+        Window.addAction(&OfWindow);
+        const QSignalSpy Selections(&OfWindow, &QAction::triggered);
+        Window.show();
+        Window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&Window));
+        List.setFocus();
+        QTest::keyClick(&List, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(List.selectedItems().size(), 2);
+        QCOMPARE(Selections.size(), 0);
+        Beside.setFocus();
+        QTest::keyClick(&Beside, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(Selections.size(), 1);
+    }
+
 private:
     static OrvProject* project() { return OrvProjectManager::instance().currentProject(); }
     QPoint place(int Row) const { return m_pList->visualItemRect(m_pList->item(Row)).center(); }

@@ -5,6 +5,7 @@
 #include "Orvi/OrvCommandLine.h"
 #include "Orvi/OrvProgram.h"
 
+#include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
@@ -58,6 +59,17 @@ private Q_SLOTS:
         qInfo("painted after %lld ms", static_cast<long long>(Age.elapsed()));
         QVERIFY(!OrvProjectManager::instance().currentProject());
         QVERIFY(OrvApplication::isInitialized());
+    }
+
+    void settingsThatAreNotKeptAreTold()
+    {
+        QCOMPARE(OrvSettings::trouble(), QString());
+        const QByteArray File = qgetenv("ORV_SETTINGS");
+        const QTemporaryDir Folder;
+        qputenv("ORV_SETTINGS", Folder.path().toLocal8Bit());
+        const QString Trouble = OrvSettings::trouble();
+        qputenv("ORV_SETTINGS", File);
+        QVERIFY2(Trouble.contains(Folder.path()), qPrintable(Trouble));
     }
 
     void menusStandInOrderAndHaveTheirCommands()
