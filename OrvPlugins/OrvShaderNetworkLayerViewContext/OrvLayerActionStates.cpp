@@ -66,17 +66,18 @@ OrvLayerActionStates::OrvLayerActionStates()
 void OrvLayerActionStates::switchStackActions() const
 {
     const bool HasStack = m_LayerStack != nullptr;
+    const QString NoStack = tr("Choose a channel first");
     setEnabled(LayersPath,
         {tr("Add New Layer"), tr("Cut"), tr("Copy"), tr("Paste"), tr("Remove Layers"), tr("Merge Layers"),
             tr("Add Empty Layer Group"), tr("Group Layers"), tr("Share Layers As Channel"),
             tr("Cache Layers"), tr("Uncache Layers")},
-        HasStack, tr("Choose a channel first"));
+        HasStack, NoStack);
     if (OrvLayerUtils::isBakePointLayerFeatureEnabled())
-        setEnabled(LayersPath, {tr("Add Bake Point")}, HasStack, tr("Choose a channel first"));
+        setEnabled(LayersPath, {tr("Add Bake Point")}, HasStack, NoStack);
     setSetEnabled(LayersAdjustmentOnlySet, HasStack);
     setSetEnabled(LayersProceduralOnlySet, HasStack);
-    OrvActionHelpers::setMenuEnabled(AddAdjustmentLayerMenu, HasStack);
-    OrvActionHelpers::setMenuEnabled(AddProceduralLayerMenu, HasStack);
+    OrvActionHelpers::setMenuEnabled(AddAdjustmentLayerMenu, HasStack, NoStack);
+    OrvActionHelpers::setMenuEnabled(AddProceduralLayerMenu, HasStack, NoStack);
 }
 
 void OrvLayerActionStates::switchLayerActions() const
@@ -94,7 +95,7 @@ void OrvLayerActionStates::switchLayerActions() const
 void OrvLayerActionStates::switchMaskActions() const
 {
     const bool HasMask = m_IsModifiable && m_Layer->hasMask();
-    OrvActionHelpers::setMenuEnabled(LayerMaskMenu, m_IsModifiable);
+    OrvActionHelpers::setMenuEnabled(LayerMaskMenu, m_IsModifiable, m_Obstacle);
     setEnabled(MaskPath,
         {tr("Reveal All"), tr("Hide All"), tr("From Alpha"), tr("From Selection"),
             tr("From Selection Group")},
@@ -122,7 +123,7 @@ void OrvLayerActionStates::switchMaskActions() const
 
     const bool HasMaskImages = HasMask && m_Layer->hasMaskImageSet();
     for (const QString& Menu : {ConvertMaskMenu, ResizeMaskMenu})
-        OrvActionHelpers::setMenuEnabled(Menu, HasMaskImages);
+        OrvActionHelpers::setMenuEnabled(Menu, HasMaskImages, orNoMask(tr("The mask is no image")));
     for (const QString& SetName : {ConvertLayerMasksOnlySet, ResizeLayerMasksOnlySet})
         setSetEnabled(SetName, HasMaskImages);
 }
@@ -131,7 +132,8 @@ void OrvLayerActionStates::switchAdjustmentActions() const
 {
     const bool IsAdjustment = m_IsModifiable && m_Layer->isAdjustmentLayer();
     const bool HasSecondary = IsAdjustment && m_Layer->hasSecondaryAdjustment();
-    OrvActionHelpers::setMenuEnabled(SecondaryAdjustmentMenu, IsAdjustment);
+    OrvActionHelpers::setMenuEnabled(
+        SecondaryAdjustmentMenu, IsAdjustment, whyNot(tr("The layer is no adjustment")));
     setSetEnabled(LayersSecondaryAdjustmentOnlySet, IsAdjustment && !HasSecondary);
     setEnabled(SecondaryAdjustmentPath, {tr("Remove Secondary Adjustment")}, HasSecondary,
         whyNot(tr("The layer has no secondary adjustment")));
@@ -139,7 +141,8 @@ void OrvLayerActionStates::switchAdjustmentActions() const
     const bool TakesStack = m_IsModifiable && !IsAdjustment && m_Layer->canHaveAdjustmentStack();
     const bool HasStack = TakesStack && m_Layer->hasAdjustmentStack();
     const bool IsEnabled = HasStack && m_Layer->isAdjustmentStackEnabled();
-    OrvActionHelpers::setMenuEnabled(AdjustmentStackMenu, TakesStack);
+    OrvActionHelpers::setMenuEnabled(
+        AdjustmentStackMenu, TakesStack, whyNot(tr("The layer takes no adjustment stack")));
     setSetEnabled(LayersAdjustmentStackOnlySet, TakesStack);
     const QString NoStack = tr("The layer has no adjustment stack");
     const auto orNoStack = [&](const QString& Reason) { return whyNot(HasStack ? Reason : NoStack); };
@@ -164,10 +167,10 @@ void OrvLayerActionStates::switchContentActions() const
         tr("Choose a layer first"));
 
     const bool IsShareable = m_IsModifiable && !IsMultiChannel;
-    OrvActionHelpers::setMenuEnabled(SharingMenu, IsShareable);
-    const auto orInSeveral = [&](const QString& Reason) {
-        return whyNot(IsMultiChannel ? tr("The layer is in several channels as it is") : Reason);
-    };
+    const QString InSeveral = tr("The layer is in several channels as it is");
+    const auto orInSeveral
+        = [&](const QString& Reason) { return whyNot(IsMultiChannel ? InSeveral : Reason); };
+    OrvActionHelpers::setMenuEnabled(SharingMenu, IsShareable, whyNot(InSeveral));
     setEnabled(LayersPath, {tr("Share Layers As Channel")}, IsShareable && m_LayerStack,
         orInSeveral(tr("Choose a channel first")));
     setEnabled(LayersPath, {tr("Share Layer")}, IsShareable, orInSeveral(tr("Choose a layer first")));
@@ -186,7 +189,7 @@ void OrvLayerActionStates::switchContentActions() const
 void OrvLayerActionStates::switchExportActions() const
 {
     for (const QString& Menu : {CachingMenu, ExportLayerMenu, ExportFlattenedLayerMenu, ImportLayerMenu})
-        OrvActionHelpers::setMenuEnabled(Menu, m_LayerStack != nullptr);
+        OrvActionHelpers::setMenuEnabled(Menu, m_LayerStack != nullptr, tr("Choose a channel first"));
     for (const QString& Menu : {ExportLayerMenu, ExportFlattenedLayerMenu}) {
         for (QAction* pEntry : OrvActionHelpers::getMenuActions(Menu)) {
             if (QAction* pAction = ownAction(pEntry))

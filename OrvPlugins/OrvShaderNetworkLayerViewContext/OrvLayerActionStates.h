@@ -7,7 +7,8 @@ class OrvLayerStack;
 class QAction;
 
 /// Which layer commands what is current allows, at the moment at which it is made: it switches their actions,
-/// action sets and menus on and off, with the reason as their tool tip where it is not obvious, and is dropped.
+/// action sets and menus on and off, with the reason as their tool tip where it is not obvious, and is
+/// dropped.
 class OrvLayerActionStates {
     Q_DECLARE_TR_FUNCTIONS(OrvLayerActions)
 

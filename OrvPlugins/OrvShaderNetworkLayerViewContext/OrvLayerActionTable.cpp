@@ -1,6 +1,5 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionTable.h"
 
-#include "OrvCore/Layers/OrvLayerCreateFlags.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCoreModules/Menus/OrvAction.h"
@@ -25,9 +24,8 @@ const char* const LayerRelay = SLOT(invokeLayerMethod(QAction*));
 
 QVariant withCreateFlags(const char* pMethod)
 {
-    constexpr int Flags
-        = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
-    return QVariantList{QString::fromLatin1(pMethod), QVariant::fromValue(OrvLayerCreateFlags(Flags))};
+    return QVariantList{
+        QString::fromLatin1(pMethod), QVariant::fromValue(OrvLayerCreateFlags(NewLayerFlags))};
 }
 
 } // namespace

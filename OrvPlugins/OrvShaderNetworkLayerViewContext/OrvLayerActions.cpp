@@ -14,6 +14,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionStates.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActionTable.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMethodRelay.h"
@@ -200,10 +201,10 @@ void OrvLayerActions::shareLayersAsChannel()
         return;
     const QList<OrvLayer*> Layers = pCurrentLayerStack->selectedLayers();
     if (Layers.isEmpty())
-        showRefusal(tr("Select the layers to share as a channel."));
+        showRefusal(tr("Select the layers to share as a channel"));
     else if (!pCurrentLayerStack->shareLayersAsChannel(Layers))
         showRefusal(
-            tr("These layers cannot be shared: the look of an adjustment depends on what is below it."));
+            tr("These layers cannot be shared: the look of an adjustment depends on what is below it"));
 }
 
 void OrvLayerActions::shareCurrentLayer()
@@ -213,10 +214,8 @@ void OrvLayerActions::shareCurrentLayer()
     OrvLayer* pCurrentLayer = checked(OrvLayerManager::instance().currentLayer(), "pCurrentLayer", __LINE__);
     if (!pCurrentLayerStack || !pCurrentLayer)
         return;
-    constexpr int Flags
-        = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
-    if (!pCurrentLayerStack->shareLayer(pCurrentLayer, Flags))
-        showRefusal(tr("Layer '%1' cannot be shared here.").arg(pCurrentLayer->name()));
+    if (!pCurrentLayerStack->shareLayer(pCurrentLayer, OrvLayerViewContext::NewLayerFlags))
+        showRefusal(tr("'%1' cannot be shared here").arg(pCurrentLayer->name()));
 }
 
 void OrvLayerActions::makeSharedShaderInputCurrent()

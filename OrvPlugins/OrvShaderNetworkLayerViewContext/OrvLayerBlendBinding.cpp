@@ -70,14 +70,14 @@ void OrvLayerBlendBinding::write(const QVariant& Value)
     // A gesture that is back where it began, or is taken back, has changed nothing.
     const bool AtStart = m_FollowsGesture && Value == m_Start;
     for (const NodeValue& Other : m_FollowsGesture ? m_OthersAtStart : others()) {
-        if (Other.first)
-            Other.first->setUserAttributeValue(m_AttributeName, AtStart ? Other.second : Value);
+        if (Other.pNode)
+            Other.pNode->setUserAttributeValue(m_AttributeName, AtStart ? Other.Value : Value);
     }
 }
 
-QString OrvLayerBlendBinding::undoText() const
+QString OrvLayerBlendBinding::undoText(const QVariant& Value) const
 {
-    return others().isEmpty() ? OrvAttributeBinding::undoText()
+    return others().isEmpty() ? OrvAttributeBinding::undoText(Value)
                               : tr("Set %1 of Layers").arg(OrvValueEditor::labelFromName(m_AttributeName));
 }
 

@@ -2,7 +2,6 @@
 
 #include "OrvCoreModules/Properties/OrvAttributeBinding.h"
 
-#include <QtCore/QPair>
 #include <QtCore/QVector>
 
 class OrvLayer;
@@ -25,10 +24,13 @@ public:
 
 protected:
     void write(const QVariant& Value) override;
-    QString undoText() const override;
+    QString undoText(const QVariant& Value) const override;
 
 private:
-    using NodeValue = QPair<QPointer<OrvSnBaseNode>, QVariant>;
+    struct NodeValue {
+        QPointer<OrvSnBaseNode> pNode;
+        QVariant Value;
+    };
     QVector<NodeValue> others() const;
 
     QString m_AttributeName;

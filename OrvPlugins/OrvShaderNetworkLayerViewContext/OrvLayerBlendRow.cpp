@@ -109,7 +109,7 @@ QWidget* OrvLayerBlendRow::createBlendPage()
 
 void OrvLayerBlendRow::showLayer(OrvLayer* pLayer, OrvLayerStack* pLayerStack)
 {
-    takeControlets();
+    forgetLayer();
     m_Layer = pLayer;
     m_LayerStack = pLayerStack;
     m_BlendNode = pLayer ? pLayer->blendNode() : OrvLayerManager::instance().dummyBlendNode();
@@ -172,14 +172,14 @@ OrvLayer* OrvLayerBlendRow::layer() const
 
 void OrvLayerBlendRow::clear()
 {
-    takeControlets();
+    forgetLayer();
     m_AdvancedBlendingOptionsPopup->setBlendNode(nullptr);
     m_PassThroughButton->hide();
     m_AdvancedBlendingButton->hide();
     m_Pages->setCurrentIndex(BlendPage);
 }
 
-void OrvLayerBlendRow::takeControlets()
+void OrvLayerBlendRow::forgetLayer()
 {
     for (QWidget* pWidget : {m_BlendModeWidget.data(), m_BlendAmountWidget.data()}) {
         if (!pWidget)

@@ -15,8 +15,7 @@ class QStackedLayout;
 
 /// How the current layer of a Layers palette is blended: blend mode, amount and the advanced options, or for
 /// a group in pass-through mode the button that ends it. The palette owns the row and tells it what is
-/// current; the editors in it change the blend nodes themselves:
-/// that of the layer, and of those selected with it.
+/// current; the editors in it change the blend nodes of the layer and of those selected with it themselves.
 class OrvLayerBlendRow : public QWidget {
     Q_OBJECT
 
@@ -43,7 +42,8 @@ public:
 private:
     QWidget* createPassThroughPage();
     QWidget* createBlendPage();
-    void takeControlets();
+    /// With the editors of its blending.
+    void forgetLayer();
     bool showsGroup() const;
     bool isAmountModifiable() const;
     QWidget* addControlet(int Position, const QString& AttributeName);

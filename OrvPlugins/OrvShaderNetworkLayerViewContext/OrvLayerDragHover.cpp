@@ -23,7 +23,7 @@ OrvLayerDragHover::OrvLayerDragHover(OrvLayerView* pLayerView, QObject* pParent)
 bool OrvLayerDragHover::wouldDrop(const QDropEvent& Event, int Row, const QModelIndex& Parent)
 {
     const Qt::DropAction Action = OrvLayerDragPayload::actionFromModifiers(Event.keyboardModifiers());
-    const OrvLayerDrop::Result Outcome
+    const OrvLayerDropResult Outcome
         = m_LayerView->model()->layerDrop(Event.mimeData(), Action, Row, Parent).check();
     OrvLayerDragRefusal::show(Outcome.Message);
     return Outcome.isDone();

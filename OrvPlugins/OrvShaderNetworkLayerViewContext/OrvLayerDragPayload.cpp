@@ -31,6 +31,12 @@ QString OrvLayerDragPayload::mimeType()
     return OrvLayerViewContext::LayerMimeType;
 }
 
+QStringList OrvLayerDragPayload::mimeTypes()
+{
+    return {mimeType(), OrvLayerViewContext::LayerStackNodeMimeType,
+        OrvLayerViewContext::LayerStackTargetInputMimeType};
+}
+
 QMimeData* OrvLayerDragPayload::ofRows(const QModelIndexList& Indexes, int IdentityRole)
 {
     QStringList Uuids;

@@ -13,7 +13,10 @@ class QMimeData;
 /// stack that they are dragged out of.
 namespace OrvLayerDragPayload {
 
+/// The format of the identities.
 QString mimeType();
+/// All formats that dragged layers carry.
+QStringList mimeTypes();
 /// What rows carry whose first column has an identity under the role; the caller owns it.
 QMimeData* ofRows(const QModelIndexList& Indexes, int IdentityRole);
 /// Sets the format even when there is nothing to carry; empty identities are left out.

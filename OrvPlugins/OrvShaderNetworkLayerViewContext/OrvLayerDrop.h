@@ -1,5 +1,7 @@
 #pragma once
 
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDropResult.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QVector>
 
@@ -16,44 +18,31 @@ class OrvLayerDrop {
     Q_DECLARE_TR_FUNCTIONS(OrvLayerDrop)
 
 public:
-    struct Result {
-        enum Code { Done = 0, Failed = 1, FailedWithMessage = 2 };
-        Code Outcome = Done;
-        QString Message;
-        bool isDone() const { return Outcome == Done; }
-    };
-
     /// The nodes come to stand just above the target, in its stack: none for a mask that will be a stack
     /// first. Those dragged out of a stack keep the order in which it shows them, and what a dragged group
     /// holds stays inside it.
     OrvLayerDrop(const QVector<OrvSnBaseNode*>& Nodes, Qt::DropAction Action,
         const OrvLayerStack* pSourceStack, OrvSnBaseNode* pTarget, OrvLayerStack* pStack);
 
-    /// What can be told without a change: done when nothing is known to stand against it.
-    Result check() const;
+    /// Done when nothing is known to stand against it (OrvLayerDropCheck).
+    OrvLayerDropResult check() const;
     /// Belongs into a macro that is cancelled unless all is done; see inUndoStep().
-    Result carryOut();
+    OrvLayerDropResult carryOut();
 
     /// Does the work as one undo step, and takes it back and tells the user when it fails.
-    static bool inUndoStep(const std::function<Result()>& Work);
+    static bool inUndoStep(const std::function<OrvLayerDropResult()>& Work);
 
 private:
-    Result checkNetwork(OrvSnBaseNode* pNode) const;
-    Result checkNode(OrvSnBaseNode* pNode) const;
-    Result checkLayer(OrvLayer* pLayer) const;
-    Result checkChannel(const OrvSnBaseNode* pNode) const;
-    Result checkShader(const OrvSnBaseNode* pNode) const;
-    Result checkMask(const OrvSnBaseNode* pNode) const;
     bool isInPlace() const;
 
     /// Many at once, which is much faster than one after the other.
-    Result moveLayers(const QVector<OrvSnBaseNode*>& Nodes);
-    Result dropNode(OrvSnBaseNode* pNode);
-    Result dropLayer(OrvLayer* pLayer);
-    Result dropChannel(OrvSnBaseNode* pNode);
-    Result dropShader(OrvSnBaseNode* pNode);
-    Result dropMask(OrvSnBaseNode* pNode);
-    Result shareMask(const OrvSnBaseNode* pNode);
+    OrvLayerDropResult moveLayers(const QVector<OrvSnBaseNode*>& Nodes);
+    OrvLayerDropResult dropNode(OrvSnBaseNode* pNode);
+    OrvLayerDropResult dropLayer(OrvLayer* pLayer);
+    OrvLayerDropResult dropChannel(OrvSnBaseNode* pNode);
+    OrvLayerDropResult dropShader(OrvSnBaseNode* pNode);
+    OrvLayerDropResult dropMask(OrvSnBaseNode* pNode);
+    OrvLayerDropResult shareMask(const OrvSnBaseNode* pNode);
     /// A new layer above the target that shows the node.
     bool addLayer(OrvSnBaseNode* pContent, const QString& Name);
     QString streamName() const;
@@ -62,5 +51,4 @@ private:
     Qt::DropAction m_Action;
     OrvSnBaseNode* m_pTarget;
     OrvLayerStack* m_pStack;
-    bool m_WithinMaterial; ///< all channels around the target hold shading results
 };

@@ -12,17 +12,17 @@
 
 namespace {
 
-using Result = OrvLayerDrop::Result;
+using Result = OrvLayerDropResult;
 
 Result check(const OrvLayer* pMasked, const QVector<OrvSnBaseNode*>& Nodes, Qt::DropAction Action,
     const OrvLayerStack* pSourceStack)
 {
     OrvSnBaseNode* pMask = pMasked ? pMasked->maskNode() : nullptr;
     if (!pMask || Nodes.contains(pMask)) // dropped where it comes from
-        return {Result::Failed, QString()};
+        return Result::failed();
     const QString Obstacle = OrvEditObstacle::ofSharers(pMasked);
     if (!Obstacle.isEmpty())
-        return {Result::Failed, Obstacle};
+        return Result::failedBecause(Obstacle);
     return OrvLayerDrop(Nodes, Action, pSourceStack, pMask, pMasked->maskStack()).check();
 }
 
@@ -50,7 +50,7 @@ void OrvLayerMaskDrop::drop(OrvLayer* pMasked, QDropEvent* pEvent)
     const OrvLayerStack* pSourceStack = OrvLayerDragPayload::readStack(pEvent->mimeData());
     OrvLayerDrop::inUndoStep([&]() -> Result {
         if (pMasked->hasMaskImageSet() && !pMasked->convertMaskToMaskStack())
-            return {Result::Failed, QString()};
+            return Result::failed();
         return OrvLayerDrop(Nodes, Action, pSourceStack, pMasked->maskNode(), pMasked->maskStack())
             .carryOut();
     });

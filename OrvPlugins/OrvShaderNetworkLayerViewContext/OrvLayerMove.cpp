@@ -67,7 +67,7 @@ bool OrvLayerMove::inUndoStep(const QString& Text, const std::function<bool()>& 
             Obstacles.append(OrvEditObstacle::of(pLayer));
         const QString Obstacle = OrvEditObstacle::several(Obstacles);
         OrvLayerViewUtils::tell(Obstacle.isEmpty()
-                ? OrvLayerView::tr("Nothing was moved: the layers cannot stand there.")
+                ? OrvLayerView::tr("Nothing was moved: the layers cannot stand there")
                 : OrvLayerView::tr("Nothing was moved: %1").arg(Obstacle));
     }
     return Done;

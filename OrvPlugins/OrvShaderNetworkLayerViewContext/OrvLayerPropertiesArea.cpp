@@ -4,8 +4,6 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Shaders/OrvLayerShader.h"
-#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditor.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditors.h"
@@ -23,10 +21,10 @@ constexpr int EditorOptions = OrvNodePropertyEditor::TitledFrame | OrvNodeProper
 
 } // namespace
 
-OrvLayerPropertiesArea::OrvLayerPropertiesArea(BlendNode Blending, QWidget* pParent)
-    : OrvVerticalScrollArea(pParent)
+OrvLayerPropertiesArea::OrvLayerPropertiesArea(OrvLayerView* pLayerView, BlendNode Blending)
+    : OrvVerticalScrollArea(pLayerView)
     , m_Blending(Blending)
-    , m_LayerView(qobject_cast<OrvLayerView*>(pParent))
+    , m_LayerView(pLayerView)
 {
     setMinimumHeight(MinimumHeight);
     setFrameShape(QFrame::NoFrame);
@@ -79,9 +77,8 @@ QList<QPointer<QWidget>> OrvLayerPropertiesArea::createEditors(const OrvLayer* p
         if (Part.pNode != pLayer->shaderNode())
             continue;
         // The values of a shader are those of its inputs, and those may come from channels.
-        OrvLayerShader* pShader = OrvLayerShaderManager::instance().getLayerShader(Part.pNode);
-        if (pShader && m_LayerView)
-            Editors.append(new OrvLayerShaderInputs(pShader, m_LayerView, pParent));
+        if (QWidget* pInputs = OrvLayerShaderInputs::create(pLayer, m_LayerView, pParent))
+            Editors.append(pInputs);
     }
     return Editors;
 }

@@ -19,8 +19,9 @@ class OrvLayerPropertiesArea : public OrvVerticalScrollArea {
 public:
     enum class BlendNode { Shown, LeftOut };
 
-    OrvLayerPropertiesArea(BlendNode Blending, QWidget* pParent);
+    OrvLayerPropertiesArea(OrvLayerView* pLayerView, BlendNode Blending);
 
+    /// The layer's editors as children of any widget; the caller places and enables them.
     QList<QPointer<QWidget>> createEditors(const OrvLayer* pLayer, QWidget* pParent) const;
 
     /// Makes the layer's editors anew.

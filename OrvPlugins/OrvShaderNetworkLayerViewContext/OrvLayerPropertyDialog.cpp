@@ -4,8 +4,6 @@
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBakePointNode.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Shaders/OrvLayerShader.h"
-#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shelf/OrvSnCustomProceduralNode.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvDdi/Image/OrvChannel.h"
@@ -14,19 +12,34 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 
 #include <QtWidgets/QHBoxLayout>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollArea>
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QVBoxLayout>
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 namespace {
 
 const QSize SmallestSize(600, 400);
 
+/// Asks for room for all that it holds; scrolled where the screen has less.
+class ContentsArea : public QScrollArea {
+public:
+    QSize sizeHint() const override
+    {
+        const int Frame = 2 * frameWidth();
+        return widget()->sizeHint() + QSize(Frame, Frame);
+    }
+};
+
 /// The contents stand at the top of what is scrolled.
 QScrollArea* createScrollArea(QVBoxLayout*& pContents)
 {
-    auto* pArea = new QScrollArea;
+    auto* pArea = new ContentsArea;
     pArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     pArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     pArea->setWidgetResizable(true);
@@ -48,6 +61,15 @@ OrvPropertyView* createView(QObject* pObject, const QMap<QString, QString>& Grou
     // The area around it scrolls, so that the view itself need not.
     pView->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     return pView;
+}
+
+QLabel* createHeading(const QString& Title)
+{
+    auto* pHeading = new QLabel(Title);
+    QFont Font = pHeading->font();
+    Font.setBold(true);
+    pHeading->setFont(Font);
+    return pHeading;
 }
 
 } // namespace
@@ -114,19 +136,28 @@ QWidget* OrvLayerPropertyDialog::createLayerProperties(const OrvLayer* pLayer)
 {
     QVBoxLayout* pContents = nullptr;
     QScrollArea* pArea = createScrollArea(pContents);
-    for (OrvSnBaseNode* pNode : std::initializer_list<OrvSnBaseNode*>{pLayer->blendNode(),
-             pLayer->adjustmentNode(), pLayer->secondaryAdjustmentNode(), pLayer->proceduralNode(),
-             pLayer->customProceduralNode(), pLayer->graphNode(), pLayer->shaderNode(),
-             pLayer->bakePointNode(), pLayer->maskCustomProceduralNode()}) {
+    // Each has a name, and the layer has one: a heading tells them apart.
+    const std::pair<OrvSnBaseNode*, QString> Parts[]{{pLayer->blendNode(), tr("Layer")},
+        {pLayer->adjustmentNode(), tr("Adjustment")},
+        {pLayer->secondaryAdjustmentNode(), tr("Secondary Adjustment")},
+        {pLayer->proceduralNode(), tr("Procedural")},
+        {pLayer->customProceduralNode(), tr("Custom Procedural")}, {pLayer->graphNode(), tr("Graph")},
+        {pLayer->shaderNode(), tr("Shader")}, {pLayer->bakePointNode(), tr("Bake Point")},
+        {pLayer->maskCustomProceduralNode(), tr("Mask")}};
+    const bool IsOne = std::count_if(std::begin(Parts), std::end(Parts), [](const auto& Part) {
+        return Part.first != nullptr;
+    }) == 1;
+    for (const auto& [pNode, Title] : Parts) {
+        if (pNode && !IsOne)
+            pContents->addWidget(createHeading(Title));
         if (pNode)
             pContents->addWidget(createView(pNode, {}, pArea));
+        if (!pNode || pNode != pLayer->shaderNode())
+            continue;
         // The values of a shader are those of its inputs, and those may come from channels.
-        OrvLayerShader* pShader = pNode && pNode == pLayer->shaderNode()
-            ? OrvLayerShaderManager::instance().getLayerShader(pNode)
-            : nullptr;
         auto* pLayerView = qobject_cast<OrvLayerView*>(parentWidget());
-        if (pShader && pLayerView)
-            pContents->addWidget(new OrvLayerShaderInputs(pShader, pLayerView, pArea));
+        if (QWidget* pInputs = OrvLayerShaderInputs::create(pLayer, pLayerView, pArea))
+            pContents->addWidget(pInputs);
     }
     return pArea;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "OrvCore/Layers/OrvLayer.h"
-
 #include <QtCore/QPointer>
 #include <QtWidgets/QDialog>
 
 class OrvImageSet;
+class OrvLayer;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
 class QTabWidget;

@@ -12,6 +12,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPopupButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 using namespace OrvLayerViewContext;
 using Row = OrvLayerViewItemRowWidget;
@@ -64,9 +65,7 @@ void OrvLayerRowComponents::showBakePoint(const OrvLayerRowContents& Contents, c
     }
     pButton->setComponentNode(pLayer->blendNode());
     pButton->setComponentIcon(layerKindIcon(LayerKindIcon::Bake));
-    // Setting even the same sheet polishes the button anew.
-    if (const QString Style = bakeStyle(pNode); pButton->styleSheet() != Style)
-        pButton->setStyleSheet(Style);
+    OrvLayerViewUtils::setStyleSheet(pButton, bakeStyle(pNode));
     pButton->setToolTip(bakeText(pNode) + QLatin1Char('\n') + OrvLayerComponentPushButton::dragHint(pLayer));
 }
 

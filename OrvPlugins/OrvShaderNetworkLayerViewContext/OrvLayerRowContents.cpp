@@ -16,6 +16,7 @@ namespace {
 constexpr int IconSize = 16;
 constexpr int ButtonSize = 20;
 constexpr int Spacing = 1;
+constexpr int WidthForFreeColumns = 290; // of a tree; leaves names of some 100 pixels
 const QSize TagSize(8, 14);
 const QSize CostSize(4, 16);
 
@@ -55,10 +56,10 @@ QLabel* createLabel(QWidget* pRow, const QSize& Size)
     return pLabel;
 }
 
-void keepColumnFree(QWidget* pMark)
+void keepColumnFree(QWidget* pMark, bool Keep)
 {
     QSizePolicy Policy = pMark->sizePolicy();
-    Policy.setRetainSizeWhenHidden(true);
+    Policy.setRetainSizeWhenHidden(Keep);
     pMark->setSizePolicy(Policy);
 }
 
@@ -91,10 +92,6 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     pLockButton->setDefaultAction(pLockAction);
     pCost = createLabel(pRow, CostSize);
 
-    for (QWidget* pMark : std::initializer_list<QWidget*>{
-             pMaskStackButton, pMaskButton, pAdjustmentStackButton, pSharedButton, pSharedChannelButton})
-        keepColumnFree(pMark);
-
     pLayout->setContentsMargins(1, 1, 1, 1);
     pLayout->setSpacing(Spacing);
     pLayout->setColumnStretch(NameColumn, 1);
@@ -112,6 +109,13 @@ OrvLayerRowContents::OrvLayerRowContents(QWidget* pRow)
     pLayout->addWidget(pSharedChannelButton, 0, SharedChannelColumn);
     pLayout->addWidget(pLockButton, 0, LockColumn);
     pLayout->addWidget(pCost, 0, CostColumn);
+}
+
+void OrvLayerRowContents::fitTo(int TreeWidth)
+{
+    for (QWidget* pMark : std::initializer_list<QWidget*>{
+             pMaskStackButton, pMaskButton, pAdjustmentStackButton, pSharedButton, pSharedChannelButton})
+        keepColumnFree(pMark, TreeWidth >= WidthForFreeColumns);
 }
 
 void OrvLayerRowContents::show()

@@ -86,7 +86,8 @@ void setOwnLock(OrvLayer* pLayer, bool Locked)
         OrvDebug("OrvLayerViewItemRowWidget", __LINE__, QStringLiteral("LayerNode is NULL"), false, false);
 }
 
-/// With those that share with it, and with those that share with them in turn: each keeps the next one closed.
+/// With those that share with it, and with those that share with them in turn: each keeps the next one
+/// closed.
 void release(OrvLayer* pLayer, QSet<OrvLayer*>& Released)
 {
     if (Released.contains(pLayer))

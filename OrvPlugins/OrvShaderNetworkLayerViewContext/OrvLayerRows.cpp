@@ -5,6 +5,7 @@
 #include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItem.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowFilter.h"

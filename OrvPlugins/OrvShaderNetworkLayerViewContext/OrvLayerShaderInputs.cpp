@@ -1,9 +1,11 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerShaderInputs.h"
 
+#include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
+#include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputConnection.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 
 #include <QtWidgets/QCheckBox>
@@ -24,6 +26,15 @@ QStringList sortedInputNames(const OrvLayerShader* pShader)
 
 } // namespace
 
+OrvLayerShaderInputs* OrvLayerShaderInputs::create(
+    const OrvLayer* pLayer, OrvLayerView* pLayerView, QWidget* pParent)
+{
+    const OrvSnBaseNode* pShaderNode = pLayer->shaderNode();
+    OrvLayerShader* pShader
+        = pShaderNode ? OrvLayerShaderManager::instance().getLayerShader(pShaderNode) : nullptr;
+    return pShader && pLayerView ? new OrvLayerShaderInputs(pShader, pLayerView, pParent) : nullptr;
+}
+
 OrvLayerShaderInputs::OrvLayerShaderInputs(
     OrvLayerShader* pShader, OrvLayerView* pLayerView, QWidget* pParent)
     : OrvExpandableListWidget(tr("Inputs"), pParent)
@@ -31,29 +42,23 @@ OrvLayerShaderInputs::OrvLayerShaderInputs(
     auto* pGrid = new QGridLayout;
     pGrid->setContentsMargins(0, 0, 0, 0);
     pGrid->setSpacing(0);
-    QList<OrvShaderInputRow*> Rows;
-    int NameWidth = 0;
+    QVector<OrvShaderInputRow*> Rows;
     for (const QString& InputName : sortedInputNames(pShader)) {
         auto* pRow = new OrvShaderInputRow(pShader, InputName, this);
         connect(pRow->enableBox(), SIGNAL(clicked(bool)), this, SLOT(onInputSwitched(bool)));
         connect(pRow->invertBox(), SIGNAL(clicked(bool)), pLayerView, SLOT(onToggledInvertShaderInput(bool)));
-        NameWidth = qMax(NameWidth, pRow->nameWidthHint());
         pGrid->addWidget(pRow, Rows.size(), 0);
         Rows.append(pRow);
     }
-    for (OrvShaderInputRow* pRow : qAsConst(Rows))
-        pRow->setNameWidth(NameWidth);
+    OrvShaderInputRow::alignColumns(Rows);
     addChild(pGrid, QString(), QString());
 }
 
 void OrvLayerShaderInputs::onInputSwitched(bool Enabled)
 {
     for (const OrvShaderInputRow* pRow : findChildren<OrvShaderInputRow*>()) {
-        if (pRow->enableBox() != sender() || !pRow->shader())
-            continue;
-        const OrvUndoManager::AutoMacro Macro(Enabled ? tr("Enable Input : %1").arg(pRow->inputName())
-                                                      : tr("Disable Input : %1").arg(pRow->inputName()));
-        pRow->shader()->setInputEnabled(pRow->inputName(), Enabled);
+        if (pRow->enableBox() == sender())
+            OrvShaderInputConnection::setEnabled(pRow->shader(), pRow->inputName(), Enabled);
     }
 }
 

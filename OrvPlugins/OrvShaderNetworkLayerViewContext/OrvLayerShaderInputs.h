@@ -2,6 +2,7 @@
 
 #include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
 
+class OrvLayer;
 class OrvLayerShader;
 class OrvLayerView;
 
@@ -11,8 +12,12 @@ class OrvLayerShaderInputs : public OrvExpandableListWidget {
     Q_OBJECT
 
 public:
-    OrvLayerShaderInputs(OrvLayerShader* pShader, OrvLayerView* pLayerView, QWidget* pParent);
+    /// Null for a layer that is no shader layer, and without a palette.
+    static OrvLayerShaderInputs* create(const OrvLayer* pLayer, OrvLayerView* pLayerView, QWidget* pParent);
 
 private Q_SLOTS:
     void onInputSwitched(bool Enabled);
+
+private:
+    OrvLayerShaderInputs(OrvLayerShader* pShader, OrvLayerView* pLayerView, QWidget* pParent);
 };

@@ -7,7 +7,6 @@
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
-#include <QtCore/QPair>
 #include <QtCore/QVector>
 
 #include <algorithm>
@@ -15,7 +14,11 @@
 namespace {
 
 using Row = OrvLayerViewItemRowWidget;
-using Changes = QVector<QPair<OrvLayer*, bool>>; // the visibility to come
+struct Change {
+    OrvLayer* pLayer;
+    bool Visible; ///< from now on
+};
+using Changes = QVector<Change>;
 
 QString identity(const OrvLayer* pLayer)
 {
@@ -54,54 +57,69 @@ Changes toShowAll(const OrvLayerStack* pLayerStack)
 void apply(const Changes& Wanted, const QString& MacroText)
 {
     OrvUndoManager::AutoMacro Macro(MacroText);
-    for (const auto& Change : Wanted)
-        Change.first->setVisibleHere(Change.second);
+    for (const Change& Wish : Wanted)
+        Wish.pLayer->setVisibleHere(Wish.Visible);
 }
 
 } // namespace
+
+bool OrvLayerSolo::isInEffect(const Memory& Kept, const OrvLayerStack* pLayerStack)
+{
+    bool AnyPresent = false;
+    for (const OrvLayer* pLayer : pLayerStack->allLayers()) {
+        const auto Before = Kept.VisibleBefore.constFind(identity(pLayer));
+        if (Before == Kept.VisibleBefore.cend())
+            continue;
+        if (pLayer->isVisibleHere() == *Before)
+            return false;
+        AnyPresent = true;
+    }
+    return AnyPresent;
+}
 
 void OrvLayerSolo::toggle(OrvLayer* pLayer, const OrvLayerStack* pLayerStack)
 {
     if (!pLayer || !pLayerStack)
         return;
-    Memory& Kept = m_Memories[pLayerStack];
-    Changes Back;
-    bool InEffect = true;
-    for (OrvLayer* pPresent : pLayerStack->allLayers()) {
-        const auto Before = Kept.VisibleBefore.constFind(identity(pPresent));
-        if (Before == Kept.VisibleBefore.cend())
-            continue;
-        InEffect = InEffect && pPresent->isVisibleHere() != *Before;
-        add(Back, pPresent, *Before);
-    }
-    // Undo and the user's own clicks may have given everything back already, or made something else of it.
-    if (!InEffect || Back.isEmpty())
-        Kept = Memory();
-    if (Kept.Alone != identity(pLayer)) {
-        showAlone(pLayer, pLayerStack, Kept);
-        return;
-    }
-    Kept = Memory();
-    apply(Back, Row::tr("Show Layers as Before"));
+    // Undo, redo and the user's own clicks decide which memory the layers agree with now, if with any.
+    const QVector<Memory>& Memories = m_Memories[pLayerStack];
+    const auto Latest = std::find_if(Memories.crbegin(), Memories.crend(),
+        [pLayerStack](const Memory& Kept) { return isInEffect(Kept, pLayerStack); });
+    const Memory Present = Latest == Memories.crend() ? Memory() : *Latest;
+    const Changes Wanted = toBeAlone(pLayer, pLayerStack);
+    if (Present.Alone == identity(pLayer) || (Wanted.isEmpty() && !Present.Alone.isEmpty()))
+        giveBack(Present, pLayerStack);
+    else if (Wanted.isEmpty())
+        apply(toShowAll(pLayerStack), Row::tr("Show All Layers"));
+    else
+        showAlone(pLayer, pLayerStack, Present);
 }
 
-void OrvLayerSolo::showAlone(OrvLayer* pLayer, const OrvLayerStack* pLayerStack, Memory& Kept)
+void OrvLayerSolo::giveBack(const Memory& Kept, const OrvLayerStack* pLayerStack)
 {
-    const Changes Wanted = toBeAlone(pLayer, pLayerStack);
-    if (Wanted.isEmpty()) {
-        Kept = Memory();
-        apply(toShowAll(pLayerStack), Row::tr("Show All Layers"));
-        return;
+    Changes Wanted;
+    for (OrvLayer* pLayer : pLayerStack->allLayers()) {
+        const auto Before = Kept.VisibleBefore.constFind(identity(pLayer));
+        if (Before != Kept.VisibleBefore.cend())
+            add(Wanted, pLayer, *Before);
     }
+    apply(Wanted, Row::tr("Show Layers as Before"));
+}
+
+void OrvLayerSolo::showAlone(OrvLayer* pLayer, const OrvLayerStack* pLayerStack, const Memory& Present)
+{
+    constexpr int LongestHistory = 32;
     // From one layer to the next, what was before the first remains what is given back.
-    Kept.Alone = identity(pLayer);
-    for (const auto& Change : Wanted) {
-        const QString Identity = identity(Change.first);
-        const auto Before = Kept.VisibleBefore.find(Identity);
-        if (Before == Kept.VisibleBefore.end())
-            Kept.VisibleBefore.insert(Identity, !Change.second);
-        else
-            Kept.VisibleBefore.erase(Before);
+    Memory Kept{identity(pLayer), Present.VisibleBefore};
+    const Changes Wanted = toBeAlone(pLayer, pLayerStack);
+    for (const Change& Wish : Wanted) {
+        const QString Identity = identity(Wish.pLayer);
+        if (!Kept.VisibleBefore.remove(Identity))
+            Kept.VisibleBefore.insert(Identity, !Wish.Visible);
     }
+    QVector<Memory>& Memories = m_Memories[pLayerStack];
+    Memories.append(Kept);
+    if (Memories.size() > LongestHistory)
+        Memories.removeFirst();
     apply(Wanted, Row::tr("Show Layer '%1' Alone").arg(pLayer->name()));
 }

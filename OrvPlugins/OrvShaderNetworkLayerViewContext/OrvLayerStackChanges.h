@@ -1,7 +1,8 @@
 #pragma once
 
+#include <QtCore/QHash>
 #include <QtCore/QObject>
-#include <QtCore/QSet>
+#include <QtCore/QPointer>
 
 class OrvLayerView;
 class OrvSnBaseNode;
@@ -15,9 +16,9 @@ class OrvLayerStackChanges : public QObject {
 public:
     explicit OrvLayerStackChanges(OrvLayerView* pLayerView);
 
-    void noteReconnection(const QString& InputName, const OrvSnBaseNode* pNode,
-        const OrvSnBaseNode* pNewInputNode, const OrvSnBaseNode* pOldInputNode);
-    void noteChange(const OrvSnBaseNode* pNode);
+    void noteReconnection(const QString& InputName, OrvSnBaseNode* pNode, OrvSnBaseNode* pNewInputNode,
+        OrvSnBaseNode* pOldInputNode);
+    void noteChange(OrvSnBaseNode* pNode);
     /// The palette shows everything as it is now.
     void forget() { m_ChangedNodes.clear(); }
 
@@ -26,6 +27,6 @@ private Q_SLOTS:
 
 private:
     OrvLayerView* m_LayerView;
-    /// Only compared, since a node can be gone by the time of the look.
-    QSet<const OrvSnBaseNode*> m_ChangedNodes;
+    /// Each once; a node can be gone by the time of the look.
+    QHash<OrvSnBaseNode*, QPointer<OrvSnBaseNode>> m_ChangedNodes;
 };

@@ -1,27 +1,22 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackPalettes.h"
 
-#include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Layers/OrvChainTargets.h"
-#include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
-#include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
-#include "OrvCore/Network/OrvSnMergeNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Object/OrvSettings.h"
-#include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvDdi/Files/OrvDataBlockManager.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackTitles.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 
+#include <QtCore/QFile>
 #include <QtGui/QCursor>
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
@@ -50,51 +45,9 @@ OrvLayerView* layerViewOf(const OrvPalette* pPalette)
     return qobject_cast<OrvLayerView*>(pPalette->originalWidget());
 }
 
-/// Where the stack is in the document, with the groups and masks around it; empty for a stack that is gone.
-QString stackPath(const OrvLayerStack* pLayerStack)
-{
-    if (!pLayerStack || !pLayerStack->node())
-        return {};
-    if (const auto* pChannel = qobject_cast<const OrvShaderInput*>(pLayerStack))
-        return pChannel->path();
-    const QVector<OrvSnMergeNode*> Owners
-        = OrvChainTargets::owners({pLayerStack->node(), pLayerStack->targetInputName()});
-    const OrvLayer* pLayer
-        = Owners.isEmpty() ? nullptr : OrvLayerManager::instance().getLayer(Owners.first());
-    if (!pLayer)
-        return {};
-    return pLayer->path(true)
-        + (pLayerStack->isMaskStack()              ? QStringLiteral("/Mask Stack")
-                : pLayerStack->isAdjustmentStack() ? QStringLiteral("/Adjustment Stack")
-                                                   : QString());
-}
-
 QString storedName(const OrvLayerStack* pLayerStack)
 {
     return pLayerStack->node()->uuidString() + QLatin1Char(':') + pLayerStack->targetInputName();
-}
-
-/// Empty for a stack outside of an object.
-QString titleOf(const OrvLayerStack* pLayerStack)
-{
-    if (!pLayerStack) {
-        report(__LINE__, "pLayerStack is NULL");
-        return {};
-    }
-    const OrvShaderNetwork* pNetwork = pLayerStack->network();
-    if (!pNetwork) {
-        report(__LINE__, "Network is NULL");
-        return {};
-    }
-    const OrvEntity* pEntity = pNetwork->geoEntity();
-    if (!pEntity) {
-        report(__LINE__, "Entity is NULL");
-        return {};
-    }
-    const QString Title = QStringLiteral("%1/%2").arg(pEntity->name(), pLayerStack->name());
-    if (pLayerStack->isAdjustmentStack())
-        return Title + QStringLiteral("/Adjustment Stack");
-    return pLayerStack->isMaskStack() ? Title + QStringLiteral("/Mask Stack") : Title;
 }
 
 /// From the cursor: where there is room the palette stands beside the one whose row was clicked, whose rows
@@ -177,10 +130,12 @@ OrvPalette* OrvLayerStackPalettes::create(OrvLayerStack* pLayerStack)
         return nullptr;
     }
     OrvMainWindow* pMainWindow = &OrvMainWindow::instance();
-    OrvPalette* pPalette = new OrvPalette(titleOf(pLayerStack), pMainWindow, QStringLiteral("Layers"));
+    OrvPalette* pPalette
+        = new OrvPalette(OrvLayerStackTitles::title(pLayerStack), pMainWindow, QStringLiteral("Layers"));
     pMainWindow->addDockWidget(Qt::LeftDockWidgetArea, pPalette);
     // Layers of one name have palettes of one title.
-    pPalette->setHeaderToolTip([pStack = QPointer<OrvLayerStack>(pLayerStack)] { return stackPath(pStack); });
+    pPalette->setHeaderToolTip(
+        [pStack = QPointer<OrvLayerStack>(pLayerStack)] { return OrvLayerStackTitles::path(pStack); });
 
     OrvLayerView* pLayerView = new OrvLayerView(pPalette, OrvLayerView::DedicatedStack);
     pLayerView->setLayerStack(pLayerStack);
@@ -297,7 +252,7 @@ void OrvLayerStackPalettes::updateTitles()
     for (const Entry& Open : qAsConst(m_Entries)) {
         const OrvLayerView* pLayerView = Open.pPalette ? layerViewOf(Open.pPalette) : nullptr;
         if (pLayerView && pLayerView->layerStack())
-            Open.pPalette->setHeaderTitle(titleOf(pLayerView->layerStack()));
+            Open.pPalette->setHeaderTitle(OrvLayerStackTitles::title(pLayerView->layerStack()));
     }
 }
 

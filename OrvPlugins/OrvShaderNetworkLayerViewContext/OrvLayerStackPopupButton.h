@@ -7,9 +7,9 @@
 #include <QtWidgets/QToolButton>
 
 /// The button of a mask stack or an adjustment stack in a layer's row, which owns it. It opens the palette of
-/// the stack, also under a dragged layer that rests on it, so that the layer can be dropped there; a mask stack
-/// takes what is dropped on the button on top of its layers. Whoever does not link the module finds these buttons by their object name
-/// "LayerStackPopupButton", which stays.
+/// the stack, also under a dragged layer that rests on it, so that the layer can be dropped there; a mask
+/// stack takes what is dropped on the button on top of its layers. Whoever does not link the module finds
+/// these buttons by their object name "LayerStackPopupButton", which stays.
 class OrvLayerStackPopupButton : public QToolButton {
     Q_OBJECT
 

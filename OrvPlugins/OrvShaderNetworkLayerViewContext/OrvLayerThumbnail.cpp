@@ -15,10 +15,10 @@ OrvLayerThumbnail::OrvLayerThumbnail(OrvImageSet* pImageSet)
 {
     m_Due.setSingleShot(true);
     connect(&m_Due, SIGNAL(timeout()), this, SLOT(make()));
-    connect(pImageSet, SIGNAL(pixelsChanged(QRect)), this, SLOT(onPixelsChanged()));
-    connect(pImageSet, SIGNAL(replaced()), this, SLOT(onPixelsChanged()));
-    connect(&OrvShaderNetworkManager::instance(), SIGNAL(nodeUserAttributeChanged(OrvSnBaseNode*, QString)), this,
-        SLOT(onNodeAttributeChanged(OrvSnBaseNode*, QString)));
+    connect(pImageSet, SIGNAL(pixelsChanged(QRect)), this, SLOT(makeLater()));
+    connect(pImageSet, SIGNAL(replaced()), this, SLOT(makeLater()));
+    connect(&OrvShaderNetworkManager::instance(), SIGNAL(nodeUserAttributeChanged(OrvSnBaseNode*, QString)),
+        this, SLOT(onNodeAttributeChanged(OrvSnBaseNode*, QString)));
     m_Due.start(0);
 }
 
@@ -27,7 +27,7 @@ bool OrvLayerThumbnail::isOf(const OrvImageSet* pImageSet) const
     return m_ImageSet == pImageSet;
 }
 
-void OrvLayerThumbnail::onPixelsChanged()
+void OrvLayerThumbnail::makeLater()
 {
     m_Due.start(RestInterval);
 }
@@ -35,7 +35,7 @@ void OrvLayerThumbnail::onPixelsChanged()
 void OrvLayerThumbnail::onNodeAttributeChanged(OrvSnBaseNode*, QString Name)
 {
     if (Name == OrvSnShaderInputNode::ColorSpaceAttribute)
-        onPixelsChanged();
+        makeLater();
 }
 
 void OrvLayerThumbnail::make()
@@ -43,7 +43,7 @@ void OrvLayerThumbnail::make()
     if (!m_ImageSet)
         return;
     if (m_Reading) {
-        onPixelsChanged();
+        makeLater();
         return;
     }
     const int DeviceEdge = qRound(Edge * qGuiApp->devicePixelRatio());

@@ -31,9 +31,10 @@ Q_SIGNALS:
     void changed();
 
 private Q_SLOTS:
-    void onPixelsChanged();
     /// Of any node: what the pixels mean may have changed.
     void onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name);
+    /// Once what changes has come to rest.
+    void makeLater();
     void make();
 
 private:

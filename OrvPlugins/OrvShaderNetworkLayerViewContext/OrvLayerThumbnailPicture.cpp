@@ -56,7 +56,8 @@ public:
         QString Error; // the space is a usable one
         OrvColorManager::transformPixels(
             m_Colors.data(), Row.width(), 1, 0, m_Space, OrvColorManager::linear(), Error);
-        OrvPixelKernels::best().narrowStraight(orvPixelLayout(m_Format), m_Colors.data(), Row.width(), pPixels);
+        OrvPixelKernels::best().narrowStraight(
+            orvPixelLayout(m_Format), m_Colors.data(), Row.width(), pPixels);
     }
 
 private:

@@ -49,7 +49,7 @@ QString OrvLayerTreeEmptyText::text() const
         return OrvLayerView::tr("There are no layers yet.\nAdd one with the buttons below.");
     const OrvShaderInput* pCurrent = OrvShaderInputManager::instance().currentShaderInput();
     if (pCurrent && pCurrent->isMaterialStack())
-        return OrvLayerView::tr("\"%1\" holds shader layers:\nthey are in the Shaders palette.")
+        return OrvLayerView::tr("'%1' holds shader layers:\nthey are in the Shaders palette.")
             .arg(pCurrent->name());
     return OrvLayerView::tr("Choose a channel to see its layers.");
 }

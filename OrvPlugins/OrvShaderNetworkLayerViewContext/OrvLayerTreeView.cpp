@@ -4,10 +4,8 @@
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shelf/OrvMaterialPaintManager.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
@@ -17,6 +15,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCustomStyle.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragHover.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDropContent.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
@@ -138,7 +137,6 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
     OrvShaderNetwork* pNetwork = pLayerStack ? pLayerStack->network() : nullptr;
     if (!pNetwork)
         return;
-    QSet<OrvSnBaseNode*> ClickedNodes;
     if (!Selected.isEmpty()) {
         const OrvLayer* pCurrentLayer = OrvLayerManager::instance().currentLayer(pNetwork);
         bool AsksForCurrent = false;
@@ -147,8 +145,6 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
             if (!pLayer)
                 continue;
             pLayer->setSelected(true, true);
-            if (m_PlainClick)
-                ClickedNodes.insert(pLayer->blendNode());
             if (pCurrentLayer && pLayer != pCurrentLayer && Index == currentIndex())
                 AsksForCurrent = true;
         }
@@ -157,8 +153,15 @@ void OrvLayerTreeView::onSelectionChanged(QItemSelection Selected, QItemSelectio
         if (AsksForCurrent)
             Q_EMIT currentIndexChanged(currentIndex(), currentIndex());
     }
-    if (m_PlainClick)
-        pNetwork->selectNone(ClickedNodes);
+    if (!m_PlainClick)
+        return;
+    // The row that was chosen may have been selected before, among others.
+    QSet<OrvSnBaseNode*> ChosenNodes;
+    for (const QModelIndex& Index : selectionModel()->selectedRows()) {
+        if (const OrvLayer* pLayer = m_LayerView->layerFromIndex(Index))
+            ChosenNodes.insert(pLayer->blendNode());
+    }
+    pNetwork->selectNone(ChosenNodes);
 }
 
 void OrvLayerTreeView::selectSharingRows(const QSet<OrvLayer*>& Deselected)
@@ -193,9 +196,10 @@ void OrvLayerTreeView::mouseDoubleClickEvent(QMouseEvent* pEvent)
 
 void OrvLayerTreeView::mouseReleaseEvent(QMouseEvent* pEvent)
 {
-    m_PlainClick = false;
     m_Pressed = false;
+    // Of several selected rows, the base class leaves the one that was clicked only now.
     OrvRowWidgetTree::mouseReleaseEvent(pEvent);
+    m_PlainClick = false;
 }
 
 void OrvLayerTreeView::keyPressEvent(QKeyEvent* pEvent)
@@ -288,22 +292,9 @@ bool OrvLayerTreeView::mayLand(const QVector<OrvSnBaseNode*>& Nodes) const
     OrvLayerStack* pLayerStack = m_LayerView->layerStack();
     if (!pLayerStack)
         return true;
-    // Shading results live in material stacks alone.
-    const auto needsMaterialStack = [pLayerStack](OrvSnBaseNode* pNode) {
-        if (pNode->hasTag(OrvSnNames::ShaderTag))
-            return true;
-        if (OrvLayerStreamUtils::isMergeNode(pNode)) {
-            const OrvLayer* pLayer = OrvLayerManager::instance().getLayer(pNode, true);
-            return pLayer
-                && (OrvLayerStreamUtils::containsShaderLayers(pLayer, pLayerStack)
-                    || OrvLayerStreamUtils::containsMaterialShaderInputLayers(pLayer, pLayerStack));
-        }
-        if (!pNode->hasTag(OrvSnNames::ShaderInputTag))
-            return false;
-        const OrvShaderInput* pShaderInput = OrvShaderInputUtils::getShaderInput(pNode);
-        return pShaderInput && pShaderInput->isMaterialStack();
-    };
-    if (std::none_of(Nodes.cbegin(), Nodes.cend(), needsMaterialStack))
+    if (std::none_of(Nodes.cbegin(), Nodes.cend(), [pLayerStack](OrvSnBaseNode* pNode) {
+            return OrvLayerDropContent::needsMaterialStack(pNode, pLayerStack);
+        }))
         return true;
     QList<OrvShaderInput*> Channels = OrvShaderInputUtils::findParents(pLayerStack->node(), QString());
     if (auto* pOwnChannel = qobject_cast<OrvShaderInput*>(pLayerStack))
@@ -332,6 +323,9 @@ void OrvLayerTreeView::startDrag(Qt::DropActions SupportedActions)
     // Whatever the rows were dropped on got the release.
     m_Pressed = false;
     m_PlainClick = false;
+    // The drag took the keyboard along, and keys are for the rows that were moved.
+    if (viewport()->rect().contains(viewport()->mapFromGlobal(QCursor::pos())))
+        OrvGui::stealFocusGently(this);
     m_LayerView->requestRefresh();
 }
 

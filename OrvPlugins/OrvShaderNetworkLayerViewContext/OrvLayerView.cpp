@@ -9,6 +9,7 @@
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
+#include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCoreModules/Menus/OrvActionHelpers.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
@@ -26,6 +27,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeEmptyText.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewHostSignals.h"
@@ -33,8 +35,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerVisibilityGesture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayersPane.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLayerCommands.h"
 
 #include <QtCore/QTimer>
@@ -42,13 +44,25 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QVBoxLayout>
 
+#include <algorithm>
+
 using OrvLayerViewUtils::report;
 
 namespace {
 
-constexpr int RefreshInterval = 125; // ms
 constexpr int ParentCloseDelay = 20; // ms
 const QSize DedicatedSize(360, 480);
+
+/// Whether what the stack shows reaches a shader that the user made.
+bool feedsUserShader(const OrvLayerStack* pLayerStack)
+{
+    OrvMultiChannelLayerUtils::DownstreamShaders Fed;
+    OrvShaderNetworkUtils::OrvNodeWalker::walk(pLayerStack->topNode(), Fed);
+    const QVector<OrvSnBaseNode*>& Shaders = Fed.shaderNodes();
+    return std::any_of(Shaders.cbegin(), Shaders.cend(), [](const OrvSnBaseNode* pShader) {
+        return !OrvLayerShaderManager::instance().isSystemShaderNode(pShader, false);
+    });
+}
 
 } // namespace
 
@@ -68,10 +82,9 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     m_View = pLayersPane->treeView();
     m_ToolBar = pLayersPane->toolBar();
     // The palette of a single stack is about its layers' contents; blending has its row above.
-    m_PropertiesArea
-        = new OrvLayerPropertiesArea(Flags & DedicatedStack ? OrvLayerPropertiesArea::BlendNode::LeftOut
-                                                            : OrvLayerPropertiesArea::BlendNode::Shown,
-            this);
+    m_PropertiesArea = new OrvLayerPropertiesArea(this,
+        m_IsDedicated ? OrvLayerPropertiesArea::BlendNode::LeftOut
+                      : OrvLayerPropertiesArea::BlendNode::Shown);
     pSplitter->setPanes(pLayersPane, m_PropertiesArea);
     m_Rows = std::make_unique<OrvLayerRows>(this, pLayersPane->filterBar());
     m_EmptyText = new OrvLayerTreeEmptyText(this, pLayersPane->filterBar());
@@ -80,9 +93,8 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
     m_Commands = std::make_unique<OrvLayerViewCommands>(this);
     m_ShaderLayerCommands = std::make_unique<OrvShaderLayerCommands>(this, m_Commands.get());
     m_MultiChannelCommands = std::make_unique<OrvMultiChannelLayerCommands>(this, m_Commands.get());
-    m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
-    connect(pLayersPane->filterBar(), SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
-    connectParts();
+    m_RefreshTimer = new OrvDeferredTimer(OrvLayerViewContext::RefreshInterval, this);
+    connectParts(pLayersPane->filterBar());
     OrvLayerViewHostSignals::connectTo(this);
     registerShortcuts();
     switchActionsEnabled(OrvProjectManager::instance().currentProject());
@@ -92,8 +104,9 @@ OrvLayerView::OrvLayerView(QWidget* pParent, int Flags)
 
 OrvLayerView::~OrvLayerView() = default;
 
-void OrvLayerView::connectParts()
+void OrvLayerView::connectParts(const OrvLayerViewFilterBar* pFilterBar)
 {
+    connect(pFilterBar, SIGNAL(filterChanged()), this, SLOT(updateItemTreeFilteredStates()));
     connectTreeRelays();
     connect(m_View, SIGNAL(expanded(QModelIndex)), this, SLOT(onExpanded(QModelIndex)));
     connect(m_View, SIGNAL(collapsed(QModelIndex)), this, SLOT(onCollapsed(QModelIndex)));
@@ -215,7 +228,7 @@ void OrvLayerView::refresh()
     const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     m_ToolBar->setMultiChannelLayerEnabled(pLayerStack
         && !OrvLayerShaderManager::instance().getUserLayerShaders(pNetwork).isEmpty()
-        && OrvLayerViewUtils::feedsUserShader(pLayerStack));
+        && feedsUserShader(pLayerStack));
     if (pLayerStack) {
         showStack(pLayerStack);
     } else {

@@ -23,12 +23,13 @@ class OrvLayerStackChanges;
 class OrvLayerToolBar;
 class OrvLayerTreeEmptyText;
 class OrvLayerTreeView;
+class OrvLayerViewFilterBar;
 class OrvLayerViewItemRowWidget;
 class OrvLayerViewModel;
 class OrvLayerVisibilityGesture;
+class OrvMultiChannelLayerCommands;
 class OrvPalette;
 class OrvProject;
-class OrvMultiChannelLayerCommands;
 class OrvShaderLayerCommands;
 class OrvShaderNetwork;
 class OrvSnBaseNode;
@@ -150,7 +151,7 @@ protected:
     void closeEvent(QCloseEvent* pEvent) override;
 
 private:
-    void connectParts();
+    void connectParts(const OrvLayerViewFilterBar* pFilterBar);
     /// What the user selects reaches the host; what a rebuild of the rows selects must not.
     void connectTreeRelays();
     void disconnectTreeRelays();

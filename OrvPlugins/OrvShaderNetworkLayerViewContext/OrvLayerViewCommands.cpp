@@ -10,21 +10,24 @@
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Layers/OrvLayerUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvMoveWidgetToCursor.h"
-#include "OrvCoreModules/Widgets/OrvNodeQuickFindDialog.h"
+#include "OrvCoreModules/Widgets/OrvNodeQuickFind.h"
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerCreationMenus.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvTagColorSwatch.h"
 
 #include <QtCore/QPointer>
+#include <QtGui/QCursor>
 #include <QtWidgets/QApplication>
+
+#include <algorithm>
 
 using OrvLayerViewUtils::report;
 using OrvLayerViewUtils::tell;
@@ -32,21 +35,14 @@ using OrvLayerViewUtils::warn;
 
 namespace {
 
-constexpr int NewLayerFlags
-    = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
-constexpr int PastedLayerFlags = NewLayerFlags & ~OrvLayerUniqueName;
+constexpr int PastedLayerFlags = OrvLayerViewContext::NewLayerFlags & ~OrvLayerUniqueName;
 
 const QString SettingsGroup = QStringLiteral("LayerView");
-const QString LastUsedKey = QStringLiteral("LastUsedNodePaths");
-const QString FavouritesKey = QStringLiteral("FavouriteNodePaths");
 
 bool startsWithAny(const QString& Path, const QStringList& Prefixes)
 {
-    for (const QString& Prefix : Prefixes) {
-        if (Path.startsWith(Prefix))
-            return true;
-    }
-    return false;
+    return std::any_of(Prefixes.cbegin(), Prefixes.cend(),
+        [&Path](const QString& Prefix) { return Path.startsWith(Prefix); });
 }
 
 /// Says why not.
@@ -71,27 +67,30 @@ OrvLayerStack* OrvLayerViewCommands::layerStack(int Line) const
         report(Line, "pLayerStack is NULL");
         const OrvShaderInput* pChannel = OrvShaderInputManager::instance().currentShaderInput();
         tell(pChannel && pChannel->isMaterialStack()
-                ? OrvLayerView::tr("'%1' holds shader layers: work on them in the Shaders palette.")
+                ? OrvLayerView::tr("'%1' holds shader layers: work on them in the Shaders palette")
                       .arg(pChannel->name())
-                : OrvLayerView::tr("There are no layers to work on: add or choose a channel first."));
+                : OrvLayerView::tr("There are no layers to work on: add or choose a channel first"));
     }
     return m_LayerView->layerStack();
 }
 
 OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
 {
+    const OrvLayerStack* pLayerStack = layerStack(Line);
+    if (!pLayerStack)
+        return nullptr;
     // Of the object whose stack is shown: a palette can be open on another one than the current.
-    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer(m_LayerView->layerStack()->network());
+    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer(pLayerStack->network());
     if (!pLayer) {
         report(Line, "Layer is NULL");
-        tell(OrvLayerView::tr("There is no layer to work on: add or choose one first."));
+        tell(OrvLayerView::tr("There is no layer to work on: add or choose one first"));
     }
     return pLayer;
 }
 
 OrvLayerCreateFlags OrvLayerViewCommands::creationFlags() const
 {
-    return withGroup(NewLayerFlags);
+    return withGroup(OrvLayerViewContext::NewLayerFlags);
 }
 
 OrvLayerCreateFlags OrvLayerViewCommands::withGroup(int Flags) const
@@ -121,14 +120,14 @@ void OrvLayerViewCommands::addNewLayer()
 
 void OrvLayerViewCommands::addLayerMask()
 {
-    OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    OrvLayer* pLayer = currentLayer(__LINE__);
     if (pLayer)
         pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor(1.0f, 1.0f, 1.0f, 1.0f));
 }
 
 void OrvLayerViewCommands::addMaskStack()
 {
-    OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    OrvLayer* pLayer = currentLayer(__LINE__);
     if (!pLayer || !isModifiable(pLayer) || pLayer->hasMaskStack())
         return;
     OrvUndoManager::AutoMacro Macro(OrvLayerView::tr("Add Mask Stack to : %1").arg(pLayer->name()));
@@ -180,14 +179,14 @@ void OrvLayerViewCommands::addCustomProceduralLayer(const QString& Key)
 
 void OrvLayerViewCommands::chooseStackAdjustment()
 {
-    const OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr;
+    const OrvLayer* pLayer = currentLayer(__LINE__);
     if (pLayer && isModifiable(pLayer))
         OrvLayerCreationMenus::popupAdjustments(m_LayerView, SLOT(addAdjustmentStackFromAction()));
 }
 
 void OrvLayerViewCommands::addStackAdjustment(const QString& Key)
 {
-    if (OrvLayer* pLayer = layerStack(__LINE__) ? currentLayer(__LINE__) : nullptr)
+    if (OrvLayer* pLayer = currentLayer(__LINE__))
         pLayer->addLayerAdjustmentLayerFromKey(Key, QString());
 }
 
@@ -296,40 +295,19 @@ void OrvLayerViewCommands::quickFind()
         report(__LINE__, "m_LayerStack is NULL");
         return;
     }
-    OrvSettings Settings;
-    const int LastUsedLimit
-        = Settings.value(QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore")).toInt();
-    Settings.beginGroup(SettingsGroup);
-    QStringList LastUsed = Settings.value(LastUsedKey).toStringList();
-    const QStringList Procedurals = OrvLayerUtils::getProceduralLayerGroups();
-    const QStringList Adjustments = OrvLayerUtils::getAdjustmentLayerGroups();
-
     // The dialog opens under the cursor, and the tree gives up the focus when the cursor leaves it.
     QPointer<QWidget> pFocus = QApplication::focusWidget();
     if (!pFocus)
         pFocus = m_LayerView->treeView();
-    // The view can go while the dialog is open, and takes it along.
-    const QPointer<OrvNodeQuickFindDialog> pDialog
-        = new OrvNodeQuickFindDialog(m_LayerView->mapFromGlobal(QCursor::pos()), Procedurals, Adjustments,
-            LastUsed, Settings.value(FavouritesKey).toStringList(), m_LayerView);
-    pDialog->exec();
-    if (!pDialog)
-        return;
-    pDialog->deleteLater();
+    const QString Path
+        = OrvNodeQuickFind::choose(SettingsGroup, m_LayerView->mapFromGlobal(QCursor::pos()), m_LayerView);
     if (pFocus)
         pFocus->setFocus();
-    Settings.setValue(FavouritesKey, pDialog->favourites());
-    const QString Path = pDialog->chosenPath();
+    // Empty, too, when the view went meanwhile.
     if (Path.isEmpty())
         return;
-    LastUsed.removeAll(Path);
-    LastUsed.prepend(Path);
-    while (LastUsed.size() > qMax(0, LastUsedLimit))
-        LastUsed.removeLast();
-    Settings.setValue(LastUsedKey, LastUsed);
-
-    if (startsWithAny(Path, Procedurals))
+    if (startsWithAny(Path, OrvLayerUtils::getProceduralLayerGroups()))
         addProceduralLayer(Path);
-    else if (startsWithAny(Path, Adjustments))
+    else if (startsWithAny(Path, OrvLayerUtils::getAdjustmentLayerGroups()))
         addAdjustmentLayer(Path);
 }

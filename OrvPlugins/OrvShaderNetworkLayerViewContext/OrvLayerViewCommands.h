@@ -2,7 +2,6 @@
 
 #include "OrvCore/Layers/OrvLayerCreateFlags.h"
 
-#include <QtCore/QList>
 #include <QtCore/QString>
 
 class OrvLayer;
@@ -52,7 +51,7 @@ public:
     OrvLayerCreateFlags creationFlags() const;
 
 private:
-    /// Only to be asked when there is a stack; null is reported.
+    /// The layer to work on; null, as a stack that is, is reported.
     OrvLayer* currentLayer(int Line) const;
     /// Inside the current row's group where that is unfolded.
     OrvLayerCreateFlags withGroup(int Flags) const;

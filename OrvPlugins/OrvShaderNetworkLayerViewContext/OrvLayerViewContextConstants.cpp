@@ -45,10 +45,12 @@ const QString LayerStackNodeMimeType = QStringLiteral("application/x-orvi-layer-
 const QString LayerStackTargetInputMimeType = QStringLiteral("application/x-orvi-layer-stack-target-input");
 
 const QString ChannelsPath = QStringLiteral("/Orvi/Channels");
-const QString ChannelsMenu = QStringLiteral("MainWindow/&Channels");
+const QString ChannelsMenuTitle = QStringLiteral("&Channels");
+const QString ChannelsMenu = QStringLiteral("MainWindow/") + ChannelsMenuTitle;
 const QString ExportFlattenedChannelMenu = ChannelsMenu + QStringLiteral("/Export &Flattened");
 const QString ExportChannelMenu = ChannelsMenu + QStringLiteral("/&Export");
 const QString ImportChannelMenu = ChannelsMenu + QStringLiteral("/&Import");
+const QString ResizeChannelPath = ChannelsPath + QStringLiteral("/Resize Channel");
 const QString ResizeChannelMenu = ChannelsMenu + QStringLiteral("/Resi&ze");
 const QString ShaderInputOnlySet = QStringLiteral("ShaderInputOnly");
 const QString PatchOnlySet = QStringLiteral("PatchOnly");

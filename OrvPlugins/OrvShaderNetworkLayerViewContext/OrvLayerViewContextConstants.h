@@ -1,14 +1,19 @@
 #pragma once
 
+#include "OrvCore/Layers/OrvLayerCreateFlags.h"
+
 #include <QtCore/QRegExp>
 #include <QtCore/QStringList>
 #include <QtCore/QVector>
 #include <QtGui/QIcon>
 
 /// What several classes of the module must agree on: menu and action paths, action sets, formats of dragged
-/// data, icons of layer kinds. Plain values, made when the module is loaded; the icons are made when they are
-/// first asked for.
+/// data, where new layers go, icons of layer kinds. Plain values, made when the module is loaded; the icons
+/// are made when they are first asked for.
 namespace OrvLayerViewContext {
+
+/// For so long palettes gather changes before they refresh.
+constexpr int RefreshInterval = 125; // ms
 
 // Layers: paths of actions, and of menus of the main window.
 extern const QString LayersPath, LayersMenu;
@@ -28,12 +33,17 @@ extern const QString LayersOnlySet, LayersAdjustmentOnlySet, LayersAdjustmentSta
 /// Attribute of a group's blend node: whether its row is unfolded.
 extern const QString ExpandLayerGroupKey;
 
+/// Of what a command makes: it stands above the current layer and takes its place.
+constexpr int NewLayerFlags
+    = OrvLayerAboveCurrent | OrvLayerMakeCurrent | OrvLayerUniqueName | OrvLayerSelectAlone;
+
 // Dragged data.
 extern const QString LayerMimeType, LayerStackNodeMimeType, LayerStackTargetInputMimeType;
 
 // Channels.
-extern const QString ChannelsPath, ChannelsMenu;
-extern const QString ExportFlattenedChannelMenu, ExportChannelMenu, ImportChannelMenu, ResizeChannelMenu;
+extern const QString ChannelsPath, ChannelsMenu, ChannelsMenuTitle;
+extern const QString ExportFlattenedChannelMenu, ExportChannelMenu, ImportChannelMenu;
+extern const QString ResizeChannelPath, ResizeChannelMenu;
 extern const QString ShaderInputOnlySet, PatchOnlySet;
 extern const QStringList DisplacementInputNames;
 /// Channel names in the order in which they are offered.

@@ -16,6 +16,7 @@
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvResourceInfo.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteHelp.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderMaterialsView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderView.h"
@@ -56,12 +57,15 @@ OrvLayerViewContextManager::OrvLayerViewContextManager()
     : m_StackPalettes(this)
 {
     setObjectName(QStringLiteral("OrvLayerViewContextManager"));
+    OrvPaletteHelp::registerTexts();
     createShadersPalette();
     OrvPalette* pChannelsPalette = createChannelsPalette();
     createLayersPalette();
     pChannelsPalette->addRelatedPalette(m_LayersPalette);
     m_LayersPalette->addRelatedPalette(pChannelsPalette);
     connectHost();
+    OrvProjectManager::instance().registerFileExcludedFromArchive(
+        OrvLayerStackPalettes::shortSettingsFileName());
 }
 
 OrvLayerViewContextManager::~OrvLayerViewContextManager() = default;
@@ -101,7 +105,6 @@ void OrvLayerViewContextManager::connectHost()
     connect(&NetworkManager, SIGNAL(nodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)), this,
         SLOT(onNodeDeregistered(OrvShaderNetwork*, OrvSnBaseNode*)));
     connect(&ProjectManager, SIGNAL(projectClosed()), this, SLOT(closeLayerViewPalettes()));
-    ProjectManager.registerFileExcludedFromArchive(OrvLayerStackPalettes::shortSettingsFileName());
     connect(&NetworkManager, SIGNAL(nodeNameChanged(OrvSnBaseNode*, QString)), this,
         SLOT(updatePaletteHeaders()));
     connect(&ProjectManager, SIGNAL(geoEntityNameChanged(OrvGeoEntity*, QString)), this,

@@ -13,6 +13,7 @@
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerEditScope.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerGroupFolding.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowClicks.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowComponents.h"
@@ -24,6 +25,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 
 #include <QtGui/QContextMenuEvent>
 #include <QtWidgets/QLabel>
@@ -38,13 +40,6 @@ constexpr int UsualWidth = 240;
 void report(int Line, const QString& Message)
 {
     OrvDebug("OrvLayerViewItemRowWidget", Line, Message, false, false);
-}
-
-void setSheet(QWidget* pWidget, const QString& StyleSheet)
-{
-    // Setting even the same sheet polishes the widget anew.
-    if (pWidget->styleSheet() != StyleSheet)
-        pWidget->setStyleSheet(StyleSheet);
 }
 
 } // namespace
@@ -104,6 +99,20 @@ void OrvLayerViewItemRowWidget::showEvent(QShowEvent* pEvent)
     QWidget::showEvent(pEvent);
 }
 
+void OrvLayerViewItemRowWidget::resizeEvent(QResizeEvent* pEvent)
+{
+    fitContents();
+    QWidget::resizeEvent(pEvent);
+}
+
+void OrvLayerViewItemRowWidget::fitContents()
+{
+    // Most marks are none that shader layers have: their names get the room at any width.
+    const QWidget* pTree = m_Layer && m_Layer->isShaderLayer() ? nullptr : parentWidget();
+    if (m_pContents)
+        m_pContents->fitTo(pTree ? pTree->width() : 0);
+}
+
 void OrvLayerViewItemRowWidget::editName()
 {
     ensureContents();
@@ -130,6 +139,7 @@ void OrvLayerViewItemRowWidget::fillContents()
     m_ContentsShowLayer = true;
     connectLayer();
     updateContents();
+    fitContents();
 }
 
 void OrvLayerViewItemRowWidget::connectContents()
@@ -176,7 +186,6 @@ void OrvLayerViewItemRowWidget::connectLayer()
 
 void OrvLayerViewItemRowWidget::updateContents()
 {
-    updateVisibilityIcon();
     updateEditLabelText();
     updateColorTagWidget();
     updateMaskIcon();
@@ -193,6 +202,8 @@ void OrvLayerViewItemRowWidget::onLayerStateRefreshed()
     updateComponentButtons();
     OrvLayerRowComponents::showSharing(*m_pContents, m_Layer);
     updateLock();
+    // A lock around it takes its visibility out of the user's hands too.
+    updateVisibilityIcon();
 }
 
 void OrvLayerViewItemRowWidget::setName(QString Name)
@@ -201,7 +212,7 @@ void OrvLayerViewItemRowWidget::setName(QString Name)
         return;
     Name = Name.trimmed();
     if (!Name.isEmpty() && Name != m_Layer->name()) {
-        OrvUndoManager::AutoMacro Macro(tr("Rename Layer '%1'").arg(m_Layer->name()));
+        OrvUndoManager::AutoMacro Macro(tr("Rename Layer '%1' to '%2'").arg(m_Layer->name(), Name));
         m_Layer->setName(Name);
     }
     // The label shows what was typed, whether it was taken or not.
@@ -251,23 +262,13 @@ bool OrvLayerViewItemRowWidget::isExpanded() const
                 .arg(m_Layer->name()));
         return false;
     }
-    const OrvSnMergeNode* pNode = m_Layer->blendNode();
-    return !pNode->exists(ExpandLayerGroupKey) || pNode->userAttribute(ExpandLayerGroupKey).value().toBool();
+    return OrvLayerGroupFolding::isUnfolded(m_Layer);
 }
 
 void OrvLayerViewItemRowWidget::setExpanded(bool Expanded)
 {
-    if (!checkLayer(__LINE__) || !showsGroup() || isExpanded() == Expanded)
-        return;
-    OrvSnMergeNode* pNode = m_Layer->blendNode();
-    if (pNode->exists(ExpandLayerGroupKey)) {
-        pNode->setUserAttributeValue(ExpandLayerGroupKey, Expanded);
-        return;
-    }
-    OrvCustomAttribute Attribute(ExpandLayerGroupKey, Expanded);
-    Attribute.setTweakable(false);
-    Attribute.setVisible(false);
-    pNode->createUserAttribute(Attribute);
+    if (checkLayer(__LINE__) && showsGroup())
+        OrvLayerGroupFolding::setUnfolded(m_Layer, Expanded);
 }
 
 void OrvLayerViewItemRowWidget::onVisibilityButtonPressed()
@@ -318,7 +319,7 @@ void OrvLayerViewItemRowWidget::updateColorTagWidget()
         return;
     }
     const QColor Color = m_Layer->color();
-    setSheet(m_pContents->pColorTag,
+    OrvLayerViewUtils::setStyleSheet(m_pContents->pColorTag,
         Color.isValid()
             ? QStringLiteral("QLabel { border-radius : 3px; background-color : rgb(%1,%2,%3); }")
                   .arg(Color.red())
@@ -378,7 +379,7 @@ void OrvLayerViewItemRowWidget::updateCostWidget()
 {
     if (!m_pContents || !checkLayer(__LINE__))
         return;
-    setSheet(m_pContents->pCost, OrvLayerRowCost::styleSheet(m_Layer));
+    OrvLayerViewUtils::setStyleSheet(m_pContents->pCost, OrvLayerRowCost::styleSheet(m_Layer));
     m_pContents->pCost->setToolTip(m_Layer->costDescription());
 }
 

@@ -76,6 +76,7 @@ public Q_SLOTS:
 protected:
     void paintEvent(QPaintEvent* pEvent) override;
     void showEvent(QShowEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     void contextMenuEvent(QContextMenuEvent* pEvent) override;
 
 private Q_SLOTS:
@@ -90,6 +91,7 @@ private:
     void connectContents();
     /// What there is of contents shows the layer and follows it.
     void fillContents();
+    void fitContents();
     void connectLayer();
     void updateContents();
     void updatePaintButton();

@@ -13,7 +13,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItem.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
@@ -21,29 +21,6 @@
 #include <QtCore/QMimeData>
 
 #include <algorithm>
-
-OrvLayerViewItem::OrvLayerViewItem(const OrvLayer* pLayer)
-    : m_NamesLayer(pLayer && pLayer->blendNode())
-{
-    setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled);
-    if (m_NamesLayer)
-        setData(pLayer->blendNode()->uuidString(), OrvLayerViewUtils::NodeRole);
-}
-
-OrvLayerViewItemRowWidget* OrvLayerViewItem::rowWidget() const
-{
-    return m_RowWidget;
-}
-
-void OrvLayerViewItem::setRowWidget(OrvLayerViewItemRowWidget* pRowWidget)
-{
-    m_RowWidget = pRowWidget;
-}
-
-bool OrvLayerViewItem::operator<(const QStandardItem& Other) const
-{
-    return m_Order < static_cast<const OrvLayerViewItem&>(Other).m_Order;
-}
 
 OrvLayerViewModel::OrvLayerViewModel(OrvLayerView* pLayerView, QObject* pParent)
     : QStandardItemModel(0, 1, pParent)
@@ -55,9 +32,8 @@ OrvLayerViewModel::OrvLayerViewModel(OrvLayerView* pLayerView, QObject* pParent)
 
 QStringList OrvLayerViewModel::mimeTypes() const
 {
-    return QStringList{OrvLayerViewContext::LayerMimeType, OrvLayerViewContext::LayerStackNodeMimeType,
-               OrvLayerViewContext::LayerStackTargetInputMimeType}
-    + OrvDragAndDropManager::instance().mimeTypes(OrvDragAndDropManager::LayerTreeTarget);
+    return OrvLayerDragPayload::mimeTypes()
+        + OrvDragAndDropManager::instance().mimeTypes(OrvDragAndDropManager::LayerTreeTarget);
 }
 
 QMimeData* OrvLayerViewModel::mimeData(const QModelIndexList& Indexes) const
@@ -123,8 +99,7 @@ bool OrvLayerViewModel::dropHostContent(const QMimeData* pData, int Row, const Q
     return Drops.drop(pData, OrvDragAndDropManager::LayerTreeTarget, Parameters);
 }
 
-bool OrvLayerViewModel::dropCustomProcedural(
-    const QMimeData* pData, int Row, const QModelIndex& Parent) const
+bool OrvLayerViewModel::dropCustomProcedural(const QMimeData* pData, int Row, const QModelIndex& Parent) const
 {
     const QStringList Paths = OrvMaterialPaintManager::pathListFromMimeData(pData);
     OrvSnBaseNode* pTarget = dropTargetNode(Row, Parent);

@@ -2,38 +2,14 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QItemSelection>
-#include <QtCore/QPointer>
 #include <QtCore/QSet>
 #include <QtGui/QStandardItemModel>
 
 class OrvLayer;
 class OrvLayerDrop;
 class OrvLayerView;
-class OrvLayerViewItemRowWidget;
+class OrvLayerViewItem;
 class OrvSnBaseNode;
-
-/// A row of a layer tree. It carries the identity of its layer's blend node; a warning row carries none. It
-/// knows its row widget, which the tree owns, so that a refresh needs no look-up to see that a row is still
-/// right.
-class OrvLayerViewItem : public QStandardItem {
-public:
-    /// Null makes a warning row.
-    explicit OrvLayerViewItem(const OrvLayer* pLayer);
-
-    bool namesLayer() const { return m_NamesLayer; }
-    OrvLayerViewItemRowWidget* rowWidget() const;
-    void setRowWidget(OrvLayerViewItemRowWidget* pRowWidget);
-
-    /// Rows are sorted into the order set here, which counts only while a level is rearranged.
-    int order() const { return m_Order; }
-    void setOrder(int Order) { m_Order = Order; }
-    bool operator<(const QStandardItem& Other) const override;
-
-private:
-    QPointer<OrvLayerViewItemRowWidget> m_RowWidget;
-    int m_Order = 0;
-    bool m_NamesLayer;
-};
 
 /// The rows of a layer tree, one per layer, nested as groups are. The owning palette fills and orders them;
 /// the model answers drags and drops and finds rows. It holds nothing of the document but identities.

@@ -5,6 +5,7 @@
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItem.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
@@ -57,7 +58,27 @@ void OrvLayerViewRowFilter::apply(QStandardItem* pRootItem)
     const bool WholeTree = pRootItem == m_Model->invisibleRootItem();
     m_RowsAreFiltered = m_Active || !WholeTree;
     const QModelIndex Root = WholeTree ? QModelIndex() : pRootItem->index();
+    m_HiddenSelection.clear();
     filter(pRootItem, Root, Root.parent());
+    if (!m_HiddenSelection.isEmpty())
+        select(m_HiddenSelection, false);
+    // With the filter gone, commands find what is current again.
+    const QModelIndex Current = m_TreeView->currentIndex();
+    if (!m_Active && Current.isValid() && !m_TreeView->selectionModel()->hasSelection())
+        select(QItemSelection(Current, Current), true);
+}
+
+void OrvLayerViewRowFilter::select(const QItemSelection& Rows, bool Selected)
+{
+    // Told to the layers here: the tree would take those that share content with them along.
+    m_TreeView->disconnectSelectionRelay();
+    m_TreeView->selectionModel()->select(Rows,
+        QItemSelectionModel::Rows | (Selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect));
+    m_TreeView->connectSelectionRelay();
+    for (const QModelIndex& Index : Rows.indexes()) {
+        if (OrvLayer* pLayer = m_Model->layerFromIndex(Index))
+            pLayer->setSelected(Selected, true);
+    }
 }
 
 bool OrvLayerViewRowFilter::filter(QStandardItem* pItem, const QModelIndex& Index, const QModelIndex& Parent)
@@ -77,6 +98,8 @@ bool OrvLayerViewRowFilter::filter(QStandardItem* pItem, const QModelIndex& Inde
     // Hiding has the rows laid out anew once, however many there are; what stays as it is shall not.
     if (m_TreeView->isRowHidden(Index.row(), Parent) == Shown)
         m_TreeView->setRowHidden(Index.row(), Parent, !Shown);
+    if (!Shown && (pLayer->isSelected() || m_TreeView->selectionModel()->isSelected(Index)))
+        m_HiddenSelection.select(Index, Index);
     if (!Text.isEmpty())
         pRowWidget->showFilteredName(Text, pLayer->name());
     else if (Shown)

@@ -1,14 +1,15 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewRowSynchronizer.h"
 
 #include "OrvCore/Layers/OrvLayer.h"
-#include "OrvCore/Layers/OrvLayerManager.h"
 #include "OrvCore/Layers/OrvLayerStack.h"
 #include "OrvCore/Layers/OrvLayerStreamUtils.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Network/OrvSnMultiChannelMergeNode.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerRowArrangement.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerStackWarnings.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItem.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
@@ -24,92 +25,13 @@ namespace {
 /// Looking for a row in other levels walks the tree; worth it for layers that the user moved, not for a
 /// thousand.
 constexpr int MostRowsTakenFromOtherLevels = 8;
-constexpr int GoingRow = -1; ///< the order of a row that goes: it sorts to the front
 
-OrvLayerViewItem* rowOf(const QStandardItem* pParent, int Row)
-{
-    return static_cast<OrvLayerViewItem*>(pParent->child(Row));
-}
+const auto rowOf = &OrvLayerViewItem::inRow;
 
 bool shows(const OrvLayerViewItem* pItem, const OrvLayer* pLayer)
 {
     const OrvLayerViewItemRowWidget* pRowWidget = pItem->rowWidget();
     return pRowWidget && pRowWidget->layer() == pLayer;
-}
-
-bool isInOrder(const QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
-{
-    for (int Row = 0; Row < Rows.size(); ++Row) {
-        if (pParent->child(Row) != Rows[Row])
-            return false;
-    }
-    return pParent->rowCount() == Rows.size();
-}
-
-/// All in one step: scattered ones are sorted to the front first. Returns whether those that stay are in
-/// their order after it.
-bool removeGoingRows(QStandardItem* pParent)
-{
-    int Count = 0, First = 0, Last = 0;
-    bool Ascending = true;
-    for (int Row = 0, Before = GoingRow; Row < pParent->rowCount(); ++Row) {
-        const int Order = rowOf(pParent, Row)->order();
-        if (Order != GoingRow) {
-            Ascending = Ascending && Order > Before;
-            Before = Order;
-            continue;
-        }
-        First = Count == 0 ? Row : First;
-        Last = Row;
-        ++Count;
-    }
-    if (Count == 0)
-        return Ascending;
-    const bool Scattered = Last - First + 1 != Count;
-    if (Scattered)
-        pParent->sortChildren(0);
-    pParent->removeRows(Scattered ? 0 : First, Count);
-    return Ascending || Scattered;
-}
-
-/// In one block, at their place where they belong together. Returns whether they do.
-bool insertNewRows(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
-{
-    QList<QStandardItem*> New;
-    int First = 0, Last = 0;
-    for (int Row = 0; Row < Rows.size(); ++Row) {
-        if (Rows[Row]->model())
-            continue;
-        First = New.isEmpty() ? Row : First;
-        Last = Row;
-        New.append(Rows[Row]);
-    }
-    if (New.isEmpty())
-        return true;
-    const bool InOnePlace = Last - First + 1 == New.size();
-    pParent->insertRows(InOnePlace ? qMin(First, pParent->rowCount()) : pParent->rowCount(), New);
-    return InOnePlace;
-}
-
-/// Which of the rows, given by their former places in their new order, can stay while the others move around
-/// them: the members of a longest ascending subsequence.
-QVector<bool> unmovedRows(const QVector<int>& FormerPlaces)
-{
-    QVector<int> Tails, Previous(FormerPlaces.size(), -1); // positions in FormerPlaces
-    for (int At = 0; At < FormerPlaces.size(); ++At) {
-        const auto Tail = std::lower_bound(Tails.begin(), Tails.end(), At,
-            [&](int Left, int Right) { return FormerPlaces[Left] < FormerPlaces[Right]; });
-        if (Tail != Tails.begin())
-            Previous[At] = *std::prev(Tail);
-        if (Tail == Tails.end())
-            Tails.append(At);
-        else
-            *Tail = At;
-    }
-    QVector<bool> Unmoved(FormerPlaces.size(), false);
-    for (int At = Tails.isEmpty() ? -1 : Tails.last(); At >= 0; At = Previous[At])
-        Unmoved[At] = true;
-    return Unmoved;
 }
 
 } // namespace
@@ -144,7 +66,7 @@ OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
     for (int Row = 0; Row < Layers.size(); ++Row) {
         OrvLayerStack* pGroupStack = groupStack(Layers[Row]);
         if (pGroupStack)
-            Wanted.Warning = groupWarning(Layers[Row], pGroupStack);
+            Wanted.Warning = OrvLayerStackWarnings::ofGroup(Layers[Row], pGroupStack);
         if (!Wanted.Warning.isEmpty()) {
             // The warning takes the place of the group and of everything below it.
             Wanted.Layers.erase(Wanted.Layers.begin() + Row, Wanted.Layers.end());
@@ -153,7 +75,7 @@ OrvLayerViewRowSynchronizer::Level OrvLayerViewRowSynchronizer::levelOf(
         Wanted.GroupStacks.append(pGroupStack);
     }
     if (At == Depth::Top || !Layers.isEmpty())
-        Wanted.Warning = bottomWarning(Layers);
+        Wanted.Warning = OrvLayerStackWarnings::below(Layers, m_LayerStack);
     return Wanted;
 }
 
@@ -163,45 +85,6 @@ OrvLayerStack* OrvLayerViewRowSynchronizer::groupStack(const OrvLayer* pLayer) c
     return OrvLayerStreamUtils::isLayerGroup(pLayer, StreamName)
         ? OrvLayerStreamUtils::groupStack(pLayer, StreamName)
         : nullptr;
-}
-
-QString OrvLayerViewRowSynchronizer::groupWarning(
-    const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const
-{
-    const bool IsMultiChannel = OrvLayerStreamUtils::isMultiChannelMergeLayer(pLayer);
-    if (OrvLayerStreamUtils::validateGroupSelection(
-            pGroupStack->layerList(), IsMultiChannel ? pLayer->commonNode() : nullptr))
-        return {};
-    const QString Warning = IsMultiChannel
-        ? OrvLayerView::tr(
-            "Multi-Channel Group Layer '%1' has some unrepresentable connections due to nested "
-            "multi-channel layers of different shader model. Please rewire in the node graph.")
-        : OrvLayerView::tr(
-            "Group Layer '%1' has some unrepresentable connections due to nested multi-channel "
-            "layers. Please rewire in the node graph.");
-    return Warning.arg(pLayer->name());
-}
-
-QString OrvLayerViewRowSynchronizer::bottomWarning(const QList<OrvLayer*>& Layers) const
-{
-    OrvSnBaseNode* pBottom = Layers.isEmpty()
-        ? m_LayerStack->bottomNode()
-        : OrvLayerStreamUtils::layerNodeBelow(Layers.last(), m_LayerStack);
-    if (OrvLayerStreamUtils::isValidBottomTransparencyNode(pBottom))
-        return {};
-    if (!pBottom)
-        return OrvLayerView::tr("No bottom stack node.");
-    const auto* pCommon = qobject_cast<OrvSnMultiChannelMergeNode*>(pBottom);
-    if (pCommon && !pCommon->isRepresentable())
-        return OrvLayerView::tr(
-            "Node '%1' is unrepresentable, only Merge nodes and Multi-Channel Merge nodes "
-            "can be represented in the layer stack.")
-            .arg(pBottom->name());
-    const OrvLayer* pLayer = OrvLayerManager::layersOf(pBottom).value(0);
-    if (OrvLayerStreamUtils::isInvalidMaterialLayer(pLayer))
-        return OrvLayerView::tr("Multi-Channel Layer '%1' has some unrepresentable connections.")
-            .arg(pBottom->name());
-    return OrvLayerView::tr("Node '%1' is unrepresentable.").arg(pBottom->name());
 }
 
 void OrvLayerViewRowSynchronizer::synchronizeLevel(
@@ -291,7 +174,7 @@ QVector<OrvLayerViewItem*> OrvLayerViewRowSynchronizer::matchMovedRows(
             = ++TakenCount <= MostRowsTakenFromOtherLevels ? takeFromOtherLevel(pLayer, pParent) : nullptr;
         Rows.append(pItem ? pItem : new OrvLayerViewItem(pLayer));
     }
-    const QVector<bool> Unmoved = unmovedRows(FormerPlaces);
+    const QVector<bool> Unmoved = OrvLayerRowArrangement::unmoved(FormerPlaces);
     for (int At = 0; At < KeptAt.size(); ++At) {
         OrvLayerViewItem* pItem = Rows[KeptAt[At]];
         if (!Unmoved[At] || !shows(pItem, Layers[KeptAt[At]]))
@@ -327,23 +210,15 @@ bool OrvLayerViewRowSynchronizer::levelHolds(const QStandardItem* pParent, const
 
 void OrvLayerViewRowSynchronizer::arrange(QStandardItem* pParent, const QVector<OrvLayerViewItem*>& Rows)
 {
-    if (isInOrder(pParent, Rows))
+    OrvLayerRowArrangement Arrangement(pParent, Rows);
+    if (Arrangement.isDone())
         return;
     m_TreeView->scheduleRowLayout();
-    for (int Row = 0; Row < pParent->rowCount(); ++Row)
-        rowOf(pParent, Row)->setOrder(GoingRow);
-    for (int Row = 0; Row < Rows.size(); ++Row)
-        Rows[Row]->setOrder(Row);
-    for (int Row = 0; m_ReusesRowWidgets && Row < pParent->rowCount(); ++Row) {
-        if (rowOf(pParent, Row)->order() == GoingRow)
-            releaseRowWidgets(rowOf(pParent, Row));
+    if (m_ReusesRowWidgets) {
+        for (OrvLayerViewItem* pItem : Arrangement.goingRows())
+            releaseRowWidgets(pItem);
     }
-    const bool KeptAreInOrder = removeGoingRows(pParent);
-    const bool NewAreInPlace = insertNewRows(pParent, Rows);
-    if (!KeptAreInOrder || !NewAreInPlace)
-        pParent->sortChildren(0);
-    for (OrvLayerViewItem* pItem : Rows)
-        pItem->setOrder(0);
+    Arrangement.carryOut();
 }
 
 bool OrvLayerViewRowSynchronizer::mayReuseRowWidgets() const

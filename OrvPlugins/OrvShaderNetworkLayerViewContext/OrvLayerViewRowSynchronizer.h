@@ -37,8 +37,6 @@ private:
     enum class Depth { Top, InGroup };
     Level levelOf(const QList<OrvLayer*>& Layers, Depth At) const;
     OrvLayerStack* groupStack(const OrvLayer* pLayer) const;
-    QString groupWarning(const OrvLayer* pLayer, const OrvLayerStack* pGroupStack) const;
-    QString bottomWarning(const QList<OrvLayer*>& Layers) const;
 
     void synchronizeLevel(QStandardItem* pParent, const QModelIndex& ParentIndex, const Level& Wanted);
     QVector<OrvLayerViewItem*> matchRows(

@@ -62,10 +62,10 @@ void OrvLayerVisibilityGesture::begin(OrvLayer* pLayer)
     m_Active = true;
     m_Visible = !pLayer->isVisible();
     for (OrvLayer* pInScope : OrvLayerEditScope::of(pLayer, m_LayerView->layerStack()))
-        show(pInScope);
+        applyTo(pInScope);
 }
 
-void OrvLayerVisibilityGesture::show(OrvLayer* pLayer)
+void OrvLayerVisibilityGesture::applyTo(OrvLayer* pLayer)
 {
     if (pLayer->isVisible() == m_Visible || !pLayer->isVisibilityChangeable())
         return;
@@ -129,7 +129,7 @@ void OrvLayerVisibilityGesture::sweepTo(const QPoint& Position)
     for (int Step = 1; Step <= Steps; ++Step) {
         OrvLayerViewItemRowWidget* pRow = rowWithEyeAt(From + Way * Step / Steps);
         if (pRow && pRow->layer())
-            show(pRow->layer());
+            applyTo(pRow->layer());
     }
 }
 

@@ -30,7 +30,7 @@ public:
 
 private:
     void begin(OrvLayer* pLayer);
-    void show(OrvLayer* pLayer);
+    void applyTo(OrvLayer* pLayer);
     void sweepTo(const QPoint& Position);
     void finish();
     OrvLayerViewItemRowWidget* rowWithEyeAt(const QPoint& Position) const;

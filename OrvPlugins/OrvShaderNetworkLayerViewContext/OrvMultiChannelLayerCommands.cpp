@@ -97,6 +97,24 @@ void OrvMultiChannelLayerCommands::addMaterial(const QString& Path)
         });
 }
 
+bool OrvMultiChannelLayerCommands::addMaterialAt(const QString& Path, OrvSnBaseNode* pTarget)
+{
+    OrvLayerStack* pLayerStack = m_Commands->layerStack(__LINE__);
+    if (!pLayerStack)
+        return false;
+    OrvLayerShader* pShader = OrvUtils::shaderForMultiChannelLayerCreationWithUserInput(pLayerStack);
+    if (!pShader) {
+        if (OrvUtils::shadersForMultiChannelLayers(pLayerStack).isEmpty())
+            OrvLayerViewUtils::tell(OrvLayerView::tr(
+                "A material goes into the channels of a shader: connect this channel to one first"));
+        return false;
+    }
+    QString Error;
+    const OrvLayer* pLayer = OrvUtils::createMaterialLayer(Path, pShader, pTarget, Error);
+    OrvLayerViewUtils::warn(materialFailureTitle(), Error);
+    return pLayer != nullptr;
+}
+
 void OrvMultiChannelLayerCommands::addAtCurrent(
     const QString& MacroText, const QString& FailureTitle, const Creation& Create)
 {
@@ -133,22 +151,4 @@ void OrvMultiChannelLayerCommands::toggleInChannel(const OrvLayer* pLayer, const
                                                    : OrvLayerView::tr("Hide Layer '%1' in This Channel"))
                                               .arg(pLayer->name()));
     pStream->setEnabledAsBool(Enabled);
-}
-
-bool OrvMultiChannelLayerCommands::addMaterialAt(const QString& Path, OrvSnBaseNode* pTarget)
-{
-    OrvLayerStack* pLayerStack = m_Commands->layerStack(__LINE__);
-    if (!pLayerStack)
-        return false;
-    OrvLayerShader* pShader = OrvUtils::shaderForMultiChannelLayerCreationWithUserInput(pLayerStack);
-    if (!pShader) {
-        if (OrvUtils::shadersForMultiChannelLayers(pLayerStack).isEmpty())
-            OrvLayerViewUtils::tell(OrvLayerView::tr(
-                "A material goes into the channels of a shader: connect this channel to one first."));
-        return false;
-    }
-    QString Error;
-    const OrvLayer* pLayer = OrvUtils::createMaterialLayer(Path, pShader, pTarget, Error);
-    OrvLayerViewUtils::warn(materialFailureTitle(), Error);
-    return pLayer != nullptr;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QStringList>
+#include <QtCore/QString>
 
 #include <functional>
 
@@ -11,8 +11,9 @@ class OrvLayerView;
 class OrvLayerViewCommands;
 class OrvSnBaseNode;
 
-/// Adds layers that stand in several channels of a shader, materials and groups, from a Layers palette, which
-/// owns it. Which shader is meant is asked where several are possible; failures are told.
+/// The commands of a Layers palette, which owns it, for layers that stand in several channels of a shader: it
+/// adds materials and groups, and shows or hides one in a single channel. Which shader is meant is asked
+/// where several are possible; failures are told.
 class OrvMultiChannelLayerCommands {
 public:
     OrvMultiChannelLayerCommands(OrvLayerView* pLayerView, const OrvLayerViewCommands* pCommands);

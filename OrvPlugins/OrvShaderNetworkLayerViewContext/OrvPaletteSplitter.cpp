@@ -18,10 +18,7 @@ OrvPaletteSplitter::OrvPaletteSplitter(const QString& SettingsGroup, QWidget* pP
 {
     setChildrenCollapsible(false);
     // The window with its palettes outlives the program's run.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
-        if (m_IsSet)
-            saveToSettings();
-    });
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &OrvPaletteSplitter::saveToSettings);
 }
 
 OrvPaletteSplitter::~OrvPaletteSplitter()
@@ -31,6 +28,8 @@ OrvPaletteSplitter::~OrvPaletteSplitter()
 
 void OrvPaletteSplitter::saveToSettings() const
 {
+    if (!m_HasSizes)
+        return;
     OrvSettings Settings;
     Settings.beginGroup(m_SettingsGroup);
     Settings.setValue(SplitterKey, saveState());
@@ -44,7 +43,7 @@ void OrvPaletteSplitter::setPanes(QWidget* pUpper, QWidget* pLower)
     shareOutHeight();
     OrvSettings Settings;
     Settings.beginGroup(m_SettingsGroup);
-    m_IsSet = restoreState(Settings.value(SplitterKey).toByteArray());
+    m_HasSizes = restoreState(Settings.value(SplitterKey).toByteArray());
 }
 
 QVBoxLayout* OrvPaletteSplitter::createTightLayout(QWidget* pPane)
@@ -64,10 +63,10 @@ void OrvPaletteSplitter::showEvent(QShowEvent* pEvent)
 {
     QSplitter::showEvent(pEvent);
     // Only now is there a height to share out.
-    if (m_IsSet)
+    if (m_HasSizes)
         return;
     shareOutHeight();
-    m_IsSet = true;
+    m_HasSizes = true;
 }
 
 #include "moc_OrvPaletteSplitter.cpp"

@@ -27,5 +27,5 @@ private:
     void saveToSettings() const;
 
     QString m_SettingsGroup;
-    bool m_IsSet = false;
+    bool m_HasSizes = false; ///< worth to be kept: stored ones, or those of a splitter that was seen
 };

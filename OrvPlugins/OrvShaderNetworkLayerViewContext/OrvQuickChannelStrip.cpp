@@ -14,7 +14,7 @@ const QString SettingsGroup = QStringLiteral("Quick Create Channel");
 const QString SizeKey = QStringLiteral("Size");
 const QString DepthKey = QStringLiteral("Depth");
 const QSize DefaultSize(2048, 2048);
-constexpr int DefaultDepth = 5121; // unsigned bytes
+constexpr int DefaultDepth = GL_UNSIGNED_BYTE;
 constexpr int SwatchSize = 24;
 
 QVariant preference(const QString& Key, const QVariant& Default)

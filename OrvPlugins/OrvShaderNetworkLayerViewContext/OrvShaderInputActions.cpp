@@ -4,7 +4,6 @@
 #include "OrvCore/Channels/OrvShaderInput.h"
 #include "OrvCore/Channels/OrvShaderInputManager.h"
 #include "OrvCore/Channels/OrvShaderInputUtils.h"
-#include "OrvCore/Layers/OrvEditObstacle.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
@@ -25,6 +24,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMethodRelay.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActionsConvertDialog.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputConversion.h"
 
 #include <QtCore/QPointer>
 #include <QtWidgets/QAction>
@@ -52,7 +52,7 @@ OrvShaderInput* currentShaderInput(const char* pName, int Line)
     if (!pShaderInput) {
         report(Line, QStringLiteral("%1 is NULL").arg(QLatin1String(pName)));
         OrvLayerViewUtils::tell(
-            OrvShaderInputActions::tr("There is no channel to work on: add or choose one first."));
+            OrvShaderInputActions::tr("There is no channel to work on: add or choose one first"));
     }
     return pShaderInput;
 }
@@ -94,37 +94,16 @@ bool askToFlatten(const QString& Title, const QString& Text)
     return Box.clickedButton() == pFlatten;
 }
 
-void warn(const QString& Title, const QString& Text)
-{
-    QMessageBox::warning(&OrvMainWindow::instance(), Title, Text, QMessageBox::Ok);
-}
-
 /// Tells the user when it cannot.
 bool canGoToClipboard(const OrvShaderInput* pShaderInput, const QString& FailureTitle)
 {
     if (!pShaderInput->containsMultiChannelLayerOfShaderModel(nullptr))
         return true;
-    warn(FailureTitle,
+    OrvLayerViewUtils::warn(FailureTitle,
         OrvShaderInputActions::tr(
             "This Channel contains Multi-Channel Layers and cannot be cut, copied or pasted. "
             "Please convert all Multi-Channel Layers to standard Layers first."));
     return false;
-}
-
-/// Values are widened before their colour space changes and narrowed after it.
-bool isDepthConvertedFirst(GLenum From, GLenum To)
-{
-    switch (From) {
-    case GL_UNSIGNED_BYTE:
-        return true;
-    case GL_FLOAT:
-        return false;
-    case GL_HALF_FLOAT:
-        return To == GL_FLOAT;
-    default:
-        report(__LINE__, QStringLiteral("[ !! ] Unknown type : 0x%1").arg(From, 0, 16));
-        return true;
-    }
 }
 
 } // namespace
@@ -189,6 +168,7 @@ void OrvShaderInputActions::createActions()
 void OrvShaderInputActions::createResizeActions(OrvActionCreator& Creator)
 {
     OrvMenuManager::instance().placeMenu(ResizeChannelMenu, QStringLiteral("scale.png"));
+    Creator.setActionPath(ResizeChannelPath);
     Creator.setMenuPath(ResizeChannelMenu);
     Creator.setActionSetName(PatchOnlySet);
     for (const QSize& Size : OrvChannel::supportedTextureSizes()) {
@@ -221,9 +201,8 @@ void OrvShaderInputActions::addMaterialShaderInput()
     }
     pShaderInput->node()->addTag(OrvSnNames::MaterialShaderInputTag, true);
     // No list shows it before it feeds a shader.
-    OrvLayerViewUtils::tell(
-        tr("\"%1\" was added: choose it at an input for materials in the Shaders palette.")
-            .arg(pShaderInput->name()));
+    OrvLayerViewUtils::tell(tr("'%1' was added: choose it at an input for materials in the Shaders palette")
+                                .arg(pShaderInput->name()));
 }
 
 void OrvShaderInputActions::addMaterialLayersToMaterialsShader()
@@ -240,7 +219,7 @@ void OrvShaderInputActions::addMaterialLayersToMaterialsShader()
     };
     if (std::none_of(Inputs.begin(), Inputs.end(), isMissing)) {
         OrvLayerViewUtils::tell(
-            tr("\"%1\" has no free input for a material: choose a layered shader that has one.")
+            tr("'%1' has no free input for a material: choose a layered shader that has one")
                 .arg(pShader->name()));
         return;
     }
@@ -267,38 +246,8 @@ void OrvShaderInputActions::convertShaderInput()
     if (Dialog.exec() != QDialog::Accepted || !pShaderInput)
         return;
     OrvUndoManager::AutoMacro Macro(tr("Convert Channel : %1").arg(pShaderInput->path()));
-    if (!convert(pShaderInput, Dialog))
+    if (!OrvShaderInputConversion::convert(pShaderInput, Dialog))
         Macro.cancel();
-}
-
-bool OrvShaderInputActions::convert(
-    OrvShaderInput* pShaderInput, const OrvShaderInputActionsConvertDialog& Wanted)
-{
-    const int Option = Wanted.choice() == OrvShaderInputActionsConvertDialog::ConvertAll
-        ? OrvShaderInput::AllImages
-        : OrvShaderInput::FreeImages;
-    if (Option == OrvShaderInput::FreeImages && !pShaderInput->isModifiable()) {
-        OrvLayerViewUtils::tell(OrvEditObstacle::of(pShaderInput));
-        return false;
-    }
-    const GLenum Depth = Wanted.depth();
-    const bool OtherDepth = Depth != pShaderInput->imageSetDepth();
-    const bool DepthFirst = OtherDepth && isDepthConvertedFirst(pShaderInput->imageSetDepth(), Depth);
-    if (DepthFirst && !pShaderInput->convertDepthTo(Depth, Option))
-        return false;
-
-    const OrvColorSpaceConfig& Color = Wanted.colorSpaceConfig();
-    if (Color.colorSpace() != pShaderInput->colorSpaceConfig().colorSpace()
-        && !pShaderInput->convertColorSpaceTo(Color.colorSpace(), Option))
-        return false;
-    pShaderInput->setColorSpaceConfig(Color, true);
-    const OrvColorSpaceConfig& Scalar = Wanted.scalarColorSpaceConfig();
-    if (Scalar.colorSpace() != pShaderInput->scalarColorSpaceConfig().colorSpace()
-        && !pShaderInput->convertScalarColorSpaceTo(Scalar.colorSpace(), Option))
-        return false;
-    pShaderInput->setScalarColorSpaceConfig(Scalar, true);
-
-    return DepthFirst || !OtherDepth || pShaderInput->convertDepthTo(Depth, Option);
 }
 
 void OrvShaderInputActions::removeShaderInput()
@@ -340,8 +289,8 @@ void OrvShaderInputActions::paste()
 {
     OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
     QString Error;
-    if (pNetwork && !OrvShaderInputUtils::pasteFromClipboard(Error, pNetwork) && !Error.isEmpty())
-        warn(tr("Layer Operation Failed"), Error);
+    if (pNetwork && !OrvShaderInputUtils::pasteFromClipboard(Error, pNetwork))
+        OrvLayerViewUtils::warn(tr("Layer Operation Failed"), Error);
 }
 
 void OrvShaderInputActions::resizeShaderInput(QAction* Action)
@@ -395,7 +344,7 @@ void OrvShaderInputActions::switchActionsEnabled(OrvProject* Project)
     OrvActionTreeManager::instance().setActionSetEnabled(ShaderInputOnlySet, Enabled);
     for (const QString& Menu :
         {ImportChannelMenu, ExportChannelMenu, ExportFlattenedChannelMenu, ResizeChannelMenu})
-        OrvActionHelpers::setMenuEnabled(Menu, Enabled);
+        OrvActionHelpers::setMenuEnabled(Menu, Enabled, tr("Open a project first"));
 }
 
 #include "moc_OrvShaderInputActions.cpp"

@@ -7,8 +7,6 @@ class OrvAction;
 class OrvActionCreator;
 class OrvGeoEntity;
 class OrvProject;
-class OrvShaderInput;
-class OrvShaderInputActionsConvertDialog;
 class QAction;
 
 /// The channel commands of menus and palettes, made once at the module's start, and the questions that some
@@ -45,8 +43,6 @@ private:
     OrvShaderInputActions();
     void createActions();
     void createResizeActions(OrvActionCreator& Creator);
-    /// Every step in its order; false when one was refused or cancelled.
-    static bool convert(OrvShaderInput* pShaderInput, const OrvShaderInputActionsConvertDialog& Wanted);
 
     QList<OrvAction*> m_SizeActions;
 };

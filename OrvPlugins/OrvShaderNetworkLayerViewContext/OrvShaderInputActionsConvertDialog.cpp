@@ -114,7 +114,7 @@ GLenum OrvShaderInputActionsConvertDialog::depth() const
 void OrvShaderInputActionsConvertDialog::updateAutomaticColorSpaces()
 {
     for (OrvColorSpaceConfig* pConfig : {&m_ColorSpaceConfig, &m_ScalarColorSpaceConfig}) {
-        for (const int Role : {0, 1})
+        for (int Role = 0; Role < OrvColorSpaceConfig::RoleCount; ++Role)
             pConfig->setAutomaticType(Role, depth());
     }
     m_ColorSpaces->refresh();

@@ -10,8 +10,6 @@
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputDisconnectDialog.h"
@@ -50,25 +48,20 @@ bool holdsShaderLayers(const OrvLayerShader* pShader, const QString& InputName)
     return pChannel && pChannel->containsMultiChannelLayerOfShaderModel(pShader->shaderModel());
 }
 
-enum class LayersTreatment { Convert, Disconnect, GiveUp };
+using Dialog = OrvShaderInputDisconnectDialog;
 
 /// What is to become of these layers.
-LayersTreatment askAboutLayers(const OrvLayerShader* pShader, const QString& InputName)
+Dialog::Treatment askAboutLayers(const OrvLayerShader* pShader, const QString& InputName)
 {
-    // Where nobody can answer, nothing is lost.
-    if (!holdsShaderLayers(pShader, InputName) || !OrvApplication::popupsAllowed())
-        return LayersTreatment::Convert;
-    OrvShaderInputDisconnectDialog Dialog(
-        &OrvMainWindow::instance(), OrvShaderInputDisconnectDialog::Occasion::DisconnectingChannel);
-    if (Dialog.exec() != QDialog::Accepted)
-        return LayersTreatment::GiveUp;
-    return Dialog.disconnectChosen() ? LayersTreatment::Disconnect : LayersTreatment::Convert;
+    return holdsShaderLayers(pShader, InputName) ? Dialog::ask(Dialog::Occasion::DisconnectingChannel)
+                                                 : Dialog::Treatment::Convert;
 }
 
-bool freeInput(OrvLayerShader* pShader, const QString& InputName, LayersTreatment Treatment)
+bool freeInput(OrvLayerShader* pShader, const QString& InputName, Dialog::Treatment Treatment)
 {
     return !pShader->inputShaderInput(InputName)
-        || OrvLayerShaderUtils::disconnectInput(pShader, InputName, Treatment == LayersTreatment::Disconnect);
+        || OrvLayerShaderUtils::disconnectInput(
+            pShader, InputName, Treatment == Dialog::Treatment::Disconnect);
 }
 
 /// Edits as one undo step, or not at all. The step is closed before anybody is told of a failure.
@@ -86,9 +79,7 @@ void explainFailure(const OrvLayerShader* pShader, const QString& InputName)
 {
     OrvLayerViewUtils::warn(tr("Channel Operation Failed"),
         holdsShaderLayers(pShader, InputName)
-            ? tr("The multi-channel layers of the channel that feeds '%1' are locked or cached. Unlock them "
-                 "first.")
-                  .arg(InputName)
+            ? tr("The multi-channel layers of the channel that feeds '%1' were not converted.").arg(InputName)
             : tr("The channel of '%1' could not be changed.").arg(InputName));
 }
 
@@ -162,8 +153,8 @@ bool OrvShaderInputConnection::connectChannel(
         return true;
     if (!pShader->canTakeShaderInput(InputName, pChannel))
         return false;
-    const LayersTreatment Treatment = askAboutLayers(pShader, InputName);
-    if (Treatment == LayersTreatment::GiveUp)
+    const Dialog::Treatment Treatment = askAboutLayers(pShader, InputName);
+    if (Treatment == Dialog::Treatment::GiveUp)
         return false;
     const bool Connected = editInOneStep(tr("Connect Channel : %1").arg(pChannel->name()), [&] {
         return freeInput(pShader, InputName, Treatment) && pShader->setInputShaderInput(InputName, pChannel);
@@ -177,8 +168,8 @@ OrvShaderInput* OrvShaderInputConnection::createChannel(OrvLayerShader* pShader,
 {
     if (!isUsable(__LINE__, pShader))
         return nullptr;
-    const LayersTreatment Treatment = askAboutLayers(pShader, InputName);
-    if (Treatment == LayersTreatment::GiveUp)
+    const Dialog::Treatment Treatment = askAboutLayers(pShader, InputName);
+    if (Treatment == Dialog::Treatment::GiveUp)
         return nullptr;
     OrvShaderInput* pChannel = nullptr;
     const QString Text
@@ -204,12 +195,29 @@ bool OrvShaderInputConnection::disconnectChannel(OrvLayerShader* pShader, const 
     const OrvShaderInput* pChannel = pShader->inputShaderInput(InputName);
     if (!pChannel)
         return true;
-    const LayersTreatment Treatment = askAboutLayers(pShader, InputName);
-    if (Treatment == LayersTreatment::GiveUp)
+    const Dialog::Treatment Treatment = askAboutLayers(pShader, InputName);
+    if (Treatment == Dialog::Treatment::GiveUp)
         return false;
     const bool Disconnected = editInOneStep(tr("Disconnect Channel : %1").arg(pChannel->name()),
         [&] { return freeInput(pShader, InputName, Treatment); });
     if (!Disconnected)
         explainFailure(pShader, InputName);
     return Disconnected;
+}
+
+void OrvShaderInputConnection::setEnabled(OrvLayerShader* pShader, const QString& InputName, bool Enabled)
+{
+    if (!isUsable(__LINE__, pShader))
+        return;
+    const OrvUndoManager::AutoMacro Macro(
+        (Enabled ? tr("Enable Input : %1") : tr("Disable Input : %1")).arg(InputName));
+    pShader->setInputEnabled(InputName, Enabled);
+}
+
+void OrvShaderInputConnection::setInverted(OrvLayerShader* pShader, const QString& InputName, bool Inverted)
+{
+    if (!isUsable(__LINE__, pShader))
+        return;
+    const OrvUndoManager::AutoMacro Macro(tr("Invert Input : %1").arg(InputName));
+    pShader->setInputInverted(InputName, Inverted);
 }

@@ -6,9 +6,9 @@ class OrvLayerShader;
 class OrvShaderInput;
 class QString;
 
-/// What feeds an input of a shader, as the user changes it: each change is one undo step, a failed one leaves
-/// nothing behind and is explained. Taking away a channel whose multi-channel layers belong to the shader
-/// asks first.
+/// What feeds an input of a shader, and how, as the user changes it: each change is one undo step, a failed
+/// one leaves nothing behind and is explained. Taking away a channel whose multi-channel layers belong to the
+/// shader asks first.
 namespace OrvShaderInputConnection {
 
 /// The channels that the input can take, those with common names first.
@@ -20,5 +20,8 @@ bool connectChannel(OrvLayerShader* pShader, const QString& InputName, OrvShader
 OrvShaderInput* createChannel(OrvLayerShader* pShader, const QString& InputName);
 /// True when nothing feeds the input any more.
 bool disconnectChannel(OrvLayerShader* pShader, const QString& InputName);
+/// An input that is switched off counts as if nothing was set for it.
+void setEnabled(OrvLayerShader* pShader, const QString& InputName, bool Enabled);
+void setInverted(OrvLayerShader* pShader, const QString& InputName, bool Inverted);
 
 } // namespace OrvShaderInputConnection

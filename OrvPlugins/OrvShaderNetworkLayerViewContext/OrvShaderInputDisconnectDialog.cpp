@@ -1,5 +1,7 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputDisconnectDialog.h"
 
+#include "OrvCoreModules/Window/OrvApplication.h"
+#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 
 #include <QtWidgets/QFrame>
@@ -21,6 +23,16 @@ void addOption(QVBoxLayout* pLayout, const QString& Heading, const QString& Effe
 }
 
 } // namespace
+
+OrvShaderInputDisconnectDialog::Treatment OrvShaderInputDisconnectDialog::ask(Occasion Why)
+{
+    if (!OrvApplication::popupsAllowed())
+        return Treatment::Convert;
+    OrvShaderInputDisconnectDialog Dialog(&OrvMainWindow::instance(), Why);
+    if (Dialog.exec() != QDialog::Accepted)
+        return Treatment::GiveUp;
+    return Dialog.disconnectChosen() ? Treatment::Disconnect : Treatment::Convert;
+}
 
 OrvShaderInputDisconnectDialog::OrvShaderInputDisconnectDialog(QWidget* pParent, Occasion Why)
     : OrvDialog(pParent)

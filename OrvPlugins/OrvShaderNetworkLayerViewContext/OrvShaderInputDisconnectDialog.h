@@ -4,12 +4,16 @@
 
 /// Says what becomes of multi-channel layers when a channel is disconnected from a shader, or the shader
 /// removed, and lets the user choose. It changes nothing itself: whoever runs it acts on the choice when it
-/// is accepted.
+/// is accepted, or asks for the answer alone.
 class OrvShaderInputDisconnectDialog : public OrvDialog {
     Q_OBJECT
 
 public:
     enum class Occasion { DisconnectingChannel, RemovingShader };
+    enum class Treatment { Convert, Disconnect, GiveUp };
+
+    /// What the user wants. Where nobody can be asked, the answer is what loses nothing.
+    static Treatment ask(Occasion Why);
 
     OrvShaderInputDisconnectDialog(QWidget* pParent, Occasion Why);
 

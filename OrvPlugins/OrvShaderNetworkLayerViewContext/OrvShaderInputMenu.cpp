@@ -28,6 +28,7 @@ void addChannels(OrvMenu* pMenu, OrvLayerShader* pShader, const QString& InputNa
             = pMenu->addAction(Icon, pChannel->name().replace(QLatin1Char('&'), QStringLiteral("&&")));
         pAction->setCheckable(true);
         pAction->setChecked(pChannel == pConnected);
+        pAction->setIconVisibleInMenu(pChannel != pConnected); // it would stand where the check mark does
         QObject::connect(pAction, &QAction::triggered, pShader,
             [pShader, InputName, pGuarded = QPointer<OrvShaderInput>(pChannel)] {
                 OrvShaderInputConnection::connectChannel(pShader, InputName, pGuarded);
@@ -76,7 +77,7 @@ OrvMenu* OrvShaderInputMenu::create(OrvLayerShader* pShader, const QString& Inpu
 
     const OrvShadingModel::Input* pInput
         = pShader->shaderModel() ? pShader->shaderModel()->input(InputName) : nullptr;
-    if (pInput && (pInput->IsColor || pInput->Scalar)) {
+    if (pInput && pInput->hasValue()) {
         pMenu->addSeparator();
         addReset(pMenu, pShader, *pInput);
     }

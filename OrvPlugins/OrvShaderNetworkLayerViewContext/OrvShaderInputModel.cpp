@@ -8,13 +8,11 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
-#include "OrvCore/Object/OrvObjectReferenceManager.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputView.h"
 
 #include <QtCore/QMimeData>
-#include <QtWidgets/QMessageBox>
 
 namespace {
 
@@ -29,11 +27,10 @@ void duplicateChannel(OrvShaderInput* pShaderInput)
         OrvShaderInputUtils::createDuplicate(pShaderInput, QString());
         return;
     }
-    QMessageBox::warning(&OrvMainWindow::instance(), OrvShaderInputModel::tr("Duplication Operation Failed"),
+    OrvLayerViewUtils::warn(OrvShaderInputModel::tr("Duplication Operation Failed"),
         OrvShaderInputModel::tr(
             "This Channel contains Multi-Channel Layers and cannot be duplicated, cut, copied or "
-            "pasted. Please convert all Multi-Channel Layers to standard Layers first."),
-        QMessageBox::Ok);
+            "pasted. Please convert all Multi-Channel Layers to standard Layers first."));
 }
 
 /// False ends the whole drop.
@@ -64,18 +61,8 @@ bool dropChannel(OrvShaderInput* pShaderInput, Qt::DropAction Action)
 } // namespace
 
 OrvShaderInputModel::OrvShaderInputModel(OrvShaderInputView* pView)
-    : QStandardItemModel(pView)
+    : OrvNodeRowModel(pView)
 {
-}
-
-QStringList OrvShaderInputModel::mimeTypes() const
-{
-    return {OrvLayerDragPayload::mimeType()};
-}
-
-QMimeData* OrvShaderInputModel::mimeData(const QModelIndexList& Indexes) const
-{
-    return OrvLayerDragPayload::ofRows(Indexes, NodeRole);
 }
 
 bool OrvShaderInputModel::dropMimeData(
@@ -94,34 +81,13 @@ bool OrvShaderInputModel::dropMimeData(
     return false;
 }
 
-Qt::DropActions OrvShaderInputModel::supportedDropActions() const
-{
-    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-}
-
-OrvSnBaseNode* OrvShaderInputModel::nodeFromIndex(const QModelIndex& Index) const
-{
-    const QString Uuid = Index.data(NodeRole).toString();
-    if (Uuid.isEmpty())
-        return nullptr;
-    return qobject_cast<OrvSnBaseNode*>(OrvObjectReferenceManager::instance().getPointer(Uuid));
-}
-
 QModelIndex OrvShaderInputModel::indexFromShaderInput(const OrvShaderInput* pShaderInput) const
 {
     if (!pShaderInput) {
         report(__LINE__, "ShaderInput is NULL");
         return {};
     }
-    if (!pShaderInput->node())
-        return {};
-    const QString Uuid = pShaderInput->node()->uuidString();
-    for (int Row = 0; Row < rowCount(); ++Row) {
-        const QStandardItem* pItem = item(Row);
-        if (pItem && pItem->data(NodeRole).toString() == Uuid)
-            return pItem->index();
-    }
-    return {};
+    return indexFromNode(pShaderInput->node());
 }
 
 #include "moc_OrvShaderInputModel.cpp"

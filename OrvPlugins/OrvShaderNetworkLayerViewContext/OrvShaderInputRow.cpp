@@ -6,16 +6,14 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Object/OrvCustomAttribute.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
-#include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Shaders/OrvSnShaderNode.h"
 #include "OrvCoreModules/Menus/OrvMenu.h"
-#include "OrvCoreModules/Properties/OrvAttributeBinding.h"
-#include "OrvCoreModules/Properties/OrvValueEditor.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputChannelButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputConnection.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputMenu.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputValueEditor.h"
 
 #include <QtCore/QMimeData>
 #include <QtGui/QContextMenuEvent>
@@ -35,57 +33,10 @@ constexpr int MenuButtonWidth = 18;
 constexpr int SideMargin = 2;
 constexpr int Spacing = 3;
 constexpr int SmallestNameWidth = 36;
-
-/// Colour or number of an input, as one editor shows it.
-class InputValueBinding : public OrvAttributeBinding {
-public:
-    InputValueBinding(OrvLayerShader* pShader, const OrvShadingModel::Input& Input, QObject* pParent)
-        : OrvAttributeBinding(
-            pShader->node(), OrvSnShaderNode::valueAttribute(Input.Name), pParent, Input.Name)
-        , m_pShader(pShader)
-        , m_InputName(Input.Name)
-        , m_IsColor(Input.IsColor)
-    {
-    }
-    /// A gesture still open ends while the value is read and written as here.
-    ~InputValueBinding() override { finishGesture(); }
-
-    QVariant value() const override
-    {
-        if (!m_pShader)
-            return {};
-        const OrvColor Value = m_pShader->inputValue(m_InputName);
-        return m_IsColor ? QVariant::fromValue(Value) : QVariant(double(Value.red()));
-    }
-    bool isWritable() const override { return m_pShader && OrvAttributeBinding::isWritable(); }
-
-protected:
-    void write(const QVariant& Value) override
-    {
-        const float Number = Value.toFloat();
-        m_pShader->setInputValue(
-            m_InputName, m_IsColor ? Value.value<OrvColor>() : OrvColor(Number, Number, Number));
-    }
-
-private:
-    QPointer<OrvLayerShader> m_pShader;
-    QString m_InputName;
-    bool m_IsColor;
-};
-
-OrvOperationParameter descriptionOf(const OrvShadingModel::Input& Input)
-{
-    OrvOperationParameter Description;
-    Description.Name = Input.Name;
-    Description.Label = Input.Name;
-    Description.Description
-        = OrvShaderInputRow::tr("The value of '%1' while no channel feeds it").arg(Input.Name);
-    Description.Type = Input.IsColor ? OrvOperationParameter::Color : OrvOperationParameter::Real;
-    Description.Minimum = Description.UiMinimum = Input.Minimum;
-    Description.Maximum = Description.UiMaximum = Input.Maximum;
-    Description.Step = (Input.Maximum - Input.Minimum) / 100.0;
-    return Description;
-}
+// The name has the larger share until it has all that it needs: its end may be what tells it from others.
+constexpr int NameShare = 3, FeedShare = 2;
+constexpr int DropTargetOpacity = 60; // of 255
+constexpr qreal DropTargetRadius = 3.0;
 
 QCheckBox* createBox(const QString& Name, QWidget* pParent)
 {
@@ -113,7 +64,7 @@ OrvShaderInputRow::OrvShaderInputRow(OrvLayerShader* pShader, const QString& Inp
     connect(pShader->node(), &OrvSnBaseNode::inputNodeChanged, this, &OrvShaderInputRow::onInputNodeChanged);
     // Whoever reads the shader from the box must not find one that is gone.
     connect(pShader->node(), &QObject::destroyed, m_pInvert,
-        [pInvert = m_pInvert] { pInvert->setProperty("ShaderNode", QVariant()); });
+        [pInvert = m_pInvert] { pInvert->setProperty(ShaderNodeProperty, QVariant()); });
     connect(m_pChannelButton, &QToolButton::clicked, this, &OrvShaderInputRow::onChannelClicked);
     connect(m_pMenuButton, &QToolButton::clicked, this, &OrvShaderInputRow::popupMenu);
     refresh();
@@ -133,9 +84,9 @@ void OrvShaderInputRow::createParts()
     m_pMenuButton->setFocusPolicy(Qt::TabFocus);
     m_pMenuButton->setFixedWidth(MenuButtonWidth);
     m_pInvert = createBox(QStringLiteral("Invert"), this);
-    m_pInvert->setProperty("InputName", m_InputName);
-    m_pInvert->setProperty("ShaderNode", QVariant::fromValue(m_pShader->node()));
-    m_pEnable->setProperty("InputName", m_InputName);
+    m_pInvert->setProperty(InputNameProperty, m_InputName);
+    m_pInvert->setProperty(ShaderNodeProperty, QVariant::fromValue(m_pShader->node()));
+    m_pEnable->setProperty(InputNameProperty, m_InputName);
     QSizePolicy KeepsColumn = m_pInvert->sizePolicy();
     KeepsColumn.setRetainSizeWhenHidden(true);
     m_pInvert->setSizePolicy(KeepsColumn);
@@ -147,21 +98,17 @@ void OrvShaderInputRow::createParts()
     pLayout->setContentsMargins(SideMargin, 1, SideMargin, 1);
     pLayout->setSpacing(Spacing);
     pLayout->addWidget(m_pEnable);
-    // The name has the larger share until it has all that it needs: its end may be what tells it from others.
-    pLayout->addWidget(m_pName, 3);
-    pLayout->addLayout(m_pFeed, 2);
+    pLayout->addWidget(m_pName, NameShare);
+    pLayout->addLayout(m_pFeed, FeedShare);
     pLayout->addWidget(m_pMenuButton);
     pLayout->addWidget(m_pInvert);
 }
 
 void OrvShaderInputRow::createValueEditor()
 {
-    const OrvShadingModel* pModel = m_pShader->shaderModel();
-    const OrvShadingModel::Input* pInput = pModel ? pModel->input(m_InputName) : nullptr;
-    if (!pInput || !(pInput->IsColor || pInput->Scalar))
+    m_pValueEditor = OrvShaderInputValueEditor::create(m_pShader, m_InputName, this);
+    if (!m_pValueEditor)
         return;
-    m_pValueEditor = OrvValueEditor::create(
-        new InputValueBinding(m_pShader, *pInput, nullptr), descriptionOf(*pInput), false, this);
     m_pFeed->addWidget(m_pValueEditor);
     setTabOrder(m_pEnable, m_pChannelButton);
     setTabOrder(m_pChannelButton, m_pValueEditor);
@@ -195,15 +142,15 @@ QWidget* OrvShaderInputRow::valueEditor() const
     return m_pFeed->currentWidget() == m_pValueEditor ? m_pValueEditor : nullptr;
 }
 
-int OrvShaderInputRow::nameWidthHint() const
+void OrvShaderInputRow::alignColumns(const QVector<OrvShaderInputRow*>& Rows)
 {
-    return m_pName->sizeHint().width();
-}
-
-void OrvShaderInputRow::setNameWidth(int Width)
-{
-    m_pName->setMinimumWidth(SmallestNameWidth);
-    m_pName->setMaximumWidth(qMax(SmallestNameWidth, Width));
+    int NameWidth = SmallestNameWidth;
+    for (const OrvShaderInputRow* pRow : Rows)
+        NameWidth = qMax(NameWidth, pRow->m_pName->sizeHint().width());
+    for (const OrvShaderInputRow* pRow : Rows) {
+        pRow->m_pName->setMinimumWidth(SmallestNameWidth);
+        pRow->m_pName->setMaximumWidth(NameWidth);
+    }
 }
 
 void OrvShaderInputRow::refresh()
@@ -341,9 +288,11 @@ void OrvShaderInputRow::paintEvent(QPaintEvent*)
     Painter.setRenderHint(QPainter::Antialiasing);
     Painter.setPen(palette().color(QPalette::Highlight));
     QColor Ground = palette().color(QPalette::Highlight);
-    Ground.setAlpha(60);
+    Ground.setAlpha(DropTargetOpacity);
     Painter.setBrush(Ground);
-    Painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 3.0, 3.0);
+    // On the middle of the outermost pixels.
+    const QRectF Frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    Painter.drawRoundedRect(Frame, DropTargetRadius, DropTargetRadius);
 }
 
 #include "moc_OrvShaderInputRow.cpp"

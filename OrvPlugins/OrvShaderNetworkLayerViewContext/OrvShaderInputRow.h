@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QPointer>
+#include <QtCore/QVector>
 #include <QtWidgets/QWidget>
 
 class OrvCustomAttribute;
@@ -20,6 +21,11 @@ class OrvShaderInputRow : public QWidget {
     Q_OBJECT
 
 public:
+    /// The boxes carry the name of the input, and the one that inverts carries the node of the shader: for
+    /// slots that ask the sender what it speaks of.
+    static constexpr char InputNameProperty[] = "InputName";
+    static constexpr char ShaderNodeProperty[] = "ShaderNode";
+
     OrvShaderInputRow(OrvLayerShader* pShader, const QString& InputName, QWidget* pParent);
 
     OrvLayerShader* shader() const;
@@ -31,9 +37,8 @@ public:
     OrvShaderInputChannelButton* channelButton() const { return m_pChannelButton; }
     QToolButton* menuButton() const { return m_pMenuButton; }
 
-    int nameWidthHint() const;
-    /// All rows of a pane get the same width, so that their parts stand in columns.
-    void setNameWidth(int Width);
+    /// The names of rows below each other get the same width, so that the other parts stand in columns.
+    static void alignColumns(const QVector<OrvShaderInputRow*>& Rows);
 
 Q_SIGNALS:
     /// The user went to the material channel that feeds the input.

@@ -27,7 +27,8 @@ public Q_SLOTS:
 
 protected:
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
-    /// Shift and Alt say what a drag is to do: such a press leaves the current channel, and its stack, in sight.
+    /// Shift and Alt say what a drag is to do: such a press leaves the current channel, and its stack, in
+    /// sight.
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseReleaseEvent(QMouseEvent* pEvent) override;
     void dragMoveEvent(QDragMoveEvent* pEvent) override;
@@ -41,6 +42,6 @@ private:
     OrvShaderInputView* m_Parent;
     QModelIndex m_DragIndex;
     QTimer m_DragTimer;
-    bool m_PressedWithKeys = false; // from a press with Shift or Alt to its end
+    bool m_PressedWithKeys = false; ///< from a press with Shift or Alt to its end
     bool m_IsPressing = false;
 };

@@ -8,7 +8,6 @@
 #include "OrvCore/Network/OrvShaderNetwork.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnMergeNode.h"
-#include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
@@ -20,13 +19,10 @@
 #include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
-#include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
 #include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvDdi/Color/OrvColorManager.h"
-#include "OrvDdi/Color/OrvColorSpaceConfig.h"
-#include "OrvDdi/Color/OrvColorSpaceManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
@@ -35,24 +31,18 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvQuickChannelStrip.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputModel.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputPropertiesPane.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputViewItemRowWidget.h"
 
-#include <QtCore/QPointer>
 #include <QtGui/QContextMenuEvent>
-#include <QtWidgets/QScrollArea>
 #include <QtWidgets/QVBoxLayout>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
 
-constexpr int RefreshInterval = 125; // ms
-constexpr int PropertyGroupHint = 1; // one group for each class, titled from the map
-constexpr int PropertyDisplayFlags = 1938;
 constexpr int LayoutRightOfReference = 9;
-constexpr auto PaintTarget = OrvColorSpaceDefaults::ColorSpaceTarget(4);
 
 void report(int Line, const QString& Message)
 {
@@ -74,9 +64,12 @@ OrvShaderInputView::OrvShaderInputView(QWidget* pParent)
     : QWidget(pParent)
 {
     auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("ChannelView"), this);
-    pSplitter->setPanes(createListPane(), createPropertyPane());
+    m_Properties = new OrvShaderInputPropertiesPane;
+    pSplitter->setPanes(createListPane(), m_Properties);
     OrvPaletteSplitter::createTightLayout(this)->addWidget(pSplitter);
-    m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
+    m_Rows = new OrvShaderInputRowSynchronizer(this);
+    m_RefreshTimer = new OrvDeferredTimer(OrvLayerViewContext::RefreshInterval, this);
+    connectParts();
     connectHost();
     registerShortcuts();
 }
@@ -100,8 +93,8 @@ QWidget* OrvShaderInputView::createListPane()
     m_TreeView->setDragDropMode(QAbstractItemView::DragDrop);
 
     m_ToolBar = new OrvPanelToolBar(QStringLiteral("Channels"), this);
-    for (const char* pName : {"Add Channel", "Duplicate Channel", "Convert Channel", "Remove Channel"})
-        addToolBarAction(QStringLiteral("/Orvi/Channels/") + QLatin1String(pName));
+    for (const char* pName : {"/Add Channel", "/Duplicate Channel", "/Convert Channel", "/Remove Channel"})
+        addToolBarAction(OrvLayerViewContext::ChannelsPath + QLatin1String(pName));
 
     pLayout->addWidget(m_QuickChannelGroup);
     pLayout->addWidget(m_TreeView, 1);
@@ -109,31 +102,36 @@ QWidget* OrvShaderInputView::createListPane()
     return pPane;
 }
 
-QWidget* OrvShaderInputView::createPropertyPane()
-{
-    QWidget* pPane = new QWidget;
-    pPane->setMinimumSize(40, 40);
-    QScrollArea* pScrollArea = new QScrollArea(pPane);
-    pScrollArea->setWidgetResizable(true);
-    pScrollArea->setContentsMargins(0, 0, 0, 0);
-    pScrollArea->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
-    OrvPaletteSplitter::createTightLayout(pPane)->addWidget(pScrollArea);
-    QWidget* pContents = new QWidget;
-    pContents->setMinimumSize(0, 0);
-    m_PropertyLayout = OrvPaletteSplitter::createTightLayout(pContents);
-    pScrollArea->setWidget(pContents);
-    return pPane;
-}
-
 void OrvShaderInputView::addToolBarAction(const QString& Path)
 {
     // Every command but the first comes to the tool bar through the menu manager, as the user has set it up.
-    QAction* pAction
-        = OrvActionTreeManager::instance().findAction(QStringLiteral("/Orvi/Channels/Add Channel"));
-    if (pAction)
+    const QString First = OrvLayerViewContext::ChannelsPath + QStringLiteral("/Add Channel");
+    if (QAction* pAction = OrvActionTreeManager::instance().findAction(First))
         m_ToolBar->addAction(pAction);
     else
         report(__LINE__, QStringLiteral("Unable to find action '%1'").arg(Path));
+}
+
+void OrvShaderInputView::connectParts()
+{
+    connectList();
+    connect(m_Rows, SIGNAL(channelRenamed()), this, SLOT(requestRefresh()));
+    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+    connect(m_QuickChannelStrip, SIGNAL(colorChosen(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)), this,
+        SLOT(quickChannel(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)));
+    connect(m_QuickChannelStrip, SIGNAL(preferencesChanged()), this, SLOT(saveQuickChannelPrefs()));
+}
+
+void OrvShaderInputView::connectList()
+{
+    connect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
+}
+
+void OrvShaderInputView::disconnectList()
+{
+    disconnect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
+        SLOT(onCurrentIndexChanged(QModelIndex)));
 }
 
 void OrvShaderInputView::connectHost()
@@ -141,8 +139,6 @@ void OrvShaderInputView::connectHost()
     OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
     OrvMenuManager* pMenus = &OrvMenuManager::instance();
     OrvProjectManager* pProjects = &OrvProjectManager::instance();
-    connect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
     connect(pChannels, SIGNAL(shaderInputAdded(OrvShaderInput*)), this, SLOT(requestRefresh()));
     connect(pChannels, SIGNAL(shaderInputRemoved(OrvShaderInput*)), this, SLOT(requestRefresh()));
     connect(&OrvLayerManager::instance(), SIGNAL(layersRemoved(QSet<OrvLayer*>)), this,
@@ -159,10 +155,6 @@ void OrvShaderInputView::connectHost()
         SLOT(onCurrentProjectChanged(OrvProject*)));
     connect(pProjects, SIGNAL(objectMadeCurrent(OrvGeoEntity*)), this,
         SLOT(onCurrentGeoEntityChanged(OrvGeoEntity*)));
-    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
-    connect(m_QuickChannelStrip, SIGNAL(colorChosen(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)), this,
-        SLOT(quickChannel(OrvColor, OrvColorSpaceDefaults::ColorSpaceTarget)));
-    connect(m_QuickChannelStrip, SIGNAL(preferencesChanged()), this, SLOT(saveQuickChannelPrefs()));
 }
 
 void OrvShaderInputView::registerShortcuts()
@@ -231,136 +223,16 @@ void OrvShaderInputView::refresh()
 {
     const OrvStatusManager::AutoProgress Progress(tr("Refreshing Shader Input View"), 100, 0, 1);
     // Rows that come and go must not change the host's current channel.
-    disconnect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
-    showNodes(listedNodes());
-    selectCurrentShaderInput();
-    connect(m_TreeView, SIGNAL(currentIndexChanged(QModelIndex, QModelIndex)), this,
-        SLOT(onCurrentIndexChanged(QModelIndex)));
+    disconnectList();
+    m_Rows->synchronize();
+    connectList();
     m_TreeView->resizeColumnToContents(0);
     m_TreeView->resizeColumnToContents(1);
 }
 
-QList<OrvSnBaseNode*> OrvShaderInputView::listedNodes() const
-{
-    const OrvShaderNetwork* pNetwork = OrvShaderNetworkManager::instance().currentShaderNetwork();
-    if (!pNetwork)
-        return {};
-    QList<OrvSnBaseNode*> Nodes;
-    for (OrvSnBaseNode* pNode : pNetwork->nodes()) {
-        if (!pNode->hasTag(OrvSnNames::ShaderInputTag))
-            continue;
-        const OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
-        if (pShaderInput && !pShaderInput->isMaterialStack())
-            Nodes.append(pNode);
-    }
-    std::sort(Nodes.begin(), Nodes.end(), [](const OrvSnBaseNode* pLeft, const OrvSnBaseNode* pRight) {
-        return pLeft->name() < pRight->name();
-    });
-    return Nodes;
-}
-
-void OrvShaderInputView::showNodes(const QList<OrvSnBaseNode*>& Nodes)
-{
-    QStringList Uuids;
-    Uuids.reserve(Nodes.size());
-    for (const OrvSnBaseNode* pNode : Nodes)
-        Uuids.append(pNode->uuidString());
-    const auto rowUuid
-        = [this](int Row) { return m_Model->index(Row, 0).data(OrvShaderInputModel::NodeRole).toString(); };
-
-    // Rows of channels that stay are kept, so that their widgets can stay too.
-    const QSet<QString> Listed(Uuids.cbegin(), Uuids.cend());
-    QSet<QString> Shown;
-    for (int Row = m_Model->rowCount() - 1; Row >= 0; --Row) {
-        const QString Uuid = rowUuid(Row);
-        if (Listed.contains(Uuid)) {
-            Shown.insert(Uuid);
-            continue;
-        }
-        m_TreeView->scheduleRowLayout();
-        m_Model->removeRow(Row);
-    }
-    for (int Row = 0; Row < Uuids.size(); ++Row) {
-        if (rowUuid(Row) == Uuids.at(Row))
-            continue;
-        // The layout waits for the last row; the tree would lay all of them out for each that comes.
-        m_TreeView->scheduleRowLayout();
-        if (!Shown.contains(Uuids.at(Row)) || Row >= m_Model->rowCount())
-            m_Model->insertRow(Row, new QStandardItem);
-        m_Model->item(Row)->setData(Uuids.at(Row), OrvShaderInputModel::NodeRole);
-    }
-    m_Model->removeRows(Uuids.size(), m_Model->rowCount() - Uuids.size());
-
-    // All rows first: a widget placed between two insertions would cost a layout of its own.
-    for (int Row = 0; Row < Nodes.size(); ++Row)
-        showRowWidget(Row, Nodes.at(Row));
-}
-
-void OrvShaderInputView::showRowWidget(int Row, OrvSnBaseNode* pNode)
-{
-    const QModelIndex Index = m_Model->index(Row, 0);
-    OrvShaderInput* pShaderInput = OrvShaderInputUtils::find(pNode, QString());
-    auto* pRowWidget = qobject_cast<OrvShaderInputViewItemRowWidget*>(m_TreeView->indexWidget(Index));
-    if (pRowWidget && pRowWidget->shaderInput() == pShaderInput) {
-        pRowWidget->refresh();
-    } else {
-        m_TreeView->scheduleRowLayout();
-        m_TreeView->setRowWidget(Index, new OrvShaderInputViewItemRowWidget(this, pShaderInput));
-    }
-    // A rename may give the channel another place.
-    connect(
-        pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderInputView::requestRefresh, Qt::UniqueConnection);
-}
-
-void OrvShaderInputView::selectCurrentShaderInput()
-{
-    const OrvShaderInput* pCurrent = OrvShaderInputManager::instance().currentShaderInput(nullptr);
-    const QModelIndex Index = pCurrent ? m_Model->indexFromShaderInput(pCurrent) : QModelIndex();
-    if (Index != m_TreeView->currentIndex())
-        m_TreeView->setCurrentIndex(Index);
-}
-
 void OrvShaderInputView::remakePropertyWidgets(OrvShaderInput* pShaderInput)
 {
-    while (QLayoutItem* pItem = m_PropertyLayout->takeAt(0)) {
-        if (QWidget* pWidget = pItem->widget()) {
-            pWidget->hide();
-            pWidget->deleteLater();
-        }
-        delete pItem;
-    }
-    if (!pShaderInput || !pShaderInput->node())
-        return;
-    m_PropertyLayout->addWidget(createProperties(pShaderInput));
-    m_PropertyLayout->addStretch();
-}
-
-OrvPropertyView* OrvShaderInputView::createProperties(OrvShaderInput* pShaderInput) const
-{
-    OrvColorSpaceConfig& Config = pShaderInput->colorSpaceConfig();
-    if (OrvColorSpaceManager::instance().userInterfaceMode() == 0) {
-        Config.setColorSpaceVisible(0, true);
-        Config.setDataPrettyNameDesignable(false);
-    }
-    const QStringList Hidden = QStringList{QStringLiteral("imageSetDepthString"),
-                                   QStringLiteral("imageSetSize"), QStringLiteral("fileSpace")}
-        + Config.propertyMap().keys();
-    const auto title = [](const QString& Name) { return tr("Channel : %1").arg(Name); };
-    const QMap<QString, QString> Titles{{QString(), title(pShaderInput->node()->name())}};
-    auto* pProperties = new OrvPropertyView(pShaderInput->node(), m_PropertyLayout->parentWidget(), Titles,
-        PropertyGroupHint, PropertyDisplayFlags, Hidden, false);
-    connect(pShaderInput->node(), &OrvSnBaseNode::nameChanged, pProperties,
-        [pProperties, title](const QString& Name) { pProperties->setGroupTitle(QString(), title(Name)); });
-    // What a lock keeps the row from changing cannot be changed here either.
-    const auto followLocks = [pProperties, pGuarded = QPointer<OrvShaderInput>(pShaderInput)] {
-        if (pGuarded)
-            pProperties->setEnabled(pGuarded->isModifiable());
-    };
-    followLocks();
-    connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeLockedChanged, pProperties,
-        followLocks);
-    return pProperties;
+    m_Properties->showProperties(pShaderInput);
 }
 
 void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::ColorSpaceTarget Target)
@@ -389,7 +261,7 @@ void OrvShaderInputView::quickChannel(OrvColor Value, OrvColorSpaceDefaults::Col
         report(__LINE__, QStringLiteral("Cannot Create Shader Input"));
         return;
     }
-    OrvColorManager::transform(Value, Value, Target, PaintTarget, nullptr);
+    OrvColorManager::transform(Value, Value, Target, OrvColorSpaceDefaults::Working, nullptr);
     if (const OrvLayer* pBase
         = pShaderInput->createPaintableLayer(OrvLayerAtBottom, nullptr, tr("Base"), Value))
         pShaderInput->node()->setLayout(LayoutRightOfReference, pBase->blendNode(), false, true);
@@ -430,7 +302,7 @@ void OrvShaderInputView::onMenuManagerActionRemoved(
 void OrvShaderInputView::contextMenuEvent(QContextMenuEvent* pEvent)
 {
     const std::unique_ptr<QMenu> pMenu(OrvMenuManager::instance().makeMenu(
-        OrvLayerViewContext::MainWindowName, QStringLiteral("&Channels"), QString()));
+        OrvLayerViewContext::MainWindowName, OrvLayerViewContext::ChannelsMenuTitle));
     if (pMenu)
         pMenu->exec(pEvent->globalPos());
 }

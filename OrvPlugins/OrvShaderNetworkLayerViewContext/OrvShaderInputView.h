@@ -11,14 +11,13 @@ class OrvExpandableListWidget;
 class OrvGeoEntity;
 class OrvPanelToolBar;
 class OrvProject;
-class OrvPropertyView;
 class OrvQuickChannelStrip;
 class OrvShaderInput;
 class OrvShaderInputModel;
+class OrvShaderInputPropertiesPane;
+class OrvShaderInputRowSynchronizer;
 class OrvShaderInputTreeView;
-class OrvSnBaseNode;
 class QAction;
-class QVBoxLayout;
 
 /// Body of the "Channels" palette, which owns it: the channels of the current object, the quick-channel
 /// strip, the channel commands and the properties of the current channel. It rebuilds itself from the host
@@ -58,22 +57,20 @@ protected:
 
 private:
     QWidget* createListPane();
-    QWidget* createPropertyPane();
     void addToolBarAction(const QString& Path);
+    void connectParts();
+    /// What the user does in the list reaches the host; what a refresh does there must not.
+    void connectList();
+    void disconnectList();
     void connectHost();
     void registerShortcuts();
-
-    QList<OrvSnBaseNode*> listedNodes() const;
-    void showNodes(const QList<OrvSnBaseNode*>& Nodes);
-    void showRowWidget(int Row, OrvSnBaseNode* pNode);
-    void selectCurrentShaderInput();
-    OrvPropertyView* createProperties(OrvShaderInput* pShaderInput) const;
 
     OrvExpandableListWidget* m_QuickChannelGroup = nullptr;
     OrvQuickChannelStrip* m_QuickChannelStrip = nullptr;
     OrvShaderInputModel* m_Model = nullptr;
     OrvShaderInputTreeView* m_TreeView = nullptr;
     OrvPanelToolBar* m_ToolBar = nullptr;
-    QVBoxLayout* m_PropertyLayout = nullptr;
+    OrvShaderInputRowSynchronizer* m_Rows = nullptr;
+    OrvShaderInputPropertiesPane* m_Properties = nullptr;
     OrvDeferredTimer* m_RefreshTimer = nullptr;
 };

@@ -174,7 +174,7 @@ void OrvShaderInputViewItemRowWidget::setNameUndo(QString Name)
         return;
     Name = Name.trimmed();
     if (!Name.isEmpty() && Name != m_ShaderInput->name() && m_ShaderInput->isModifiable()) {
-        OrvUndoManager::AutoMacro Macro(tr("Rename Channel : %1").arg(m_ShaderInput->path()));
+        OrvUndoManager::AutoMacro Macro(tr("Rename Channel '%1' to '%2'").arg(m_ShaderInput->name(), Name));
         m_ShaderInput->node()->setName(Name);
     }
     refresh();

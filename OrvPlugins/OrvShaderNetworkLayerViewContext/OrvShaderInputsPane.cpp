@@ -6,11 +6,12 @@
 #include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
-#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Widgets/OrvExpandableListWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPaletteSplitter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputConnection.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLook.h"
 
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
@@ -26,24 +27,6 @@ namespace {
 void report(int Line, const char* pMessage)
 {
     OrvDebug("OrvShaderInputsPane", Line, QString::fromLatin1(pMessage), false, false);
-}
-
-/// What a shader without inputs of its own shows.
-QString systemShaderText(const OrvSnBaseNode* pNode)
-{
-    using Manager = OrvLayerShaderManager;
-    using Pane = OrvShaderInputsPane;
-    if (pNode->hasTag(Manager::nodeTagCurrentChannelShader()))
-        return Pane::tr("Shows the current channel as it is.");
-    if (pNode->hasTag(Manager::nodeTagCurrentLayerAndBelowShader()))
-        return Pane::tr("Shows the current layer and everything below it.");
-    if (pNode->hasTag(Manager::nodeTagCurrentLayerShader()))
-        return Pane::tr("Shows the current layer alone.");
-    if (pNode->hasTag(Manager::nodeTagCurrentComponentShader()))
-        return Pane::tr("Shows what you paint on: the pixels or the mask of the current layer.");
-    if (pNode->hasTag(Manager::nodeTagCurrentMaterialProxyShader()))
-        return Pane::tr("Shows the shader of your own that you chose last, lit.");
-    return Pane::tr("Shows what is current.");
 }
 
 QLabel* createText(QWidget* pParent)
@@ -63,6 +46,25 @@ QLabel* createText(QWidget* pParent)
 OrvShaderInputsPane::OrvShaderInputsPane(QWidget* pParent)
     : QWidget(pParent)
 {
+    OrvExpandableListWidget* pGroup = new OrvExpandableListWidget(tr("Inputs"), this);
+    pGroup->addChild(createRowsHolder());
+    QWidget* pTexts = createTexts();
+    QVBoxLayout* pLayout = OrvPaletteSplitter::createTightLayout(this);
+    pLayout->addWidget(pGroup);
+    pLayout->addWidget(pTexts);
+    pLayout->addStretch(1);
+
+    connect(pGroup, &OrvExpandableListWidget::expandedChanged, pTexts, &QWidget::setVisible);
+    const OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
+    connect(
+        pChannels, &OrvShaderInputManager::shaderInputRenamed, this, &OrvShaderInputsPane::updateConnections);
+    connect(pChannels, &OrvShaderInputManager::currentShaderInputChanged, this,
+        &OrvShaderInputsPane::updateConnections);
+    refresh();
+}
+
+QWidget* OrvShaderInputsPane::createRowsHolder()
+{
     QWidget* pHolder = new QWidget(this);
     m_pGrid = new QGridLayout(pHolder);
     m_pGrid->setContentsMargins(0, 0, 0, 0);
@@ -74,30 +76,20 @@ OrvShaderInputsPane::OrvShaderInputsPane(QWidget* pParent)
     m_pInvertCaption->setAlignment(Qt::AlignRight);
     m_pInvertCaption->setMargin(1);
     m_pGrid->addWidget(m_pInvertCaption, 0, 0);
+    return pHolder;
+}
+
+QWidget* OrvShaderInputsPane::createTexts()
+{
     m_pMessage = createText(this);
     m_pNote = createText(this);
-    OrvExpandableListWidget* pGroup = new OrvExpandableListWidget(tr("Inputs"), this);
-    pGroup->addChild(pHolder);
-    // The texts wrap, which needs more height than the group, sized by its hint, would give them.
+    // They wrap, which needs more height than the group, sized by its hint, would give them.
     QWidget* pTexts = new QWidget(this);
-    QVBoxLayout* pTextsLayout = new QVBoxLayout(pTexts);
-    pTextsLayout->setContentsMargins(0, 0, 0, 0);
-    pTextsLayout->addWidget(m_pMessage);
-    pTextsLayout->addWidget(m_pNote);
-    connect(pGroup, &OrvExpandableListWidget::expandedChanged, pTexts, &QWidget::setVisible);
-    QVBoxLayout* pLayout = new QVBoxLayout(this);
+    QVBoxLayout* pLayout = new QVBoxLayout(pTexts);
     pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(0);
-    pLayout->addWidget(pGroup);
-    pLayout->addWidget(pTexts);
-    pLayout->addStretch(1);
-
-    const OrvShaderInputManager* pChannels = &OrvShaderInputManager::instance();
-    connect(
-        pChannels, &OrvShaderInputManager::shaderInputRenamed, this, &OrvShaderInputsPane::updateConnections);
-    connect(pChannels, &OrvShaderInputManager::currentShaderInputChanged, this,
-        &OrvShaderInputsPane::updateConnections);
-    refresh();
+    pLayout->addWidget(m_pMessage);
+    pLayout->addWidget(m_pNote);
+    return pTexts;
 }
 
 OrvLayerShader* OrvShaderInputsPane::shader() const
@@ -142,7 +134,7 @@ void OrvShaderInputsPane::refresh()
     else if (!pShader)
         showMessage(tr("Choose a shader above, or add one, to connect channels to its inputs."));
     else if (m_Rows.isEmpty())
-        showMessage(systemShaderText(pShader->node()));
+        showMessage(OrvShaderLook::whatItShows(pShader->node()));
     else
         showMessage(QString());
 }
@@ -187,25 +179,18 @@ void OrvShaderInputsPane::rebuildRows(OrvLayerShader* pShader)
     removeRows();
     m_pShader = pShader;
     QWidget* pHolder = m_pGrid->parentWidget();
-    int NameWidth = 0;
     for (const QString& InputName : pShader ? pShader->inputNames() : QStringList()) {
         OrvShaderInputRow* pRow = new OrvShaderInputRow(pShader, InputName, pHolder);
         connect(
             pRow->enableBox(), &QCheckBox::clicked, this, &OrvShaderInputsPane::onSwitchInputEnabledChanged);
         connect(pRow->invertBox(), &QCheckBox::clicked, this, &OrvShaderInputsPane::toggleInvert);
         connect(pRow, &OrvShaderInputRow::materialChosen, this, &OrvShaderInputsPane::materialChosen);
-        NameWidth = qMax(NameWidth, pRow->nameWidthHint());
         m_Rows.append(pRow);
+        // Below the caption.
+        m_pGrid->addWidget(pRow, m_Rows.size(), 0);
     }
-    if (m_Rows.isEmpty()) {
-        showNote();
-        return;
-    }
-    m_pInvertCaption->show();
-    for (int Row = 0; Row < m_Rows.size(); ++Row) {
-        m_Rows[Row]->setNameWidth(NameWidth);
-        m_pGrid->addWidget(m_Rows[Row], Row + 1, 0);
-    }
+    OrvShaderInputRow::alignColumns(m_Rows);
+    m_pInvertCaption->setVisible(!m_Rows.isEmpty());
     showNote();
 }
 
@@ -240,7 +225,8 @@ void OrvShaderInputsPane::showNote()
 
 OrvShaderInputRow* OrvShaderInputsPane::rowInUse() const
 {
-    const QVariant InputName = sender() ? sender()->property("InputName") : QVariant();
+    const QVariant InputName
+        = sender() ? sender()->property(OrvShaderInputRow::InputNameProperty) : QVariant();
     if (InputName.isValid())
         return row(InputName.toString());
     const QWidget* pFocus = QApplication::focusWidget();
@@ -261,23 +247,27 @@ void OrvShaderInputsPane::createMaterialChannel()
     createChannelOfKind(ChannelKind::Material);
 }
 
+OrvShaderInputRow* OrvShaderInputsPane::rowForNewChannel(ChannelKind Kind) const
+{
+    const auto takesIt = [this, IsMaterial = Kind == ChannelKind::Material](const OrvShaderInputRow* pRow) {
+        return m_pShader->isInputForMaterialsStacks(pRow->inputName()) == IsMaterial;
+    };
+    OrvShaderInputRow* pInUse = rowInUse();
+    if (pInUse && takesIt(pInUse))
+        return pInUse;
+    const auto Free = std::find_if(m_Rows.cbegin(), m_Rows.cend(), [&](const OrvShaderInputRow* pRow) {
+        return takesIt(pRow) && !m_pShader->inputShaderInput(pRow->inputName());
+    });
+    return Free != m_Rows.cend() ? *Free : nullptr;
+}
+
 void OrvShaderInputsPane::createChannelOfKind(ChannelKind Kind)
 {
     if (!m_pShader) {
         report(__LINE__, "ShaderLayer is NULL");
         return;
     }
-    const auto takesIt = [this, IsMaterial = Kind == ChannelKind::Material](const OrvShaderInputRow* pRow) {
-        return m_pShader->isInputForMaterialsStacks(pRow->inputName()) == IsMaterial;
-    };
-    OrvShaderInputRow* pRow = rowInUse();
-    if (!pRow || !takesIt(pRow)) {
-        const auto Free
-            = std::find_if(m_Rows.cbegin(), m_Rows.cend(), [&](const OrvShaderInputRow* pCandidate) {
-                  return takesIt(pCandidate) && !m_pShader->inputShaderInput(pCandidate->inputName());
-              });
-        pRow = Free != m_Rows.cend() ? *Free : nullptr;
-    }
+    const OrvShaderInputRow* pRow = rowForNewChannel(Kind);
     if (!pRow) {
         report(__LINE__, "Shader has no free input");
         return;
@@ -293,8 +283,7 @@ void OrvShaderInputsPane::toggleInvert(bool Inverted)
         report(__LINE__, "Shader is NULL");
         return;
     }
-    const OrvUndoManager::AutoMacro Macro(tr("Invert Input : %1").arg(pRow->inputName()));
-    pRow->shader()->setInputInverted(pRow->inputName(), Inverted);
+    OrvShaderInputConnection::setInverted(pRow->shader(), pRow->inputName(), Inverted);
 }
 
 void OrvShaderInputsPane::onSwitchInputEnabledChanged(bool Enabled)
@@ -304,9 +293,7 @@ void OrvShaderInputsPane::onSwitchInputEnabledChanged(bool Enabled)
         report(__LINE__, "Shader is NULL");
         return;
     }
-    const OrvUndoManager::AutoMacro Macro(Enabled ? tr("Enable Input : %1").arg(pRow->inputName())
-                                                  : tr("Disable Input : %1").arg(pRow->inputName()));
-    pRow->shader()->setInputEnabled(pRow->inputName(), Enabled);
+    OrvShaderInputConnection::setEnabled(pRow->shader(), pRow->inputName(), Enabled);
 }
 
 #include "moc_OrvShaderInputsPane.cpp"

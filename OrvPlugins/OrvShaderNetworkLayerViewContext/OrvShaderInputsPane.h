@@ -45,7 +45,7 @@ public Q_SLOTS:
     /// Brings the rows in step with the channels, without looking for other inputs.
     void updateConnections();
 
-    // For the input named by the sender's property "InputName"; without one, for the row that has the focus.
+    // For the input that the sender names, as the boxes of rows do; else for the row that has the focus.
     // A channel without either is for the first free input.
     void createChannel();
     void createMaterialChannel();
@@ -53,12 +53,16 @@ public Q_SLOTS:
     void onSwitchInputEnabledChanged(bool Enabled);
 
 private:
+    enum class ChannelKind { Ordinary, Material };
+
+    QWidget* createRowsHolder();
+    QWidget* createTexts();
     void rebuildRows(OrvLayerShader* pShader);
     void removeRows();
     void showMessage(const QString& Text);
     void showNote();
     OrvShaderInputRow* rowInUse() const;
-    enum class ChannelKind { Ordinary, Material };
+    OrvShaderInputRow* rowForNewChannel(ChannelKind Kind) const;
     void createChannelOfKind(ChannelKind Kind);
 
     QPointer<OrvLayerShader> m_pShader;

@@ -11,6 +11,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewCommands.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewUtils.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputConnection.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
 
 #include <QtCore/QPointer>
@@ -108,7 +110,7 @@ void OrvShaderLayerCommands::setInputInverted(const QObject* pSender, bool Inver
         report(__LINE__, "Sender is NULL");
         return;
     }
-    const auto* pNode = pSender->property("ShaderNode").value<OrvSnBaseNode*>();
+    const auto* pNode = pSender->property(OrvShaderInputRow::ShaderNodeProperty).value<OrvSnBaseNode*>();
     if (!pNode) {
         report(__LINE__, "ShaderNode is NULL");
         return;
@@ -118,9 +120,8 @@ void OrvShaderLayerCommands::setInputInverted(const QObject* pSender, bool Inver
         report(__LINE__, "pLayerShader is NULL");
         return;
     }
-    const QString InputName = pSender->property("InputName").toString();
-    const OrvUndoManager::AutoMacro Macro(OrvLayerView::tr("Invert Input : %1").arg(InputName));
-    pShader->setInputInverted(InputName, Inverted);
+    OrvShaderInputConnection::setInverted(
+        pShader, pSender->property(OrvShaderInputRow::InputNameProperty).toString(), Inverted);
 }
 
 bool OrvShaderLayerCommands::addLayer(OrvLayerShader* pShader)
@@ -134,7 +135,7 @@ bool OrvShaderLayerCommands::addLayer(OrvLayerShader* pShader)
     }
     if (!pLayerStack->holdsShaders()) {
         OrvLayerViewUtils::tell(
-            OrvLayerView::tr("Shader layers stand in material stacks only: choose a material."));
+            OrvLayerView::tr("Shader layers stand in material stacks only: choose a material"));
         return false;
     }
     return pLayerStack->createShaderLayer(pShader, m_Commands->creationFlags(), nullptr, QString());

@@ -19,7 +19,7 @@ public:
     void addChosenShader(const QObject* pSender);
     /// Without a menu.
     void addShaderLayer(const QString& Key);
-    /// The sender says of which shader ("ShaderNode") and which input ("InputName").
+    /// Of the shader and the input that the sender names, as the box in an OrvShaderInputRow does.
     void setInputInverted(const QObject* pSender, bool Inverted);
 
 private:

@@ -13,7 +13,7 @@ public:
     explicit OrvShaderListView(QWidget* pParent);
 
 Q_SIGNALS:
-    void currentIndexChanged(QModelIndex current, QModelIndex previous);
+    void currentIndexChanged(QModelIndex Current, QModelIndex Previous);
 
 protected:
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;

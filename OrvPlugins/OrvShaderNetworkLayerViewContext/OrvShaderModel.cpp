@@ -6,13 +6,11 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Object/OrvDebug.h"
-#include "OrvCore/Object/OrvObjectReferenceManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 
-#include <QtCore/QMimeData>
 #include <QtCore/QSignalBlocker>
 
 #include <optional>
@@ -24,29 +22,12 @@ void report(int Line, const char* pMessage)
     OrvDebug("OrvShaderModel", Line, QString::fromLatin1(pMessage), false, false);
 }
 
-OrvSnBaseNode* nodeOf(const QString& Uuid)
-{
-    if (Uuid.isEmpty())
-        return nullptr;
-    return qobject_cast<OrvSnBaseNode*>(OrvObjectReferenceManager::instance().getPointer(Uuid));
-}
-
 } // namespace
 
 OrvShaderModel::OrvShaderModel(QObject* pParent)
-    : QStandardItemModel(pParent)
+    : OrvNodeRowModel(pParent)
 {
     setSortRole(PositionRole);
-}
-
-QStringList OrvShaderModel::mimeTypes() const
-{
-    return {OrvLayerDragPayload::mimeType()};
-}
-
-QMimeData* OrvShaderModel::mimeData(const QModelIndexList& Indexes) const
-{
-    return OrvLayerDragPayload::ofRows(Indexes, NodeRole);
 }
 
 bool OrvShaderModel::dropMimeData(const QMimeData* pMimeData, Qt::DropAction, int, int, const QModelIndex&)
@@ -82,31 +63,9 @@ bool OrvShaderModel::dropMimeData(const QMimeData* pMimeData, Qt::DropAction, in
     return false;
 }
 
-Qt::DropActions OrvShaderModel::supportedDropActions() const
-{
-    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
-}
-
-OrvSnBaseNode* OrvShaderModel::nodeFromIndex(const QModelIndex& Index) const
-{
-    return nodeOf(Index.data(NodeRole).toString());
-}
-
 OrvSnBaseNode* OrvShaderModel::nodeFromItem(const QStandardItem* pItem) const
 {
-    return pItem ? nodeOf(pItem->data(NodeRole).toString()) : nullptr;
-}
-
-QModelIndex OrvShaderModel::indexFromNode(const OrvSnBaseNode* pNode) const
-{
-    if (!pNode)
-        return {};
-    const QString Uuid = pNode->uuidString();
-    for (int Row = 0; Row < rowCount(); ++Row) {
-        if (item(Row)->data(NodeRole).toString() == Uuid)
-            return index(Row, 0);
-    }
-    return {};
+    return pItem ? nodeFromIndex(pItem->index()) : nullptr;
 }
 
 QStandardItem* OrvShaderModel::appendNode(const OrvSnBaseNode* pNode, const QIcon& Icon, bool Editable)

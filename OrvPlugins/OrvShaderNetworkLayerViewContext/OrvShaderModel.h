@@ -1,35 +1,25 @@
 #pragma once
 
-#include <QtGui/QStandardItemModel>
-
-class OrvSnBaseNode;
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvNodeRowModel.h"
 
 /// The rows of the Shaders palette, which owns and fills it: one per listed shader, with the name, the icon
 /// and the identity of its node. Dropped shader layers become shaders of their own here; the model makes no
 /// rows itself.
-class OrvShaderModel : public QStandardItemModel {
+class OrvShaderModel : public OrvNodeRowModel {
     Q_OBJECT
 
 public:
-    /// Identity of the shader's node.
-    static constexpr int NodeRole = Qt::UserRole + 1;
     /// Where the row was put in; rows stay in this order.
     static constexpr int PositionRole = Qt::UserRole + 2;
 
     explicit OrvShaderModel(QObject* pParent);
 
-    QStringList mimeTypes() const override;
-    QMimeData* mimeData(const QModelIndexList& Indexes) const override;
     /// Moves shader layers out of their stacks. Always false: views must not remove the dragged rows.
     bool dropMimeData(const QMimeData* pMimeData, Qt::DropAction Action, int Row, int Column,
         const QModelIndex& Parent) override;
-    Qt::DropActions supportedDropActions() const override;
 
     /// Null for a row whose node is gone.
-    OrvSnBaseNode* nodeFromIndex(const QModelIndex& Index) const;
     OrvSnBaseNode* nodeFromItem(const QStandardItem* pItem) const;
-    /// Invalid for a shader that is not listed.
-    QModelIndex indexFromNode(const OrvSnBaseNode* pNode) const;
 
     /// A last row of the node's name.
     QStandardItem* appendNode(const OrvSnBaseNode* pNode, const QIcon& Icon, bool Editable);

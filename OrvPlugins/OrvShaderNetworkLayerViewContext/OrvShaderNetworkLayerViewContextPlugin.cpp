@@ -8,8 +8,8 @@
 #include "OrvDdi/Image/OrvColor.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvMultiChannelLayerCommands.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderViewActions.h"
 
 #include <QtCore/QItemSelection>
@@ -52,14 +52,29 @@ bool OrvShaderNetworkLayerViewContextPlugin::initialize()
     return true;
 }
 
-bool OrvShaderNetworkLayerViewContextPlugin::pluginsInitialized() { return true; }
-QString OrvShaderNetworkLayerViewContextPlugin::name() const { return tr("Layer View Context"); }
+bool OrvShaderNetworkLayerViewContextPlugin::pluginsInitialized()
+{
+    return true;
+}
+QString OrvShaderNetworkLayerViewContextPlugin::name() const
+{
+    return tr("Layer View Context");
+}
 QString OrvShaderNetworkLayerViewContextPlugin::description() const
 {
     return tr("Layer View of the Shader Network");
 }
-QString OrvShaderNetworkLayerViewContextPlugin::author() const { return QStringLiteral("The Orvi authors"); }
-QString OrvShaderNetworkLayerViewContextPlugin::vendor() const { return QStringLiteral("Orvi"); }
-int OrvShaderNetworkLayerViewContextPlugin::version() const { return 1; }
+QString OrvShaderNetworkLayerViewContextPlugin::author() const
+{
+    return QStringLiteral("The Orvi authors");
+}
+QString OrvShaderNetworkLayerViewContextPlugin::vendor() const
+{
+    return QStringLiteral("Orvi");
+}
+int OrvShaderNetworkLayerViewContextPlugin::version() const
+{
+    return 1;
+}
 
 #include "moc_OrvShaderNetworkLayerViewContextPlugin.cpp"

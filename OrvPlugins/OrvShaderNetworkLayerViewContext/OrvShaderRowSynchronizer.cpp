@@ -6,8 +6,8 @@
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderListView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLook.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderModel.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderRowIcon.h"
 
 #include <QtCore/QSet>
 
@@ -75,7 +75,7 @@ QStandardItem* OrvShaderRowSynchronizer::addRow(OrvSnBaseNode* pNode)
     connect(pNode, &OrvSnBaseNode::nameChanged, this, &OrvShaderRowSynchronizer::shaderRenamed,
         Qt::UniqueConnection);
     const bool IsSystemShader = OrvLayerShaderManager::instance().isSystemShaderNode(pNode, false);
-    return m_Model->appendNode(pNode, OrvShaderRowIcon::of(pNode), !IsSystemShader);
+    return m_Model->appendNode(pNode, OrvShaderLook::icon(pNode), !IsSystemShader);
 }
 
 void OrvShaderRowSynchronizer::showCurrent(const OrvSnBaseNode* pNode)

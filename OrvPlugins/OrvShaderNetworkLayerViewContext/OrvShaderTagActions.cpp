@@ -111,7 +111,7 @@ void OrvShaderTagActions::view(Target What)
         report(__LINE__, "Cannot get a handle to the current shader network");
     } else if (!pNode) {
         report(__LINE__, Table[What].pMissing);
-        OrvLayerViewUtils::tell(tr("There is nothing to show: add a shader of your own first."));
+        OrvLayerViewUtils::tell(tr("There is nothing to show: add a shader of your own first"));
     } else {
         Shaders.setCurrentShader(pNode);
     }

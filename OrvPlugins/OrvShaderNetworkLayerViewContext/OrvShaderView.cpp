@@ -20,8 +20,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvPanelToolBar.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputsPane.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderListView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderLook.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderModel.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderRowIcon.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderRowSynchronizer.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderSuccession.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderTagActions.h"
@@ -38,7 +38,6 @@ namespace {
 
 // No sum of the paths that all share: those may be made after it.
 const QString AddShaderAction = QStringLiteral("/Orvi/Layers/Shaders/Add New Shader");
-constexpr int RefreshInterval = 125; // ms
 constexpr int IconEdge = 16;
 const QSize SmallestInputsSize(40, 40);
 
@@ -63,13 +62,10 @@ OrvShaderView::OrvShaderView(QWidget* pParent)
     auto* pSplitter = new OrvPaletteSplitter(QStringLiteral("ShaderView"), this);
     pSplitter->setPanes(createListPane(), createInputsArea());
     OrvPaletteSplitter::createTightLayout(this)->addWidget(pSplitter);
-    m_RefreshTimer = new OrvDeferredTimer(RefreshInterval, this);
-    m_RefreshTimerShaderProperties = new OrvDeferredTimer(RefreshInterval, this);
-    connectList();
-    connect(m_Model, SIGNAL(addShaderNode(OrvSnBaseNode*)), this, SLOT(addShaderNode(OrvSnBaseNode*)));
-    connect(m_Rows, SIGNAL(shaderRenamed()), this, SLOT(requestRefresh()));
+    m_RefreshTimer = new OrvDeferredTimer(OrvLayerViewContext::RefreshInterval, this);
+    m_RefreshTimerShaderProperties = new OrvDeferredTimer(OrvLayerViewContext::RefreshInterval, this);
+    connectParts();
     connectHost();
-    connectMenusAndTimers();
     registerShortcuts();
     updateActionEnablement(OrvProjectManager::instance().currentProject());
 }
@@ -98,7 +94,6 @@ void OrvShaderView::createToolBar()
     m_AddButton->setToolTip(m_AddButton->text());
     m_AddButton->setIcon(OrvIcon::createIconFromFilename(QStringLiteral("AddShader.png")));
     m_AddButton->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    connect(m_AddButton, SIGNAL(clicked()), this, SLOT(addNewShader()));
     m_ToolBar->addWidget(m_AddButton);
     for (const char* pName : {"/Duplicate Shader", "/Remove Shader"})
         addToolBarAction(OrvLayerViewContext::ShadersPath + QLatin1String(pName));
@@ -121,6 +116,17 @@ QWidget* OrvShaderView::createInputsArea()
     m_InputsPane = new OrvShaderInputsPane(pScrollArea);
     pScrollArea->setWidget(m_InputsPane);
     return pScrollArea;
+}
+
+void OrvShaderView::connectParts()
+{
+    connectList();
+    connect(m_Model, SIGNAL(addShaderNode(OrvSnBaseNode*)), this, SLOT(addShaderNode(OrvSnBaseNode*)));
+    connect(m_Rows, SIGNAL(shaderRenamed()), this, SLOT(requestRefresh()));
+    connect(m_AddButton, SIGNAL(clicked()), this, SLOT(addNewShader()));
+    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
+    connect(m_RefreshTimerShaderProperties, SIGNAL(timedOut()), this,
+        SLOT(onRefreshTimerShaderPropertiesTimeout()));
 }
 
 void OrvShaderView::connectList()
@@ -158,12 +164,17 @@ void OrvShaderView::connectHost()
         SLOT(onShaderTagsChanged(QString, OrvSnBaseNode*)));
     connect(pShaders, SIGNAL(currentLayerShaderChanged(OrvLayerShader*)), this,
         SLOT(onCurrentLayerShaderChanged(OrvLayerShader*)));
-    connectInputs();
+    connectHostInputs();
     connect(
         pProjects, SIGNAL(onMakeProjectCurrent(OrvProject*)), this, SLOT(currentProjectChanged(OrvProject*)));
+    OrvMenuManager* pMenus = &OrvMenuManager::instance();
+    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
+    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
+        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
 }
 
-void OrvShaderView::connectInputs()
+void OrvShaderView::connectHostInputs()
 {
     OrvShaderNetworkManager* pNetworks = &OrvShaderNetworkManager::instance();
     connect(pNetworks, SIGNAL(nodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode*)),
@@ -174,18 +185,6 @@ void OrvShaderView::connectInputs()
         SLOT(onNodeInputOrderChanged(OrvShaderNetwork*, OrvSnBaseNode*)));
     connect(pNetworks, SIGNAL(nodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)), this,
         SLOT(onNodeInputEnabledChanged(OrvSnBaseNode*, QString, bool)));
-}
-
-void OrvShaderView::connectMenusAndTimers()
-{
-    OrvMenuManager* pMenus = &OrvMenuManager::instance();
-    connect(pMenus, SIGNAL(actionAdded(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionAdded(QString, QString, QString, QAction*)));
-    connect(pMenus, SIGNAL(actionRemoved(QString, QString, QString, QAction*)), this,
-        SLOT(onMenuManagerActionRemoved(QString, QString, QString, QAction*)));
-    connect(m_RefreshTimer, SIGNAL(timedOut()), this, SLOT(onRefreshTimerTimeout()));
-    connect(m_RefreshTimerShaderProperties, SIGNAL(timedOut()), this,
-        SLOT(onRefreshTimerShaderPropertiesTimeout()));
 }
 
 void OrvShaderView::registerShortcuts()
@@ -268,7 +267,7 @@ void OrvShaderView::onShaderTagsChanged(QString, OrvSnBaseNode* NodeChanged)
 {
     if (QStandardItem* pItem = m_Model->itemFromIndex(m_Model->indexFromNode(NodeChanged))) {
         disconnectList();
-        pItem->setIcon(OrvShaderRowIcon::of(NodeChanged));
+        pItem->setIcon(OrvShaderLook::icon(NodeChanged));
         connectList();
     }
     m_TagActions->showCurrent(OrvLayerShaderManager::instance().currentLayerShader());
@@ -407,41 +406,39 @@ void OrvShaderView::onSwitchInputEnabledChanged(bool Enabled)
     m_InputsPane->onSwitchInputEnabledChanged(Enabled);
 }
 
-bool OrvShaderView::isCurrentShaderNode(const OrvSnBaseNode* pNode) const
+void OrvShaderView::refreshPropertiesOf(const OrvSnBaseNode* pNode)
 {
-    return pNode && pNode->network() == OrvShaderNetworkManager::instance().currentShaderNetwork()
+    const bool IsCurrent = pNode
+        && pNode->network() == OrvShaderNetworkManager::instance().currentShaderNetwork()
         && pNode->hasTag(OrvSnNames::ShaderTag)
         && pNode == OrvLayerShaderManager::instance().currentShaderNode();
+    if (IsCurrent)
+        requestRefreshShaderProperties();
 }
 
 void OrvShaderView::onNodeInputEnabledChanged(OrvSnBaseNode* ShaderNode, QString, bool)
 {
-    if (isCurrentShaderNode(ShaderNode))
-        requestRefreshShaderProperties();
+    refreshPropertiesOf(ShaderNode);
 }
 
 void OrvShaderView::onNodeInputConnectionChanged(QString, OrvSnBaseNode*, QString)
 {
-    if (isCurrentShaderNode(qobject_cast<OrvSnBaseNode*>(sender())))
-        requestRefreshShaderProperties();
+    refreshPropertiesOf(qobject_cast<OrvSnBaseNode*>(sender()));
 }
 
 void OrvShaderView::onGroupNodeInputNameChanged(OrvSnBaseNode* Node, QString, QString)
 {
-    if (isCurrentShaderNode(Node))
-        requestRefreshShaderProperties();
+    refreshPropertiesOf(Node);
 }
 
 void OrvShaderView::onNodeInputOrderChanged(OrvShaderNetwork*, OrvSnBaseNode* Node)
 {
-    if (isCurrentShaderNode(Node))
-        requestRefreshShaderProperties();
+    refreshPropertiesOf(Node);
 }
 
 void OrvShaderView::onNodeReconnected(OrvShaderNetwork*, QString, OrvSnBaseNode*, OrvSnBaseNode* Node)
 {
-    if (isCurrentShaderNode(Node))
-        requestRefreshShaderProperties();
+    refreshPropertiesOf(Node);
 }
 
 // Commands

@@ -87,16 +87,17 @@ private:
     QWidget* createInputsArea();
     void createToolBar();
     void addToolBarAction(const QString& Path);
+    void connectParts();
     /// What the user does in the list reaches the host; what a refresh does there must not.
     void connectList();
     void disconnectList();
     void connectHost();
-    void connectInputs();
-    void connectMenusAndTimers();
+    void connectHostInputs();
     void registerShortcuts();
 
     void followCurrentNode(OrvSnBaseNode* pNode);
-    bool isCurrentShaderNode(const OrvSnBaseNode* pNode) const;
+    /// Of no node but the current shader's are any shown.
+    void refreshPropertiesOf(const OrvSnBaseNode* pNode);
 
     OrvShaderModel* m_Model = nullptr;
     OrvShaderListView* m_ListView = nullptr;

@@ -18,7 +18,6 @@
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
 #include "OrvCoreModules/Window/OrvIcon.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
@@ -29,7 +28,6 @@
 #include <QtWidgets/QAction>
 
 #include <algorithm>
-#include <optional>
 
 using namespace OrvLayerViewContext;
 
@@ -59,7 +57,7 @@ OrvLayerShader* currentUserShader(int Line)
     if (!pShader || !OrvLayerShaderManager::instance().isSystemShader(pShader))
         return pShader;
     OrvLayerViewUtils::tell(
-        OrvShaderViewActions::tr("\"%1\" comes with every object: choose a shader of your own.")
+        OrvShaderViewActions::tr("'%1' comes with every object: choose a shader of your own")
             .arg(pShader->name()));
     return nullptr;
 }
@@ -70,38 +68,39 @@ void warn(const QString& Title, const QString& Error)
         OrvLayerViewUtils::warn(Title, Error);
 }
 
-/// Whether the multi-channel layers in the shader's channels are disconnected rather than converted; nothing
-/// when the user wants neither.
-std::optional<bool> askMultiChannelTreatment(const OrvLayerShader* pShader)
+/// Whether there are layers to ask about when the shader goes.
+bool hasMultiChannelLayers(const OrvLayerShader* pShader)
 {
     const QList<OrvShaderInput*> Channels = pShader->inputShaderInputs();
-    const bool IsAffected
-        = std::any_of(Channels.cbegin(), Channels.cend(), [pShader](const OrvShaderInput* pChannel) {
-              return OrvLayerStreamUtils::containsMultiChannelLayers(pChannel, pShader->shaderModel());
-          });
-    // Where nobody can be asked, nothing is lost.
-    if (!IsAffected || !OrvApplication::appInstance().popupsAllowed())
-        return false;
-    OrvShaderInputDisconnectDialog Dialog(
-        &OrvMainWindow::instance(), OrvShaderInputDisconnectDialog::Occasion::RemovingShader);
-    if (Dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return Dialog.disconnectChosen();
+    return std::any_of(Channels.cbegin(), Channels.cend(), [pShader](const OrvShaderInput* pChannel) {
+        return OrvLayerStreamUtils::containsMultiChannelLayers(pChannel, pShader->shaderModel());
+    });
 }
 
-/// What is done with the current shader may be refused.
-void takeAway(const QString& Text, bool (*pTake)(OrvLayerShader*, bool))
+QString reasonToStay(const OrvLayerShader* pShader)
 {
+    const QString Obstacle = OrvLayerShaderUtils::obstacleToRemoval(pShader);
+    return Obstacle.isEmpty() ? OrvShaderViewActions::tr("its multi-channel layers were not converted")
+                              : Obstacle;
+}
+
+/// Removes the current shader, one way or another, after the user was asked what becomes of its layers.
+void removeCurrent(const QString& Text, bool (*pRemove)(OrvLayerShader*, bool))
+{
+    using Dialog = OrvShaderInputDisconnectDialog;
     OrvUndoManager::AutoMacro Macro(Text);
     const QPointer<OrvLayerShader> pShader = currentUserShader(__LINE__);
     if (!pShader)
         return;
-    const std::optional<bool> Disconnect = askMultiChannelTreatment(pShader);
-    if (!Disconnect || !pShader || pTake(pShader, *Disconnect))
+    const Dialog::Treatment Treatment = hasMultiChannelLayers(pShader)
+        ? Dialog::ask(Dialog::Occasion::RemovingShader)
+        : Dialog::Treatment::Convert;
+    if (!pShader || Treatment == Dialog::Treatment::GiveUp
+        || pRemove(pShader, Treatment == Dialog::Treatment::Disconnect))
         return;
     Macro.cancel();
-    OrvLayerViewUtils::tell(OrvShaderViewActions::tr(
-        "Nothing was changed: a lock or a cache keeps the shader's layers as they are."));
+    OrvLayerViewUtils::tell(
+        OrvShaderViewActions::tr("'%1' was not removed: %2").arg(pShader->name(), reasonToStay(pShader)));
 }
 
 void switchEntries(const QMenu* pMenu, bool Enabled)
@@ -300,7 +299,7 @@ OrvLayerShader* OrvShaderViewActions::takeCreatedShader()
 
 void OrvShaderViewActions::removeShader()
 {
-    takeAway(tr("Remove Shader"), OrvLayerShaderUtils::destroy);
+    removeCurrent(tr("Remove Shader"), OrvLayerShaderUtils::destroy);
 }
 
 void OrvShaderViewActions::duplicateShader()
@@ -320,7 +319,7 @@ void OrvShaderViewActions::duplicateShader()
 
 void OrvShaderViewActions::cut()
 {
-    takeAway(tr("Cut Shader"), OrvLayerShaderUtils::cutToClipboard);
+    removeCurrent(tr("Cut Shader"), OrvLayerShaderUtils::cutToClipboard);
 }
 
 void OrvShaderViewActions::copy()

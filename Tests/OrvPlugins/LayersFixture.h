@@ -13,10 +13,14 @@
 #include "OrvCore/Project/OrvProjectManager.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvDdi/Image/OrvColor.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerView.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewModel.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QStringList>
+#include <QtGui/QPixmap>
 
 /// A document with layers in a line or two, and what a layer tree shows of it.
 namespace LayersFixture {
@@ -89,6 +93,28 @@ inline QString rowText(const OrvLayerView* pView, const QModelIndex& Parent = QM
         Texts.append(IsGroup ? QStringLiteral("%1(%2)").arg(Name, rowText(pView, Index)) : Name);
     }
     return Texts.join(QLatin1Char(' '));
+}
+
+/// The row of the layer, the first one of a layer that has several.
+inline OrvLayerViewItemRowWidget* rowOf(const OrvLayerView* pView, const OrvLayer* pLayer)
+{
+    return pView->rowWidget(pView->model()->indexFromLayer(pLayer));
+}
+
+/// The rows show the stack as it is now. They get their contents when they are painted.
+inline void showRows(OrvLayerView* pView)
+{
+    pView->refresh();
+    pView->treeView()->grab();
+    QCoreApplication::processEvents();
+}
+
+/// What was put off until the window is idle has been done.
+inline void settle(const OrvLayerView* pView)
+{
+    for (int Round = 0; Round < 3; ++Round)
+        QCoreApplication::processEvents();
+    pView->treeView()->repaint();
 }
 
 } // namespace LayersFixture

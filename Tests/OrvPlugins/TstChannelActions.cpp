@@ -1,10 +1,10 @@
 #include "Tests/OrvPlugins/SettingsDirectory.h"
 #include "Tests/Orvi/OrvTestAnswers.h"
+#include "Tests/Support/OrvDebugReports.h"
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
@@ -50,21 +50,15 @@ QAction* action(const QString& Text)
     return OrvActionTreeManager::instance().findAction(Path + Text);
 }
 
+QAction* sizeAction(const QSize& Size)
+{
+    return action(QStringLiteral("Resize Channel/%1 x %2").arg(Size.width()).arg(Size.height()));
+}
+
 QUndoStack& history()
 {
     return *OrvUndoManager::instance().stack();
 }
-
-/// What the debug channel is told while it lives.
-class Reports {
-public:
-    Reports()
-    {
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { Texts.append(Message.Text); });
-    }
-    ~Reports() { OrvSetDebugSink({}); }
-    QStringList Texts;
-};
 
 QStringList buttonsOf(const QDialog* pDialog)
 {
@@ -187,12 +181,12 @@ private Q_SLOTS:
         action("Add Material Channel")->trigger();
         QCOMPARE(history().undoText(), QString("Add Material Channel"));
         QVERIFY(OrvTestProject::channel("Material")->isMaterialStack());
-        QVERIFY(OrvStatusManager::instance().text().contains("\"Material\" was added"));
+        QVERIFY(OrvStatusManager::instance().text().contains("'Material' was added"));
     }
 
     void freeMaterialInputsGetChannels()
     {
-        Reports Told;
+        const OrvDebugReports Told;
         OrvLayerShaderManager::instance().setCurrentShader(nullptr);
         action("Add Material Channel to Material Shader")->trigger();
         QCOMPARE(Told.Texts, QStringList("ShaderLayer is NULL"));
@@ -351,7 +345,7 @@ private Q_SLOTS:
     {
         constexpr GLenum UnknownDepth = 0x1403;
         m_Project->channel()->channelNode()->setDepth(int(UnknownDepth));
-        const Reports Told;
+        const OrvDebugReports Told;
         convertAs([](OrvShaderInputActionsConvertDialog& Dialog) { press(&Dialog, "Convert"); });
         QCOMPARE(m_Project->channel()->imageSetDepth(), UnknownDepth);
         convertTo(GL_HALF_FLOAT);
@@ -527,13 +521,13 @@ private Q_SLOTS:
     {
         m_Project->paint("Paint");
         const QSize Size = OrvChannel::supportedTextureSizes().first();
-        action(QString("%1 x %2").arg(Size.width()).arg(Size.height()))->trigger();
+        sizeAction(Size)->trigger();
         QCOMPARE(m_Project->channel()->imageSetSize(), Size);
         QCOMPARE(m_Project->layer("Paint")->paintImageSet()->imageSetSize(), Size);
         const auto checked = [] {
             QStringList Texts;
             for (const QSize& One : OrvChannel::supportedTextureSizes()) {
-                const QAction* pAction = action(QString("%1 x %2").arg(One.width()).arg(One.height()));
+                const QAction* pAction = sizeAction(One);
                 if (pAction->isChecked())
                     Texts.append(pAction->text());
             }
@@ -541,18 +535,18 @@ private Q_SLOTS:
         };
         const QStringList Present{QString("%1 x %2").arg(Size.width()).arg(Size.height())};
         QCOMPARE(checked(), Present);
-        action(Present.first())->trigger();
+        sizeAction(Size)->trigger();
         QCOMPARE(checked(), Present);
         const QSize Largest = OrvChannel::supportedTextureSizes().last();
         channels().makeShaderInputCurrent(OrvTestProject::addChannel("Large", Largest), true);
         QCOMPARE(checked(), QStringList(QString("%1 x %2").arg(Largest.width()).arg(Largest.height())));
         channels().makeShaderInputCurrent(m_Project->channel(), true);
         m_Project->channel()->setLocked(true);
-        action(QString("%1 x %2").arg(Largest.width()).arg(Largest.height()))->trigger();
+        sizeAction(Largest)->trigger();
         QCOMPARE(checked(), Present);
         m_Project->channel()->setLocked(false);
 
-        const Reports Told;
+        const OrvDebugReports Told;
         QAction Wrong("Odd");
         Wrong.setData("wide");
         OrvShaderInputActions::instance().resizeShaderInput(&Wrong);
@@ -567,14 +561,15 @@ private Q_SLOTS:
         OrvGeoEntity* pScales = pProject->addGeoEntity(QStringLiteral("Scales"));
         pScales->setPtex(true);
         pProject->setCurrentGeoEntity(pScales);
-        QCOMPARE(action("1024 x 1024")->toolTip(), QString("The channels of 'Scales' are as large as its faces"));
+        const QAction* pAction = sizeAction({1024, 1024});
+        QCOMPARE(pAction->toolTip(), QString("The channels of 'Scales' are as large as its faces"));
         pProject->setCurrentGeoEntity(pHead);
-        QCOMPARE(action("1024 x 1024")->toolTip(), QString("1024 x 1024"));
+        QCOMPARE(pAction->toolTip(), QString("1024 x 1024"));
     }
 
     void relayReportsWhatItCannotDo()
     {
-        const Reports Told;
+        const OrvDebugReports Told;
         const auto relay = [](const QVariant& Data) {
             QAction Relayed("Relayed");
             Relayed.setData(Data);

@@ -1,9 +1,9 @@
 #include "Tests/Orvi/OrvTestAnswers.h"
 #include "Tests/OrvPlugins/LayersFixture.h"
 #include "Tests/OrvPlugins/SettingsDirectory.h"
+#include "Tests/Support/OrvDebugReports.h"
 
 #include "OrvCore/Channels/OrvSnShaderInputNode.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
@@ -333,11 +333,9 @@ private Q_SLOTS:
     {
         OrvShaderNetwork* pNetwork = LayersFixture::network();
         OrvShaderNetworkManager::instance().setCurrentShaderNetwork(nullptr);
-        QStringList Messages;
-        OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
+        const OrvDebugReports Told;
         QTest::mouseClick(swatches().at(1), Qt::LeftButton);
-        OrvSetDebugSink({});
-        QCOMPARE(Messages, QStringList("Cannot get a handle to the network"));
+        QCOMPARE(Told.Texts, QStringList("Cannot get a handle to the network"));
         QVERIFY(channels().getShaderInputsFromNetwork(pNetwork).isEmpty());
         QVERIFY(!OrvUndoManager::instance().stack()->canUndo());
         OrvShaderNetworkManager::instance().setCurrentShaderNetwork(pNetwork);

@@ -1,9 +1,9 @@
 #include "LayersFixture.h"
 #include "SettingsDirectory.h"
 
+#include "Tests/Support/OrvDebugReports.h"
 #include "Tests/Support/OrvTestProject.h"
 
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
@@ -11,6 +11,7 @@
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvLateBindAction.h"
+#include "OrvCoreModules/Menus/OrvMenu.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Window/OrvApplication.h"
@@ -56,7 +57,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
         OrvApplication::appInstance().setInitialized(true);
         OrvShaderInputActions::instance();
         OrvLayerActions::instance();
@@ -68,17 +68,16 @@ private Q_SLOTS:
         });
         m_BoxTimer.start(0);
     }
-    void cleanupTestCase() { OrvSetDebugSink({}); }
-    void init() { m_Messages.clear(); }
+    void init() { m_Reports.Texts.clear(); }
 
     void relayRefusesWhatItCannotPass()
     {
         const auto relay = [this](const QVariant& Data) {
-            m_Messages.clear();
+            m_Reports.Texts.clear();
             QAction Action;
             Action.setData(Data);
             OrvLayerActions::instance().invokeLayerMethod(&Action);
-            return m_Messages.value(0);
+            return m_Reports.Texts.value(0);
         };
         QCOMPARE(relay("deleteMask"), QStringLiteral("pCurrentLayer is NULL"));
         const OrvTestProject Project;
@@ -105,7 +104,7 @@ private Q_SLOTS:
         QAction Action(QStringLiteral("Halve Size"));
         OrvLayerActions& Actions = OrvLayerActions::instance();
         Actions.maskResizeCurrent(&Action);
-        QCOMPARE(m_Messages.takeLast(), QStringLiteral("pLayer is NULL"));
+        QCOMPARE(m_Reports.Texts.takeLast(), QStringLiteral("pLayer is NULL"));
         OrvTestProject Project(QSize(64, 64), GL_UNSIGNED_BYTE);
         OrvLayer* pLayer = addLayer(Project.channel(), QStringLiteral("A"));
         pLayer->addMaskImageSet();
@@ -114,11 +113,11 @@ private Q_SLOTS:
                  &OrvLayerActions::layerResizeCurrent}) {
             Action.setData(QStringLiteral("64"));
             (Actions.*pSlot)(&Action);
-            QCOMPARE(m_Messages.takeLast(),
+            QCOMPARE(m_Reports.Texts.takeLast(),
                 QStringLiteral("Action 'Halve Size' contains invalid data type of 'QString'"));
             Action.setData(QVariant());
             (Actions.*pSlot)(&Action);
-            QCOMPARE(m_Messages.takeLast(),
+            QCOMPARE(m_Reports.Texts.takeLast(),
                 QStringLiteral("Action 'Halve Size' contains invalid data type of ''"));
         }
         const auto edge = [](const OrvImageSet* pImages) { return pImages->layout().tileSize().width(); };
@@ -146,7 +145,7 @@ private Q_SLOTS:
         const QStringList Keys = Tree.actionKeys(Path);
         Q_EMIT OrvShaderNetworkManager::instance().registeredNodePopulationChanged();
         QCOMPARE(Tree.actionKeys(Path), Keys);
-        QVERIFY2(m_Messages.isEmpty(), qPrintable(m_Messages.join('\n')));
+        QVERIFY2(m_Reports.Texts.isEmpty(), qPrintable(m_Reports.Texts.join('\n')));
         for (const QString& Key : OrvShaderNetworkManager::instance().layerPathKeys()) {
             const bool Filter = Key.startsWith(QStringLiteral("Filter/"));
             QCOMPARE(Tree.hasAction(Path + QStringLiteral("Adjustment/") + Key), Filter);
@@ -186,13 +185,13 @@ private Q_SLOTS:
         for (const bool Inside : {true, false}) {
             QEvent Crossing(Inside ? QEvent::Enter : QEvent::Leave);
             QCoreApplication::sendEvent(pTree, &Crossing);
-            m_Messages.clear();
+            m_Reports.Texts.clear();
             QTest::keyClick(pTree, Qt::Key_Tab);
-            QCOMPARE(m_Messages.filter(QStringLiteral("[ -- ] quickfind ")).size(), Inside ? 1 : 0);
+            QCOMPARE(m_Reports.Texts.filter(QStringLiteral("[ -- ] quickfind ")).size(), Inside ? 1 : 0);
         }
         action(QStringLiteral("Quick Find"))->trigger();
-        QVERIFY(m_Messages.value(0).startsWith(QStringLiteral("[ -- ] quickfind ")));
-        QVERIFY(m_Messages.value(0).endsWith(QStringLiteral(" Diffuse")));
+        QVERIFY(m_Reports.Texts.value(0).startsWith(QStringLiteral("[ -- ] quickfind ")));
+        QVERIFY(m_Reports.Texts.value(0).endsWith(QStringLiteral(" Diffuse")));
     }
 
     /// Of the commands for layers; those for stacks, and the ones named here, are on.
@@ -300,6 +299,12 @@ private Q_SLOTS:
             Expected.contains(QStringLiteral("Mask/Resize Mask/Halve Size")));
         QCOMPARE(Menus.isMenuEnabled(Menu + "Secondary Adjustment"), Kind == QStringLiteral("adjustment"));
         QVERIFY(Menus.isMenuEnabled(Menu + "Add Adjustment Layer") && Menus.isMenuEnabled(Menu + "Caching"));
+        const std::unique_ptr<QMenu> pMenu(OrvMenuManager::instance().makeMenu("MainWindow", "&Layers"));
+        for (const QMenu* pSubMenu : pMenu->findChildren<QMenu*>()) {
+            const QAction* pEntry = pSubMenu->menuAction();
+            QVERIFY2(
+                (pEntry->toolTip() != pEntry->iconText()) != pEntry->isEnabled(), qPrintable(pEntry->text()));
+        }
     }
 
     void withoutAProjectNothingCanBeUsed()
@@ -332,6 +337,33 @@ private Q_SLOTS:
         QVERIFY(OrvStatusManager::instance().text().startsWith(QStringLiteral("Select")));
         trigger(Path + QStringLiteral("Make Shared Channel Current"));
         QCOMPARE(OrvShaderInputManager::instance().currentShaderInput()->name(), QStringLiteral("Other"));
+    }
+
+    void maskCommandsFollowTheMask()
+    {
+        OrvTestProject Project;
+        OrvLayer* pLayer = makeLayer(QStringLiteral("paint"), Project.channel());
+        makeCurrent(pLayer, Project.channel());
+        const auto offered = [this] {
+            QTest::qWait(1);
+            return QStringLiteral("%1%2%3")
+                .arg(int(action(QStringLiteral("Enable Mask"))->isEnabled()))
+                .arg(int(action(QStringLiteral("Disable Mask"))->isEnabled()))
+                .arg(int(action(QStringLiteral("Remove Mask"))->isEnabled()));
+        };
+        QCOMPARE(offered(), QStringLiteral("000"));
+        trigger(Path + QStringLiteral("Mask/Hide All"));
+        QCOMPARE(offered(), QStringLiteral("011"));
+        trigger(Path + QStringLiteral("Disable Mask"));
+        QCOMPARE(offered(), QStringLiteral("101"));
+        QCOMPARE(OrvUndoManager::instance().stack()->undoText(),
+            QStringLiteral("Disable Mask of '%1'").arg(pLayer->name()));
+        Project.undo();
+        QCOMPARE(offered(), QStringLiteral("011"));
+        Project.redo();
+        QCOMPARE(offered(), QStringLiteral("101"));
+        trigger(Path + QStringLiteral("Remove Mask"));
+        QCOMPARE(offered(), QStringLiteral("000"));
     }
 
     void exportFollowsTheLayer()
@@ -394,12 +426,12 @@ private Q_SLOTS:
             const QByteArray Before = OrvTestProject::document();
             const QString Enabled = enabledText();
             const int Index = pHistory->index();
-            m_Messages.clear();
+            m_Reports.Texts.clear();
             trigger(Key);
             const QByteArray Place = QTest::currentDataTag() + QByteArray(": ") + Key.toUtf8();
             QVERIFY2(!OrvUndoManager::instance().isInMacro(), Place);
-            QVERIFY2(m_Messages.filter(QStringLiteral("[ !! ]")).isEmpty(),
-                Place + ' ' + m_Messages.join('\n').toUtf8());
+            QVERIFY2(m_Reports.Texts.filter(QStringLiteral("[ !! ]")).isEmpty(),
+                Place + ' ' + m_Reports.Texts.join('\n').toUtf8());
             QVERIFY2(pHistory->index() <= Index + 1, Place);
             const QByteArray After = OrvTestProject::document();
             // Whatever may be done around it: a locked or cached layer's own commands leave it alone.
@@ -618,7 +650,7 @@ private:
 
     SettingsDirectory m_Directory;
     QTimer m_BoxTimer;
-    QStringList m_Messages;
+    OrvDebugReports m_Reports;
     OrvLayerView* m_View = nullptr;
 };
 

@@ -1,29 +1,23 @@
+#include "LayerDrags.h"
 #include "LayersFixture.h"
+#include "MessageBoxes.h"
 #include "SettingsDirectory.h"
 
+#include "Tests/Support/OrvDebugReports.h"
 #include "Tests/Support/OrvTestProject.h"
 
-#include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
-#include <QtCore/QMimeData>
-#include <QtCore/QTimer>
 #include <QtCore/QUrl>
 #include <QtCore/QUuid>
 #include <QtTest/QtTest>
-#include <QtWidgets/QApplication>
-#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QToolButton>
 #include <QtWidgets/QUndoStack>
 
@@ -37,22 +31,13 @@ class TstLayerDrops : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
-        connect(&m_BoxTimer, &QTimer::timeout, this, &TstLayerDrops::answerBox);
-        m_BoxTimer.start(0);
-    }
-    void cleanupTestCase() { OrvSetDebugSink({}); }
-
+    void initTestCase() { QVERIFY(m_Directory.isValid()); }
     void init()
     {
         m_Project = std::make_unique<OrvTestProject>();
         m_Channel = m_Project->channel();
         for (const char* pName : {"E", "D", "C", "B", "F", "A"})
             m_Project->paint(QString::fromLatin1(pName));
-        QString Error;
         m_Project->group(QStringLiteral("H"), {layer("C")});
         m_Project->group(QStringLiteral("G"), {layer("B"), layer("H")});
         QCOMPARE(stackText(m_Channel), StartText);
@@ -62,8 +47,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
         show(m_Channel);
         OrvUndoManager::instance().clear();
-        m_Messages.clear();
-        m_Boxes.clear();
+        m_Reports.Texts.clear();
+        m_Boxes.take();
     }
 
     void cleanup()
@@ -257,7 +242,7 @@ private Q_SLOTS:
             = m_Project->paint(QStringLiteral("Foreign"), OrvColor(1, 0.5f, 0, 1), pOtherChannel);
         OrvUndoManager::instance().clear();
         const QByteArray Before = OrvTestProject::document();
-        const std::unique_ptr<QMimeData> pData = nodes({pForeign->blendNode()});
+        const std::unique_ptr<QMimeData> pData = LayerDrags::ofNodes({pForeign->blendNode()});
         OrvLayerDragPayload::writeStack(*pData, pOtherChannel);
 
         QVERIFY(!drop(*pData, "/0"));
@@ -267,11 +252,12 @@ private Q_SLOTS:
         QCOMPARE(takeBox(),
             refusal(
                 "Could not add a shared layer for 'Foreign'. Sharing layers between objects isn't allowed."));
-        QVERIFY(m_Messages.contains(QStringLiteral(
+        QVERIFY(m_Reports.Texts.contains(QStringLiteral(
             "[ !! ] Layer Opertion Failed 'Could not add a shared layer for 'Foreign'. Sharing layers "
             "between objects isn't allowed.'")));
         // It comes before what stands against others of the same drag.
-        QVERIFY(!drop(*nodes({layer("G")->blendNode(), pForeign->blendNode()}), "H", Qt::ShiftModifier));
+        QVERIFY(!drop(
+            *LayerDrags::ofNodes({layer("G")->blendNode(), pForeign->blendNode()}), "H", Qt::ShiftModifier));
         QVERIFY(takeBox().contains(QStringLiteral("between objects")));
         QCOMPARE(undoCount(), 0);
         QVERIFY(drop(*pData, "/0", Qt::AltModifier));
@@ -286,7 +272,7 @@ private Q_SLOTS:
     {
         OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
         m_Project->paint(QStringLiteral("Red"), OrvColor(1, 0, 0, 1), pGloss);
-        const std::unique_ptr<QMimeData> pData = nodes({pGloss->node()});
+        const std::unique_ptr<QMimeData> pData = LayerDrags::ofNodes({pGloss->node()});
         for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier)}) {
             QVERIFY(!drop(*pData, "/0", Modifiers));
             QCOMPARE(takeBox(), refusal("Could not add non-Shared Channel Layer for Channel 'Gloss'"));
@@ -301,7 +287,7 @@ private Q_SLOTS:
         // Round in a circle, directly and through the other channel.
         const QString Cyclic = refusal("Could not add a Shared Channel Layer for Channel 'Diffuse'. Sharing "
                                        "'Diffuse' at this location would make a cyclic reference.");
-        const std::unique_ptr<QMimeData> pOwn = nodes({m_Channel->node()});
+        const std::unique_ptr<QMimeData> pOwn = LayerDrags::ofNodes({m_Channel->node()});
         QVERIFY(!drop(*pOwn, "G", Qt::ShiftModifier));
         QCOMPARE(takeBox(), Cyclic);
         show(pGloss);
@@ -320,12 +306,12 @@ private Q_SLOTS:
         OrvSnBaseNode* pShader
             = network()->addNode(std::make_unique<OrvSnPassNode>(QStringList{OrvSnNames::ShaderTag}));
         pShader->setName(QStringLiteral("Coat"));
-        const std::unique_ptr<QMimeData> pShaderData = nodes({pShader});
+        const std::unique_ptr<QMimeData> pShaderData = LayerDrags::ofNodes({pShader});
 
         QVERIFY(!drop(*pShaderData, "/0"));
         QCOMPARE(takeBox(),
             refusal("Could not add a Shader Layer for 'Coat'. Can only add 'Coat' within Material stacks."));
-        QVERIFY(!drop(*nodes({pMaterial->node()}), "/0", Qt::ShiftModifier));
+        QVERIFY(!drop(*LayerDrags::ofNodes({pMaterial->node()}), "/0", Qt::ShiftModifier));
         QCOMPARE(takeBox(),
             refusal("Could not add a Channel Layer for 'Plastic'. Can only add 'Plastic' within Material "
                     "stacks."));
@@ -343,7 +329,7 @@ private Q_SLOTS:
         QCOMPARE(undoCount(), 1);
         const std::unique_ptr<QMimeData> pShaderLayer = rows({"Coat"});
         // Paint does not go in, neither moved nor copied.
-        const std::unique_ptr<QMimeData> pPaint = nodes({layer("A")->blendNode()});
+        const std::unique_ptr<QMimeData> pPaint = LayerDrags::ofNodes({layer("A")->blendNode()});
         for (const int Modifiers : {int(Qt::NoModifier), int(Qt::AltModifier)})
             QVERIFY(!drop(*pPaint, "/0", Modifiers));
         QVERIFY(m_Boxes.isEmpty());
@@ -364,7 +350,7 @@ private Q_SLOTS:
         pMask->setName(QStringLiteral("Holes"));
         OrvUndoManager::instance().clear();
         const QByteArray Before = OrvTestProject::document();
-        const std::unique_ptr<QMimeData> pData = nodes({pMask});
+        const std::unique_ptr<QMimeData> pData = LayerDrags::ofNodes({pMask});
         const auto top = [this] { return m_Channel->layerList().first(); };
 
         QVERIFY(drop(*pData, "/0"));
@@ -394,8 +380,8 @@ private Q_SLOTS:
         QVERIFY(!drop(*pData, "/1"));
         QVERIFY(!drop(*pData, "/1", Qt::ShiftModifier));
         QCOMPARE(takeBox(), refusal("Failed to create a mask stack"));
-        QVERIFY(!drop(*nodes({layer("D")->contentNode()}), "/0"));
-        QVERIFY(!drop(*nodes({layer("D")->contentNode()}), "/0", Qt::ShiftModifier));
+        QVERIFY(!drop(*LayerDrags::ofNodes({layer("D")->contentNode()}), "/0"));
+        QVERIFY(!drop(*LayerDrags::ofNodes({layer("D")->contentNode()}), "/0", Qt::ShiftModifier));
         QCOMPARE(takeBox(), refusal("The given component imageset does not belong to a layer"));
     }
 
@@ -405,14 +391,14 @@ private Q_SLOTS:
         pGloss->node()->disconnectInput(OrvSnNames::Input);
         show(pGloss);
         OrvUndoManager::instance().clear();
-        QVERIFY(!drop(*nodes({layer("A")->blendNode()}), "area"));
-        QCOMPARE(m_Messages.last(),
+        QVERIFY(!drop(*LayerDrags::ofNodes({layer("A")->blendNode()}), "area"));
+        QCOMPARE(m_Reports.Texts.last(),
             QStringLiteral(
                 "The layer's new network has no Bottom Transparency node. The layer node was not properly "
                 "connected"));
         QCOMPARE(undoCount(), 0);
         show(nullptr);
-        QVERIFY(!drop(*nodes({layer("A")->blendNode()}), "area"));
+        QVERIFY(!drop(*LayerDrags::ofNodes({layer("A")->blendNode()}), "area"));
         QCOMPARE(stackText(m_Channel), StartText);
     }
 
@@ -480,7 +466,7 @@ private Q_SLOTS:
             {pSteel->blendNode()}, {pStreams->blendNode()}, {m_Channel->bottomNode()},
             {pGloss->node(), layer("D")->maskNode(), layer("A")->blendNode()}, {}};
         for (const QVector<OrvSnBaseNode*>& Nodes : NodeLists)
-            Contents.push_back(nodes(Nodes));
+            Contents.push_back(LayerDrags::ofNodes(Nodes));
         Contents.push_back(std::make_unique<QMimeData>());
         OrvLayerDragPayload::write(*Contents.back(), {GoneUuid, pMasked->blendNode()->uuidString()});
         Contents.push_back(std::make_unique<QMimeData>());
@@ -541,7 +527,7 @@ private Q_SLOTS:
     void dragTellsWhetherItWouldBeDropped()
     {
         OrvShaderInput* pGloss = OrvTestProject::addChannel(QStringLiteral("Gloss"));
-        settle();
+        settle(m_View.get());
         const std::unique_ptr<QMimeData> pGroup = rows({"G"});
         QVERIFY(dragOver(*pGroup, above("A")));
         QVERIFY(m_View->treeView()->showDropIndicator());
@@ -551,20 +537,19 @@ private Q_SLOTS:
         QVERIFY(dragOver(*pGroup, above("C"), Qt::AltModifier));
         QVERIFY(dragOver(*pGroup, above("E")));
         // The reason is to be read while the drag is there.
-        const std::unique_ptr<QMimeData> pChannel = nodes({pGloss->node()});
+        const std::unique_ptr<QMimeData> pChannel = LayerDrags::ofNodes({pGloss->node()});
         QVERIFY(!dragOver(*pChannel, above("E")));
         QCOMPARE(OrvStatusManager::instance().text(),
             QStringLiteral("Could not add non-Shared Channel Layer for Channel 'Gloss'"));
         QVERIFY(dragOver(*pChannel, above("E"), Qt::ShiftModifier));
         QCOMPARE(OrvStatusManager::instance().text(), QString());
         QVERIFY(!dragOver(*pChannel, above("E")));
-        QDragLeaveEvent Leave;
-        QApplication::sendEvent(m_View->treeView()->viewport(), &Leave);
+        LayerDrags::leave(viewport());
         // Also when the mouse was let go.
         QVERIFY(OrvStatusManager::instance().text().contains(QStringLiteral("Gloss")));
-        QVERIFY(!dragOver(*nodes({}), above("E")));
+        QVERIFY(!dragOver(*LayerDrags::ofNodes({}), above("E")));
         QVERIFY(dragOver(*pGroup, above("E")));
-        QApplication::sendEvent(m_View->treeView()->viewport(), &Leave);
+        LayerDrags::leave(viewport());
         QVERIFY(!m_View->treeView()->showDropIndicator());
         layer("E")->setLocked(true);
         QVERIFY(!dragOver(*rows({"E"}), above("A")));
@@ -576,7 +561,7 @@ private Q_SLOTS:
         QCOMPARE(stackText(m_Channel), QStringLiteral("A F G(E B H(C)) D"));
         QCOMPARE(rowText(m_View.get()), StartText);
         m_View->refresh();
-        settle();
+        settle(m_View.get());
         QVERIFY(dropAt(*rows({"A"}), above("H")));
         QCOMPARE(stackText(m_Channel), QStringLiteral("F G(E B A H(C)) D"));
         QVERIFY(m_Boxes.isEmpty());
@@ -587,13 +572,12 @@ private Q_SLOTS:
         OrvLayerTreeView* pTree = m_View->treeView();
         const auto isOpen = [&] { return pTree->isExpanded(m_View->model()->indexFromLayer(layer("G"))); };
         pTree->collapse(m_View->model()->indexFromLayer(layer("G")));
-        settle();
+        settle(m_View.get());
         const std::unique_ptr<QMimeData> pData = rows({"E"});
         dragOver(*pData, onto("G"));
         QTest::qWait(200);
         QVERIFY(!isOpen());
-        QDragLeaveEvent Leave;
-        QApplication::sendEvent(pTree->viewport(), &Leave);
+        LayerDrags::leave(viewport());
         QTest::qWait(800);
         QVERIFY(!isOpen());
         dragOver(*pData, onto("G"));
@@ -614,28 +598,20 @@ private Q_SLOTS:
         OrvUndoManager::instance().clear();
         const QByteArray Before = OrvTestProject::document();
         m_View->refresh();
-        settle();
+        settle(m_View.get());
         OrvLayerComponentPushButton* pButton = maskButton(pMasked);
         QVERIFY(pButton);
         const std::unique_ptr<QMimeData> pLayers = rows({"E", "D"});
         const auto sendTo = [](QWidget* pWidget, const QMimeData& Data, Qt::KeyboardModifiers Modifiers) {
             const QPoint Place = pWidget->rect().center();
-            QDragEnterEvent Enter(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
-            QApplication::sendEvent(pWidget, &Enter);
-            if (!Enter.isAccepted())
+            if (LayerDrags::over(pWidget, Data, Place, Modifiers) == Qt::IgnoreAction)
                 return false;
-            QDragMoveEvent Move(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
-            QApplication::sendEvent(pWidget, &Move);
-            if (!Move.isAccepted())
-                return false;
-            QDropEvent Drop(Place, AllActions, &Data, Qt::LeftButton, Modifiers);
-            QApplication::sendEvent(pWidget, &Drop);
+            LayerDrags::drop(pWidget, Data, Place, Modifiers);
             return true;
         };
         const auto saysWhyNot = [&](const QMimeData& Data, const char* pReason) {
             const bool Refused = !sendTo(pButton, Data, Qt::NoModifier);
-            QDragLeaveEvent Leave;
-            QApplication::sendEvent(pButton, &Leave);
+            LayerDrags::leave(pButton);
             return Refused && OrvStatusManager::instance().text() == QLatin1String(pReason);
         };
         pMasked->setLocked(true);
@@ -654,8 +630,8 @@ private Q_SLOTS:
         QCOMPARE(OrvUndoManager::instance().stack()->undoText(), QStringLiteral("Drop Layers"));
         // The button of the stack takes the next one without waiting for its palette.
         m_View->refresh();
-        settle();
-        auto* pStackButton = rowOf("A")->findChild<QToolButton*>(QStringLiteral("LayerStackPopupButton"));
+        settle(m_View.get());
+        auto* pStackButton = row("A")->findChild<QToolButton*>(QStringLiteral("LayerStackPopupButton"));
         QVERIFY(pStackButton);
         QVERIFY(sendTo(pStackButton, *rows({"F"}), Qt::NoModifier));
         QCOMPARE(stackText(m_Channel), QStringLiteral("A G(B H(C))"));
@@ -665,7 +641,7 @@ private Q_SLOTS:
         QVERIFY(OrvTestProject::document() == Before);
 
         m_View->refresh();
-        settle();
+        settle(m_View.get());
         pButton = maskButton(pMasked);
         QVERIFY(sendTo(pButton, *pLayers, Qt::ShiftModifier));
         QCOMPARE(stackText(m_Channel), StartText);
@@ -674,9 +650,9 @@ private Q_SLOTS:
 
         // Onto itself, the layer into its own mask, other data.
         m_View->refresh();
-        settle();
+        settle(m_View.get());
         pButton = maskButton(pMasked);
-        QVERIFY(!sendTo(pButton, *nodes({pMasked->maskNode()}), Qt::NoModifier));
+        QVERIFY(!sendTo(pButton, *LayerDrags::ofNodes({pMasked->maskNode()}), Qt::NoModifier));
         QVERIFY(!sendTo(pButton, *rows({"A"}), Qt::NoModifier));
         QMimeData Text;
         Text.setText(QStringLiteral("A"));
@@ -684,7 +660,7 @@ private Q_SLOTS:
         QVERIFY(OrvTestProject::document() == Before);
         // Other components are a part of their row.
         QVERIFY(sendTo(
-            rowOf("F")->findChildren<OrvLayerComponentPushButton*>().at(1), *rows({"E"}), Qt::NoModifier));
+            row("F")->findChildren<OrvLayerComponentPushButton*>().at(1), *rows({"E"}), Qt::NoModifier));
         QCOMPARE(stackText(m_Channel), QStringLiteral("A F E G(B H(C)) D"));
         QVERIFY(m_Boxes.isEmpty());
     }
@@ -692,19 +668,12 @@ private Q_SLOTS:
 private:
     using Place = QPair<int, QPersistentModelIndex>;
     const QString StartText = QStringLiteral("A F G(B H(C)) D E");
-    static constexpr Qt::DropActions AllActions{Qt::CopyAction | Qt::MoveAction | Qt::LinkAction};
 
     OrvLayer* layer(const char* pName) const { return m_Project->layer(QString::fromLatin1(pName)); }
     void show(OrvLayerStack* pStack)
     {
         m_View->setLayerStack(pStack);
         m_View->refresh();
-    }
-    void settle() const
-    {
-        for (int Round = 0; Round < 3; ++Round)
-            QCoreApplication::processEvents();
-        m_View->treeView()->repaint();
     }
     static int undoCount() { return OrvUndoManager::instance().stack()->index(); }
     static QString refusal(const char* pMessage)
@@ -722,22 +691,11 @@ private:
     /// What a drag of rows of the stack shown carries.
     std::unique_ptr<QMimeData> rows(const QStringList& Names) const
     {
-        QModelIndexList Indexes;
+        QList<OrvLayer*> Layers;
         for (const QString& Name : Names)
-            Indexes.append(
-                m_View->model()->indexFromLayer(OrvTestProject::layer(Name, m_View->layerStack())));
-        return std::unique_ptr<QMimeData>(m_View->model()->mimeData(Indexes));
+            Layers.append(OrvTestProject::layer(Name, m_View->layerStack()));
+        return LayerDrags::ofRows(m_View.get(), Layers);
     }
-    static std::unique_ptr<QMimeData> nodes(const QVector<OrvSnBaseNode*>& Nodes)
-    {
-        QStringList Uuids;
-        for (const OrvSnBaseNode* pNode : Nodes)
-            Uuids.append(pNode->uuidString());
-        auto pData = std::make_unique<QMimeData>();
-        OrvLayerDragPayload::write(*pData, Uuids);
-        return pData;
-    }
-
     /// "/2": the gap above row 2, "G/2": that inside a group, "G": onto its row, "area": below all rows.
     Place placeOf(const QString& Text) const
     {
@@ -785,65 +743,42 @@ private:
         return drop(Data, QString::fromLatin1(pText), Modifiers);
     }
 
-    QRect rowPlace(const char* pName) const
+    QWidget* viewport() const { return m_View->treeView()->viewport(); }
+    QPoint above(const char* pName) const { return LayerDrags::above(m_View.get(), layer(pName)); }
+    QPoint onto(const char* pName) const
     {
-        return m_View->treeView()->visualRect(m_View->model()->indexFromLayer(layer(pName)));
+        return m_View->treeView()->visualRect(m_View->model()->indexFromLayer(layer(pName))).center();
     }
-    QPoint above(const char* pName) const { return rowPlace(pName).topLeft() + QPoint(40, 1); }
-    QPoint onto(const char* pName) const { return rowPlace(pName).center(); }
     bool dragOver(
         const QMimeData& Data, const QPoint& At, Qt::KeyboardModifiers Modifiers = Qt::NoModifier) const
     {
-        QWidget* pViewport = m_View->treeView()->viewport();
-        QDragEnterEvent Enter(At, AllActions, &Data, Qt::LeftButton, Modifiers);
-        QApplication::sendEvent(pViewport, &Enter);
-        QDragMoveEvent Move(At, AllActions, &Data, Qt::LeftButton, Modifiers);
-        QApplication::sendEvent(pViewport, &Move);
-        const Qt::DropAction Expected = OrvLayerDragPayload::actionFromModifiers(Modifiers);
-        return Move.isAccepted() && Move.dropAction() == Expected;
+        return LayerDrags::over(viewport(), Data, At, Modifiers)
+            == OrvLayerDragPayload::actionFromModifiers(Modifiers);
     }
     bool dropAt(const QMimeData& Data, const QPoint& At) const
     {
         if (!dragOver(Data, At))
             return false;
-        QDropEvent Drop(At, AllActions, &Data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_View->treeView()->viewport(), &Drop);
         // Told of a move, the source would take its rows away.
-        return Drop.isAccepted() && Drop.dropAction() != Qt::MoveAction;
+        return LayerDrags::drop(viewport(), Data, At) == Qt::CopyAction;
     }
 
-    OrvLayerViewItemRowWidget* rowOf(const char* pName) const
-    {
-        return m_View->rowWidget(m_View->model()->indexFromLayer(layer(pName)));
-    }
+    OrvLayerViewItemRowWidget* row(const char* pName) const { return rowOf(m_View.get(), layer(pName)); }
     OrvLayerComponentPushButton* maskButton(const OrvLayer* pLayer) const
     {
-        const auto* pRow = m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
-        for (auto* pButton : pRow->findChildren<OrvLayerComponentPushButton*>()) {
+        for (auto* pButton : rowOf(m_View.get(), pLayer)->findChildren<OrvLayerComponentPushButton*>()) {
             if (pButton->componentNode() == pLayer->maskNode())
                 return pButton;
         }
         return nullptr;
     }
 
-    void answerBox()
-    {
-        if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            m_Boxes.append(pBox->windowTitle() + QStringLiteral(": ") + pBox->text());
-            pBox->close();
-        }
-    }
     /// The one message that was shown.
-    QString takeBox()
-    {
-        const QString Text = m_Boxes.join(QStringLiteral("; "));
-        m_Boxes.clear();
-        return Text;
-    }
+    QString takeBox() { return m_Boxes.take().join(QStringLiteral("; ")); }
 
     SettingsDirectory m_Directory;
-    QTimer m_BoxTimer;
-    QStringList m_Boxes, m_Messages;
+    MessageBoxes m_Boxes;
+    OrvDebugReports m_Reports;
     std::unique_ptr<OrvTestProject> m_Project;
     std::unique_ptr<OrvLayerView> m_View;
     OrvShaderInput* m_Channel = nullptr;

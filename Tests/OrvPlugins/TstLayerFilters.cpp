@@ -1,14 +1,13 @@
 #include "LayersFixture.h"
 #include "SettingsDirectory.h"
 
+#include "Tests/Support/OrvDebugReports.h"
+
 #include "OrvCore/Layers/OrvLayerUtils.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCoreModules/Widgets/OrvBasicColorSwatch.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Widgets/OrvSwitch.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewFilterBar.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewKindFilter.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewNameFilter.h"
 
@@ -27,13 +26,7 @@ class TstLayerFilters : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
-    }
-    void cleanupTestCase() { OrvSetDebugSink({}); }
-
+    void initTestCase() { QVERIFY(m_Directory.isValid()); }
     void init()
     {
         OrvProjectManager::instance().newProject(QStringLiteral("Test"));
@@ -43,7 +36,7 @@ private Q_SLOTS:
         m_View->setLayerStack(m_Channel);
         m_View->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_View.get()));
-        m_Messages.clear();
+        m_Reports.Texts.clear();
     }
 
     void cleanup()
@@ -206,20 +199,20 @@ private Q_SLOTS:
         const OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("A"));
         QVERIFY(Bar.filterActive());
         QCOMPARE(Bar.filteredName(pLayer), QString());
-        QCOMPARE(m_Messages.takeLast(), QStringLiteral("[ !! ] Filter index 0 is out of range"));
+        QCOMPARE(m_Reports.Texts.takeLast(), QStringLiteral("[ !! ] Filter index 0 is out of range"));
         Bar.addFilter(nullptr);
-        QCOMPARE(m_Messages.takeLast(), QStringLiteral("pFilterType is NULL"));
+        QCOMPARE(m_Reports.Texts.takeLast(), QStringLiteral("pFilterType is NULL"));
         OrvLayerViewKindFilter Filter(&Panel);
         Bar.addFilter(&Filter);
         QVERIFY(!Bar.filterActive());
         for (const int Index : {-1, 1}) {
             Bar.setFilterType(Index);
-            QCOMPARE(
-                m_Messages.takeLast(), QStringLiteral("[ !! ] Filter index %1 is out of range").arg(Index));
+            QCOMPARE(m_Reports.Texts.takeLast(),
+                QStringLiteral("[ !! ] Filter index %1 is out of range").arg(Index));
         }
         QCOMPARE(Panel.findChild<QComboBox*>()->currentText(), QStringLiteral("Type"));
         m_View->updateItemTreeFilteredStates(nullptr);
-        QCOMPARE(m_Messages.takeLast(), QStringLiteral("pItem is NULL"));
+        QCOMPARE(m_Reports.Texts.takeLast(), QStringLiteral("pItem is NULL"));
     }
 
     void groupsStayForWhatTheyHold()
@@ -308,17 +301,17 @@ private Q_SLOTS:
                 addLayer(m_Channel, QStringLiteral("Layer %1").arg(Index));
         }
         m_View->refresh();
-        settle();
+        settle(m_View.get());
         const auto rowAt = [this](int Row) { return m_View->rowWidget(m_View->model()->index(Row, 0)); };
         QTest::keyClicks(nameEdit(), QStringLiteral("Layer"));
-        settle();
+        settle(m_View.get());
         QVERIFY(rowAt(299)->children().isEmpty());
         m_View->treeView()->scrollToBottom();
-        settle();
+        settle(m_View.get());
         QVERIFY(!rowAt(299)->children().isEmpty());
         QCOMPARE(nameShown(m_Channel->layerList().last()), QStringLiteral("<b>Layer</b> 0"));
         QTest::keyClicks(nameEdit(), QStringLiteral(" 7"));
-        settle();
+        settle(m_View.get());
         QVERIFY(!rowAt(299)->isVisible());
         QVERIFY(rowAt(299 - 7)->isVisible());
     }
@@ -329,13 +322,39 @@ private Q_SLOTS:
         m_View->refresh();
         network()->selectNone();
         QTest::keyClicks(nameEdit(), QStringLiteral("ust"));
-        settle();
+        settle(m_View.get());
         clickRow(Layers[0], Qt::NoModifier);
         clickRow(Layers[4], Qt::ShiftModifier);
         QCOMPARE(selectedNames(), QStringList({"Rust", "Dust", "Must"}));
         clickRow(Layers[0], Qt::NoModifier);
         QTest::keyClick(m_View->treeView(), Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(selectedNames(), QStringList({"Rust", "Dust", "Must"}));
+    }
+
+    /// What the filter hides is not acted on unseen; what is current can be removed again without it.
+    void whatIsHiddenIsSelectedNoLonger()
+    {
+        const QList<OrvLayer*> Layers = addLayers(m_Channel, {"Rust", "Paint", "Dust", "Wood"});
+        OrvLayer* pShared = m_Channel->shareLayer(Layers[1], OrvLayerCreateFlags());
+        pShared->setName(QStringLiteral("Crust"));
+        Layers[1]->makeCurrent(false, true);
+        network()->selectNone();
+        for (OrvLayer* pLayer : {Layers[0], Layers[1], pShared})
+            pLayer->setSelected(true);
+        m_View->refresh();
+        QTest::keyClicks(nameEdit(), QStringLiteral("ust"));
+        QCOMPARE(selectedNames(), QStringList({"Rust", "Crust"}));
+        QCOMPARE(m_View->treeView()->selectionModel()->selectedRows().size(), 2);
+        network()->selectNone({Layers[3]->blendNode()});
+        Layers[3]->setSelected(true);
+        m_View->refresh();
+        QVERIFY(selectedNames().isEmpty());
+        m_View->removeLayers();
+        QCOMPARE(m_Channel->layerList().size(), 5);
+        nameEdit()->clear();
+        QCOMPARE(selectedNames(), QStringList("Paint"));
+        m_View->removeLayers();
+        QCOMPARE(m_Channel->layerList().size(), 4);
     }
 
 private:
@@ -407,16 +426,9 @@ private:
     /// The rich text in the row, empty while it shows the plain name.
     QString nameShown(const OrvLayer* pLayer) const
     {
-        settle();
-        const auto* pRow = m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
-        const auto* pLabel = pRow->findChild<OrvEditLabel*>();
+        settle(m_View.get());
+        const auto* pLabel = rowOf(m_View.get(), pLayer)->findChild<OrvEditLabel*>();
         return pLabel ? pLabel->displayText() : QStringLiteral("not made");
-    }
-    void settle() const
-    {
-        for (int Round = 0; Round < 3; ++Round)
-            QCoreApplication::processEvents();
-        m_View->treeView()->repaint();
     }
     void clickRow(const OrvLayer* pLayer, Qt::KeyboardModifiers Modifiers) const
     {
@@ -435,7 +447,7 @@ private:
     }
 
     SettingsDirectory m_Directory;
-    QStringList m_Messages;
+    OrvDebugReports m_Reports;
     std::unique_ptr<OrvLayerView> m_View;
     OrvShaderInput* m_Channel = nullptr;
 };

@@ -6,16 +6,9 @@
 #include "OrvCoreModules/Widgets/OrvComboBox.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Widgets/OrvSliderSpinBox.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvPalette.h"
-#include "OrvCoreModules/Window/OrvPaletteManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerBlendRow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QAction>
@@ -177,6 +170,29 @@ private Q_SLOTS:
         QCOMPARE(visible(), QStringLiteral("A"));
     }
 
+    /// Back and forth: whatever state undo leads to, what was hidden before is hidden again.
+    void undoLeadsBackToWhatWasAlone()
+    {
+        m_Layers[3]->setVisible(false);
+        altClick(m_Layers[1]);
+        altClick(m_Layers[2]);
+        QCOMPARE(visible(), QStringLiteral("C"));
+        OrvUndoManager::instance().undo();
+        QCOMPARE(visible(), QStringLiteral("B"));
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("ABC"));
+        OrvUndoManager::instance().undo();
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("ABC"));
+        // The group that holds what is alone stands for it.
+        OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
+        refresh();
+        altClick(m_Layers[1]);
+        QCOMPARE(visible(), QStringLiteral("B"));
+        altClick(pGroup);
+        QCOMPARE(visible(), QStringLiteral("ABC"));
+    }
+
     void layerInAGroupIsAloneInTheWholeStack()
     {
         OrvLayer* pGroup = group(m_Channel, {m_Layers[1], m_Layers[2]}, QStringLiteral("G"));
@@ -266,9 +282,8 @@ private Q_SLOTS:
             pLayer->setLocked(true);
         refresh();
         m_UndoIndex = undoIndex();
-        const auto isShownClosed = [this](const OrvLayer* pLayer) {
-            return lock(pLayer)->defaultAction()->isChecked();
-        };
+        const auto isShownClosed
+            = [this](const OrvLayer* pLayer) { return lock(pLayer)->defaultAction()->isChecked(); };
         QVERIFY(isShownClosed(pShared));
         bool ClosedWhileAsked = false;
         for (const auto Answer : {QMessageBox::No, QMessageBox::Yes}) {
@@ -340,7 +355,7 @@ private Q_SLOTS:
         QCOMPARE(names(&OrvLayer::isSelected), QStringLiteral("BC"));
     }
 
-    void arrowLeavesRowsThatShareBehind()
+    void choosingOneRowLeavesThoseThatShareBehind()
     {
         OrvLayer* pSharing = m_Channel->shareLayer(m_Layers[0], OrvLayerCreateFlags());
         QVERIFY(pSharing);
@@ -352,6 +367,28 @@ private Q_SLOTS:
         const QString Chosen = selectedRows();
         QCOMPARE(Chosen.size(), 1);
         QCOMPARE(names(&OrvLayer::isSelected), Chosen);
+        select({2, 0});
+        select({2}); // one of two: the row is chosen when the button is released
+        QCOMPARE(selectedRows(), QStringLiteral("C"));
+        QCOMPARE(names(&OrvLayer::isSelected), QStringLiteral("C"));
+    }
+
+    /// Whatever else is selected in other stacks or in the node graph.
+    void rowThatBecomesCurrentIsSelected()
+    {
+        OrvLayer* pElsewhere = addLayer(addChannel(QStringLiteral("Bump")), QStringLiteral("Elsewhere"));
+        OrvShaderInputManager::instance().makeShaderInputCurrent(m_Channel, true);
+        refresh();
+        select({1});
+        m_Layers[1]->makeCurrent(false, true);
+        pElsewhere->setSelected(true);
+        network()->setSelected(m_Layers[3]->paintNode(), true);
+        for (int Expected : {2, 3}) {
+            m_View->removeLayers();
+            refresh();
+            QVERIFY(m_Layers[Expected]->isCurrent() && m_Layers[Expected]->isSelected());
+            QCOMPARE(m_View->treeView()->selectionModel()->selectedRows().size(), 1);
+        }
     }
 
     void refusedCommandsSayWhy()
@@ -546,13 +583,7 @@ private Q_SLOTS:
 private:
     static int undoIndex() { return OrvUndoManager::instance().stack()->index(); }
 
-    void refresh() const
-    {
-        m_View->refresh();
-        // Rows get their contents when they are painted.
-        m_View->treeView()->grab();
-        QApplication::processEvents();
-    }
+    void refresh() const { showRows(m_View); }
     QPoint placeOf(int Index) const
     {
         return m_View->treeView()->visualRect(m_View->model()->indexFromLayer(m_Layers[Index])).center();
@@ -572,15 +603,11 @@ private:
     {
         auto modifier = Qt::KeyboardModifiers(Qt::NoModifier);
         for (int Index : Indexes) {
-            QTest::mouseClick(
-                m_View->treeView()->viewport(), Qt::LeftButton, modifier, placeOf(Index));
+            QTest::mouseClick(m_View->treeView()->viewport(), Qt::LeftButton, modifier, placeOf(Index));
             modifier = Qt::ControlModifier;
         }
     }
-    Row* row(const OrvLayer* pLayer) const
-    {
-        return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
-    }
+    Row* row(const OrvLayer* pLayer) const { return rowOf(m_View, pLayer); }
     QToolButton* eye(const OrvLayer* pLayer) const
     {
         return row(pLayer)->findChildren<QToolButton*>().first();

@@ -4,11 +4,7 @@
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 
 #include <QtCore/QMimeData>
 #include <QtCore/QRandomGenerator>
@@ -24,10 +20,7 @@ class TstLayerModel : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-    }
+    void initTestCase() { QVERIFY(m_Directory.isValid()); }
 
     void init()
     {
@@ -155,7 +148,7 @@ private Q_SLOTS:
             = [&] { return m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)); };
         QVERIFY(isExpanded());
         QApplication::processEvents();
-        const QWidget* pInside = m_View->rowWidget(m_View->model()->indexFromLayer(Layers[2]));
+        const QWidget* pInside = rowOf(m_View.get(), Layers[2]);
         QVERIFY(pInside->isVisible());
         m_View->treeView()->collapse(m_View->model()->indexFromLayer(pGroup));
         QVERIFY(!pInside->isVisible());

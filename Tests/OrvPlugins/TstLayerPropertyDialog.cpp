@@ -1,16 +1,14 @@
 #include "LayersFixture.h"
+#include "SettingsDirectory.h"
 
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerPropertyDialog.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputRow.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QLineEdit>
@@ -28,11 +26,7 @@ class TstLayerPropertyDialog : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_Directory.isValid());
-        qputenv("ORV_SETTINGS", m_Directory.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
-    }
+    void initTestCase() { QVERIFY(m_Directory.isValid()); }
 
     void init()
     {
@@ -153,7 +147,7 @@ private:
     {
         qDeleteAll(m_View->findChildren<OrvLayerPropertyDialog*>());
         m_View->refresh();
-        QWidget* pRow = m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
+        QWidget* pRow = rowOf(m_View.get(), pLayer);
         QContextMenuEvent Event(QContextMenuEvent::Mouse, QPoint(5, 5), pRow->mapToGlobal(QPoint(5, 5)));
         QApplication::sendEvent(pRow, &Event);
         auto* pMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
@@ -188,7 +182,7 @@ private:
         return nullptr;
     }
 
-    QTemporaryDir m_Directory;
+    SettingsDirectory m_Directory;
     std::unique_ptr<OrvLayerView> m_View;
     OrvShaderInput* m_Channel = nullptr;
 };

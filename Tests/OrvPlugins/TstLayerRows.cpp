@@ -1,13 +1,13 @@
+#include "LayerDrags.h"
 #include "LayersFixture.h"
+#include "LayersPaletteFixture.h"
 #include "SettingsDirectory.h"
 
-#include "OrvCore/Object/OrvDebug.h"
+#include "Tests/Support/OrvDebugReports.h"
+
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Widgets/OrvEditLabel.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvPalette.h"
-#include "OrvCoreModules/Window/OrvPaletteManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDrop.h"
@@ -17,7 +17,6 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextConstants.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvSharerListPopup.h"
 
 #include <QtCore/QMimeData>
@@ -47,14 +46,8 @@ private Q_SLOTS:
         QVERIFY(m_Directory.isValid());
         // Icons are compared below.
         OrvSettings().setValue(QStringLiteral("LayerView/Thumbnails"), false);
-        OrvShaderInputActions::instance();
-        OrvLayerActions::instance();
-        m_View = OrvLayerViewContextManager::instance().mainLayerView();
-        OrvMainWindow::instance().resize(1000, 800);
-        OrvMainWindow::instance().show();
-        OrvPaletteManager::find(QStringLiteral("Layers"))->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_View->window()));
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
+        m_View = showLayersPalette(QSize(1000, 800));
+        QVERIFY(m_View);
     }
 
     void init()
@@ -62,7 +55,7 @@ private Q_SLOTS:
         OrvProjectManager::instance().newProject(QStringLiteral("Test"));
         m_Channel = addChannel(QStringLiteral("Diffuse"));
         m_View->setLayerStack(m_Channel);
-        m_Messages.clear();
+        m_Reports.Texts.clear();
     }
 
     void cleanup()
@@ -72,8 +65,6 @@ private Q_SLOTS:
         QTest::qWait(10);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-
-    void cleanupTestCase() { OrvSetDebugSink({}); }
 
     void rowsInViewAloneHaveContents()
     {
@@ -137,6 +128,19 @@ private Q_SLOTS:
         QVERIFY(!maskButton(pStacked)->isVisible() && maskStackButton(pStacked)->isVisible());
         QVERIFY(!maskButton(pPlain)->isVisible() && !maskStackButton(pPlain)->isVisible());
         QVERIFY(adjustmentButton(pRich)->isVisible() && !adjustmentButton(pPlain)->isVisible());
+        QCOMPARE(nameLabel(pPlain)->width(), nameLabel(pRich)->width());
+        // In a narrow tree names get the room of marks that are not there.
+        QWidget Tree;
+        Tree.resize(240, Row::RowHeight);
+        const auto nameWidth = [&](OrvLayer* pLayer) {
+            Row Narrow(pLayer, m_View);
+            Narrow.setParent(&Tree);
+            Narrow.resize(Tree.size());
+            Narrow.show();
+            Tree.grab();
+            return Narrow.findChild<OrvEditLabel*>()->width();
+        };
+        QVERIFY(nameWidth(pPlain) > nameWidth(pRich) + 30);
     }
 
     void iconsTellTheKind()
@@ -254,6 +258,25 @@ private Q_SLOTS:
         QTest::mouseClick(lockButton(pLayer), Qt::LeftButton);
         QVERIFY(!pLayer->isLocked());
         QCOMPARE(undoIndex(), UndoCount + 2);
+    }
+
+    void eyesFollowTheLocksAroundThem()
+    {
+        OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
+        OrvLayer* pInside = addLayer(m_Channel, QStringLiteral("Inside"));
+        OrvLayer* pGroup = group(m_Channel, {pInside}, QStringLiteral("Group"));
+        refresh();
+        const auto areFree
+            = [&] { return toolButton(pLayer, 0)->isEnabled() && toolButton(pInside, 0)->isEnabled(); };
+        QVERIFY(areFree());
+        m_Channel->setLocked(true);
+        QVERIFY(!toolButton(pLayer, 0)->isEnabled() && !toolButton(pInside, 0)->isEnabled());
+        m_Channel->setLocked(false);
+        QVERIFY(areFree());
+        pGroup->setLocked(true);
+        QVERIFY(toolButton(pLayer, 0)->isEnabled() && !toolButton(pInside, 0)->isEnabled());
+        OrvUndoManager::instance().undo();
+        QVERIFY(areFree());
     }
 
     void lockAroundTheLayerIsAskedFor_data()
@@ -400,25 +423,20 @@ private Q_SLOTS:
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         addAdjustmentStack(pLayer);
+        OrvLayer* pOther = addLayer(m_Channel, QStringLiteral("Rust"));
+        addAdjustmentStack(pOther);
         refresh();
         OrvLayerStackPopupButton* pButton = adjustmentButton(pLayer);
-        QMimeData Mime;
-        OrvLayerDragPayload::write(Mime, {pLayer->blendNode()->uuidString()});
-        QDragEnterEvent Enter(QPoint(3, 3), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(pButton, &Enter);
-        QVERIFY(Enter.isAccepted());
-        QDragMoveEvent Move(QPoint(3, 3), Qt::MoveAction, &Mime, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(pButton, &Move);
-        QVERIFY(!Move.isAccepted());
+        QCOMPARE(
+            LayerDrags::over(pButton, *LayerDrags::ofRows(m_View, {pLayer}), QPoint(3, 3)), Qt::IgnoreAction);
         QVERIFY(shownStacks().isEmpty());
         QTRY_COMPARE(shownStacks(), QSet<OrvLayerStack*>{pLayer->adjustmentStack()});
 
         QMimeData Text;
         Text.setText(QStringLiteral("Dirt"));
-        QDragEnterEvent Foreign(QPoint(3, 3), Qt::CopyAction, &Text, Qt::LeftButton, Qt::NoModifier);
-        Foreign.ignore();
-        QApplication::sendEvent(pButton, &Foreign);
-        QVERIFY(!Foreign.isAccepted());
+        LayerDrags::over(adjustmentButton(pOther), Text, QPoint(3, 3));
+        QTest::qWait(700);
+        QCOMPARE(shownStacks(), QSet<OrvLayerStack*>{pLayer->adjustmentStack()});
     }
 
     void bakePointTellsWhetherItsResultHolds()
@@ -493,7 +511,7 @@ private Q_SLOTS:
         Rich[0]->setName(QStringLiteral("Renamed"));
         QCOMPARE(nameLabel(Rich[0])->text(), QStringLiteral("Renamed"));
         QVERIFY(m_View->treeView()->isExpanded(m_View->model()->indexFromLayer(pGroup)));
-        QCOMPARE(m_Messages.filter(QStringLiteral("NULL")), QStringList());
+        QCOMPARE(m_Reports.Texts.filter(QStringLiteral("NULL")), QStringList());
     }
 
     void rowWidgetsOutOfViewServeTheNextStack()
@@ -586,7 +604,7 @@ private Q_SLOTS:
         QCOMPARE(OrvLayerDragPayload::read(pData.get()), QVector<OrvSnBaseNode*>{pLayer->blendNode()});
         const OrvLayerComponentPushButton Lone(nullptr);
         QVERIFY(!Lone.mimeData());
-        QCOMPARE(m_Messages.last(), QStringLiteral("m_ComponentNode is NULL"));
+        QCOMPARE(m_Reports.Texts.last(), QStringLiteral("m_ComponentNode is NULL"));
     }
 
     void groupsRememberWhetherTheyAreUnfolded()
@@ -607,8 +625,8 @@ private Q_SLOTS:
         QCOMPARE(undoIndex(), UndoCount);
 
         QVERIFY(!row(pLayer)->isExpanded());
-        QVERIFY(
-            m_Messages.last().endsWith(QStringLiteral("This should not be called for non-layer group Dirt")));
+        QVERIFY(m_Reports.Texts.last().endsWith(
+            QStringLiteral("This should not be called for non-layer group Dirt")));
     }
 
     void sharersAreListedAndReached()
@@ -647,7 +665,7 @@ private Q_SLOTS:
         OrvShaderInput* pBump = addChannel(QStringLiteral("Bump"));
         m_View->setLayerStack(m_Channel);
         OrvLayerDrop Drop({pBump->node()}, Qt::LinkAction, nullptr, m_Channel->topNode(), m_Channel);
-        const OrvLayerDrop::Result Dropped = Drop.carryOut();
+        const OrvLayerDropResult Dropped = Drop.carryOut();
         QVERIFY2(Dropped.isDone(), qPrintable(Dropped.Message));
         OrvLayer* pOfBump = m_Channel->layerList().first();
         refresh();
@@ -686,7 +704,7 @@ private Q_SLOTS:
         Orphan.grab();
         OrvProjectManager::instance().closeProject();
         QVERIFY(!Orphan.layer());
-        m_Messages.clear();
+        m_Reports.Texts.clear();
         Orphan.setName(QStringLiteral("Rust"));
         Orphan.onVisibilityButtonPressed();
         Orphan.makePaintComponentCurrent();
@@ -696,7 +714,8 @@ private Q_SLOTS:
         Orphan.showSharerList();
         Orphan.updateCostWidget();
         Orphan.updateBakePointComponentButton();
-        QCOMPARE(m_Messages, QStringList::fromVector(QVector<QString>(9, QStringLiteral("m_Layer is NULL"))));
+        QCOMPARE(
+            m_Reports.Texts, QStringList::fromVector(QVector<QString>(9, QStringLiteral("m_Layer is NULL"))));
         QVERIFY(!QApplication::activePopupWidget());
     }
 
@@ -757,9 +776,7 @@ private:
     {
         m_View->refresh();
         m_View->treeView()->expandAll();
-        // Rows get their contents when they are painted.
-        m_View->treeView()->grab();
-        QApplication::processEvents();
+        showRows(m_View);
     }
     /// All there are, rid of those that are being deleted.
     QSet<Row*> rowWidgets() const
@@ -768,10 +785,7 @@ private:
         const QList<Row*> Widgets = m_View->treeView()->viewport()->findChildren<Row*>();
         return QSet<Row*>(Widgets.cbegin(), Widgets.cend());
     }
-    Row* row(const OrvLayer* pLayer) const
-    {
-        return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer));
-    }
+    Row* row(const OrvLayer* pLayer) const { return rowOf(m_View, pLayer); }
     OrvEditLabel* nameLabel(const OrvLayer* pLayer) const { return row(pLayer)->findChild<OrvEditLabel*>(); }
     OrvLayerComponentPushButton* bakePointButton(const OrvLayer* pLayer) const
     {
@@ -886,7 +900,7 @@ private:
     SettingsDirectory m_Directory;
     OrvLayerView* m_View = nullptr;
     OrvShaderInput* m_Channel = nullptr;
-    QStringList m_Messages;
+    OrvDebugReports m_Reports;
 };
 
 QTEST_MAIN(TstLayerRows)

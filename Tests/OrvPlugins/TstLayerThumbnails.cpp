@@ -3,19 +3,12 @@
 #include "SettingsDirectory.h"
 
 #include "OrvCore/Object/OrvSettings.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Image/OrvImageSet.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerComponentPushButton.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnail.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnailPicture.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerThumbnails.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
 
 #include <QtTest/QtTest>
 
@@ -67,7 +60,7 @@ private Q_SLOTS:
     {
         OrvLayer* pLayer = addFilled(OrvColor(0, 1, 0));
         OrvImageSet* pImages = pLayer->paintImageSet();
-        showRows();
+        showRows(m_View);
         QTRY_COMPARE(colorAt(button(pLayer), 8, 8), Green);
         QVERIFY2(pImages->isUniform(), "a plane of one colour is not read");
 
@@ -95,7 +88,7 @@ private Q_SLOTS:
             }
             return true;
         };
-        showRows();
+        showRows(m_View);
         QTRY_VERIFY(bothShow(true));
         QVERIFY(m_Channel->convertColorSpaceTo(OrvColorManager::acesCg(), OrvShaderInput::FreeImages));
         QTest::qWait(3 * OrvLayerThumbnail::RestInterval);
@@ -114,7 +107,7 @@ private Q_SLOTS:
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         pLayer->addMaskImageSet();
         OrvUndoManager::instance().clear();
-        showRows();
+        showRows(m_View);
         const auto shown = [&](int X) { return colorAt(button(pLayer, 1), X, 8); };
         QTRY_COMPARE(shown(8), White);
         paint(pLayer->maskImageSet(), OrvColor::black(), QRect(32, 0, 32, 64));
@@ -130,7 +123,7 @@ private Q_SLOTS:
     void changesAreGathered()
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
-        showRows();
+        showRows(m_View);
         const auto Thumbnail = OrvLayerThumbnails::instance().thumbnail(pLayer->paintImageSet());
         QTRY_VERIFY(!Thumbnail->icon().isNull());
         QSignalSpy Changed(Thumbnail.get(), SIGNAL(changed()));
@@ -148,12 +141,12 @@ private Q_SLOTS:
         OrvLayer* pKept = addLayer(m_Channel, QStringLiteral("Rust"));
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         paint(pLayer->paintImageSet(), OrvColor(1, 0, 0), QRect(0, 0, 64, 64));
-        showRows();
+        showRows(m_View);
         paint(pLayer->paintImageSet(), OrvColor(0, 1, 0), QRect(0, 0, 64, 64));
         m_Channel->deleteLayers({pLayer});
         OrvUndoManager::instance().clear();
         paint(pKept->paintImageSet(), OrvColor(0, 1, 0), QRect(0, 0, 64, 64));
-        showRows();
+        showRows(m_View);
         QTRY_COMPARE(colorAt(button(pKept), 8, 8), Green);
 
         // Gone between the reading and the showing.
@@ -195,7 +188,7 @@ private Q_SLOTS:
     {
         OrvLayer* pLayer = addLayer(m_Channel, QStringLiteral("Dirt"));
         OrvSettings().setValue(QStringLiteral("LayerView/Thumbnails"), false);
-        showRows();
+        showRows(m_View);
         const qint64 Icon = button(pLayer)->icon().cacheKey();
         QTest::qWait(OrvLayerThumbnail::RestInterval);
         QCOMPARE(button(pLayer)->icon().cacheKey(), Icon);
@@ -222,18 +215,10 @@ private:
     {
         return m_Channel->createPaintableLayer(OrvLayerCreateFlags(), nullptr, "Layer", Color);
     }
-    /// Rows get their contents when they are painted.
-    void showRows() const
-    {
-        m_View->refresh();
-        m_View->treeView()->grab();
-    }
     /// Behind that of a bake point: the paint's, the mask's.
     OrvLayerComponentPushButton* button(const OrvLayer* pLayer, int Index = 0) const
     {
-        return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer))
-            ->findChildren<OrvLayerComponentPushButton*>()
-            .at(1 + Index);
+        return rowOf(m_View, pLayer)->findChildren<OrvLayerComponentPushButton*>().at(1 + Index);
     }
     static QImage picture(const QAbstractButton* pButton)
     {

@@ -1,5 +1,7 @@
-#include "LayersPaletteFixture.h"
+#include "LayerDrags.h"
 #include "LayersFixture.h"
+#include "LayersPaletteFixture.h"
+#include "MessageBoxes.h"
 #include "SettingsDirectory.h"
 #include "StackPalettes.h"
 
@@ -7,15 +9,11 @@
 
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 #include "OrvDdi/Files/OrvDataBlockManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerDragPayload.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 
-#include <QtCore/QMimeData>
 #include <QtCore/QTimer>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMenu>
-#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QUndoStack>
 
 #include <memory>
@@ -36,13 +34,6 @@ private Q_SLOTS:
         OrvDataBlockManager::instance().setCacheRoots({m_Directory.filePath(QStringLiteral("cache"))});
         m_pMain = showLayersPalette(QSize(1000, 700));
         QVERIFY(m_pMain);
-        connect(&m_BoxTimer, &QTimer::timeout, this, [this] {
-            if (auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                m_Boxes.append(pBox->text());
-                pBox->close();
-            }
-        });
-        m_BoxTimer.start(0);
     }
 
     void init()
@@ -68,7 +59,7 @@ private Q_SLOTS:
             QVERIFY(QTest::qWaitForWindowExposed(pView->window()));
         }
         OrvUndoManager::instance().clear();
-        m_Boxes.clear();
+        m_Boxes.take();
     }
     void cleanup()
     {
@@ -76,7 +67,6 @@ private Q_SLOTS:
         QTest::qWait(20);
         QVERIFY(stackPalettes().isEmpty());
     }
-    void cleanupTestCase() { m_BoxTimer.stop(); }
 
     void layersBetweenObjectsAreRefusedInWords_data()
     {
@@ -101,7 +91,7 @@ private Q_SLOTS:
         QVERIFY(dragOver(m_pBodyView, *pDirt, "Base", Qt::AltModifier));
         QCOMPARE(OrvStatusManager::instance().text(), QString());
         dropOn(m_pBodyView, *pDirt, "Base", Qt::KeyboardModifiers(Modifiers));
-        QCOMPARE(m_Boxes, QStringList{Message});
+        QCOMPARE(m_Boxes.take(), QStringList{QStringLiteral("Layer Operation Failed: ") + Message});
         QCOMPARE(documentOf(m_pHead), Head);
         QCOMPARE(documentOf(m_pBody), Body);
         QCOMPARE(OrvUndoManager::instance().stack()->count(), 0);
@@ -223,27 +213,21 @@ private:
     }
     static std::unique_ptr<QMimeData> rows(const OrvLayerView* pView, const QStringList& Names)
     {
-        QModelIndexList Indexes;
+        QList<OrvLayer*> Layers;
         for (const QString& Name : Names)
-            Indexes.append(pView->model()->indexFromLayer(OrvTestProject::layer(Name, pView->layerStack())));
-        return std::unique_ptr<QMimeData>(pView->model()->mimeData(Indexes));
+            Layers.append(OrvTestProject::layer(Name, pView->layerStack()));
+        return LayerDrags::ofRows(pView, Layers);
     }
     /// The gap above a row.
     static QPoint above(const OrvLayerView* pView, const char* pName)
     {
-        const OrvLayer* pLayer = OrvTestProject::layer(QLatin1String(pName), pView->layerStack());
-        return pView->treeView()->visualRect(pView->model()->indexFromLayer(pLayer)).topLeft()
-            + QPoint(40, 1);
+        return LayerDrags::above(pView, OrvTestProject::layer(QLatin1String(pName), pView->layerStack()));
     }
     static bool dragOver(
         const OrvLayerView* pView, const QMimeData& Data, const char* pRow, Qt::KeyboardModifiers Keys)
     {
-        const QPoint At = above(pView, pRow);
-        QDragEnterEvent Enter(At, AllActions, &Data, Qt::LeftButton, Keys);
-        QApplication::sendEvent(pView->treeView()->viewport(), &Enter);
-        QDragMoveEvent Move(At, AllActions, &Data, Qt::LeftButton, Keys);
-        QApplication::sendEvent(pView->treeView()->viewport(), &Move);
-        return Move.isAccepted();
+        return LayerDrags::over(pView->treeView()->viewport(), Data, above(pView, pRow), Keys)
+            != Qt::IgnoreAction;
     }
     static void dropOn(
         const OrvLayerView* pView, const QMimeData& Data, const char* pRow, Qt::KeyboardModifiers Keys)
@@ -251,15 +235,12 @@ private:
         const Qt::Key Key = Keys & Qt::AltModifier ? Qt::Key_Alt : Qt::Key_Shift;
         if (Keys)
             QTest::keyPress(pView->treeView(), Key, Keys);
-        QDropEvent Drop(above(pView, pRow), AllActions, &Data, Qt::LeftButton, Keys);
-        QApplication::sendEvent(pView->treeView()->viewport(), &Drop);
+        LayerDrags::drop(pView->treeView()->viewport(), Data, above(pView, pRow), Keys);
         QTest::keyRelease(pView->treeView(), Key);
     }
 
-    static constexpr Qt::DropActions AllActions = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
     SettingsDirectory m_Directory;
-    QTimer m_BoxTimer;
-    QStringList m_Boxes;
+    MessageBoxes m_Boxes;
     std::unique_ptr<OrvTestProject> m_pProject;
     OrvGeoEntity *m_pHead = nullptr, *m_pBody = nullptr;
     OrvShaderInput *m_pHeadChannel = nullptr, *m_pBodyChannel = nullptr;

@@ -1,33 +1,26 @@
+#include "LayerDrags.h"
 #include "LayersFixture.h"
 #include "LayersPaletteFixture.h"
+#include "MessageBoxes.h"
 #include "SettingsDirectory.h"
 
+#include "Tests/Support/OrvDebugReports.h"
+
 #include "OrvCore/Network/OrvSnNames.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Menus/OrvShortcutManager.h"
 #include "OrvCoreModules/Properties/OrvNodePropertyEditor.h"
 #include "OrvCoreModules/Widgets/OrvDeferredTimer.h"
-#include "OrvCoreModules/Window/OrvApplication.h"
-#include "OrvCoreModules/Window/OrvMainWindow.h"
-#include "OrvCoreModules/Window/OrvPalette.h"
-#include "OrvCoreModules/Window/OrvPaletteManager.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerActions.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerTreeView.h"
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerToolBar.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewContextManager.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItemRowWidget.h"
-#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputActions.h"
+#include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvLayerViewItem.h"
 
-#include <QtCore/QMimeData>
 #include <QtGui/QClipboard>
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QMenu>
-#include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QSplitter>
@@ -184,9 +177,8 @@ private Q_SLOTS:
         OrvLayer* pGroup = m_Channel->layerList().first();
         QVERIFY(rowText(m_View).endsWith(QStringLiteral("(Rust Dirt) Base")));
 
-        const auto eye = [this](const OrvLayer* pLayer) {
-            return m_View->rowWidget(m_View->model()->indexFromLayer(pLayer))->findChild<QToolButton*>();
-        };
+        const auto eye
+            = [this](const OrvLayer* pLayer) { return rowOf(m_View, pLayer)->findChild<QToolButton*>(); };
         QTest::mouseClick(eye(Layers[2]), Qt::LeftButton);
         done();
         QVERIFY(!Layers[2]->isVisible());
@@ -198,13 +190,11 @@ private Q_SLOTS:
         QTest::mouseClick(m_Tree->viewport(), Qt::LeftButton, Qt::NoModifier, Triangle);
         QVERIFY(m_Tree->isExpanded(m_View->model()->indexFromLayer(pGroup)));
 
-        const std::unique_ptr<QMimeData> pDirt(
-            m_View->model()->mimeData({m_View->model()->indexFromLayer(Layers[1])}));
+        const std::unique_ptr<QMimeData> pDirt = LayerDrags::ofRows(m_View, {Layers[1]});
         const QPoint BelowBase
             = m_Tree->visualRect(m_View->model()->indexFromLayer(Layers[2])).bottomLeft() + QPoint(40, 0);
-        QCOMPARE(dragOver(*pDirt, BelowBase, Qt::NoModifier), Qt::MoveAction);
-        QDropEvent Drop(BelowBase, AllActions, pDirt.get(), Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_Tree->viewport(), &Drop);
+        QCOMPARE(LayerDrags::over(m_Tree->viewport(), *pDirt, BelowBase), Qt::MoveAction);
+        LayerDrags::drop(m_Tree->viewport(), *pDirt, BelowBase);
         done();
         QVERIFY(rowText(m_View).endsWith(QStringLiteral("(Rust) Base Dirt")));
 
@@ -274,9 +264,12 @@ private Q_SLOTS:
         m_View->refresh();
         clickRow(Layers[0]);
         Layers[0]->setLocked(true);
-        QCOMPARE(boxTitleOf([this] { m_View->groupLayers(); }), QStringLiteral("Grouping Operation Failed"));
+        MessageBoxes Boxes;
+        m_View->groupLayers();
+        QVERIFY(Boxes.take().value(0).startsWith(QStringLiteral("Grouping Operation Failed: ")));
         QApplication::clipboard()->clear();
-        QCOMPARE(boxTitleOf([this] { m_View->paste(); }), QStringLiteral("Layer Operation Failed"));
+        m_View->paste();
+        QVERIFY(Boxes.take().value(0).startsWith(QStringLiteral("Layer Operation Failed: ")));
         QCOMPARE(rowText(m_View), QStringLiteral("A"));
     }
 
@@ -308,12 +301,10 @@ private Q_SLOTS:
         QFETCH(QByteArray, Command);
         m_View->setLayerStack(nullptr);
         m_View->refresh();
-        QStringList Messages;
-        OrvSetDebugSink([&](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
+        const OrvDebugReports Told;
         QVERIFY(QMetaObject::invokeMethod(m_View, Command));
-        OrvSetDebugSink({});
-        QCOMPARE(
-            Messages, QStringList({Command == "quickFind" ? "m_LayerStack is NULL" : "pLayerStack is NULL"}));
+        QCOMPARE(Told.Texts,
+            QStringList({Command == "quickFind" ? "m_LayerStack is NULL" : "pLayerStack is NULL"}));
         QVERIFY(!QApplication::activePopupWidget());
         QVERIFY(m_Channel->layerList().isEmpty());
     }
@@ -673,12 +664,12 @@ private Q_SLOTS:
     {
         QFETCH(int, Modifiers);
         QFETCH(Qt::DropAction, Action);
-        addLayers(m_Channel, {"A", "B", "C"});
-        m_View->refresh();
-        QApplication::processEvents();
-        const std::unique_ptr<QMimeData> pData(m_View->model()->mimeData({m_View->model()->index(2, 0)}));
-        const QPoint Position = m_Tree->visualRect(m_View->model()->index(0, 0)).center();
-        QCOMPARE(dragOver(*pData, Position, Qt::KeyboardModifiers(Modifiers)), Action);
+        const QList<OrvLayer*> Layers = addLayers(m_Channel, {"A", "B", "C"});
+        showRows(m_View);
+        const std::unique_ptr<QMimeData> pData = LayerDrags::ofRows(m_View, {Layers[2]});
+        const QPoint Position = m_Tree->visualRect(m_View->model()->indexFromLayer(Layers[0])).center();
+        QCOMPARE(
+            LayerDrags::over(m_Tree->viewport(), *pData, Position, Qt::KeyboardModifiers(Modifiers)), Action);
     }
 
     void rowsStandStraight()
@@ -709,25 +700,11 @@ private Q_SLOTS:
     }
 
 private:
-    static constexpr auto AllActions = Qt::DropActions(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction);
     static OrvLayer* currentLayer() { return OrvLayerManager::instance().currentLayer(); }
 
     static QVariant blendMode(const OrvLayer* pLayer)
     {
         return pLayer->blendNode()->userAttribute(OrvMergeAttributes::BlendMode).value();
-    }
-    /// The title of the message box that the work brings up.
-    static QString boxTitleOf(const std::function<void()>& Work)
-    {
-        QString Title;
-        QTimer::singleShot(0, [&Title] {
-            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            QVERIFY(pBox);
-            Title = pBox->windowTitle();
-            pBox->accept();
-        });
-        Work();
-        return Title;
     }
     void clickRow(const OrvLayer* pLayer, Qt::KeyboardModifiers Modifiers = Qt::NoModifier) const
     {
@@ -755,15 +732,6 @@ private:
             return;
         }
         QFAIL(pText);
-    }
-    /// The action that the cursor shows.
-    Qt::DropAction dragOver(const QMimeData& Data, const QPoint& At, Qt::KeyboardModifiers Modifiers) const
-    {
-        QDragEnterEvent Enter(At, AllActions, &Data, Qt::LeftButton, Modifiers);
-        QApplication::sendEvent(m_Tree->viewport(), &Enter);
-        QDragMoveEvent Move(At, AllActions, &Data, Qt::LeftButton, Modifiers);
-        QApplication::sendEvent(m_Tree->viewport(), &Move);
-        return Enter.isAccepted() && Move.isAccepted() ? Move.dropAction() : Qt::IgnoreAction;
     }
     /// Takes the first entry of the menu that the command opens.
     void chooseCommand(const char* pText) const

@@ -1,9 +1,9 @@
 #include "Tests/OrvPlugins/LayersPaletteFixture.h"
 #include "Tests/OrvPlugins/SettingsDirectory.h"
+#include "Tests/Support/OrvDebugReports.h"
 #include "Tests/Support/OrvTestProject.h"
 
 #include "OrvCore/Layers/OrvLayerManager.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
@@ -47,16 +47,11 @@ private Q_SLOTS:
     {
         m_Project = std::make_unique<OrvTestProject>();
         m_Shader = addShader("Shader/LayeredMaterial");
-        m_Messages.clear();
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) {
-            if (Message.File == QLatin1String("OrvShaderMaterialsView"))
-                m_Messages.append(Message.Text);
-        });
+        m_Reports.Texts.clear();
     }
 
     void cleanup()
     {
-        OrvSetDebugSink({});
         shaders().setLayerShaderCreating(false);
         m_Project.reset();
     }
@@ -174,9 +169,9 @@ private Q_SLOTS:
         m_View->onShaderInputRenamed(m_Project->channel());
         m_View->onShaderInputRenamed(nullptr);
         QCOMPARE(tabs(), Titles);
-        m_Messages.clear();
+        m_Reports.Texts.clear();
         m_View->onShaderRenamed();
-        QCOMPARE(m_Messages, QStringList({"Shader is NULL"}));
+        QCOMPARE(m_Reports.Texts, QStringList({"Shader is NULL"}));
     }
 
     void toolTipsTellTheTabsApart()
@@ -219,11 +214,11 @@ private Q_SLOTS:
     void currentShaderIsFollowed()
     {
         OrvShaderInput* pSkin = connectMaterial(1);
-        m_Messages.clear();
+        m_Reports.Texts.clear();
         OrvLayerShader* pOther = addShader("Shader/LayeredMaterial");
         QCOMPARE(tabs(), QStringList({"Shaders"}));
-        QVERIFY(m_Messages.filter(QStringLiteral("Removed old shader connection")).size() == 1);
-        QVERIFY(m_Messages.filter(QStringLiteral("Added shader connection")).size() == 1);
+        QVERIFY(m_Reports.Texts.filter(QStringLiteral("Removed old shader connection")).size() == 1);
+        QVERIFY(m_Reports.Texts.filter(QStringLiteral("Added shader connection")).size() == 1);
         // What happens at a shader that is not current shows when it is.
         m_Shader->setInputShaderInput(
             QStringLiteral("Material 4"), OrvShaderInputUtils::createShaderInput(true));
@@ -298,9 +293,9 @@ private Q_SLOTS:
     {
         connectMaterial(1);
         clickTab(1);
-        m_Messages.clear();
+        m_Reports.Texts.clear();
         m_Project.reset();
-        QCOMPARE(m_Messages.filter(QStringLiteral("Removed old shader connection")).size(), 1);
+        QCOMPARE(m_Reports.Texts.filter(QStringLiteral("Removed old shader connection")).size(), 1);
         QCOMPARE(tabs(), QStringList({"Shaders"}));
         QVERIFY(!m_View->layerView()->layerStack());
         m_Project = std::make_unique<OrvTestProject>();
@@ -348,7 +343,7 @@ private:
     OrvShaderMaterialsView* m_View = nullptr;
     OrvLayerShader* m_Shader = nullptr;
     QTabBar* m_Tabs = nullptr;
-    QStringList m_Messages;
+    OrvDebugReports m_Reports{{QStringLiteral("OrvShaderMaterialsView")}};
 };
 
 QTEST_MAIN(TstMaterialsView)

@@ -4,6 +4,7 @@
 #include "OrvCoreModules/Menus/OrvActionTreeManager.h"
 #include "OrvCoreModules/Menus/OrvMenuManager.h"
 #include "OrvCoreModules/Plugin/OrvPluginInterface.h"
+#include "OrvCoreModules/Window/OrvContextHelp.h"
 #include "OrvCoreModules/Window/OrvMainWindow.h"
 #include "OrvCoreModules/Window/OrvPalette.h"
 #include "OrvCoreModules/Window/OrvPaletteManager.h"
@@ -68,6 +69,7 @@ private Q_SLOTS:
         for (const OrvPalette* pPalette : OrvPaletteManager::instance().palettes()) {
             QCOMPARE(pPalette->windowTitle(), pPalette->objectName());
             QCOMPARE(pPalette->contextHelpKey(), pPalette->objectName().toLower() + QStringLiteral("_palette"));
+            QVERIFY(OrvContextHelp::text(pPalette->contextHelpKey()).contains(pPalette->objectName()));
             QVERIFY(!pPalette->paletteIcon().isNull());
             QVERIFY(pPalette->originalWidget());
         }

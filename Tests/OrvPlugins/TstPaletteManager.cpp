@@ -1,11 +1,11 @@
 #include "LayersFixture.h"
 #include "SettingsDirectory.h"
 #include "StackPalettes.h"
+#include "Tests/Support/OrvDebugReports.h"
 
 #include "OrvCore/Network/OrvSnChannelInputNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 #include "OrvCore/Network/OrvSnPassNode.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Object/OrvSettings.h"
 #include "OrvCore/Project/OrvGeoEntity.h"
 #include "OrvCore/Project/OrvProject.h"
@@ -42,7 +42,6 @@ private Q_SLOTS:
         OrvLayerViewContextManager::instance();
         OrvMainWindow::instance().resize(1000, 700);
         OrvMainWindow::instance().show();
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) { m_Messages.append(Message.Text); });
     }
 
     void init()
@@ -50,7 +49,7 @@ private Q_SLOTS:
         OrvProjectManager::instance().newProject(QStringLiteral("Test"), QStringLiteral("Robot"));
         m_Channel = addChannel(QStringLiteral("Diffuse"));
         m_Layer = addLayer(m_Channel, QStringLiteral("Dirt"));
-        m_Messages.clear();
+        m_Reports.Texts.clear();
     }
 
     void cleanup()
@@ -59,8 +58,6 @@ private Q_SLOTS:
         passEventLoop();
         QVERIFY(stackPalettes().isEmpty());
     }
-
-    void cleanupTestCase() { OrvSetDebugSink({}); }
 
     void toolBarHoldsWhatWasPublishedBefore()
     {
@@ -112,7 +109,7 @@ private Q_SLOTS:
         QVERIFY(pPalette->isVisible());
 
         manager().openLayerStackPalette(nullptr, true);
-        QVERIFY(m_Messages.contains(QStringLiteral("pLayerStack is NULL")));
+        QVERIFY(m_Reports.Texts.contains(QStringLiteral("pLayerStack is NULL")));
     }
 
     void withoutProjectNothingIsKeptOrOpened()
@@ -326,7 +323,7 @@ private Q_SLOTS:
         File.close();
         reopen();
         QCOMPARE(stackPalettes().size(), Opened);
-        QCOMPARE(m_Messages.contains(QStringLiteral("LayerStack is NULL")), Contents.contains("Nowhere"));
+        QCOMPARE(m_Reports.Texts.contains(QStringLiteral("LayerStack is NULL")), Contents.contains("Nowhere"));
     }
 
     void sharersAreShownWhereTheyStand()
@@ -358,13 +355,13 @@ private Q_SLOTS:
 
         choose(m_Layer->contentNode());
         QVERIFY(!Popup.isVisible());
-        QVERIFY(m_Messages.last().startsWith(
+        QVERIFY(m_Reports.Texts.last().startsWith(
             QStringLiteral("The given node that shares a layer is not identified")));
         choose(nullptr);
         QVERIFY(Popup.isVisible());
-        QCOMPARE(m_Messages.last(), QStringLiteral("Node is NULL"));
+        QCOMPARE(m_Reports.Texts.last(), QStringLiteral("Node is NULL"));
         manager().makeSharerInfoItemCurrent(nullptr);
-        QCOMPARE(m_Messages.last(), QStringLiteral("Item is NULL"));
+        QCOMPARE(m_Reports.Texts.last(), QStringLiteral("Item is NULL"));
     }
 
     void sharersThatAreGoneLeadNowhere()
@@ -379,7 +376,7 @@ private Q_SLOTS:
         passEventLoop();
         QCOMPARE(pList->item(0)->data(Qt::UserRole).value<QObject*>(), nullptr);
         Q_EMIT pList->itemClicked(pList->item(0));
-        QCOMPARE(m_Messages.last(), QStringLiteral("Node is NULL"));
+        QCOMPARE(m_Reports.Texts.last(), QStringLiteral("Node is NULL"));
     }
 
     void commandsGoToTheActiveView()
@@ -466,7 +463,7 @@ private:
     SettingsDirectory m_Directory;
     OrvShaderInput* m_Channel = nullptr;
     OrvLayer* m_Layer = nullptr;
-    QStringList m_Messages;
+    OrvDebugReports m_Reports;
 };
 
 QTEST_MAIN(TstPaletteManager)

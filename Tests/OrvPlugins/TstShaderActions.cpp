@@ -1,12 +1,12 @@
 #include "LayersPaletteFixture.h"
 #include "SettingsDirectory.h"
 #include "ShadersFixture.h"
+#include "Tests/Support/OrvDebugReports.h"
 
 #include "OrvCore/Network/OrvNodeRegistry.h"
 #include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvShaderNetworkUtils.h"
 #include "OrvCore/Network/OrvSnNames.h"
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvMultiChannelLayerUtils.h"
 #include "OrvCore/Shaders/OrvShadingModel.h"
 #include "OrvCore/Shelf/OrvShelfDirectories.h"
@@ -65,10 +65,6 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(m_Directory.isValid());
-        OrvSetDebugSink([this](const OrvDebugMessage& Message) {
-            if (Message.File == QLatin1String("OrvShaderViewActions"))
-                m_Messages.append(Message.Text);
-        });
         m_LayerView = LayersFixture::showLayersPalette(QSize(900, 700));
         QVERIFY(m_LayerView);
         OrvApplication::appInstance().setPopupsAllowed(false);
@@ -76,11 +72,10 @@ private Q_SLOTS:
         connect(&m_BoxTimer, &QTimer::timeout, this, &TstShaderActions::answer);
         m_BoxTimer.start(0);
     }
-    void cleanupTestCase() { OrvSetDebugSink({}); }
     void init()
     {
         m_pProject = std::make_unique<OrvTestProject>();
-        m_Messages.clear();
+        m_Reports.Texts.clear();
         m_Answer.clear();
         m_Told.clear();
     }
@@ -123,7 +118,7 @@ private Q_SLOTS:
         trigger(EntryPath + Velvet);
         QCOMPARE(OrvTestProject::document(), Before);
         OrvShaderViewActions::instance().addShaderFromAction();
-        QCOMPARE(m_Messages, QStringList{QStringLiteral("Action is NULL")});
+        QCOMPARE(m_Reports.Texts, QStringList{QStringLiteral("Action is NULL")});
     }
 
     void menusReachEveryCommand()
@@ -167,7 +162,7 @@ private Q_SLOTS:
         Actions.cut();
         Actions.copy();
         Actions.paste();
-        QCOMPARE(m_Messages.count(QStringLiteral("LayerShader is NULL")), 4);
+        QCOMPARE(m_Reports.Texts.count(QStringLiteral("LayerShader is NULL")), 4);
         QVERIFY(!OrvUndoManager::instance().isInMacro());
     }
 
@@ -214,11 +209,11 @@ private Q_SLOTS:
             = QStringLiteral("[ !! ] Failed to duplicate shader '%1' due to multi-channel layers").arg(Name);
         const QByteArray Before = OrvTestProject::document();
         trigger(Path + QStringLiteral("Duplicate Shader"));
-        QCOMPARE(m_Messages, QStringList{Line});
+        QCOMPARE(m_Reports.Texts, QStringList{Line});
         QVERIFY(m_Told.isEmpty());
         OrvApplication::appInstance().setPopupsAllowed(true);
         trigger(Path + QStringLiteral("Duplicate Shader"));
-        QCOMPARE(m_Messages, QStringList({Line, Line}));
+        QCOMPARE(m_Reports.Texts, QStringList({Line, Line}));
         QCOMPARE(m_Told.size(), 1);
         QVERIFY(m_Told.first().startsWith(QStringLiteral("Duplication Operation Failed: ")));
         QVERIFY(m_Told.first().contains(Name));
@@ -269,7 +264,27 @@ private Q_SLOTS:
             QVERIFY2(OrvStatusManager::instance().text().contains(QStringLiteral("Current Channel")), pText);
         }
         QCOMPARE(OrvTestProject::document(), Before);
-        QVERIFY(m_Messages.isEmpty());
+        QVERIFY(m_Reports.Texts.isEmpty());
+    }
+
+    /// One that stands in a material alone goes with its layers, and stays with those that are kept.
+    void aShaderStaysWithALockedLayer()
+    {
+        OrvLayer* pLayer = addShaderLayer(addMaterialChannel(), QStringLiteral("Varnish"));
+        QVERIFY(pLayer);
+        shaders().setCurrentShader(pLayer->shaderNode());
+        pLayer->setLocked(true);
+        const QByteArray Before = OrvTestProject::document();
+        for (const char* pText : {"Remove Shader", "Cut"}) {
+            trigger(Path + QLatin1String(pText));
+            QCOMPARE(OrvStatusManager::instance().text(),
+                QStringLiteral("'%1' was not removed: 'Varnish' is locked")
+                    .arg(pLayer->shaderNode()->name()));
+            QCOMPARE(OrvTestProject::document(), Before);
+        }
+        pLayer->setLocked(false);
+        trigger(Path + QStringLiteral("Remove Shader"));
+        QVERIFY(OrvTestProject::document() != Before);
     }
 
     void shaderLayersComeFromTheMenuOfTypes()
@@ -508,7 +523,8 @@ private:
     }
 
     SettingsDirectory m_Directory;
-    QStringList m_Messages, m_Told;
+    OrvDebugReports m_Reports{{QStringLiteral("OrvShaderViewActions")}};
+    QStringList m_Told;
     QString m_Answer;
     QTimer m_BoxTimer;
     std::unique_ptr<OrvTestProject> m_pProject;

@@ -1,7 +1,7 @@
 #include "Tests/OrvPlugins/SettingsDirectory.h"
+#include "Tests/Support/OrvDebugReports.h"
 #include "Tests/Support/OrvTestProject.h"
 
-#include "OrvCore/Object/OrvDebug.h"
 #include "OrvCore/Shaders/OrvLayerShader.h"
 #include "OrvCore/Shaders/OrvLayerShaderManager.h"
 #include "OrvCore/Shaders/OrvLayerShaderUtils.h"
@@ -66,7 +66,6 @@ private Q_SLOTS:
 
     void cleanup()
     {
-        OrvSetDebugSink({});
         m_View.reset();
         m_Project.reset();
     }
@@ -403,11 +402,10 @@ private Q_SLOTS:
         m_View->listView()->setFocus();
         m_View->createChannel();
         QCOMPARE(row("Base Color")->channelButton()->channelName(), QStringLiteral("Base Color"));
-        QStringList Messages;
-        OrvSetDebugSink([&Messages](const OrvDebugMessage& Message) { Messages.append(Message.Text); });
+        const OrvDebugReports Told;
         m_View->createMaterialChannel();
         m_View->onToggledInvertShaderInput(true);
-        QCOMPARE(Messages.size(), 2);
+        QCOMPARE(Told.Texts.size(), 2);
     }
 
     void channelsAreFollowed()
