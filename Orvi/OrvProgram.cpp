@@ -245,7 +245,7 @@ void OrvProgram::arrangePalettes()
         (Roomy || !pChannels ? pShaders : pChannels)->raise();
     }
     if (pChannels && pLayers)
-        Window.resizeDocks({pChannels, pLayers}, {330, 340}, Qt::Horizontal);
+        Window.resizeDocks({pChannels, pLayers}, {375, 345}, Qt::Horizontal);
     if (pChannels && pShaders && Roomy)
         Window.resizeDocks({pChannels, pShaders}, {420, 480}, Qt::Vertical);
 }
