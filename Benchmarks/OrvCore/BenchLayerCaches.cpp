@@ -1,4 +1,4 @@
-// What caches of layers are worth: a stack of painted layers, some blurred, below one that is painted on.
+// What caches of layers are worth: a stack of painted layers, some with a costly filter, below one that is painted on.
 // Each round is a dab, or another amount of the layer on top, and what the canvas computes then; next to it
 // the same above one plain image, which is the least that anything below can cost.
 
@@ -27,7 +27,7 @@ namespace {
 
 constexpr int Edge = 2048;
 constexpr int LayerCount = 12;
-constexpr int BlurEvery = 6;
+constexpr int FilterEvery = 6;
 constexpr int DabEdge = 256;
 
 const OrvPixelFormat ForDisplay{GL_UNSIGNED_BYTE, OrvPixelFormat::Rgba, OrvPixelFormat::Srgb};
@@ -58,8 +58,8 @@ Stack makeStack(Kept What)
     for (int Index = 0; Index < Count; ++Index) {
         pLast = Made.pChannel->createPaintableLayer(OrvColor(0.3f, 0.1f * (Index % 10), 0.6f, 0.5f), 0);
         fill(pLast, QRect(100 * Index, 50 * Index, 900, 900), OrvColor(0.9f, 0.5f, 0.1f));
-        if (Count > 1 && Index % BlurEvery == 0) {
-            pLast->addLayerAdjustmentLayerFromKey(QStringLiteral("Filter/Blur/Gaussian Blur"));
+        if (Count > 1 && Index % FilterEvery == 0) {
+            pLast->addLayerAdjustmentLayerFromKey(QStringLiteral("Filter/Blur/Median"));
             if (What == Kept::Layers)
                 pLast->cacheLayer();
         }
@@ -108,7 +108,7 @@ int main(int ArgumentCount, char** pArguments)
     OrvProjectManager::instance().newProject(QStringLiteral("Bench"), QStringLiteral("Head"));
     const Stack Plain = makeStack(Kept::PlainImage);
     const std::vector<std::pair<std::string, Stack>> Stacks{{"nothing cached", makeStack(Kept::Nothing)},
-        {"blurred layers cached", makeStack(Kept::Layers)},
+        {"filtered layers cached", makeStack(Kept::Layers)},
         {"cached up to the top", makeStack(Kept::UpToTop)}};
     for (const auto& One : Stacks) {
         const Stack Shown = One.second;
