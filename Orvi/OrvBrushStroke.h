@@ -19,7 +19,7 @@ class OrvSnChannelInputNode;
 /// step. Whoever starts it has made sure that the node may be changed.
 class OrvBrushStroke {
 public:
-    /// Pixels that are shown as they are, of masks and the like: a color stands for its brightness there.
+    /// Pixels that are shown as they are, of masks and the like: a colour stands for its brightness there.
     static bool paintsNumbers(const OrvSnChannelInputNode* pNode);
     static double numberFor(const QColor& Color);
 

@@ -10,6 +10,7 @@
 #include "OrvCore/Layers/OrvLayer.h"
 #include "OrvCoreModules/DragAndDrop/OrvDragAndDropManager.h"
 #include "OrvCoreModules/Window/OrvGui.h"
+#include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include <QtCore/QMimeData>
 #include <QtGui/QDropEvent>
@@ -25,6 +26,7 @@ namespace {
 constexpr double WheelZoom = 1.0 / 480.0; // powers of two a wheel unit: a notch is a quarter
 constexpr double ZoomStep = 1.4142135623730951;
 constexpr int OutlineInterval = 120; // ms between two steps of the ants
+constexpr int MessageDuration = 5000; // ms
 
 QVariantMap dropPlace(const OrvCanvasSource& Source)
 {
@@ -253,7 +255,13 @@ void OrvCanvas::pickColor(const QPointF& WidgetPoint)
     if (!m_Tiles.extent().contains(Pixel))
         return;
     std::array<float, 4> Rgba;
-    if (!m_Renderer.readPixel(Pixel, Rgba.data()) || Rgba[3] <= 0.0f)
+    if (!m_Renderer.readPixel(Pixel, Rgba.data())) {
+        OrvStatusManager::instance().showMessage(
+            tr("The picture is still being computed here: pick the color again in a moment"),
+            MessageDuration);
+        return;
+    }
+    if (Rgba[3] <= 0.0f)
         return;
     Rgba[3] = 1.0f;
     OrvBrush Brush = m_pTools->brushTool()->brush();

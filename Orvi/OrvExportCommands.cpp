@@ -175,10 +175,10 @@ void OrvExportCommands::exportAllChannelsTo(const QString& Directory, const QStr
         for (OrvShaderInput* pChannel : OrvChannelExport::channelsOf(pEntity)) {
             const QString Deep = pChannel->imageSetDepth() == GL_UNSIGNED_BYTE ? QStringLiteral("png")
                                                                                : QStringLiteral("exr");
-            const QString Path
-                = Names.take(pChannel, Prefix + pChannel->name(), Suffix.isEmpty() ? Deep : Suffix);
+            const QString Name = Prefix + pChannel->name();
+            const QString Path = Names.take(pChannel, Name, Suffix.isEmpty() ? Deep : Suffix);
             const QPointer<OrvShaderInput> pSource(pChannel);
-            Jobs.append({pChannel->name(), OrvChannelExport::filesOf(pChannel, Path),
+            Jobs.append({Name, OrvChannelExport::filesOf(pChannel, Path),
                 [pSource, Path](const OrvProgress& Progress, QString& Error) {
                     return OrvChannelExport::writeChannel(pSource, Path, Progress, Error);
                 }});

@@ -55,8 +55,6 @@ namespace {
 
 const QString ViewPath = QStringLiteral("/Orvi/View");
 const QString BrushPath = QStringLiteral("/Orvi/Brush");
-const QString LastUsedNodesKey = QStringLiteral("Node Graph/numberOfLastUsedNodePathsToStore");
-constexpr int LastUsedNodes = 8;
 constexpr int RoomyHeight = 850; // of a window in which two palettes fit one below the other
 
 const QStringList MenuOrder{QStringLiteral("File"), QStringLiteral("Edit"), QStringLiteral("Objects"),
@@ -81,14 +79,6 @@ void makeManagers()
     OrvPaletteManager::instance();
 }
 
-/// How many node types the quick find remembers is the user's to choose, in the settings file.
-void writeDefaultSettings()
-{
-    OrvSettings Settings;
-    if (!Settings.contains(LastUsedNodesKey))
-        Settings.setValue(LastUsedNodesKey, LastUsedNodes);
-}
-
 } // namespace
 
 OrvProgram::OrvProgram()
@@ -96,7 +86,6 @@ OrvProgram::OrvProgram()
     // It takes longer to be ready than the window.
     OrvEngine::warmUp();
     QApplication::setWindowIcon(OrvIcon::createIconFromFilename(QStringLiteral("Orvi.png")));
-    writeDefaultSettings();
     makeManagers();
     makeParts();
     makeMenus();

@@ -96,22 +96,29 @@ const OrvSnBaseNode* originOf(const OrvSnBaseNode* pNode)
 /// layers always the same one, in whichever order they came to do so.
 const OrvSnShaderInputNode* channelAround(const OrvSnBaseNode* pNode)
 {
-    // What a custom procedural is made of knows no channel.
-    if (pNode && pNode->network()
-        && qobject_cast<const OrvSnCustomProceduralNode*>(pNode->network()->container()))
-        return nullptr;
     const OrvSnShaderInputNode* pChosen = nullptr;
-    const auto consider = [&pChosen](const OrvSnShaderInputNode* pChannel) {
-        if (pChannel && (!pChosen || pChannel->uuidString() < pChosen->uuidString()))
-            pChosen = pChannel;
-    };
-    const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNode).Targets;
-    for (const OrvChainTargets::Target& Target : Targets) {
-        consider(qobject_cast<const OrvSnShaderInputNode*>(Target.pNode));
-        if (Target.InputName == OrvSnNames::Mask)
+    QVector<const OrvSnBaseNode*> Pending{pNode};
+    QSet<const OrvSnBaseNode*> Seen; // groups that are shared in groups that are shared lead to few, in many ways
+    while (!Pending.isEmpty()) {
+        const OrvSnBaseNode* pNext = Pending.takeLast();
+        // What a custom procedural is made of knows no channel.
+        if (pNext && pNext->network()
+            && qobject_cast<const OrvSnCustomProceduralNode*>(pNext->network()->container()))
             continue;
-        for (const OrvSnMergeNode* pLayer : OrvChainTargets::owners(Target))
-            consider(channelAround(pLayer));
+        const QVector<OrvChainTargets::Target> Targets = OrvChainTargets::of(pNext).Targets;
+        for (const OrvChainTargets::Target& Target : Targets) {
+            const auto* pChannel = qobject_cast<const OrvSnShaderInputNode*>(Target.pNode);
+            if (pChannel && (!pChosen || pChannel->uuidString() < pChosen->uuidString()))
+                pChosen = pChannel;
+            if (Target.InputName == OrvSnNames::Mask)
+                continue;
+            for (const OrvSnMergeNode* pLayer : OrvChainTargets::owners(Target)) {
+                if (!Seen.contains(pLayer)) {
+                    Seen.insert(pLayer);
+                    Pending.append(pLayer);
+                }
+            }
+        }
     }
     return pChosen;
 }
@@ -219,8 +226,11 @@ void OrvChannelSpace::describeStep(
     if (pOrigin) {
         const OrvSnShaderInputNode* pChannel = channelOfReader(pReader);
         convert(spaceOfOrigin(pOrigin, pChannel), workingIn(pChannel), Step);
-    } else if (InputName == OrvSnNames::Over && OrvChainTargets::of(pSource).Targets.size() > 1) {
-        // Layers that several channels show are blended as one of them does.
-        convert(around(pSource), around(pReader), Step);
+        return;
     }
+    // Layers that several channels show are blended as one of them does. Of a chain all are.
+    while (pSource && OrvNodeEvaluation::standIn(pSource) != pSource)
+        pSource = OrvNodeEvaluation::standIn(pSource);
+    if (pSource && OrvChainTargets::of(pSource).Targets != OrvChainTargets::of(pReader).Targets)
+        convert(around(pSource), ofInput(pReader, InputName), Step);
 }

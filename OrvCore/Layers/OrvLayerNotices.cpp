@@ -123,12 +123,13 @@ void OrvLayerNotices::onNodeAttributeChanged(OrvSnBaseNode* pNode, QString Name)
     if (Name == OrvMergeAttributes::LayerCached) {
         m_Dirty.note(pNode, OrvLayerDirtyNodes::WithContents);
         m_Dirty.noteHolders(pNode);
-    } else if (Name == OrvMergeAttributes::PassThrough)
+    } else if (Name == OrvMergeAttributes::PassThrough) {
         m_Dirty.note(pNode, OrvLayerDirtyNodes::Alone);
-    else if (Name == OrvMergeAttributes::MaskEnabled)
+    } else if (Name == OrvMergeAttributes::MaskEnabled) {
         m_Dirty.noteLayers(pNode, OrvLayerDirtyNodes::Alone);
-    else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute)
+    } else if (Name == OrvSnCustomProceduralNode::ProceduralAttribute) {
         tellProceduralChanged(pNode);
+    }
     for (OrvLayer* pLayer : OrvLayerManager::layersOf(pNode)) {
         if (Name == OrvMergeAttributes::ColorTag)
             Q_EMIT pLayer->colorChanged(pLayer->color());

@@ -145,9 +145,10 @@ void OrvLayerStack::leaveCurrentLayer(const QList<OrvLayer*>& Leaving)
     const bool Moves = pNext != Manager.currentLayer(network());
     Manager.setCurrentLayer(network(), pNext, true);
     // What is selected in other stacks, or in the node graph alone, is none of this one's rows.
+    const QSet<OrvLayer*> Going(Leaving.begin(), Leaving.end());
     const QList<OrvLayer*> Selected = selectedLayers();
     const bool NothingSelected = std::all_of(
-        Selected.begin(), Selected.end(), [&](OrvLayer* pLayer) { return Leaving.contains(pLayer); });
+        Selected.begin(), Selected.end(), [&](OrvLayer* pLayer) { return Going.contains(pLayer); });
     if (pNext && (Moves || NothingSelected))
         pNext->setSelected(true);
 }
@@ -224,10 +225,12 @@ void OrvLayerStack::ungroupLayers()
             Obstacles.append(Obstacle);
     }
     const QString Kept = OrvEditObstacle::several(Obstacles);
-    if (!Kept.isEmpty())
-        Q_EMIT OrvLayerManager::instance().refused(tr("Not all groups were taken apart: %1").arg(Kept));
-    if (Groups.isEmpty())
+    OrvLayerManager& Manager = OrvLayerManager::instance();
+    if (Groups.isEmpty()) {
+        if (!Kept.isEmpty())
+            Q_EMIT Manager.refused(tr("No group was taken apart: %1").arg(Kept));
         return;
+    }
     OrvUndoManager::AutoMacro Macro(tr("Ungroup Layers"));
     QList<OrvLayer*> Freed;
     QStringList Lost;
@@ -249,8 +252,13 @@ void OrvLayerStack::ungroupLayers()
     }
     tellRemoved(Groups);
     present(Freed, {OrvLayerMakeCurrent | OrvLayerSelectAlone});
+    // In one text: a second one would take the place of the first.
+    QStringList Told;
+    if (!Kept.isEmpty())
+        Told.append(tr("Not all groups were taken apart: %1").arg(Kept));
     Lost.removeDuplicates();
     if (!Lost.isEmpty())
-        Q_EMIT OrvLayerManager::instance().refused(
-            tr("With the group went what it did as a whole: %1").arg(Lost.join(QLatin1String(", "))));
+        Told.append(tr("With the group went what it did as a whole: %1").arg(Lost.join(QLatin1String(", "))));
+    if (!Told.isEmpty())
+        Q_EMIT Manager.refused(Told.join(QLatin1String(". ")));
 }

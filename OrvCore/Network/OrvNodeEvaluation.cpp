@@ -18,6 +18,7 @@
 #include "OrvCore/Shelf/OrvSnCustomProceduralOutputNode.h"
 #include "OrvCore/Undo/OrvUndoManager.h"
 
+#include "OrvDdi/Color/OrvColorManager.h"
 #include "OrvDdi/Engine/OrvEngineNode.h"
 #include "OrvDdi/Engine/OrvEngineRewiring.h"
 
@@ -48,8 +49,8 @@ QSet<OrvSnBaseNode*>& moved()
     return Nodes;
 }
 
-/// What a node reads depends on where it stands: in some, images are to have another size or colours another space than
-/// in others, or colours are blended in another space than masks.
+/// What a node reads depends on where it stands: in some, images are to have another size or colours another
+/// space than in others, or than in masks.
 bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
 {
     const QList<OrvShaderInput*> Channels
@@ -58,6 +59,8 @@ bool hasDifferentChannels(const OrvShaderNetwork* pNetwork)
         return false;
     const OrvUdimLayout Layout = Channels.first()->layout();
     const QString Space = OrvChannelSpace::ofChannel(Channels.first());
+    if (!OrvColorManager::isIdentity(Space, OrvColorManager::linear()))
+        return true;
     return std::any_of(Channels.begin(), Channels.end(), [&](const OrvShaderInput* pChannel) {
         return pChannel->layout() != Layout || OrvChannelSpace::ofChannel(pChannel) != Space
             || OrvChannelSpace::storedIn(pChannel) != Space;
@@ -230,9 +233,13 @@ void OrvNodeEvaluation::markUpstream(const QVector<OrvSnBaseNode*>& Starts)
             continue;
         if (pNext->consumers().size() > 1) {
             // Channels that share it convert what one of them makes of it.
-            for (const OrvSnBaseNode::Consumer& Reader : pNext->consumers()) {
-                if (Reader.pNode->m_pEngineNode)
-                    stale().insert(Reader.pNode);
+            QVector<OrvSnBaseNode::Consumer> Readers = pNext->consumers();
+            while (!Readers.isEmpty()) {
+                OrvSnBaseNode* pReader = Readers.takeLast().pNode;
+                if (pReader->isEvaluationAlias())
+                    Readers += pReader->consumers();
+                else if (pReader->m_pEngineNode)
+                    stale().insert(pReader);
             }
         }
         const auto visit = [&](OrvSnBaseNode* pNode) {
@@ -305,16 +312,26 @@ OrvEngineNode* OrvNodeEvaluation::result(const OrvSnBaseNode* pNode)
 
 void OrvNodeEvaluation::updateParameters(const OrvSnBaseNode* pNode)
 {
-    // How a merge node blends depends on whether its content reads what lies below it, how a shader is lit on which of
-    // its inputs are fed, and by channels of which size; operations look the same at every size.
-    const bool IsOperation = qobject_cast<const OrvSnOperationNode*>(pNode) != nullptr;
-    if (pNode->m_pEngineNode
-        && (IsOperation || qobject_cast<const OrvSnMergeNode*>(pNode) || qobject_cast<const OrvSnShaderNode*>(pNode)
-            || qobject_cast<const OrvSnCustomProceduralOutputNode*>(pNode)))
-        pNode->updateEngineNode(*pNode->m_pEngineNode);
-    if (IsOperation || qobject_cast<const OrvSnBakePointNode*>(pNode)) {
-        for (const OrvSnBaseNode::Consumer& One : pNode->consumers())
-            updateParameters(One.pNode);
+    // How a merge node blends depends on whether its content reads what lies below it, how a shader is lit on
+    // which of its inputs are fed, and by channels of which size; operations look the same at every size.
+    QVector<const OrvSnBaseNode*> Pending{pNode};
+    QSet<const OrvSnBaseNode*> Seen{pNode};
+    while (!Pending.isEmpty()) {
+        const OrvSnBaseNode* pNext = Pending.takeLast();
+        const bool IsOperation = qobject_cast<const OrvSnOperationNode*>(pNext) != nullptr;
+        if (pNext->m_pEngineNode
+            && (IsOperation || qobject_cast<const OrvSnMergeNode*>(pNext)
+                || qobject_cast<const OrvSnShaderNode*>(pNext)
+                || qobject_cast<const OrvSnCustomProceduralOutputNode*>(pNext)))
+            pNext->updateEngineNode(*pNext->m_pEngineNode);
+        if (!IsOperation && !qobject_cast<const OrvSnBakePointNode*>(pNext))
+            continue;
+        for (const OrvSnBaseNode::Consumer& One : pNext->consumers()) {
+            if (!Seen.contains(One.pNode)) {
+                Seen.insert(One.pNode);
+                Pending.append(One.pNode);
+            }
+        }
     }
 }
 

@@ -4,19 +4,36 @@
 
 namespace {
 
-/// "Layer 3" is "Layer" with the number 3; 0 when there is no number.
-int numberOf(const QString& Name, QString& Base)
-{
-    const int Space = Name.lastIndexOf(QLatin1Char(' '));
-    bool IsNumber = false;
-    const int Number = Space > 0 ? Name.midRef(Space + 1).toInt(&IsNumber) : 0;
-    Base = IsNumber && Number > 1 ? Name.left(Space) : Name;
-    return IsNumber && Number > 1 ? Number : 0;
-}
+/// Leaves room to count on.
+constexpr int HighestThatCounts = 999999999;
 
 QString numbered(const QString& Base, int Number)
 {
     return Base + QLatin1Char(' ') + QString::number(Number);
+}
+
+/// "Layer 3" is "Layer" with the number 3; 0 when there is no number, or one written in another way ("03").
+int numberOf(const QString& Name, QString& Base)
+{
+    const int Space = Name.lastIndexOf(QLatin1Char(' '));
+    const int Number = Space > 0 ? Name.midRef(Space + 1).toInt() : 0;
+    Base = Name.left(Space);
+    if (Number > 1 && Number <= HighestThatCounts && Name == numbered(Base, Number))
+        return Number;
+    Base = Name;
+    return 0;
+}
+
+int highestNumber(const QHash<QString, int>& Names, const QString& Base)
+{
+    int Highest = 1;
+    for (auto Name = Names.begin(); Name != Names.end(); ++Name) {
+        QString OtherBase;
+        const int Number = Name.key().startsWith(Base) ? numberOf(Name.key(), OtherBase) : 0;
+        if (OtherBase == Base)
+            Highest = qMax(Highest, Number);
+    }
+    return Highest;
 }
 
 } // namespace
@@ -43,9 +60,12 @@ void OrvNodeNames::Table::uncount(const QString& Name)
     // Numbers at the end are given again, so that taking back the last layer takes back its name.
     QString Base;
     numberOf(Name, Base);
-    int& Highest = HighestNumber[Base];
+    int Highest = HighestNumber.take(Base);
+    int Steps = Count.size(); // numbers that are dates lie further apart
     while (Highest > 1 && !Count.contains(numbered(Base, Highest)))
-        --Highest;
+        Highest = Steps-- > 0 ? Highest - 1 : highestNumber(Count, Base);
+    if (Highest > 1)
+        HighestNumber.insert(Base, Highest);
 }
 
 void OrvNodeNames::enter(const OrvSnBaseNode* pNode)

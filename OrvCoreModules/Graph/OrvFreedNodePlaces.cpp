@@ -6,7 +6,55 @@
 #include "OrvCore/Network/OrvSnBaseNode.h"
 #include "OrvCore/Network/OrvSnNames.h"
 
+#include <QtCore/QSet>
+
 #include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// Where nodes stand, by the columns that they touch: those of other columns need not be compared.
+class TakenRects {
+public:
+    void add(const QRectF& Rect)
+    {
+        for (int Column = columnAt(Rect.left()); Column <= columnAt(Rect.right()); ++Column)
+            m_Columns[Column].append(Rect);
+    }
+    /// How far rectangles have to go down, all together, to touch none of these.
+    qreal freeHeightBelow(const QVector<QRectF>& Wanted) const
+    {
+        qreal Down = 0.0;
+        bool Moved = true;
+        // Each step passes a rectangle for good.
+        while (Moved) {
+            Moved = false;
+            for (const QRectF& Rect : Wanted) {
+                for (int Column = columnAt(Rect.left()); Column <= columnAt(Rect.right()); ++Column)
+                    Moved = pass(m_Columns.value(Column), Rect, Down) || Moved;
+            }
+        }
+        return Down;
+    }
+
+private:
+    static int columnAt(qreal X) { return int(std::floor(X / OrvNodeGraphLayout::ColumnWidth)); }
+    static bool pass(const QVector<QRectF>& Others, const QRectF& Rect, qreal& Down)
+    {
+        bool Moved = false;
+        for (const QRectF& Other : Others) {
+            if (!Rect.translated(0.0, Down).intersects(Other))
+                continue;
+            Down = Other.bottom() + OrvNodeGraphLayout::RowGap - Rect.top();
+            Moved = true;
+        }
+        return Moved;
+    }
+
+    QHash<int, QVector<QRectF>> m_Columns;
+};
+
+} // namespace
 
 OrvFreedNodePlaces::OrvFreedNodePlaces(OrvShaderNetwork* pNetwork)
     : m_pNetwork(pNetwork)
@@ -44,38 +92,22 @@ QVector<OrvSnBaseNode*> OrvFreedNodePlaces::freed() const
 QVector<OrvSnBaseNode*> OrvFreedNodePlaces::withSources(OrvSnBaseNode* pNode)
 {
     QVector<OrvSnBaseNode*> Together{pNode};
+    QSet<const OrvSnBaseNode*> Members{pNode};
     for (int Index = 0; Index < Together.size(); ++Index) {
         for (const OrvSnBaseNode::Input& Input : Together[Index]->inputs()) {
             OrvSnBaseNode* pSource = Input.pNode;
-            if (!pSource || Together.contains(pSource) || !pSource->position().isNull()
+            if (!pSource || Members.contains(pSource) || !pSource->position().isNull()
                 || pSource->hasTag(OrvSnNames::ShaderInputTag))
                 continue;
             const auto& Readers = pSource->consumers();
-            if (std::all_of(Readers.begin(), Readers.end(),
-                    [&](const OrvSnBaseNode::Consumer& Reader) { return Together.contains(Reader.pNode); }))
-                Together.append(pSource);
+            if (!std::all_of(Readers.begin(), Readers.end(),
+                    [&](const OrvSnBaseNode::Consumer& Reader) { return Members.contains(Reader.pNode); }))
+                continue;
+            Together.append(pSource);
+            Members.insert(pSource);
         }
     }
     return Together;
-}
-
-qreal OrvFreedNodePlaces::freeHeightBelow(const QVector<QRectF>& Wanted, const QVector<QRectF>& Taken)
-{
-    qreal Down = 0.0;
-    bool Moved = true;
-    // Each step passes a rectangle for good.
-    while (Moved) {
-        Moved = false;
-        for (const QRectF& Rect : Wanted) {
-            for (const QRectF& Other : Taken) {
-                if (!Rect.translated(0.0, Down).intersects(Other))
-                    continue;
-                Down = Other.bottom() + OrvNodeGraphLayout::RowGap - Rect.top();
-                Moved = true;
-            }
-        }
-    }
-    return Down;
 }
 
 void OrvFreedNodePlaces::keep() const
@@ -83,20 +115,24 @@ void OrvFreedNodePlaces::keep() const
     const QVector<OrvSnBaseNode*> Freed = freed();
     if (Freed.isEmpty())
         return;
-    OrvNodeGraphLayout::Places Now = shownPlaces();
+    OrvNodeGraphLayout::Places Standing = shownPlaces();
+    QVector<QVector<OrvSnBaseNode*>> Groups;
     for (OrvSnBaseNode* pFreed : Freed) {
-        const QVector<OrvSnBaseNode*> Together = withSources(pFreed);
-        QVector<QRectF> Wanted, Taken;
-        for (const OrvSnBaseNode* pNode : Together) {
+        Groups.append(withSources(pFreed));
+        for (const OrvSnBaseNode* pNode : qAsConst(Groups.last()))
+            Standing.remove(pNode);
+    }
+    TakenRects Taken;
+    for (auto Place = Standing.cbegin(); Place != Standing.cend(); ++Place)
+        Taken.add(rectAt(Place.key(), *Place));
+    for (const QVector<OrvSnBaseNode*>& Group : qAsConst(Groups)) {
+        QVector<QRectF> Wanted;
+        for (const OrvSnBaseNode* pNode : Group)
             Wanted.append(rectAt(pNode, m_Shown.value(pNode)));
-            Now.remove(pNode);
-        }
-        for (auto Place = Now.cbegin(); Place != Now.cend(); ++Place)
-            Taken.append(rectAt(Place.key(), *Place));
-        const QPointF Down(0.0, freeHeightBelow(Wanted, Taken));
-        for (OrvSnBaseNode* pNode : Together) {
+        const QPointF Down(0.0, Taken.freeHeightBelow(Wanted));
+        for (OrvSnBaseNode* pNode : Group) {
             const QPointF Place = m_Shown.value(pNode) + Down;
-            Now.insert(pNode, Place);
+            Taken.add(rectAt(pNode, Place));
             // The origin stands for no place at all.
             pNode->setPosition(Place.isNull() ? QPointF(1.0, 0.0) : Place);
         }

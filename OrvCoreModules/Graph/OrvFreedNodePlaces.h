@@ -24,7 +24,6 @@ private:
     QVector<OrvSnBaseNode*> freed() const;
     /// The node and what feeds nothing else.
     static QVector<OrvSnBaseNode*> withSources(OrvSnBaseNode* pNode);
-    static qreal freeHeightBelow(const QVector<QRectF>& Wanted, const QVector<QRectF>& Taken);
 
     OrvShaderNetwork* m_pNetwork;
     QVector<OrvSnBaseNode*> m_Read; ///< those that had readers

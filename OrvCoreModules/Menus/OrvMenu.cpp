@@ -28,10 +28,14 @@ void OrvMenu::keyPressEvent(QKeyEvent* pEvent)
     const QString Typed = pEvent->text();
     QAction* pNext
         = IsPlain && Typed.size() == 1 && Typed[0].isLetterOrNumber() ? nextBeginningWith(Typed[0]) : nullptr;
-    if (pNext)
-        setActiveAction(pNext);
-    else
+    if (!pNext) {
         QMenu::keyPressEvent(pEvent);
+        return;
+    }
+    setActiveAction(pNext);
+    // Qt opens a sub-menu at once, which would take the next letter.
+    if (pNext->menu())
+        pNext->menu()->hide();
 }
 
 QAction* OrvMenu::nextBeginningWith(QChar Letter) const

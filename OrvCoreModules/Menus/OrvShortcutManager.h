@@ -25,7 +25,8 @@ public:
     QStringList paths() const { return m_Order; }
     /// What the shortcut does, for people.
     QString text(const QString& Path) const;
-    /// Where it is found, for people: "Shaders palette", or "Layers > Add Shader" for "/Orvi/Layers/AddShader/…".
+    /// Where it is found, for people: "Shaders palette", or the titles of the path below the program's name,
+    /// as in "Layers > Add Shader".
     QString group(const QString& Path) const;
     QKeySequence shortcut(const QString& Path) const;
     QKeySequence defaultShortcut(const QString& Path) const;

@@ -1,8 +1,7 @@
 #include "OrvDdi/Engine/OrvColorOperation.h"
 
-#include "OrvDdi/Engine/OrvOwnOperation.h"
-
 #include "OrvDdi/Color/OrvColorManager.h"
+#include "OrvDdi/Engine/OrvOwnOperation.h"
 
 #include <QtCore/QString>
 

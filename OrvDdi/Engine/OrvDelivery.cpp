@@ -80,11 +80,8 @@ void delivery_operation_init(DeliveryOperation*) { }
 
 void connectTo(GeglNode* pTarget)
 {
-    if (!pDeliveryNode) {
-        pDeliveryNode = gegl_node_new();
-        g_object_set(pDeliveryNode, "dont-cache", TRUE, nullptr);
-        gegl_node_set(pDeliveryNode, "operation", OperationName, nullptr);
-    }
+    if (!pDeliveryNode)
+        pDeliveryNode = OrvOwnOperation::newNode(OperationName);
     if (pConnectedTarget == pTarget)
         return;
     gegl_node_connect_to(pTarget, "output", pDeliveryNode, "input");

@@ -218,6 +218,8 @@ bool OrvEngineNode::setParameter(const QString& Name, const QVariant& Value)
 
 void OrvEngineNode::setScale(double Scale)
 {
+    if (!(Scale > 0.0) || std::isinf(Scale))
+        return;
     const OrvEngine::Lock Lock;
     if (m_pGraph->WhichKind == SubGraph::Zoom) {
         m_pGraph->enlarge(Scale);

@@ -8,9 +8,9 @@
 #include <vector>
 
 /// A change of several connections of which only the result is seen. While it lives nobody is told of what is
-/// torn apart on the way, and nothing is evaluated; at its end, what looks different from before. So a layer
-/// that holds nothing moves without anything being computed again. Made by whoever connects, on the stack,
-/// one at a time.
+/// torn apart on the way, and nothing is evaluated; at its end, what looks different from before. So nobody
+/// asks for pixels again when a layer that holds nothing moves; results that nodes keep are given up all the
+/// same. Made by whoever connects, on the stack, one at a time.
 class ORVDDI_EXPORT OrvEngineRewiring {
 public:
     struct Input {

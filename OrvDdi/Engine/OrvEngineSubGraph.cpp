@@ -6,8 +6,8 @@
 #include "OrvDdi/Engine/OrvFitOperation.h"
 #include "OrvDdi/Engine/OrvOperationReach.h"
 #include "OrvDdi/Engine/OrvOutputOperation.h"
-#include "OrvDdi/Engine/OrvShadingOperation.h"
 #include "OrvDdi/Engine/OrvOwnOperation.h"
+#include "OrvDdi/Engine/OrvShadingOperation.h"
 #include "OrvDdi/Engine/OrvSourceOperations.h"
 
 #include <algorithm>
@@ -53,7 +53,8 @@ void OrvEngineNode::SubGraph::setSource(Pad Input, SubGraph* pSource)
 void OrvEngineNode::SubGraph::abandon(std::unique_ptr<SubGraph> pGraph)
 {
     // Whoever reads it is told the rest when it is connected to something else.
-    pGraph->tellDownstream(pGraph->contribution());
+    if (!pGraph->contribution().isEmpty())
+        pGraph->tellDownstream();
     pGraph->Invalidated = nullptr;
     SubGraph* pAbandoned = pGraph.release();
     Abandoned.insert(pAbandoned);
@@ -87,10 +88,8 @@ void OrvEngineNode::SubGraph::removeAbandoned()
 }
 
 /// Tells everybody who shows something that depends on this; cheaper than the engine's own way by far.
-void OrvEngineNode::SubGraph::tellDownstream(const QRect& Region)
+void OrvEngineNode::SubGraph::tellDownstream()
 {
-    if (Region.isEmpty())
-        return;
     const unsigned Walk = ++Walks;
     std::vector<SubGraph*> Pending(Readers);
     while (!Pending.empty()) {

@@ -55,7 +55,7 @@ struct OrvEngineNode::SubGraph {
     static void abandon(std::unique_ptr<SubGraph> pGraph);
     static void removeAbandoned();
     void removeIfUnread();
-    void tellDownstream(const QRect& Region);
+    void tellDownstream();
     bool standsOnOperations();
     /// The first time that the walk comes here.
     bool isNewTo(unsigned Walk) { return std::exchange(LastVisit, Walk) != Walk; }

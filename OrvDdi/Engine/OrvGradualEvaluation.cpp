@@ -108,8 +108,9 @@ struct Step {
 GeglNode* entered(GeglNode* pNode)
 {
     GSList* pChildren = gegl_node_get_children(pNode);
+    const bool IsMadeOfOthers = pChildren != nullptr;
     g_slist_free(pChildren);
-    return pChildren ? gegl_node_get_output_proxy(pNode, "output") : pNode;
+    return IsMadeOfOthers ? gegl_node_get_output_proxy(pNode, "output") : pNode;
 }
 
 /// Calls Input(pad, source) for all that is connected.

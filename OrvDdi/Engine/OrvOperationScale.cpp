@@ -103,7 +103,7 @@ OrvOperationScale::Outcome OrvOperationScale::setValue(
 
 bool OrvOperationScale::setScale(GeglNode* pNode, double Scale)
 {
-    if (!m_pOperation || Scale == m_Scale || !(Scale > 0.0))
+    if (!m_pOperation || Scale == m_Scale)
         return false;
     m_Scale = Scale;
     setScaledValues(pNode);
@@ -153,8 +153,7 @@ void OrvOperationScale::setScaledValues(GeglNode* pNode) const
     const double Drawn = drawnScale();
     for (const Parameter& One : m_pOperation->Parameters) {
         const QVariant Value = m_Values.value(One.Name, One.Default);
-        if (One.Measured != Parameter::Unmeasured && !isAutomatic(One, Value)) {
+        if (One.Measured != Parameter::Unmeasured && !isAutomatic(One, Value))
             OrvOperationParameters::set(pNode, One.Name, Value.toDouble() * factor(One.Measured, Drawn));
-        }
     }
 }

@@ -21,21 +21,12 @@ public:
     template <class Function>
     void forTiles(const QRect& Region, const Function& Tile)
     {
-        const QRect Inside = Region & m_Extent;
-        if (Inside.isEmpty())
-            return;
-        for (int Row = column(Inside.top()); Row <= column(Inside.bottom()); ++Row) {
-            for (int Column = column(Inside.left()); Column <= column(Inside.right()); ++Column) {
-                const QRect Whole(Column * m_Edge, Row * m_Edge, m_Edge, m_Edge);
-                Tile(Whole & m_Extent, m_Marks[index(Column, Row)]);
-            }
-        }
+        forIndices(Region, [&](const QRect& Part, size_t Index) { Tile(Part, m_Marks[Index]); });
     }
     bool any(const QRect& Region) const
     {
         bool Found = false;
-        const_cast<OrvTileFlags*>(this)->forTiles(
-            Region, [&Found](const QRect&, const char& Mark) { Found |= Mark; });
+        forIndices(Region, [&](const QRect&, size_t Index) { Found |= m_Marks[Index]; });
         return Found;
     }
     void setAll(const QRect& Region, bool Marked)
@@ -46,14 +37,27 @@ public:
     QRect bounds() const
     {
         QRect Bounds;
-        const_cast<OrvTileFlags*>(this)->forTiles(m_Extent, [&Bounds](const QRect& Tile, const char& Mark) {
-            if (Mark)
-                Bounds |= Tile;
+        forIndices(m_Extent, [&](const QRect& Part, size_t Index) {
+            if (m_Marks[Index])
+                Bounds |= Part;
         });
         return Bounds;
     }
 
 private:
+    template <class Function>
+    void forIndices(const QRect& Region, const Function& Square) const
+    {
+        const QRect Inside = Region & m_Extent;
+        if (Inside.isEmpty())
+            return;
+        for (int Row = column(Inside.top()); Row <= column(Inside.bottom()); ++Row) {
+            for (int Column = column(Inside.left()); Column <= column(Inside.right()); ++Column) {
+                const QRect Whole(Column * m_Edge, Row * m_Edge, m_Edge, m_Edge);
+                Square(Whole & m_Extent, index(Column, Row));
+            }
+        }
+    }
     /// Of rows too; rounds down to the left of the origin.
     int column(int Position) const
     {

@@ -79,8 +79,10 @@ OrvLayer* OrvLayerViewCommands::currentLayer(int Line) const
     const OrvLayerStack* pLayerStack = layerStack(Line);
     if (!pLayerStack)
         return nullptr;
-    // Of the object whose stack is shown: a palette can be open on another one than the current.
-    OrvLayer* pLayer = OrvLayerManager::instance().currentLayer(pLayerStack->network());
+    // Of the object whose stack is shown: a palette can be open on another one than the current. A stack that
+    // was removed, and stays in sight until the next refresh, belongs to none.
+    OrvShaderNetwork* pNetwork = pLayerStack->network();
+    OrvLayer* pLayer = pNetwork ? OrvLayerManager::instance().currentLayer(pNetwork) : nullptr;
     if (!pLayer) {
         report(Line, "Layer is NULL");
         tell(OrvLayerView::tr("There is no layer to work on: add or choose one first"));

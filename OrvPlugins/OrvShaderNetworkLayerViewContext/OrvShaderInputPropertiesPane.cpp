@@ -1,8 +1,8 @@
 #include "OrvPlugins/OrvShaderNetworkLayerViewContext/OrvShaderInputPropertiesPane.h"
 
 #include "OrvCore/Channels/OrvShaderInput.h"
-#include "OrvCore/Network/OrvShaderNetworkManager.h"
 #include "OrvCore/Network/OrvSnBaseNode.h"
+#include "OrvCore/Undo/OrvUndoManager.h"
 #include "OrvCoreModules/Properties/OrvPropertyView.h"
 #include "OrvDdi/Color/OrvColorSpaceConfig.h"
 #include "OrvDdi/Color/OrvColorSpaceManager.h"
@@ -73,13 +73,13 @@ OrvPropertyView* OrvShaderInputPropertiesPane::createProperties(OrvShaderInput* 
         OrvPropertyView::GroupPerClass, PropertyDisplayFlags, Hidden, false);
     connect(pShaderInput->node(), &OrvSnBaseNode::nameChanged, pProperties,
         [pProperties, title](const QString& Name) { pProperties->setGroupTitle(QString(), title(Name)); });
-    const auto followLocks = [pProperties, pGuarded = QPointer<OrvShaderInput>(pShaderInput)] {
+    const auto followObstacles = [pProperties, pGuarded = QPointer<OrvShaderInput>(pShaderInput)] {
         if (pGuarded)
             pProperties->setEnabled(pGuarded->isModifiable());
     };
-    followLocks();
-    connect(&OrvShaderNetworkManager::instance(), &OrvShaderNetworkManager::nodeLockedChanged, pProperties,
-        followLocks);
+    followObstacles();
+    // Locks and caches of whatever shares the channel count, too, and so does that it is shared at all.
+    connect(&OrvUndoManager::instance(), &OrvUndoManager::editFinished, pProperties, followObstacles);
     return pProperties;
 }
 

@@ -87,6 +87,27 @@ struct Refusals : QSignalSpy {
     QString last() const { return isEmpty() ? QString() : at(size() - 1).at(0).toString(); }
 };
 
+void setSpace(OrvShaderInput* pChannel, OrvColorSpaceConfig::Role Role, const QString& Space)
+{
+    OrvColorSpaceConfig Config = pChannel->colorSpaceConfig();
+    Config.setColorSpace(Role, Space);
+    pChannel->setColorSpaceConfig(Config, true);
+}
+
+OrvColor inAcesCg(const OrvColor& Linear)
+{
+    OrvColor Converted;
+    OrvColorManager::transform(Linear, Converted, OrvColorManager::linear(), OrvColorManager::acesCg());
+    return Converted;
+}
+
+OrvLayer* groupOfOneColor(OrvTestProject& Project, const OrvColor& Color)
+{
+    OrvLayer* pSolid = Project.channel()->createProceduralLayer("Procedural/Basic/Solid Color", 0, nullptr);
+    pSolid->contentNode()->setUserAttributeValue("value", QVariant::fromValue(Color));
+    return Project.group("Group", {pSolid});
+}
+
 /// Stops work after that many steps.
 struct Cancelling {
     explicit Cancelling(int Steps)
@@ -200,6 +221,58 @@ private Q_SLOTS:
         Project.channel()->convertScalarColorSpaceTo(OrvColorManager::linear(), Free);
         QVERIFY(Project.channel()->convertScalarColorSpaceTo(OrvColorManager::srgb(), Free));
         QVERIFY(std::abs(Project.pixel().alpha() - 0.537f) < 0.005f);
+    }
+
+    void groupsMovedIntoMasksYieldNumbers()
+    {
+        OrvTestProject Project(QSize(16, 16));
+        for (const auto Role : {OrvColorSpaceConfig::NativeSpace, OrvColorSpaceConfig::WorkingSpace})
+            setSpace(Project.channel(), Role, OrvColorManager::acesCg());
+        const OrvColor Color(0.6f, 0.4f, 0.25f);
+        OrvLayer* pGroup = groupOfOneColor(Project, Color);
+        OrvLayer* pPaint = Project.paint("Paint", OrvColor::white());
+        pPaint->addMaskImageSet();
+        OrvLayerStack* pMask = pPaint->convertMaskToMaskStack();
+        const auto yields = [&](const OrvColor& Wanted) {
+            return OrvTestProject::same(Project.pixel(pGroup->contentNode()), Wanted, 1e-4f);
+        };
+        QVERIFY(yields(inAcesCg(Color)) && !yields(Color));
+        OrvSnBaseNode* pTarget = pMask->layerList().first()->blendNode();
+        QVERIFY(OrvLayerStreamUtils::insertLayerAfter(pGroup, pTarget, pMask));
+        QVERIFY(yields(Color));
+        Project.undo();
+        QVERIFY(yields(inAcesCg(Color)));
+    }
+
+    void sharersAdjustASharedGroupInTheirOwnSpace()
+    {
+        OrvTestProject Project(QSize(16, 16));
+        OrvShaderInput* pOther = Project.addChannel("Other", QSize(16, 16));
+        setSpace(pOther, OrvColorSpaceConfig::WorkingSpace, OrvColorManager::acesCg());
+        const OrvColor Color(0.6f, 0.4f, 0.25f), There = inAcesCg(Color);
+        const auto inverted = [](const OrvColor& Of) {
+            return OrvColor(1.0f - Of.red(), 1.0f - Of.green(), 1.0f - Of.blue());
+        };
+        const auto shows = [&](const OrvColor& Here, const OrvColor& Elsewhere) {
+            return OrvTestProject::same(Project.pixel(), Here, 1e-4f)
+                && OrvTestProject::same(Project.pixel(pOther->node()), Elsewhere, 1e-4f);
+        };
+        OrvLayer* pGroup = groupOfOneColor(Project, Color);
+        QVERIFY(pGroup->addSharedLayerAfter(pOther->bottomNode(), QString(), true));
+        OrvLayer* pSharer = pOther->layerList().first();
+        QVERIFY(shows(Color, There));
+        for (OrvLayer* pLayer : {pGroup, pSharer})
+            QVERIFY(pLayer->addLayerAdjustmentLayerFromKey("Filter/Adjust/Invert Linear"));
+        QVERIFY(shows(inverted(Color), inverted(There)));
+        setSpace(pOther, OrvColorSpaceConfig::WorkingSpace, OrvColorManager::linear());
+        QVERIFY(shows(inverted(Color), inverted(Color)));
+        Project.undo();
+        QVERIFY(shows(inverted(Color), inverted(There)));
+        for (OrvLayer* pLayer : {pGroup, pSharer})
+            pLayer->setAdjustmentStackEnabled(false);
+        QVERIFY(shows(Color, There));
+        Project.channel()->deleteLayers({pGroup});
+        QVERIFY(shows(OrvColor::clear(), There));
     }
 
     void lockedAndSharedImagesComeAlongOnlyWhenAsked()

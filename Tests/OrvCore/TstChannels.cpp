@@ -59,6 +59,23 @@ private Q_SLOTS:
         QCOMPARE(pLike->imageSetSize(), Project.channel()->imageSetSize());
     }
 
+    void numbersOfNamesMayBeFarApart()
+    {
+        OrvTestProject Project;
+        Project.addChannel("Shot");
+        OrvShaderInput* pDated = Project.addChannel("Shot 20261125");
+        const auto next = [&] { return OrvShaderInputUtils::generateUniqueName(Project.network(), "Shot"); };
+        QCOMPARE(next(), QString("Shot 20261126"));
+        pDated->node()->setName("Shot 999999999");
+        QCOMPARE(next(), QString("Shot 1000000000"));
+        pDated->node()->setName("Shot 2147483647");
+        QCOMPARE(next(), QString("Shot 2"));
+        Project.addChannel("Shot 3");
+        for (const char* pName : {"Shot 20261125", "Shot 0020261125", "Elsewhere"})
+            pDated->node()->setName(pName);
+        QCOMPARE(next(), QString("Shot 4"));
+    }
+
     void imagesFollowTheChannel_data()
     {
         QTest::addColumn<GLenum>("Depth");

@@ -263,6 +263,14 @@ private Q_SLOTS:
         Project.channel()->ungroupLayers();
         QCOMPARE(Told.size(), 1);
         QVERIFY(Told.first().first().toString().endsWith("'Group' (mask, blend mode, amount)"));
+        Project.undo();
+        OrvLayer* pLocked = Project.group("Locked", {Project.paint("B")});
+        pLocked->setLocked(true);
+        Project.select({pGroup, pLocked});
+        Project.channel()->ungroupLayers();
+        QCOMPARE(Told.size(), 2);
+        const QString Both = Told.last().first().toString();
+        QVERIFY(Both.contains("'Locked' is locked") && Both.endsWith("'Group' (mask, blend mode, amount)"));
     }
 
     void groupingRefusesWhatCannotBeGrouped()

@@ -426,13 +426,19 @@ private Q_SLOTS:
         for (const char* pText : {"Zoom In", "&Export", "Zoom Out", "Zap"})
             Menu.addAction(QString::fromLatin1(pText));
         Menu.actions()[3]->setEnabled(false);
+        QMenu* pZones = Menu.addMenu(QStringLiteral("Zones"));
+        pZones->addAction(QStringLiteral("Zenith"));
         int Chosen = 0;
         connect(Menu.actions()[1], &QAction::triggered, this, [&Chosen] { ++Chosen; });
         Menu.popup(QPoint(10, 10));
-        for (const int Row : {0, 2, 0}) {
+        for (const int Row : {0, 2, 4, 0, 2, 4}) {
             QTest::keyClick(&Menu, Qt::Key_Z);
             QCOMPARE(Menu.activeAction(), Menu.actions()[Row]);
+            QCOMPARE(QApplication::activePopupWidget(), &Menu);
         }
+        QTest::keyClick(&Menu, Qt::Key_Right);
+        QVERIFY(pZones->isVisible() && pZones->activeAction() == pZones->actions()[0]);
+        QTest::keyClick(pZones, Qt::Key_Left);
         // A mnemonic acts at once, as ever.
         QTest::keyClick(&Menu, Qt::Key_E);
         QCOMPARE(Chosen, 1);

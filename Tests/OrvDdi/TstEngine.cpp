@@ -60,12 +60,14 @@ private Q_SLOTS:
     void extentsAndPasses();
     void fittedPictures_data();
     void fittedPictures();
+    void zoomedPictures();
     void wholePicturesHideWhatIsBelow();
     void cachedResultsFollowEdits();
     void cachesSwitchedOffAndOn();
     void invalidatedRegions();
     void nothingIsToldOfEmptyLayers();
     void layersTellWhereTheyArePainted();
+    void anyStacksTellWhatDiffers();
     void scaledViews();
     void highStacks();
     void smallerImages_data();
@@ -312,6 +314,43 @@ void TstEngine::fittedPictures()
         const QRect Half(0, 0, To.width() / 2, To.height() / 2);
         QVERIFY(difference(rendered(*pFit, Half, 0.5), rendered(*source(expected()), Half, 0.5)) < 0.01f);
     }
+}
+
+void TstEngine::zoomedPictures()
+{
+    const OrvColor Red(1, 0, 0), Green(0, 1, 0), Blue(0, 0, 1);
+    OrvImageBuffer Pixels(Canvas, floatColor());
+    Pixels.fill(Red, QRect(0, 0, 64, 200));
+    Pixels.fill(Green, QRect(64, 0, 236, 200));
+    const auto pSource = source(Pixels), pZoom = OrvEngineNode::createZoom(),
+               pTop = blend(nullptr, pZoom.get());
+    pZoom->connectInput(OrvEngineNode::Base, pSource.get());
+    for (const double Scale : {2.0, 0.5, 1.0, 1.5}) {
+        pZoom->setScale(Scale);
+        for (const double Meaningless : {0.0, -2.0, qQNaN(), qInf()})
+            pZoom->setScale(Meaningless);
+        for (const double View : {1.0, 0.5}) {
+            const auto at = [&](int X) {
+                const std::vector<float> Pixel
+                    = rendered(*pTop, QRect(int(X * Scale * View), int(50 * Scale * View), 1, 1), View);
+                return OrvColor(Pixel[0], Pixel[1], Pixel[2], Pixel[3]);
+            };
+            QCOMPARE(at(52), Red);
+            QCOMPARE(at(76), Green);
+        }
+    }
+    // A dab is told where it shows.
+    pZoom->setScale(2.0);
+    pZoom->setExtent(QRect(0, 0, 512, 256));
+    QCOMPARE(pTop->boundingBox(), QRect(0, 0, 512, 256));
+    rendered(*pTop, Canvas);
+    QRegion Told;
+    pTop->setInvalidated([&Told](const QRect& Region) { Told += Region; });
+    Pixels.fill(Blue, QRect(20, 30, 8, 8));
+    pSource->pixelsWritten(QRect(20, 30, 8, 8));
+    const QRect Dab(40, 60, 16, 16);
+    QVERIFY(Told.boundingRect().contains(Dab) && Dab.adjusted(-8, -8, 8, 8).contains(Told.boundingRect()));
+    QCOMPARE(pixelOf(*pTop, 48, 68), Blue);
 }
 
 void TstEngine::wholePicturesHideWhatIsBelow()
@@ -581,6 +620,118 @@ void TstEngine::layersTellWhereTheyArePainted()
     QVERIFY(told(RightTile.adjusted(-20, -20, 0, 0), 21));
 }
 
+/// Layers and groups that move about at random: all that differs has been told, and what is kept is up to
+/// date.
+void TstEngine::anyStacksTellWhatDiffers()
+{
+    struct Item {
+        std::unique_ptr<OrvEngineNode> pBlend, pContent; ///< groups hold other items instead of a content
+        OrvImageBuffer Pixels;
+        OrvBlendParameters Parameters;
+        int Group = -1; ///< the item around it
+    };
+    constexpr int GroupCount = 2, ItemCount = 9;
+    std::vector<Item> Items(ItemCount);
+    for (size_t Index = 0; Index < ItemCount; ++Index) {
+        Item& One = Items[Index];
+        One.pBlend = blend(nullptr, nullptr);
+        One.Parameters.PassThrough = Index == 0;
+        if (Index < GroupCount)
+            continue;
+        One.Pixels = Index == 2 ? picture(Canvas, 1) : OrvImageBuffer(Canvas, halfColor());
+        One.pContent = source(One.Pixels);
+        One.Parameters.Mode = Index % 2 ? OrvBlendMode::Multiply : OrvBlendMode::Normal;
+    }
+    const auto pMask = uniform(OrvColor(0.5f, 0.5f, 0.5f), QRect(0, 0, 200, 200));
+    Items[5].pBlend->connectInput(OrvEngineNode::Mask, pMask.get());
+    const auto pView = OrvEngineNode::createPass(), pKept = OrvEngineNode::createPass();
+    pKept->setCached(true);
+
+    std::vector<size_t> Order; // of all items, from the bottom up
+    for (size_t Index = ItemCount; Index > 0; --Index)
+        Order.push_back(Index - 1);
+    using Link = std::pair<OrvEngineRewiring::Input, OrvEngineNode*>;
+    std::vector<Link> Links;
+    const std::function<OrvEngineNode*(int, OrvEngineNode*)> linkGroup
+        = [&](int Group, OrvEngineNode* pBelow) {
+              for (const size_t Index : Order) {
+                  const Item& One = Items[Index];
+                  if (One.Group != Group)
+                      continue;
+                  OrvEngineNode* pOver = One.pContent
+                      ? One.pContent.get()
+                      : linkGroup(int(Index), One.Parameters.PassThrough ? pBelow : nullptr);
+                  Links.push_back({{One.pBlend.get(), OrvEngineNode::Base}, pBelow});
+                  Links.push_back({{One.pBlend.get(), OrvEngineNode::Over}, pOver});
+                  pBelow = One.pBlend.get();
+              }
+              return pBelow;
+          };
+    const auto rewire = [&] {
+        Links.clear();
+        OrvEngineNode* pTop = linkGroup(-1, nullptr);
+        for (OrvEngineNode* pReader : {pView.get(), pKept.get()})
+            Links.push_back({{pReader, OrvEngineNode::Base}, pTop});
+        const auto isThere
+            = [](const Link& One) { return One.first.pReader->readsFrom(One.first.Pad, One.second); };
+        Links.erase(std::remove_if(Links.begin(), Links.end(), isThere), Links.end());
+        std::vector<OrvEngineRewiring::Input> Changing;
+        for (const Link& One : Links)
+            Changing.push_back(One.first);
+        const OrvEngineRewiring Rewiring(Changing);
+        for (const Link& One : Links)
+            One.first.pReader->connectInput(One.first.Pad, nullptr);
+        for (const Link& One : Links)
+            One.first.pReader->connectInput(One.first.Pad, One.second);
+    };
+    for (Item& One : Items)
+        One.pBlend->setBlend(One.Parameters);
+    rewire();
+
+    std::vector<float> Shown = rendered(*pView, Canvas);
+    QRegion Told;
+    pView->setInvalidated([&Told](const QRect& Region) { Told += Region; });
+    QRandomGenerator Random(11);
+    int Silent = 0;
+    for (int Step = 0; Step < 300; ++Step) {
+        const size_t Index = size_t(Random.bounded(ItemCount));
+        Item& One = Items[Index];
+        const int What = Random.bounded(8);
+        if (What < 5) {
+            // To another place, or into a group; groups stay where they are seen.
+            Order.erase(std::find(Order.begin(), Order.end(), Index));
+            Order.insert(Order.begin() + Random.bounded(ItemCount), Index);
+            if (One.pContent && What < 2)
+                One.Group = Random.bounded(-1, GroupCount);
+            rewire();
+        } else if (What == 5 && One.pContent) {
+            const QRect Dab(Random.bounded(250), Random.bounded(150), 40, 40);
+            One.Pixels.fill(OrvColor(0.2f, float(Index) / ItemCount, 0.9f, Random.bounded(2) * 0.7f), Dab);
+            One.pContent->pixelsWritten(Dab);
+        } else if (What == 6) {
+            One.Parameters.Enabled = !One.Parameters.Enabled;
+            One.pBlend->setBlend(One.Parameters);
+        } else {
+            One.Parameters.Amount = Random.bounded(2) ? 1.0f : 0.6f;
+            One.pBlend->setBlend(One.Parameters);
+        }
+        const std::vector<float> Now = rendered(*pView, Canvas);
+        Silent += Told.isEmpty();
+        for (size_t Pixel = 0; Pixel < Now.size() / 4; ++Pixel) {
+            const QPoint Position(int(Pixel) % Canvas.width(), int(Pixel) / Canvas.width());
+            const auto First = Now.begin() + long(Pixel) * 4;
+            const auto isClose = [](float A, float B) { return std::abs(A - B) < 1e-4f; };
+            if (!std::equal(First, First + 4, Shown.begin() + long(Pixel) * 4, isClose))
+                QVERIFY2(
+                    Told.contains(Position), qPrintable(QString("step %1, case %2").arg(Step).arg(What)));
+        }
+        QVERIFY(difference(rendered(*pKept, Canvas), Now) < 1e-3f);
+        Shown = Now;
+        Told = QRegion();
+    }
+    QVERIFY(Silent > 0 && Silent < 200);
+}
+
 void TstEngine::scaledViews()
 {
     // Blocks of 64 pixels of one colour: their middles look the same at every scale.
@@ -682,7 +833,6 @@ void TstEngine::smallerImages()
     }
 }
 
-/// The window edits while another thread renders.
 void TstEngine::hardEdges_data()
 {
     QTest::addColumn<OrvPixelFormat>("Format");
@@ -788,6 +938,7 @@ void TstEngine::operationsReadWhatIsNotComputed()
     QCOMPARE(Warnings.load(), 0);
 }
 
+/// The window edits while another thread renders.
 void TstEngine::editsWhileRendering()
 {
     OrvImageBuffer Pixels = picture(Canvas, 1);

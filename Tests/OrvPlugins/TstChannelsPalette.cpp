@@ -214,6 +214,24 @@ private Q_SLOTS:
         QVERIFY(pProperties->isEnabled());
     }
 
+    /// As renaming in the row is.
+    void propertiesAreClosedByWhatSharesTheChannel()
+    {
+        OrvShaderInput* pDirt = addChannel("Dirt");
+        OrvLayer* pSharer = share(pDirt, addChannel("Diffuse"));
+        channels().makeShaderInputCurrent(pDirt, true);
+        QTRY_COMPARE(propertyNode(), pDirt->node());
+        QVERIFY(shownProperties()->isEnabled());
+        pSharer->blendNode()->setCacheActive(OrvSnCacheActive);
+        QVERIFY(!shownProperties()->isEnabled());
+        OrvUndoManager::instance().undo();
+        QVERIFY(shownProperties()->isEnabled());
+        pSharer->setLocked(true);
+        QVERIFY(!shownProperties()->isEnabled());
+        OrvUndoManager::instance().undo();
+        QVERIFY(shownProperties()->isEnabled());
+    }
+
     /// What a user does with a new project, by mouse and keys alone.
     void channelsAreMadeNamedChosenAndRemoved()
     {

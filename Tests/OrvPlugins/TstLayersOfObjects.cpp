@@ -148,6 +148,18 @@ private Q_SLOTS:
             pMenu->close();
     }
 
+    /// Its palette is there a little longer.
+    void commandsOfARemovedStackChangeNoOther()
+    {
+        project()->setCurrentGeoEntity(m_pHead);
+        OrvTestProject::layer(QStringLiteral("Base"), m_pHeadChannel)->makeCurrent(false, true);
+        OrvShaderInputManager::instance().destroy(m_pBodyChannel, OrvShaderInputManager::SharersBecomeGroups);
+        QVERIFY(m_pBodyView->layerStack() && !m_pBodyView->layerStack()->network());
+        const QByteArray Head = documentOf(m_pHead);
+        m_pBodyView->addLayerMask();
+        QCOMPARE(documentOf(m_pHead), Head);
+    }
+
     void palettesFollowTheirObjects()
     {
         QCOMPARE(titles(), QStringList({"Body/Diffuse", "Head/Diffuse"}));

@@ -1,12 +1,15 @@
 #include "Tests/Orvi/OrvTestDocument.h"
 
+#include "Orvi/OrvBrushBar.h"
 #include "Orvi/OrvBrushTool.h"
 #include "Orvi/OrvCanvasSelection.h"
 
+#include "OrvCoreModules/Widgets/OrvColorSwatch.h"
 #include "OrvCoreModules/Window/OrvStatusManager.h"
 
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -142,6 +145,33 @@ private Q_SLOTS:
         stroke({{100, 100}, {140, 100}});
         QCOMPARE(OrvTestDocument::scalarAt(m_pLayer->maskImageSet(), {120, 100}), 0.0f);
         QVERIFY(m_pLayer->paintImageSet()->isUniform());
+    }
+
+    /// Before it is painted, and only where the colour does not stay what it is.
+    void theBarShowsTheGreyThatAMaskTakes()
+    {
+        OrvBrushBar Bar(m_pTool.get());
+        auto* pGrey = Bar.findChildren<OrvColorSwatch*>().value(1);
+        QVERIFY(pGrey);
+        const auto isShown = [&Bar, pGrey] {
+            const QList<QAction*> Entries = Bar.actions();
+            return std::any_of(Entries.begin(), Entries.end(),
+                [&](QAction* pEntry) { return Bar.widgetForAction(pEntry) == pGrey && pEntry->isVisible(); });
+        };
+        m_pTool->setBrush(brush(40, 1.0, 1.0, Qt::red));
+        QVERIFY(!isShown());
+        QVERIFY(m_pLayer->addMaskImageSet(OrvLayer::FilledMask, OrvColor::white()));
+        OrvLayerManager::instance().setCurrentComponent(m_pLayer->maskNode());
+        QVERIFY(isShown());
+        stroke({{100, 100}, {140, 100}});
+        const double Painted = OrvTestDocument::scalarAt(m_pLayer->maskImageSet(), {120, 100});
+        QVERIFY(Painted > 0.0 && std::abs(Painted - pGrey->color().toQColor().redF()) < 0.003);
+        m_pTool->setBrush(brush(40, 1.0, 1.0, QColor(64, 64, 64)));
+        QVERIFY(!isShown());
+        m_pTool->setBrush(brush(40, 1.0, 1.0, Qt::red));
+        QVERIFY(isShown());
+        OrvLayerManager::instance().setCurrentComponent(m_pLayer->paintNode());
+        QVERIFY(!isShown());
     }
 
     void aStrokeIsOneUndoStepOfTheTilesThatItTouched()
