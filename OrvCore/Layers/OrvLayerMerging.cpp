@@ -131,9 +131,9 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
         Q_EMIT OrvLayerManager::instance().refused(tr("Shader layers cannot be merged: they hold no paint"));
         return nullptr;
     }
-    const bool AnyShown = std::any_of(
+    const auto TopmostShown = std::find_if(
         Merged.begin(), Merged.end(), [](const OrvLayer* pLayer) { return pLayer->isVisibleHere(); });
-    if (!AnyShown) {
+    if (TopmostShown == Merged.end()) {
         Q_EMIT OrvLayerManager::instance().refused(
             tr("Show one of the layers to merge: of hidden layers nothing would be left"));
         return nullptr;
@@ -142,7 +142,7 @@ OrvLayer* OrvLayerStack::mergeLayers(OrvLayerCreateFlags Flags)
     const QColor Color = commonColor(Merged);
     OrvUndoManager::AutoMacro Macro(tr("Merge Layers"));
     const OrvImageSettings Settings = OrvImageSettings::ofStack(this);
-    const QString Name = Merged.first()->name();
+    const QString Name = (*TopmostShown)->name();
     OrvSnMergeNode* pTop = Merged.first()->blendNode();
     OrvSnBaseNode* pBelow = Merged.last()->blendNode()->inputNode(OrvSnNames::Base);
 

@@ -356,11 +356,17 @@ private Q_SLOTS:
         QCOMPARE(Told.size(), 1);
 
         Project.undo();
-        for (OrvLayer* pLayer : {pGroup, Layers[0]})
-            pLayer->setVisible(false);
+        pGroup->setVisible(false);
+        Project.select({pGroup, Layers[0]});
+        pMerged = Project.channel()->mergeLayers();
+        QCOMPARE(pMerged->name(), QString("A")); // what it shows, though the group was the upper one
+        QCOMPARE(Told.size(), 2);
+
+        Project.undo();
+        Layers[0]->setVisible(false);
         Project.select({pGroup, Layers[0]});
         QVERIFY(!Project.channel()->mergeLayers());
-        QCOMPARE(Told.size(), 2);
+        QCOMPARE(Told.size(), 3);
     }
 
     void masksAndMaskStacks()
